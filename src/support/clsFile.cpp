@@ -1,0 +1,92 @@
+// One sequential text file.
+#include "support/clsFile.h"
+
+#include <filesystem>
+
+#include "support/code_page.h"
+#include "support/component.h"
+#include "support/errors.h"
+#include "support/message.h"
+#include "support/ml_strings.h"
+
+namespace kv_tr {
+namespace {
+
+CodePage FilesCodePage() {
+    return CurrentMlLanguage() == kVietnamese ? CodePage::kWindows1258 : CodePage::kWindows1250;
+}
+
+}  // namespace
+
+clsFile::~clsFile() {
+    try {
+        CloseIt();
+    } catch (const RuntimeError&) {  // a destructor has nobody to tell
+    }
+}
+
+bool clsFile::OpenIt(const std::string& sInpFileName, bool bInput) {
+    if (open_) return true;
+    name_ = sInpFileName;
+    if (bInput) {
+        OpenForReading(sInpFileName);
+    } else {
+        output_ = std::make_unique<ReplacingFile>(sInpFileName);
+        if (!output_->IsOpen()) output_.reset();
+    }
+    open_ = reader_ != nullptr || output_ != nullptr;
+    if (open_) {
+        Register();
+    } else {
+        ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + sInpFileName, Icon::kExclamation);
+    }
+    return true;
+}
+
+void clsFile::OpenForReading(const std::string& name) {
+    std::error_code error;
+    if (std::filesystem::is_directory(name, error)) return;  // would open, but not read
+    stream_.open(name, std::ios::binary);
+    if (!stream_.is_open()) return;
+    reader_ = std::make_unique<LineReader>(*stream_.rdbuf());
+    utf8_ = reader_->SkipUtf8Mark();
+}
+
+void clsFile::Register() {
+    auto& numbers = TheComponent().fileNumbers;
+    fileNr_ = 1;
+    while (numbers.contains(fileNr_)) ++fileNr_;
+    numbers.insert(fileNr_);
+    registeredNr_ = fileNr_;
+}
+
+void clsFile::CloseIt() {
+    if (!open_) return;
+    open_ = false;
+    TheComponent().fileNumbers.erase(registeredNr_);
+    reader_.reset();
+    stream_.close();
+    const auto output = std::move(output_);
+    if (output && !output->Commit()) {
+        throw RuntimeError(ErrorNumber::kWriteFailed, "Not everything could be written: " + name_);
+    }
+}
+
+bool clsFile::AtEnd() {
+    if (!reader_) throw RuntimeError(ErrorNumber::kFileNotOpen, "File not open: " + name_);
+    return reader_->AtEnd();
+}
+
+std::string clsFile::ReadLine() {
+    if (AtEnd()) throw RuntimeError(ErrorNumber::kPastEnd, "Reading beyond the end: " + name_);
+    reader_->Next();
+    return utf8_ ? ValidUtf8(reader_->Line()) : FromCodePage(reader_->Line(), FilesCodePage());
+}
+
+void clsFile::Print(std::string_view text) {
+    if (!output_) throw RuntimeError(ErrorNumber::kFileNotOpen, "File not open: " + name_);
+    output_->Write(ToCodePage(text, FilesCodePage()));
+    output_->Write("\r\n");
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,71 @@
+// One sequential text file.
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "support/bool16.h"
+#include "support/line_reader.h"
+#include "support/replacing_file.h"
+
+namespace kv_tr {
+
+/// A text file that is read or written from start to end, line by line.
+///
+/// Texts are UTF-8 inside the program and single-byte in the file: windows-1258 while the current
+/// language is Vietnamese, windows-1250 otherwise. A file that begins with a UTF-8 mark is read as
+/// UTF-8. Lines are written with CR LF and read with CR LF, LF or CR.
+class clsFile {
+public:
+    clsFile() = default;
+    ~clsFile();  // closes the file; what could not be written is lost silently
+    clsFile(const clsFile&) = delete;
+    clsFile& operator=(const clsFile&) = delete;
+
+    /// Opens a file for reading (bInput) or for writing; a file written takes the place of an
+    /// older one when it is closed. Does nothing while a file is open. A failure is shown to the
+    /// user (text 70). The result is true in every case, deliberately: ask IsOpen().
+    bool OpenIt(const std::string& sInpFileName, bool bInput = false);
+
+    /// Closes the file if one is open. Throws RuntimeError kWriteFailed when not everything could
+    /// be written; an older file of that name is then kept.
+    void CloseIt();
+
+    /// The number of the open file, unique among the open files of the component.
+    std::int16_t FileNr() const { return fileNr_; }
+    void FileNr(std::int16_t number) { fileNr_ = number; }
+
+    /// Closes the file and lets everything go.
+    void TearDown() { CloseIt(); }
+
+    bool IsOpen() const { return open_; }
+
+    /// Whether there is no further line. On a file that is not open for reading this is
+    /// RuntimeError kFileNotOpen, as it is for ReadLine.
+    bool AtEnd();
+
+    /// The next line, UTF-8, without its end. Throws RuntimeError kPastEnd behind the last line.
+    std::string ReadLine();
+
+    /// Writes the text and a line end. Throws RuntimeError kFileNotOpen when no file is open for
+    /// writing.
+    void Print(std::string_view text);
+
+private:
+    void OpenForReading(const std::string& name);
+    void Register();
+
+    Bool16 open_;
+    std::int16_t fileNr_ = 0;
+    std::int16_t registeredNr_ = 0;  // the number taken from the component
+    std::string name_;
+    std::ifstream stream_;
+    std::unique_ptr<LineReader> reader_;
+    bool utf8_ = false;
+    std::unique_ptr<ReplacingFile> output_;
+};
+
+}  // namespace kv_tr

@@ -1,0 +1,48 @@
+// Ports for programs without windows.
+#include "support/console_platform.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "support/message.h"
+#include "support/settings.h"
+
+namespace kv_tr {
+namespace {
+
+class ConsoleMessages : public MessageBox {
+public:
+    Answer Show(const Message& message) override {
+        std::string text =
+            message.title.empty() ? message.text : message.title + ": " + message.text;
+        std::erase(text, '\r');
+        std::cerr << text << std::endl;
+        return message.defaultAnswer;
+    }
+};
+
+class NoFiles : public FileChooser {
+public:
+    std::optional<FileChoice> ChooseToOpen(const FileRequest&) override { return std::nullopt; }
+    std::optional<FileChoice> ChooseToSave(const FileRequest&) override { return std::nullopt; }
+};
+
+class NoDialogs : public Dialogs {
+public:
+    bool Adjust(clsTrCalc&, bool) override {
+        ShowMessage(GetMlString(1001, "Ez a program nem tud ablakot nyitni."), Icon::kExclamation);
+        return false;
+    }
+};
+
+}  // namespace
+
+Platform ConsolePlatform(std::int32_t hostLanguage) {
+    return {.messages = std::make_unique<ConsoleMessages>(),
+            .files = std::make_unique<NoFiles>(),
+            .settings = std::make_unique<SettingsFile>(),
+            .texts = std::make_unique<EmbeddedTexts>(hostLanguage),
+            .dialogs = std::make_unique<NoDialogs>()};
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,57 @@
+// Lines of a text of any length, whatever ends them.
+#include "support/line_reader.h"
+
+#include <ios>
+
+#include "support/errors.h"
+
+namespace kv_tr {
+namespace {
+
+using Traits = std::char_traits<char>;
+
+Traits::int_type Peek(std::streambuf& source) {
+    try {
+        return source.sgetc();
+    } catch (const std::ios_base::failure&) {
+        throw RuntimeError(ErrorNumber::kDeviceError, "The file could not be read to its end");
+    }
+}
+
+bool Skip(std::streambuf& source, char expected) {
+    if (Peek(source) != Traits::to_int_type(expected)) return false;
+    source.sbumpc();
+    return true;
+}
+
+}  // namespace
+
+bool LineReader::SkipUtf8Mark() {
+    return Skip(source_, '\xEF') && Skip(source_, '\xBB') && Skip(source_, '\xBF');
+}
+
+bool LineReader::AtEnd() { return Traits::eq_int_type(Peek(source_), Traits::eof()); }
+
+bool LineReader::Next() {
+    line_.clear();
+    ending_ = {};
+    if (AtEnd()) return false;
+    for (auto c = Peek(source_); !Traits::eq_int_type(c, Traits::eof()); c = Peek(source_)) {
+        source_.sbumpc();
+        if (c == '\n') {
+            ending_ = "\n";
+            return true;
+        }
+        if (c == '\r') {
+            ending_ = Skip(source_, '\n') ? "\r\n" : "\r";
+            return true;
+        }
+        if (line_.size() == kLongestLine) {
+            throw RuntimeError(ErrorNumber::kLineTooLong, "A line is too long for a text file");
+        }
+        line_ += Traits::to_char_type(c);
+    }
+    return true;
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,12 @@
+// The way to talk to the user.
+#include "support/message.h"
+
+#include "support/component.h"
+
+namespace kv_tr {
+
+void ShowMessage(const std::string& text, Icon icon, const std::string& title) {
+    TheComponent().platform.messages->Show({.text = text, .title = title, .icon = icon});
+}
+
+}  // namespace kv_tr

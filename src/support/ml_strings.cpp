@@ -1,0 +1,64 @@
+// Texts by number in the current language.
+#include "support/ml_strings.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "support/component.h"
+#include "support/errors.h"
+#include "support/strings/table.h"
+
+namespace kv_tr {
+namespace {
+
+constexpr std::array kSupportedLanguages{kHungarian,  kRomanian, kEnglish,
+                                         kVietnamese, kComment,  kSerbian};
+
+const char* Find(std::span<const MlString> table, int id) {
+    const auto row = std::ranges::lower_bound(table, id, {}, &MlString::id);
+    return row != table.end() && row->id == id ? row->text : nullptr;
+}
+
+}  // namespace
+
+std::string GetMlString(int id, std::string_view /*sDefault*/) {
+    return TheComponent().platform.texts->Text(id, TheComponent().language);
+}
+
+void SetMlLanguage(std::int32_t LanguageID, std::string_view /*sName*/) {
+    const bool supported = std::ranges::count(kSupportedLanguages, LanguageID) > 0;
+    TheComponent().language = supported ? LanguageID : kHungarian;
+}
+
+std::int32_t CurrentMlLanguage() { return TheComponent().language; }
+
+void InitMlStrings() {
+    if (TheComponent().stringsInitialised) return;
+    TheComponent().platform.texts->Prepare();
+    TheComponent().stringsInitialised = true;
+}
+
+Subscription FollowHostLanguage() {
+    InitMlStrings();
+    TextSource& texts = *TheComponent().platform.texts;
+    SetMlLanguage(texts.HostLanguage(), {});
+    return texts.LanguageChanged.Subscribe(
+        [](std::int32_t id, const std::string& name) { SetMlLanguage(id, name); });
+}
+
+std::string EmbeddedTexts::Text(int id, std::int32_t languageId) {
+    const char* text = languageId == kEnglish ? Find(EnglishStrings(), id) : nullptr;
+    if (text == nullptr) text = Find(HungarianStrings(), id);
+    if (text == nullptr) {
+        throw RuntimeError(ErrorNumber::kTextMissing, "No text has the id " + std::to_string(id));
+    }
+    return text;
+}
+
+void EmbeddedTexts::SwitchLanguage(std::int32_t languageId, const std::string& name) {
+    hostLanguage_ = languageId;
+    LanguageChanged.Raise(languageId, name);
+}
+
+}  // namespace kv_tr

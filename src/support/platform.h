@@ -1,0 +1,114 @@
+// What the component asks of its surroundings: the ports, and the platform that bundles them.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "support/event.h"
+
+namespace kv_tr {
+
+class clsTrCalc;
+
+enum class Icon { kNone, kInformation, kExclamation };
+enum class Buttons { kOk, kYesNo, kYesNoCancel };
+enum class Answer { kOk, kYes, kNo, kCancel };
+
+/// A message for the user, as a message box would show it. All text is UTF-8.
+struct Message {
+    std::string text;
+    std::string title;  // empty: the host's own title
+    Icon icon = Icon::kNone;
+    Buttons buttons = Buttons::kOk;
+    Answer defaultAnswer = Answer::kOk;
+};
+
+class MessageBox {
+public:
+    virtual ~MessageBox() = default;
+    /// Shows the message and waits until the user has answered.
+    virtual Answer Show(const Message& message) = 0;
+};
+
+/// One entry of a file chooser's type list, for example {"File of GCPs (*.dat)", "*.dat"}.
+struct FileFilter {
+    std::string description;
+    std::string pattern;  // several patterns are separated by ";"
+};
+
+/// What a file chooser is asked for. The flags are the bits of GCommonDialog.h.
+struct FileRequest {
+    std::string fileName;  // suggested name, may be empty
+    std::string title;
+    std::string initialFolder;
+    std::string defaultExtension;  // without a dot
+    std::vector<FileFilter> filters;
+    std::int32_t filterIndex = 1;  // counted from 1
+    std::int32_t flags = 0;
+    std::int32_t owner = -1;  // window handle, -1 for none
+};
+
+struct FileChoice {
+    std::string path;
+    std::int32_t filterIndex = 1;
+    std::int32_t flags = 0;
+};
+
+class FileChooser {
+public:
+    virtual ~FileChooser() = default;
+    /// The chosen file, or nothing when the user cancelled.
+    virtual std::optional<FileChoice> ChooseToOpen(const FileRequest& request) = 0;
+    virtual std::optional<FileChoice> ChooseToSave(const FileRequest& request) = 0;
+};
+
+/// Where a per-user setting is kept.
+struct SettingKey {
+    std::string application;
+    std::string section;
+    std::string key;
+};
+
+class SettingsStore {
+public:
+    virtual ~SettingsStore() = default;
+    /// The stored value; the fallback when there is none or it cannot be read.
+    virtual std::string Read(const SettingKey& key, const std::string& fallback) = 0;
+    /// Stores the value; a store that cannot be written stays as it is.
+    virtual void Write(const SettingKey& key, const std::string& value) = 0;
+};
+
+class TextSource {
+public:
+    virtual ~TextSource() = default;
+    /// Called once, before the first text is asked for.
+    virtual void Prepare() {}
+    /// The text of an id in a language, in Hungarian where the language lacks it.
+    /// Throws RuntimeError kTextMissing for an id that no language has.
+    virtual std::string Text(int id, std::int32_t languageId) = 0;
+    /// The language the host program runs in.
+    virtual std::int32_t HostLanguage() = 0;
+    /// Raised with the new language's id and name when the host switches language.
+    Event<std::int32_t, const std::string&> LanguageChanged;
+};
+
+class Dialogs {
+public:
+    virtual ~Dialogs() = default;
+    /// Lets the user steer the adjustment; true when he confirmed.
+    virtual bool Adjust(clsTrCalc& engine, bool showApplyButton) = 0;
+};
+
+/// The surroundings of the component. A port left empty is filled by the console's.
+struct Platform {
+    std::unique_ptr<MessageBox> messages;
+    std::unique_ptr<FileChooser> files;
+    std::unique_ptr<SettingsStore> settings;
+    std::unique_ptr<TextSource> texts;
+    std::unique_ptr<Dialogs> dialogs;
+};
+
+}  // namespace kv_tr

@@ -1,0 +1,36 @@
+// A file that takes the place of an older one only when it is complete.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace kv_tr {
+
+/// Writes beside the destination and moves there on Commit, so that a failure or a second writer
+/// never leaves half a file. Devices and pipes, and files in folders where nothing can be
+/// created, are written directly.
+class ReplacingFile {
+public:
+    /// Opens for writing; IsOpen tells whether that worked. A destination that exists but cannot
+    /// be written, or is a folder, does not open.
+    explicit ReplacingFile(const std::string& path);
+    ~ReplacingFile();  // without Commit the destination stays as it was
+    ReplacingFile(const ReplacingFile&) = delete;
+    ReplacingFile& operator=(const ReplacingFile&) = delete;
+
+    bool IsOpen() const { return stream_ != nullptr; }
+    void Write(std::string_view bytes);
+
+    /// Finishes the file; false when not everything could be written, and the destination then
+    /// stays as it was.
+    bool Commit();
+
+private:
+    std::filesystem::path destination_;
+    std::filesystem::path temporary_;  // empty when written directly
+    std::FILE* stream_ = nullptr;
+};
+
+}  // namespace kv_tr

@@ -1,0 +1,130 @@
+// What is remembered between runs: the folder that file choosers open in.
+#include "support/settings.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <string_view>
+
+#include "support/component.h"
+#include "support/errors.h"
+#include "support/line_reader.h"
+#include "support/replacing_file.h"
+
+namespace kv_tr {
+namespace fs = std::filesystem;
+namespace {
+
+SettingKey PathKey() {
+    const std::string& title = TheComponent().appTitle;
+    return {.application = title.empty() ? "KV_Tr" : title, .section = "Settings", .key = "Path"};
+}
+
+std::string Environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+std::vector<std::string> ReadLines(const fs::path& path) {
+    std::vector<std::string> lines;
+    std::error_code error;
+    std::ifstream stream;
+    if (fs::is_regular_file(path, error)) stream.open(path, std::ios::binary);
+    if (!stream.is_open()) return lines;
+    try {
+        for (LineReader reader(*stream.rdbuf()); reader.Next();) lines.emplace_back(reader.Line());
+    } catch (const RuntimeError&) {  // a damaged file counts as far as it could be read
+    }
+    return lines;
+}
+
+/// Where a key stands: the line of its value if it has one, and where its section ends.
+struct Place {
+    std::optional<std::size_t> line;
+    std::optional<std::size_t> sectionEnd;
+};
+
+Place Find(const std::vector<std::string>& lines, const SettingKey& key) {
+    Place place;
+    bool inside = false;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (lines[i].starts_with('[')) inside = lines[i] == "[" + key.section + "]";
+        if (inside) place.sectionEnd = i + 1;
+        if (inside && lines[i].starts_with(key.key + "=")) place.line = i;
+    }
+    return place;
+}
+
+}  // namespace
+
+std::string InitDir() { return TheComponent().initDir; }
+
+void InitDir(const std::string& folder) { TheComponent().initDir = folder; }
+
+std::string DefaultFolder() {
+#ifdef _WIN32
+    return "C:\\";
+#else
+    const std::string home = Environment("HOME");
+    return home.empty() ? "/" : home;
+#endif
+}
+
+void LoadInitDir() {
+    const std::string folder = TheComponent().platform.settings->Read(PathKey(), DefaultFolder());
+    if (folder.empty()) return;
+    std::error_code error;
+    InitDir(fs::is_directory(folder, error) ? folder : DefaultFolder());
+}
+
+void SaveInitDir() {
+    TheComponent().platform.settings->Write(PathKey(),
+                                            InitDir().empty() ? DefaultFolder() : InitDir());
+}
+
+SettingsFile::SettingsFile(fs::path folder) : folder_(std::move(folder)) {}
+
+fs::path SettingsFile::ConfigurationFolder() {
+#ifdef _WIN32
+    return Environment("APPDATA");
+#else
+    if (const std::string folder = Environment("XDG_CONFIG_HOME"); !folder.empty()) return folder;
+    const std::string home = Environment("HOME");
+    return home.empty() ? fs::path{} : fs::path(home) / ".config";
+#endif
+}
+
+fs::path SettingsFile::PathOf(const SettingKey& key) const {
+    return folder_ / (key.application + ".ini");
+}
+
+std::string SettingsFile::Read(const SettingKey& key, const std::string& fallback) {
+    if (folder_.empty()) return fallback;
+    const auto lines = ReadLines(PathOf(key));
+    const Place place = Find(lines, key);
+    return place.line ? lines[*place.line].substr(key.key.size() + 1) : fallback;
+}
+
+void SettingsFile::Write(const SettingKey& key, const std::string& value) {
+    if (folder_.empty()) return;
+    auto lines = ReadLines(PathOf(key));
+    const Place place = Find(lines, key);
+    const std::string entry = key.key + "=" + value;
+    if (place.line && lines[*place.line] == entry) return;
+    if (place.line) {
+        lines[*place.line] = entry;
+    } else if (place.sectionEnd) {
+        lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(*place.sectionEnd), entry);
+    } else {
+        lines.push_back("[" + key.section + "]");
+        lines.push_back(entry);
+    }
+    std::error_code error;
+    fs::create_directories(folder_, error);
+    ReplacingFile file(PathOf(key).string());
+    if (!file.IsOpen()) return;
+    for (const auto& line : lines) file.Write(line + "\n");
+    file.Commit();
+}
+
+}  // namespace kv_tr

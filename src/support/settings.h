@@ -1,0 +1,44 @@
+// What is remembered between runs: the folder that file choosers open in.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "support/platform.h"
+
+namespace kv_tr {
+
+/// The folder that file choosers open in, one for the whole component.
+std::string InitDir();
+void InitDir(const std::string& folder);
+
+/// The folder used when none is remembered: the user's home, "C:\" on Windows.
+std::string DefaultFolder();
+
+/// Makes the remembered folder the initial one: the default folder when it no longer exists.
+/// A setting that is empty leaves the initial folder as it is.
+void LoadInitDir();
+
+/// Remembers the initial folder, or the default folder when there is none.
+void SaveInitDir();
+
+/// Settings in a small text file of the user's: [section] lines and key=value lines.
+/// A missing, unreadable or damaged file reads as empty, a read-only one stays as it is, and two
+/// programs that write at once leave one whole file.
+class SettingsFile : public SettingsStore {
+public:
+    /// By default <application>.ini in the user's configuration folder.
+    explicit SettingsFile(std::filesystem::path folder = ConfigurationFolder());
+
+    std::string Read(const SettingKey& key, const std::string& fallback) override;
+    void Write(const SettingKey& key, const std::string& value) override;
+
+    static std::filesystem::path ConfigurationFolder();
+
+private:
+    std::filesystem::path PathOf(const SettingKey& key) const;
+
+    std::filesystem::path folder_;
+};
+
+}  // namespace kv_tr

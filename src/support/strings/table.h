@@ -1,0 +1,25 @@
+// One table of texts a language, rows in ascending order of their ids.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace kv_tr {
+
+struct MlString {
+    int id;
+    const char* text;  // UTF-8
+};
+
+template <std::size_t count>
+consteval bool IdsRise(const MlString (&table)[count]) {
+    for (std::size_t i = 1; i < count; ++i) {
+        if (table[i].id <= table[i - 1].id) return false;
+    }
+    return true;
+}
+
+std::span<const MlString> HungarianStrings();
+std::span<const MlString> EnglishStrings();
+
+}  // namespace kv_tr
