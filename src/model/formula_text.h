@@ -1,0 +1,15 @@
+// The formula of a polynomial record as listings and logs print it.
+#pragma once
+
+#include <string>
+
+#include "model/records.h"
+
+namespace kv_tr {
+
+/// The terms above order 1 of the first coordinate, in coefficient order: " + y*x*a4" for the
+/// bilinear type, " + y^2*a4 + ..." for the orders from 2 up, nothing for the rest. Orders 4 and 5
+/// begin a new line (CR LF and two tabs) without a leading blank.
+std::string PolyFormulaText(enuTR_TYPE eType);
+
+}  // namespace kv_tr
