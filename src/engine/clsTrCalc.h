@@ -1,0 +1,149 @@
+// The adjustment engine: from control points to the parameters of a transformation.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "engine/control_points.h"
+#include "engine/statistics.h"
+#include "model/records.h"
+#include "support/event.h"
+
+namespace kv_tr {
+
+/// Holds control points, fits a transformation to those in use, and keeps every residual.
+///
+/// All coordinates and residuals are metres. Trouble is shown to the user as a message and the
+/// call returns normally; what throws says so. Objects belong to one thread.
+///
+///     kv_tr::clsTrCalc engine;
+///     engine.bLoadXYsFromFile("points.dat", false);
+///     engine.eTrType(kv_tr::TR_AFFIN);
+///     if (engine.bXYCntIsValid4TrType(engine.eTrType())) engine.DoCalcTr();
+///     engine.TrXY(first, second, firstOut, secondOut);
+class clsTrCalc {
+public:
+    /// An empty set, TR_HELMERT with all coefficients 0. Makes the host's language current and
+    /// reads the remembered folder.
+    clsTrCalc();
+    /// Remembers the initial folder.
+    ~clsTrCalc();
+    clsTrCalc(const clsTrCalc&) = delete;
+    clsTrCalc& operator=(const clsTrCalc&) = delete;
+
+    /// Error limit of the adjustment dialog and of reports; the engine itself does not compare
+    /// residuals with it.
+    double gdErrLimit = 0.2;
+
+    /// Raised with the new type after each step by which ExcludeByIx lowers the type.
+    Event<enuTR_TYPE&> TypeChanched;
+
+    // The set of control points.
+
+    /// Puts copies of the pairs behind those of the set (bAppend) or in their place.
+    void AddXY4Tr(std::span<const typeXYs4Tr> tXY4Tr, bool bAppend);
+    /// Copies all pairs to tXY and their number to lCnt.
+    void GetAllXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt) const;
+    /// Copies the used (bUsed) or the excluded pairs to tXY and their number to lCnt. When there
+    /// are none, lCnt is 0 and tXY stays as it was.
+    void GetXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt, bool bUsed) const;
+    std::int32_t lFullCnt() const { return points_.FullCount(); }
+    std::int32_t lNotUsedCnt() const { return points_.NotUsedCount(); }
+    /// The extent of all destination coordinates; -100000000 to 100000000 until points are added.
+    void GetRect4Dest(double& dXmin, double& dYmin, double& dXmax, double& dYmax) const;
+    /// Exchanges source and destination of all pairs. Parameters and residuals stay.
+    void SwapSourDest();
+    /// Takes every excluded pair back and fits again.
+    void ResetAllNotUsed();
+    /// Excludes pair lIx (from 0) or takes it back, lowers the type while too few pairs are in use
+    /// for it, and fits again if bRecalc. The second last used pair cannot be excluded: the user
+    /// is told so (text 79) and nothing changes. An index out of range is ignored.
+    void ExcludeByIx(std::int32_t lIx, bool bRecalc);
+    /// Lets the pairs go; afterwards only AddXY4Tr makes sense, anything that needs pairs is
+    /// RuntimeError kSubscript. The owner calls it before it lets the engine go.
+    void TearDown() { points_.Release(); }
+
+    // Type and parameters.
+
+    enuTR_TYPE eTrType() const { return record_.eType; }
+    void eTrType(enuTR_TYPE type) { record_.eType = type; }
+    /// The whole record: the type, and the coefficients of the last fit.
+    TR_PRM udtTrPrm() const { return record_; }
+    void udtTrPrm(const TR_PRM& record) { record_ = record; }
+    /// Whether the type is 1 or more: the polynomials, the bilinear and the national types.
+    bool bTypeIsPolinom() const;
+    /// Whether enough pairs are in use for a type.
+    bool bXYCntIsValid4TrType(enuTR_TYPE eTrType4Check) const;
+
+    // The fit. docs/mathematics.md derives the models.
+
+    /// Fits the current type to the used pairs and updates residuals and figures. Does nothing
+    /// without pairs. Does not refuse too few pairs: a singular system shows "DET=0" and stores
+    /// what comes out. Throws RuntimeError kDivisionByZero, with nothing changed, when the first
+    /// source point of a TR_AFFIN_5 fit is the source centroid.
+    void DoCalcTr();
+    /// The iterative fits, with at most iterCntMax + 1 passes (text 77 or 76 when they do not
+    /// converge before the last). For any other current type they are DoCalcTr.
+    void DoCalc_Helmert3(std::int16_t iterCntMax = 20);
+    void DoCalc_Affin5(std::int16_t iterCntMax = 50);
+
+    // Accuracy figures of the last fit over the used pairs, 0 before the first.
+
+    double dRmsErr() const { return statistics_.rms; }
+    double dRmsErrX() const { return statistics_.rmsFirst; }
+    double dRmsErrY() const { return statistics_.rmsSecond; }
+    double dMiddleErrX() const { return statistics_.meanFirst; }
+    double dMiddleErrY() const { return statistics_.meanSecond; }
+
+    // Applying the parameters.
+
+    /// Transforms a point; see EvalTrPrm.
+    void TrXY(double dXsour, double dYsour, double& dXdest, double& dYdest) const;
+    /// Transforms arrays of first and second coordinates, which must have one length: otherwise
+    /// the result is false and nothing changes. The results may be the arrays themselves.
+    bool bTrXYArr(const std::vector<double>& dX, const std::vector<double>& dY,
+                  std::vector<double>& dXtr, std::vector<double>& dYtr) const;
+
+    // Files.
+
+    /// All pairs as text, in the format of control-point files.
+    std::string sListXYs() const;
+    /// Writes sListXYs to a file. Throws RuntimeError kFileNotOpen after a failure to open was
+    /// shown to the user, kWriteFailed when not everything could be written.
+    bool bSaveXYs4Tr(const std::string& sFileName);
+    /// Reads a control-point file into the set, behind its pairs or in their place. A file or line
+    /// that cannot be read is shown to the user (texts 70 and 74); what was read before is taken
+    /// all the same. False when that was fewer than two pairs; see ReadControlPoints.
+    bool bLoadXYsFromFile(const std::string& sFileXYs, bool bAppend);
+    /// Ask the user for a control-point file; they neither read nor write it. sFileName is the
+    /// suggestion and then the choice, empty after a cancel.
+    bool bChooseFile4LoadXYs4Tr(std::string& sFileName, std::string& sInitDir,
+                                std::int32_t Owner = -1);
+    bool bChooseFile4SaveXYs4Tr(std::string& sFileName, std::string& sInitDir,
+                                std::int32_t Owner = -1);
+    /// Writes the log of the current fit. A LanguageID other than 0 becomes the component's
+    /// language and stays so. A file that cannot be opened is shown to the user and nothing is
+    /// written. Throws RuntimeError kWriteFailed when not everything could be written.
+    void SaveLog(const std::string& sLogFileName, std::int32_t LanguageID = 0);
+
+    // Surroundings.
+
+    /// Opens the adjustment dialog; true when the user confirmed.
+    bool bDoModal(bool bShowApplyButton);
+    /// The folder that the component's file choosers open in.
+    void sInitDir(const std::string& folder);
+    /// Switches the language of the whole component.
+    void setLanguageID(std::int32_t LanguageID);
+
+private:
+    Subscription hostLanguage_;
+    ControlPoints points_;
+    TR_PRM record_;
+    Statistics statistics_;
+    std::string noInverseText_;  // fetched once: they keep the language of the creation
+    std::string fileCaption_;
+};
+
+}  // namespace kv_tr

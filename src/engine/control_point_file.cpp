@@ -1,0 +1,79 @@
+// Control points as text: one pair a line, an identifier and four coordinates.
+#include "engine/control_point_file.h"
+
+#include <array>
+
+#include "support/clsFile.h"
+#include "support/errors.h"
+#include "support/number_text.h"
+
+namespace kv_tr {
+namespace {
+
+constexpr std::array kCoordinates{&typeXYs4Tr::dXsour, &typeXYs4Tr::dYsour, &typeXYs4Tr::dXdest,
+                                  &typeXYs4Tr::dYdest};
+
+/// Reads pairs to the end of the file; false when a line is no pair, which is then the last one.
+bool ReadPairs(clsFile& file, std::vector<typeXYs4Tr>& pairs) {
+    while (!file.AtEnd()) {
+        const std::string line = file.ReadLine();
+        if (line.empty()) continue;
+        if (!ReadPair(line, pairs.emplace_back())) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+std::string ListPairs(std::span<const typeXYs4Tr> pairs) {
+    std::string listing;
+    for (const typeXYs4Tr& pair : pairs) {
+        listing += PadLeft(pair.sId, 20);
+        for (const auto coordinate : kCoordinates) listing += FormatFixed(pair.*coordinate, 3, 15);
+        listing += "\r\n";
+    }
+    return listing;
+}
+
+bool ReadPair(std::string_view line, typeXYs4Tr& pair) {
+    const std::string cleaned = CleanNumberLine(line, false);
+    std::string_view rest = cleaned;
+    const auto nextField = [&rest] {
+        const std::string_view field = rest.substr(0, rest.find(' '));
+        rest.remove_prefix(std::min(field.size() + 1, rest.size()));
+        return field;
+    };
+    pair.sId = nextField();
+    for (const auto coordinate : kCoordinates) {
+        const auto number = ParseNumber(nextField());
+        if (!number) return false;
+        pair.*coordinate = *number;
+    }
+    return true;
+}
+
+ControlPointReading ReadControlPoints(const std::string& fileName) {
+    ControlPointReading reading;
+    auto& pairs = reading.pairs;
+    bool pairFailed = false;
+    try {
+        clsFile file;
+        file.OpenIt(fileName, true);
+        pairFailed = !ReadPairs(file, pairs);
+        reading.failed = pairFailed;
+    } catch (const RuntimeError&) {  // not open, or the system could not read on
+        reading.failed = true;
+    }
+    if (!reading.failed) return reading;
+
+    auto complete = pairs.size();
+    if (pairFailed) {
+        complete -= complete > 1 ? 2 : 1;
+        if (complete > 0) pairs.pop_back();
+    }
+    reading.accepted = complete > 0;
+    reading.lineShown = static_cast<std::int32_t>(complete) + 1;
+    return reading;
+}
+
+}  // namespace kv_tr

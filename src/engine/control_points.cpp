@@ -1,0 +1,96 @@
+// The set of control points that an engine fits to.
+#include "engine/control_points.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "support/errors.h"
+
+namespace kv_tr {
+
+void ControlPoints::Add(std::span<const typeXYs4Tr> pairs, bool append) {
+    if (!append) {
+        fullCount_ = 0;
+        notUsedCount_ = 0;
+    }
+    pairs_.resize(static_cast<std::size_t>(fullCount_));
+    pairs_.insert(pairs_.end(), pairs.begin(), pairs.end());
+    fullCount_ = static_cast<std::int32_t>(pairs_.size());
+    notUsedCount_ += static_cast<std::int32_t>(
+        std::ranges::count_if(pairs, [](const typeXYs4Tr& pair) { return bool{pair.bNotUsed}; }));
+    hasPoints_ = fullCount_ != 0;
+    if (!hasPoints_) return;
+    UpdateMeans();
+    UpdateExtent();
+}
+
+void ControlPoints::Release() {
+    pairs_.clear();
+    pairs_.shrink_to_fit();
+}
+
+std::span<const typeXYs4Tr> ControlPoints::All() const {
+    if (pairs_.size() != static_cast<std::size_t>(fullCount_)) {
+        throw RuntimeError(ErrorNumber::kSubscript, "The control points have been released");
+    }
+    return pairs_;
+}
+
+std::span<typeXYs4Tr> ControlPoints::All() {
+    std::as_const(*this).All();
+    return pairs_;
+}
+
+std::vector<typeXYs4Tr> ControlPoints::Selected(bool used) const {
+    std::vector<typeXYs4Tr> selected;
+    std::ranges::copy_if(All(), std::back_inserter(selected),
+                         [used](const typeXYs4Tr& pair) { return pair.bNotUsed != used; });
+    return selected;
+}
+
+void ControlPoints::Swap() {
+    for (typeXYs4Tr& pair : All()) {
+        std::swap(pair.dXsour, pair.dXdest);
+        std::swap(pair.dYsour, pair.dYdest);
+    }
+    std::swap(sourceMean_, destinationMean_);
+    UpdateExtent();
+}
+
+void ControlPoints::UseAll() {
+    for (typeXYs4Tr& pair : All()) pair.bNotUsed = false;
+    notUsedCount_ = 0;
+}
+
+void ControlPoints::Toggle(std::int32_t index) {
+    typeXYs4Tr& pair = All()[static_cast<std::size_t>(index)];
+    pair.bNotUsed = !pair.bNotUsed;
+    notUsedCount_ += pair.bNotUsed ? 1 : -1;
+}
+
+void ControlPoints::UpdateMeans() {
+    sourceMean_ = {};
+    destinationMean_ = {};
+    for (const typeXYs4Tr& pair : pairs_) {
+        sourceMean_.first += pair.dXsour;
+        sourceMean_.second += pair.dYsour;
+        destinationMean_.first += pair.dXdest;
+        destinationMean_.second += pair.dYdest;
+    }
+    const double count = fullCount_;
+    sourceMean_ = {sourceMean_.first / count, sourceMean_.second / count};
+    destinationMean_ = {destinationMean_.first / count, destinationMean_.second / count};
+}
+
+void ControlPoints::UpdateExtent() {
+    if (pairs_.empty()) return;
+    extent_.least = extent_.greatest = {pairs_.front().dXdest, pairs_.front().dYdest};
+    for (const typeXYs4Tr& pair : pairs_) {
+        extent_.least.first = std::min(extent_.least.first, pair.dXdest);
+        extent_.least.second = std::min(extent_.least.second, pair.dYdest);
+        extent_.greatest.first = std::max(extent_.greatest.first, pair.dXdest);
+        extent_.greatest.second = std::max(extent_.greatest.second, pair.dYdest);
+    }
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,108 @@
+// The report of a fit.
+#include "engine/transformation_log.h"
+
+#include <cmath>
+#include <vector>
+
+#include "engine/clsTrCalc.h"
+#include "model/coefficients.h"
+#include "model/formula_text.h"
+#include "model/transformation_type.h"
+#include "model/type_names.h"
+#include "support/ml_strings.h"
+#include "support/number_text.h"
+
+namespace kv_tr {
+namespace {
+
+constexpr const char* kLineEnd = "\r\n";
+
+std::string Metres(double value) { return FormatFixed(value, 3, 0) + " m"; }
+
+std::string LinearParameters(const TR_PRM& record) {
+    const auto line = [](const char* label, double value, std::uint8_t decimals) {
+        return "\t" + std::string(label) + FormatFixed(value, decimals, 0) + kLineEnd;
+    };
+    return line("a0 = ", record.dA0, 3) + line("a1 = ", record.dA1, 8) +
+           line("a2 = ", record.dA2, 8) + kLineEnd +  //
+           line("b0 = ", record.dB0, 3) + line("b1 = ", record.dB1, 8) +
+           line("b2 = ", record.dB2, 8) + kLineEnd +     //
+           "\tY2 = a0 + a1 * Y1 + a2 * X1" + kLineEnd +  //
+           "\tX2 = b0 + b1 * Y1 + b2 * X1" + kLineEnd + kLineEnd;
+}
+
+/// "a0 = " to "a9 = ", then "a10= " and so on.
+std::string Label(char series, int index) {
+    return series + std::to_string(index) + (index < 10 ? " = " : "= ");
+}
+
+std::string WithB(std::string formula) {
+    for (char& c : formula) {
+        if (c == 'a') c = 'b';
+    }
+    return formula;
+}
+
+std::string PolynomialParameters(const TR_PRM& record) {
+    const auto [a, b] = CoefficientsOf(record);
+    std::string text;
+    for (int k = 0; k <= TermCount(record.eType); ++k) {
+        const auto index = static_cast<std::size_t>(k);
+        text += "\t" + Label('a', k) + FormatSci(a[index]) + "          " + Label('b', k) +
+                FormatSci(b[index]) + kLineEnd;
+    }
+    const std::string terms = PolyFormulaText(record.eType);
+    return text + kLineEnd +                                          //
+           "\ty = Y1 - a0" + kLineEnd +                               //
+           "\tx = X1 - b0" + kLineEnd + kLineEnd +                    //
+           "\tY2 = a1 + y*a2 + x*a3" + terms + kLineEnd + kLineEnd +  //
+           "\tX2 = b1 + y*b2 + x*b3" + WithB(terms) + kLineEnd + kLineEnd;
+}
+
+std::string AccuracyFigures(const clsTrCalc& engine) {
+    return "\t" + GetMlString(104, "Középhibák:") +                         //
+           "\tY =" + Metres(engine.dRmsErrX()) +                            //
+           "\tX =" + Metres(engine.dRmsErrY()) +                            //
+           "\tYX=" + Metres(engine.dRmsErr()) + kLineEnd +                  //
+           "\t" + GetMlString(105, "Középértékek:") +                       //
+           "\t" + GetMlString(168, "Y =") + Metres(engine.dMiddleErrX()) +  //
+           "\t" + GetMlString(170, "X =") + Metres(engine.dMiddleErrY()) + kLineEnd + kLineEnd;
+}
+
+std::string PointTable(const clsTrCalc& engine, bool used, const std::string& title) {
+    std::vector<typeXYs4Tr> pairs;
+    std::int32_t count = 0;
+    engine.GetXYs(pairs, count, used);
+    if (count == 0 && !used) return {};
+    std::string table = "\t" + title + kLineEnd +
+                        GetMlString(107,
+                                    "            Pontszám     ____ Y1 __     ____ X1 __     "
+                                    "____ Y2 __     ____ X2 __  __ dX __  __ dY __  _ dXY __") +
+                        kLineEnd;
+    for (const typeXYs4Tr& pair : pairs) {
+        const double error = std::sqrt(pair.dXerr * pair.dXerr + pair.dYerr * pair.dYerr);
+        table += PadLeft(pair.sId, 20);
+        for (const double coordinate : {pair.dXsour, pair.dYsour, pair.dXdest, pair.dYdest}) {
+            table += FormatFixed(coordinate, 3, 15);
+        }
+        for (const double residual : {pair.dXerr, pair.dYerr, error}) {
+            table += FormatFixed(residual, 3, 10);
+        }
+        table += kLineEnd;
+    }
+    return table;
+}
+
+}  // namespace
+
+std::array<std::string, 5> TransformationLog(const clsTrCalc& engine) {
+    const TR_PRM record = engine.udtTrPrm();
+    return {
+        "\t" + GetMlString(103, "Transzformációs jegyzőkönyv") + kLineEnd,
+        "\t" + TypeName(record.eType),
+        engine.bTypeIsPolinom() ? PolynomialParameters(record) : LinearParameters(record),
+        AccuracyFigures(engine) + PointTable(engine, true, GetMlString(106, "Számított pontok:")),
+        PointTable(engine, false, GetMlString(108, "Kizárt pontok:"))};
+}
+
+}  // namespace kv_tr
