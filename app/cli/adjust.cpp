@@ -1,0 +1,221 @@
+// kv_tr adjust: a fit and its log.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <iostream>
+#include <set>
+
+#include "cli/fit.h"
+#include "cli/host.h"
+#include "cli/json_text.h"
+#include "cli/terminal.h"
+#include "engine/transformation_log.h"
+#include "model/coefficients.h"
+#include "model/type_names.h"
+#include "support/errors.h"
+#include "support/message.h"
+#include "support/number_text.h"
+
+namespace kv_tr::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct AdjustOptions {
+    std::string points;
+    std::string type = "affine";
+    bool inverse = false;
+    std::vector<std::string> exclude;
+    std::string limit;
+    std::string log;
+    std::string savePoints;
+    bool json = false;
+    bool decimalComma = false;
+};
+
+std::vector<typeXYs4Tr> Pairs(const clsTrCalc& engine) {
+    std::vector<typeXYs4Tr> pairs;
+    std::int32_t count = 0;
+    engine.GetAllXYs(pairs, count);
+    return pairs;
+}
+
+/// Excludes every pair that has one of the identifiers; false when one is unknown.
+bool Exclude(clsTrCalc& engine, const std::vector<std::string>& identifiers) {
+    const auto pairs = Pairs(engine);
+    for (const std::string& id : identifiers) {
+        if (std::ranges::count(pairs, id, &typeXYs4Tr::sId) > 0) continue;
+        ShowMessage(Text(TextId::kUnknownIdentifier, {Excerpt(id)}), Icon::kExclamation);
+        return false;
+    }
+    const std::set<std::string> unwanted(identifiers.begin(), identifiers.end());
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        if (unwanted.contains(pairs[i].sId)) {
+            engine.ExcludeByIx(static_cast<std::int32_t>(i), false);
+        }
+    }
+    return true;
+}
+
+bool PrepareAndFit(clsTrCalc& engine, const AdjustOptions& options) {
+    if (!LoadPoints(engine, options.points)) return false;
+    if (options.inverse) engine.SwapSourDest();
+    if (!ChooseType(engine, TypeNamed(options.type), options.points)) return false;
+    if (!Exclude(engine, options.exclude)) return false;
+    if (engine.eTrType() != TypeNamed(options.type)) {
+        PrintNote(Text(TextId::kTypeLowered, {TypeName(engine.eTrType())}));
+    }
+    return Fit(engine);
+}
+
+void SaveFiles(clsTrCalc& engine, const AdjustOptions& options) {
+    try {
+        if (!options.log.empty()) engine.SaveLog(options.log);
+        if (!options.savePoints.empty()) engine.bSaveXYs4Tr(options.savePoints);
+    } catch (const RuntimeError& error) {
+        if (error.Number() == ErrorNumber::kFileNotOpen) return;  // has been reported
+        ShowMessage(error.what(), Icon::kExclamation);
+    }
+}
+
+/// Marks the last lines of a piece, one for each pair, where the residual is beyond the limit.
+std::string Marked(const std::string& piece, const std::vector<typeXYs4Tr>& pairs, double limit) {
+    const bool colour = OutputTakesColour();
+    const auto lines = static_cast<std::size_t>(std::ranges::count(piece, '\n'));
+    std::size_t line = 0;
+    std::string marked;
+    for (std::size_t begin = 0; begin < piece.size(); ++line) {
+        const std::size_t end = piece.find("\r\n", begin);
+        std::string text = piece.substr(begin, end - begin);
+        begin = end + 2;
+        if (line + pairs.size() >= lines) {
+            const typeXYs4Tr& pair = pairs[line + pairs.size() - lines];
+            const double error = std::sqrt(pair.dXerr * pair.dXerr + pair.dYerr * pair.dYerr);
+            if (error > limit) {
+                text += "  > " + FormatFixed(limit, 3, 0);
+                if (colour) text = "\x1b[31m" + text + "\x1b[0m";
+            }
+        }
+        marked += text + "\r\n";
+    }
+    return marked;
+}
+
+void PrintLog(const clsTrCalc& engine) {
+    auto pieces = TransformationLog(engine);
+    if (OutputIsTerminal()) {
+        std::vector<typeXYs4Tr> used;
+        std::vector<typeXYs4Tr> excluded;
+        std::ranges::partition_copy(Pairs(engine), std::back_inserter(excluded),
+                                    std::back_inserter(used),
+                                    [](const typeXYs4Tr& pair) { return bool{pair.bNotUsed}; });
+        pieces[3] = Marked(pieces[3], used, engine.gdErrLimit);
+        pieces[4] = Marked(pieces[4], excluded, engine.gdErrLimit);
+    }
+    for (std::string& piece : pieces) {
+        std::erase(piece, '\r');
+        std::cout << piece << '\n';
+    }
+}
+
+Json ParametersJson(const TR_PRM& record) {
+    const auto [a, b] = CoefficientsOf(record);
+    Json parameters;
+    for (std::size_t k = 0; k < a.size(); ++k) parameters["dA" + std::to_string(k)] = a[k];
+    for (std::size_t k = 0; k < b.size(); ++k) parameters["dB" + std::to_string(k)] = b[k];
+    return parameters;
+}
+
+Json StatisticsJson(const clsTrCalc& engine) {
+    return {{"dRmsErr", engine.dRmsErr()},
+            {"dRmsErrX", engine.dRmsErrX()},
+            {"dRmsErrY", engine.dRmsErrY()},
+            {"dMiddleErrX", engine.dMiddleErrX()},
+            {"dMiddleErrY", engine.dMiddleErrY()}};
+}
+
+Json PointsJson(const clsTrCalc& engine) {
+    Json points = Json::array();
+    for (const typeXYs4Tr& pair : Pairs(engine)) {
+        points.push_back({{"sId", pair.sId},
+                          {"dXsour", pair.dXsour},
+                          {"dYsour", pair.dYsour},
+                          {"dXdest", pair.dXdest},
+                          {"dYdest", pair.dYdest},
+                          {"dXerr", pair.dXerr},
+                          {"dYerr", pair.dYerr},
+                          {"bNotUsed", bool{pair.bNotUsed}}});
+    }
+    return points;
+}
+
+Json MessagesJson() {
+    constexpr std::array kIconNames{"none", "information", "exclamation"};
+    Json messages = Json::array();
+    for (const Message& message : ReportedMessages()) {
+        messages.push_back({{"text", message.text},
+                            {"title", message.title},
+                            {"icon", kIconNames[static_cast<std::size_t>(message.icon)]}});
+    }
+    return messages;
+}
+
+/// Without a fit the parameters and the figures are null.
+void PrintJson(const clsTrCalc& engine, bool fitted, const std::vector<std::int32_t>& events) {
+    Json report;
+    report["type"] = static_cast<std::int32_t>(engine.eTrType());
+    report["typeName"] = TypeName(engine.eTrType());
+    report["parameters"] = fitted ? ParametersJson(engine.udtTrPrm()) : Json();
+    report["statistics"] = fitted ? StatisticsJson(engine) : Json();
+    report["points"] = PointsJson(engine);
+    report["messages"] = MessagesJson();
+    report["events"] = events;
+    std::cout << JsonText(report) << '\n';
+}
+
+int RunAdjust(const AdjustOptions& options) {
+    if (options.decimalComma) DecimalSeparator(',');
+    clsTrCalc engine;
+    engine.eTrType(TypeNamed(options.type));
+    if (!options.limit.empty()) engine.gdErrLimit = *ParseNumber(options.limit);
+    std::vector<std::int32_t> events;
+    const Subscription subscription =
+        engine.TypeChanched.Subscribe([&events](enuTR_TYPE& type) { events.push_back(type); });
+
+    const bool fitted = PrepareAndFit(engine, options);
+    if (fitted) SaveFiles(engine, options);
+    if (options.json) {
+        PrintJson(engine, fitted, events);
+    } else if (fitted) {
+        PrintLog(engine);
+    }
+    return ReportedMessages().empty() ? kDone : kReported;
+}
+
+}  // namespace
+
+Run AddAdjust(CLI::App& command) {
+    const auto options = std::make_shared<AdjustOptions>();
+    command.add_option("POINTS", options->points, Text(TextId::kPoints))->required();
+    AddTypeOption(command, options->type, false);
+    command.add_flag("--inverse", options->inverse, Text(TextId::kInverse));
+    command.add_option("--exclude", options->exclude, Text(TextId::kExclude))
+        ->type_name("ID")
+        ->allow_extra_args(false);
+    command.add_option("--limit", options->limit, Text(TextId::kLimit))
+        ->type_name("M")
+        ->check([](const std::string& text) {
+            const auto number = ParseNumber(text);
+            return number && *number >= 0.0 ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
+        });
+    command.add_option("--log", options->log, Text(TextId::kLog))->type_name("FILE");
+    command.add_option("--save-points", options->savePoints, Text(TextId::kSavePoints))
+        ->type_name("FILE");
+    AddLanguageOption(command);
+    command.add_flag("--json", options->json, Text(TextId::kJson));
+    command.add_flag("--decimal-comma", options->decimalComma, Text(TextId::kDecimalComma));
+    return [options] { return RunAdjust(*options); };
+}
+
+}  // namespace kv_tr::cli

@@ -1,0 +1,105 @@
+// Control points from a file to a fit, as the commands need it.
+#include "cli/fit.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <filesystem>
+
+#include "cli/host.h"
+#include "engine/control_point_file.h"
+#include "model/transformation_type.h"
+#include "support/clsFile.h"
+#include "support/errors.h"
+#include "support/message.h"
+#include "support/ml_strings.h"
+
+namespace kv_tr::cli {
+namespace {
+
+constexpr std::array kFitTypes{
+    FitType{"helmert", TR_HELMERT},    FitType{"affine", TR_AFFIN},
+    FitType{"helmert3", TR_HELMERT_3}, FitType{"affine5", TR_AFFIN_5},
+    FitType{"bilinear", TR_BILINEAR},  FitType{"poly1", TR_POLI_1},
+    FitType{"poly2", TR_POLI_2},       FitType{"poly3", TR_POLI_3},
+    FitType{"poly4", TR_POLI_4},       FitType{"poly5", TR_POLI_5},
+};
+
+const FitType* Find(const std::string& keyword) {
+    const auto found = std::ranges::find(kFitTypes, keyword, &FitType::keyword);
+    return found == kFitTypes.end() ? nullptr : &*found;
+}
+
+std::string AllKeywords() {
+    std::string all;
+    for (const FitType& type : kFitTypes)
+        all += (all.empty() ? "" : ", ") + std::string(type.keyword);
+    return all;
+}
+
+/// The loader's message counts complete pairs; this names the line of the file.
+void NoteBadLine(const std::string& fileName) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(fileName, error)) return;
+    int number = 0;
+    std::string line;
+    try {
+        clsFile file;
+        file.OpenIt(fileName, true);
+        while (!file.AtEnd()) {
+            ++number;
+            line = file.ReadLine();
+            typeXYs4Tr ignored;
+            if (!line.empty() && !ReadPair(line, ignored)) break;
+        }
+    } catch (const RuntimeError& failure) {
+        line = failure.what();
+    }
+    PrintNote(Text(TextId::kBadPointLine, {fileName, std::to_string(number), Excerpt(line)}));
+}
+
+}  // namespace
+
+std::span<const FitType> FitTypes() { return kFitTypes; }
+
+enuTR_TYPE TypeNamed(const std::string& keyword) { return Find(keyword)->type; }
+
+void AddTypeOption(CLI::App& command, std::string& keyword, bool required) {
+    command.add_option("--type", keyword, Text(TextId::kType) + ": " + AllKeywords())
+        ->required(required)
+        ->type_name("TYPE")
+        ->capture_default_str()
+        ->check([](const std::string& name) {
+            return Find(name) ? "" : Text(TextId::kUnknownType, {Excerpt(name), AllKeywords()});
+        });
+}
+
+bool LoadPoints(clsTrCalc& engine, const std::string& fileName) {
+    const auto before = ReportedMessages().size();
+    engine.bLoadXYsFromFile(fileName, false);
+    const auto shown = ReportedMessages().size() - before;
+    if (shown == 1) NoteBadLine(fileName);  // two messages: the file did not open
+    return shown == 0;
+}
+
+bool ChooseType(clsTrCalc& engine, enuTR_TYPE type, const std::string& fileName) {
+    engine.eTrType(type);
+    if (engine.bXYCntIsValid4TrType(type)) return true;
+    ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
+    PrintNote(Text(TextId::kPointsNeeded, {fileName, std::to_string(MinimumPoints(type)),
+                                           std::to_string(engine.lFullCnt())}));
+    return false;
+}
+
+bool Fit(clsTrCalc& engine) {
+    try {
+        engine.DoCalcTr();
+        return true;
+    } catch (const RuntimeError& error) {
+        if (error.Number() != ErrorNumber::kDivisionByZero) throw;
+        ShowMessage(GetMlString(76, "A transzformáció nem számítható !"));
+        return false;
+    }
+}
+
+}  // namespace kv_tr::cli

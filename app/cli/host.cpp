@@ -1,0 +1,126 @@
+// What all commands share: messages, notes and texts.
+#include "cli/host.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
+#include <utility>
+
+#include "support/component.h"
+#include "support/console_platform.h"
+#include "support/ml_strings.h"
+#include "support/number_text.h"
+
+namespace kv_tr::cli {
+namespace {
+
+/// Passes messages on to the console and keeps them.
+class KeptMessages : public MessageBox {
+public:
+    KeptMessages(std::unique_ptr<MessageBox> console, std::vector<Message>& kept)
+        : console_(std::move(console)), kept_(kept) {}
+
+    Answer Show(const Message& message) override {
+        kept_.push_back(message);
+        return console_->Show(message);
+    }
+
+private:
+    std::unique_ptr<MessageBox> console_;
+    std::vector<Message>& kept_;
+};
+
+std::vector<Message>& Kept() {
+    static std::vector<Message> messages;
+    return messages;
+}
+
+constexpr std::array<std::pair<std::string_view, std::int32_t>, 5> kLanguages{{{"hu", kHungarian},
+                                                                               {"ro", kRomanian},
+                                                                               {"vi", kVietnamese},
+                                                                               {"en", kEnglish},
+                                                                               {"sr", kSerbian}}};
+
+/// The language id of a name such as "hu"; 0 for an unknown one.
+std::int32_t LanguageNamed(const std::string& name) {
+    const auto found =
+        std::ranges::find(kLanguages, name, &decltype(kLanguages)::value_type::first);
+    return found == kLanguages.end() ? 0 : found->second;
+}
+
+std::string UsersLocale() {
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* value = std::getenv(name);
+        if (value != nullptr && *value != '\0') return value;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string Text(TextId id, std::initializer_list<std::string> values) {
+    std::string text = GetMlString(static_cast<int>(id), {});
+    std::size_t index = 0;
+    std::size_t from = 0;
+    for (const std::string& value : values) {
+        const std::string place = "{" + std::to_string(index++) + "}";
+        if (const auto at = text.find(place, from); at != text.npos) {
+            text.replace(at, place.size(), value);
+            from = at + value.size();
+        }
+    }
+    return text;
+}
+
+const std::vector<Message>& ReportedMessages() { return Kept(); }
+
+void InstallHost(std::int32_t language) {
+    Platform platform = ConsolePlatform(language);
+    platform.messages = std::make_unique<KeptMessages>(std::move(platform.messages), Kept());
+    InstallPlatform(std::move(platform));
+    SetMlLanguage(language, {});
+    DecimalSeparator('.');
+}
+
+void PrintNote(const std::string& text) { std::cerr << text << std::endl; }
+
+std::string Excerpt(const std::string& text) {
+    constexpr std::size_t kLongest = 80;
+    std::string shown = text.substr(0, kLongest);
+    const auto continuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+    if (text.size() > kLongest) {
+        std::size_t end = kLongest;
+        while (end > 0 && continuation(text[end])) --end;
+        shown = text.substr(0, end) + "...";
+    }
+    std::ranges::replace_if(
+        shown, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
+    return shown;
+}
+
+std::int32_t ChosenLanguage(const std::vector<std::string>& arguments) {
+    const std::string option = "--language";
+    std::string name = UsersLocale().substr(0, 2);
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (arguments[i] == option && i + 1 < arguments.size()) name = arguments[i + 1];
+        if (arguments[i].starts_with(option + "=")) name = arguments[i].substr(option.size() + 1);
+    }
+    const std::int32_t language = LanguageNamed(name);
+    return language == 0 ? kEnglish : language;
+}
+
+void AddLanguageOption(CLI::App& command) {
+    command.add_option("--language")
+        ->description(Text(TextId::kLanguage))
+        ->type_name("LANG")
+        ->check([](const std::string& name) {
+            return LanguageNamed(name) != 0
+                       ? ""
+                       : Text(TextId::kUnknownLanguage, {Excerpt(name), "hu, ro, vi, en, sr"});
+        });
+}
+
+}  // namespace kv_tr::cli

@@ -1,0 +1,47 @@
+// What all commands share: messages, notes, texts, and the table of commands.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/texts.h"
+#include "support/platform.h"
+
+namespace CLI {
+class App;
+}  // namespace CLI
+
+namespace kv_tr::cli {
+
+/// The program's exit codes.
+inline constexpr int kDone = 0;
+inline constexpr int kReported = 1;  // something was reported or failed
+inline constexpr int kWrongUsage = 2;
+
+/// Every message shown since the start; they also went to the standard error stream.
+const std::vector<Message>& ReportedMessages();
+
+/// Gives the component the command line's surroundings: messages are kept and printed, texts come
+/// in this language, and numbers carry a point.
+void InstallHost(std::int32_t language);
+
+/// Prints a remark to the standard error stream; unlike a message it does not count as trouble.
+void PrintNote(const std::string& text);
+
+/// A text as it can be shown on one line of a terminal: without control characters, and cut.
+std::string Excerpt(const std::string& text);
+
+/// The language that the arguments or else the user's locale ask for, English failing both.
+std::int32_t ChosenLanguage(const std::vector<std::string>& arguments);
+
+/// Adds the option --language with its check. It was obeyed before the options were built.
+void AddLanguageOption(CLI::App& command);
+
+/// Each adds its command to the program and yields what runs it and returns the exit code.
+using Run = std::function<int()>;
+Run AddAdjust(CLI::App& command);
+Run AddTransform(CLI::App& command);
+Run AddTypes(CLI::App& command);
+
+}  // namespace kv_tr::cli

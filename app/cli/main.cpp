@@ -1,0 +1,59 @@
+// kv_tr, the command line.
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+#include "cli/host.h"
+
+namespace kv_tr::cli {
+namespace {
+
+struct Command {
+    const char* name;
+    TextId description;
+    Run (*add)(CLI::App&);
+};
+
+constexpr Command kCommands[] = {
+    {"adjust", TextId::kAdjust, AddAdjust},
+    {"transform", TextId::kTransform, AddTransform},
+    {"types", TextId::kTypes, AddTypes},
+};
+
+int RunCommandLine(int argc, char** argv) {
+    InstallHost(ChosenLanguage({argv + 1, argv + argc}));
+
+    CLI::App program(Text(TextId::kProgram), "kv_tr");
+    program.require_subcommand(1);
+    program.set_help_flag("-h,--help", Text(TextId::kHelp));
+    program.set_version_flag("--version", "kv_tr " KV_TR_VERSION, Text(TextId::kVersion));
+    AddLanguageOption(program);
+
+    Run run;
+    for (const Command& command : kCommands) {
+        CLI::App& added = *program.add_subcommand(command.name, Text(command.description));
+        added.set_help_flag("-h,--help", Text(TextId::kHelp));
+        added.parse_complete_callback([&run, runThis = command.add(added)] { run = runThis; });
+    }
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? kDone : kWrongUsage;
+    }
+    const int code = run();
+    std::cout.flush();
+    return std::cout ? code : kReported;
+}
+
+}  // namespace
+}  // namespace kv_tr::cli
+
+int main(int argc, char** argv) {
+    using namespace kv_tr::cli;
+    try {
+        return RunCommandLine(argc, argv);
+    } catch (const std::exception& error) {
+        PrintNote(Text(TextId::kError) + " " + error.what());
+        return kReported;
+    }
+}

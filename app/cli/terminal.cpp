@@ -1,0 +1,52 @@
+// Whether people are looking, and what they may be shown.
+#include "cli/terminal.h"
+
+#include <cstdlib>
+#include <iostream>
+
+#ifdef _WIN32
+#include <io.h>
+#define isatty _isatty
+#else
+#include <unistd.h>
+#endif
+
+#include "cli/host.h"
+
+namespace kv_tr::cli {
+namespace {
+
+constexpr int kOutput = 1;
+constexpr int kError = 2;
+constexpr std::chrono::milliseconds kInterval{250};
+
+}  // namespace
+
+bool OutputIsTerminal() { return isatty(kOutput) != 0; }
+
+bool OutputTakesColour() {
+    const char* refused = std::getenv("NO_COLOR");
+    return OutputIsTerminal() && (refused == nullptr || *refused == '\0');
+}
+
+Progress::Progress(std::uint64_t size)
+    : enabled_(isatty(kError) != 0 && !OutputIsTerminal()),
+      size_(size),
+      next_(std::chrono::steady_clock::now() + kInterval) {}
+
+Progress::~Progress() {
+    if (shown_) std::cerr << "\r\x1b[K" << std::flush;
+}
+
+void Progress::Show(std::uint64_t lines, std::uint64_t bytes) {
+    if (!enabled_ || lines % 1024 != 0) return;
+    const auto now = std::chrono::steady_clock::now();
+    if (now < next_) return;
+    next_ = now + kInterval;
+    shown_ = true;
+    std::cerr << '\r' << Text(TextId::kLinesDone, {std::to_string(lines)});
+    if (size_ != 0) std::cerr << ", " << 100 * bytes / size_ << " %";
+    std::cerr << std::flush;
+}
+
+}  // namespace kv_tr::cli

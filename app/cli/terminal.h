@@ -1,0 +1,35 @@
+// Whether people are looking, and what they may be shown.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace kv_tr::cli {
+
+bool OutputIsTerminal();
+
+/// Whether the standard output takes colours: a terminal whose user has not set NO_COLOR.
+bool OutputTakesColour();
+
+/// A line on the standard error stream that tells how far a long job is. Shown only when that is
+/// a terminal and the results go elsewhere.
+class Progress {
+public:
+    /// The size of the job in bytes; 0 when it is not known.
+    explicit Progress(std::uint64_t size);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    /// Call it for every line; it writes a few times a second at most.
+    void Show(std::uint64_t lines, std::uint64_t bytes);
+
+private:
+    bool enabled_;
+    bool shown_ = false;
+    std::uint64_t size_;
+    std::chrono::steady_clock::time_point next_;
+};
+
+}  // namespace kv_tr::cli
