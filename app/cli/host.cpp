@@ -62,14 +62,14 @@ std::string UsersLocale() {
 }  // namespace
 
 std::string Text(TextId id, std::initializer_list<std::string> values) {
-    std::string text = GetMlString(static_cast<int>(id), {});
-    std::size_t index = 0;
-    std::size_t from = 0;
-    for (const std::string& value : values) {
-        const std::string place = "{" + std::to_string(index++) + "}";
-        if (const auto at = text.find(place, from); at != text.npos) {
-            text.replace(at, place.size(), value);
-            from = at + value.size();
+    const std::string pattern = GetMlString(static_cast<int>(id), {});
+    std::string text;
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        if (pattern[i] == '{') {
+            text += std::data(values)[pattern[i + 1] - '0'];
+            i += 2;  // digit and brace
+        } else {
+            text += pattern[i];
         }
     }
     return text;

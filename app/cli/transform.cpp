@@ -159,9 +159,8 @@ bool TransformLines(Input& input, Output& output, const Evaluator& evaluate,
         progress.Show(lines, bytes);
     }
     if (badLines > 0) {
-        ShowMessage(
-            Text(TextId::kLinesKept, {std::to_string(lines - badLines), std::to_string(badLines)}),
-            Icon::kExclamation);
+        ShowMessage(Text(TextId::kLinesKept, {std::to_string(badLines), std::to_string(lines)}),
+                    Icon::kExclamation);
     }
     return true;
 }

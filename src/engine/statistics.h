@@ -19,7 +19,8 @@ struct Statistics {
 /// Sets the residuals of all pairs, computed minus measured, and yields the figures of the used.
 ///
 /// The divisor of the root mean squares is the number of used pairs less one, whatever the number
-/// of unknowns, deliberately. Unguarded: one used pair gives infinite figures or nan, none nan.
+/// of unknowns, deliberately. Unguarded: one used pair gives root mean squares
+/// that are infinite or nan, none gives means that are nan.
 Statistics UpdateResiduals(std::span<typeXYs4Tr> pairs, const TR_PRM& record);
 
 }  // namespace kv_tr

@@ -82,14 +82,14 @@ static_assert(offsetof(AFFIN_PRM, dB1) + 8 == offsetof(AFFIN_PRM, dB0));
 /// A control point: one point in the source and in the destination system, coordinates in metres.
 /// The fields named X hold the first coordinate, which formulas, listings and graphs call Y.
 struct typeXYs4Tr {
-    std::string sId;
+    std::string sId{};
     double dXsour = 0;
     double dYsour = 0;
     double dXdest = 0;
     double dYdest = 0;
     double dXerr = 0;  // residuals of the last fit, computed minus measured
     double dYerr = 0;
-    Bool16 bNotUsed;  // excluded from the fit
+    Bool16 bNotUsed{};  // excluded from the fit
 };
 
 /// A point of the plane, metres.

@@ -1,0 +1,117 @@
+// A component of its own for each test, in surroundings that remember what happened.
+#pragma once
+
+#include <deque>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "support/component.h"
+#include "support/ml_strings.h"
+
+namespace kv_tr::test {
+
+/// Replaces the component while it lives: English texts, a decimal point, no files touched.
+class RecordingPlatform {
+public:
+    std::vector<Message> messages;  // all that were shown
+    std::vector<FileRequest> requests;
+    std::deque<std::optional<FileChoice>> choices;  // answers of the choosers, cancel when empty
+    std::map<std::string, std::string> settings;    // by application/section/key
+    int adjustments = 0;                            // how often the adjustment dialog was opened
+    EmbeddedTexts* texts = nullptr;
+
+    explicit RecordingPlatform(std::int32_t language = kEnglish) : scope_(MakePlatform(language)) {
+        TheComponent().decimalSeparator = '.';
+        SetMlLanguage(language, {});
+    }
+
+    /// The texts of all messages shown since the last call.
+    std::vector<std::string> TakeTexts() {
+        std::vector<std::string> taken;
+        for (const Message& message : messages) taken.push_back(message.text);
+        messages.clear();
+        return taken;
+    }
+
+private:
+    struct Messages : MessageBox {
+        explicit Messages(RecordingPlatform& o) : owner(o) {}
+        Answer Show(const Message& message) override {
+            owner.messages.push_back(message);
+            return message.defaultAnswer;
+        }
+        RecordingPlatform& owner;
+    };
+    struct Files : FileChooser {
+        explicit Files(RecordingPlatform& o) : owner(o) {}
+        std::optional<FileChoice> ChooseToOpen(const FileRequest& request) override {
+            owner.requests.push_back(request);
+            if (owner.choices.empty()) return std::nullopt;
+            const auto choice = owner.choices.front();
+            owner.choices.pop_front();
+            return choice;
+        }
+        std::optional<FileChoice> ChooseToSave(const FileRequest& request) override {
+            return ChooseToOpen(request);
+        }
+        RecordingPlatform& owner;
+    };
+    struct Settings : SettingsStore {
+        explicit Settings(RecordingPlatform& o) : owner(o) {}
+        static std::string Name(const SettingKey& k) {
+            return k.application + "/" + k.section + "/" + k.key;
+        }
+        std::string Read(const SettingKey& key, const std::string& fallback) override {
+            const auto found = owner.settings.find(Name(key));
+            return found == owner.settings.end() ? fallback : found->second;
+        }
+        void Write(const SettingKey& key, const std::string& value) override {
+            owner.settings[Name(key)] = value;
+        }
+        RecordingPlatform& owner;
+    };
+    struct AdjustDialog : Dialogs {
+        explicit AdjustDialog(RecordingPlatform& o) : owner(o) {}
+        bool Adjust(clsTrCalc&, bool showApplyButton) override {
+            ++owner.adjustments;
+            return showApplyButton;
+        }
+        RecordingPlatform& owner;
+    };
+
+    Platform MakePlatform(std::int32_t language) {
+        auto embedded = std::make_unique<EmbeddedTexts>(language);
+        texts = embedded.get();
+        return {.messages = std::make_unique<Messages>(*this),
+                .files = std::make_unique<Files>(*this),
+                .settings = std::make_unique<Settings>(*this),
+                .texts = std::move(embedded),
+                .dialogs = std::make_unique<AdjustDialog>(*this)};
+    }
+
+    ComponentScope scope_;
+};
+
+/// A folder of the test's own that goes away with it.
+class TemporaryFolder {
+public:
+    TemporaryFolder()
+        : path_(std::filesystem::temp_directory_path() /
+                ("kv_tr-" + std::to_string(std::random_device{}()))) {
+        std::filesystem::create_directories(path_);
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::string File(const std::string& name) const { return (path_ / name).string(); }
+
+private:
+    std::filesystem::path path_;
+};
+
+}  // namespace kv_tr::test
