@@ -18,7 +18,9 @@ std::string NumberText(double value) {
 
 std::string JsonText(const nlohmann::ordered_json& value, int indentation) {
     if (value.is_number_float()) return NumberText(value.get<double>());
-    if (!value.is_structured() || value.empty()) return value.dump();
+    if (!value.is_structured() || value.empty()) {
+        return value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    }
 
     const std::string inner(static_cast<std::size_t>(indentation) + 2, ' ');
     std::string text;

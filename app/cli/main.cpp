@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "cli/host.h"
+#include "support/errors.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -41,8 +42,10 @@ int RunCommandLine(int argc, char** argv) {
         return program.exit(error) == 0 ? kDone : kWrongUsage;
     }
     const int code = run();
-    std::cout.flush();
-    return std::cout ? code : kReported;
+    if (!std::cout.flush()) {
+        throw RuntimeError(ErrorNumber::kWriteFailed, "Not everything could be written");
+    }
+    return code;
 }
 
 }  // namespace

@@ -29,8 +29,8 @@ bool OutputTakesColour() {
     return OutputIsTerminal() && (refused == nullptr || *refused == '\0');
 }
 
-Progress::Progress(std::uint64_t size)
-    : enabled_(isatty(kError) != 0 && !OutputIsTerminal()),
+Progress::Progress(std::uint64_t size, bool disturbs)
+    : enabled_(isatty(kError) != 0 && !disturbs),
       size_(size),
       next_(std::chrono::steady_clock::now() + kInterval) {}
 

@@ -12,12 +12,11 @@ bool OutputIsTerminal();
 /// Whether the standard output takes colours: a terminal whose user has not set NO_COLOR.
 bool OutputTakesColour();
 
-/// A line on the standard error stream that tells how far a long job is. Shown only when that is
-/// a terminal and the results go elsewhere.
+/// A line on the standard error stream, if that is a terminal, that tells how far a long job is.
 class Progress {
 public:
-    /// The size of the job in bytes; 0 when it is not known.
-    explicit Progress(std::uint64_t size);
+    /// The size of the job in bytes; 0 when it is not known. Not shown where it would disturb.
+    Progress(std::uint64_t size, bool disturbs);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

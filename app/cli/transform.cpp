@@ -137,7 +137,7 @@ void ReportOpenFailure(const std::string& name) {
 /// Transforms all lines; false when a bad line ended the work.
 bool TransformLines(Input& input, Output& output, const Evaluator& evaluate,
                     const TransformOptions& options) {
-    Progress progress(input.Size());
+    Progress progress(input.Size(), options.output.empty() && OutputIsTerminal());
     LineReader reader(input.Source());
     std::uint64_t lines = 0;
     std::uint64_t bytes = 0;
@@ -184,8 +184,9 @@ int RunTransform(const TransformOptions& options) {
         return kReported;
     }
     if (!TransformLines(input, output, Evaluator(engine.udtTrPrm()), options)) return kReported;
-    if (!output.Commit())
+    if (!output.Commit()) {
         throw RuntimeError(ErrorNumber::kWriteFailed, "Not everything could be written");
+    }
     return ReportedMessages().empty() ? kDone : kReported;
 }
 
@@ -199,9 +200,12 @@ Run AddTransform(CLI::App& command) {
         ->required();
     AddTypeOption(command, options->type, true);
     command.add_option("--output", options->output, Text(TextId::kOutput))->type_name("FILE");
-    command.add_option("--decimals", options->decimals, Text(TextId::kDecimals))
+    const auto setDecimals = [options](const std::string& text) {
+        options->decimals = static_cast<int>(*ParseNumber(text));
+    };
+    command.add_option_function<std::string>("--decimals", setDecimals, Text(TextId::kDecimals))
         ->type_name("N")
-        ->capture_default_str()
+        ->default_str(std::to_string(options->decimals))
         ->check([](const std::string& text) {
             const auto number = ParseNumber(text);
             const bool suitable =

@@ -18,7 +18,8 @@ public:
     Subscription(Subscription&& other) noexcept
         : disconnect_(std::exchange(other.disconnect_, nullptr)) {}
     Subscription& operator=(Subscription&& other) noexcept {
-        std::swap(disconnect_, other.disconnect_);
+        Subscription taken(std::move(other));
+        std::swap(disconnect_, taken.disconnect_);
         return *this;
     }
     ~Subscription() {

@@ -31,6 +31,7 @@ bool CanBeWritten(const fs::path& existing) {
 }  // namespace
 
 ReplacingFile::ReplacingFile(const std::string& path) : destination_(path) {
+    if (path.empty()) return;
     std::error_code error;
     if (const auto target = fs::canonical(destination_, error); !error) destination_ = target;
     const fs::file_status status = fs::status(destination_, error);
