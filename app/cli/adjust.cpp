@@ -2,7 +2,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <iostream>
 #include <set>
 
@@ -10,6 +9,7 @@
 #include "cli/host.h"
 #include "cli/json_text.h"
 #include "cli/terminal.h"
+#include "engine/statistics.h"
 #include "engine/transformation_log.h"
 #include "model/coefficients.h"
 #include "model/type_names.h"
@@ -90,14 +90,13 @@ std::string Marked(const std::string& piece, const std::vector<typeXYs4Tr>& pair
         std::string text = piece.substr(begin, end - begin);
         begin = end + 2;
         if (line + pairs.size() >= lines) {
-            const typeXYs4Tr& pair = pairs[line + pairs.size() - lines];
-            const double error = std::sqrt(pair.dXerr * pair.dXerr + pair.dYerr * pair.dYerr);
-            if (error > limit) {
+            if (ResidualLength(pairs[line + pairs.size() - lines]) > limit) {
                 text += "  > " + FormatFixed(limit, 3, 0);
-                if (colour) text = "\x1b[31m" + text + "\x1b[0m";
+                if (colour) text.insert(0, "\x1b[31m").append("\x1b[0m");
             }
         }
-        marked += text + "\r\n";
+        marked += text;
+        marked += "\r\n";
     }
     return marked;
 }

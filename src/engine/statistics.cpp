@@ -7,6 +7,10 @@
 
 namespace kv_tr {
 
+double ResidualLength(const typeXYs4Tr& pair) {
+    return std::sqrt(pair.dXerr * pair.dXerr + pair.dYerr * pair.dYerr);
+}
+
 Statistics UpdateResiduals(std::span<typeXYs4Tr> pairs, const TR_PRM& record) {
     const Evaluator evaluate(record);
     double count = 0.0;

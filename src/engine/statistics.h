@@ -16,6 +16,9 @@ struct Statistics {
     double meanSecond = 0;
 };
 
+/// The total residual of a pair: the length of its residual vector.
+double ResidualLength(const typeXYs4Tr& pair);
+
 /// Sets the residuals of all pairs, computed minus measured, and yields the figures of the used.
 ///
 /// The divisor of the root mean squares is the number of used pairs less one, whatever the number

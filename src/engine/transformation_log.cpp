@@ -1,10 +1,10 @@
 // The report of a fit.
 #include "engine/transformation_log.h"
 
-#include <cmath>
 #include <vector>
 
 #include "engine/clsTrCalc.h"
+#include "engine/statistics.h"
 #include "model/coefficients.h"
 #include "model/formula_text.h"
 #include "model/transformation_type.h"
@@ -80,12 +80,11 @@ std::string PointTable(const clsTrCalc& engine, bool used, const std::string& ti
                                     "____ Y2 __     ____ X2 __  __ dX __  __ dY __  _ dXY __") +
                         kLineEnd;
     for (const typeXYs4Tr& pair : pairs) {
-        const double error = std::sqrt(pair.dXerr * pair.dXerr + pair.dYerr * pair.dYerr);
         table += PadLeft(pair.sId, 20);
         for (const double coordinate : {pair.dXsour, pair.dYsour, pair.dXdest, pair.dYdest}) {
             table += FormatFixed(coordinate, 3, 15);
         }
-        for (const double residual : {pair.dXerr, pair.dYerr, error}) {
+        for (const double residual : {pair.dXerr, pair.dYerr, ResidualLength(pair)}) {
             table += FormatFixed(residual, 3, 10);
         }
         table += kLineEnd;

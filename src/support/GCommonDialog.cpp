@@ -38,7 +38,7 @@ std::int32_t SaveFlags(const FileDialogArguments& arguments) {
     return kHideReadOnly | (arguments.OverWritePrompt ? kOverwritePrompt : 0);
 }
 
-std::string WithoutStar(std::string extension) {
+std::string WithoutStar(const std::string& extension) {
     return extension.starts_with("*.") ? extension.substr(2) : extension;
 }
 
