@@ -11,6 +11,7 @@
 
 #include "support/component.h"
 #include "support/ml_strings.h"
+#include "support/number_text.h"
 
 namespace kv_tr::test {
 
@@ -25,7 +26,7 @@ public:
     EmbeddedTexts* texts = nullptr;
 
     explicit RecordingPlatform(std::int32_t language = kEnglish) : scope_(MakePlatform(language)) {
-        TheComponent().decimalSeparator = '.';
+        DecimalSeparator('.');
         SetMlLanguage(language, {});
     }
 
