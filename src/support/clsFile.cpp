@@ -48,8 +48,13 @@ void clsFile::OpenForReading(const std::string& name) {
     if (std::filesystem::is_directory(name, error)) return;  // would open, but not read
     stream_.open(name, std::ios::binary);
     if (!stream_.is_open()) return;
-    reader_ = std::make_unique<LineReader>(*stream_.rdbuf());
-    utf8_ = reader_->SkipUtf8Mark();
+    try {
+        auto reader = std::make_unique<LineReader>(*stream_.rdbuf());
+        utf8_ = reader->SkipUtf8Mark();
+        reader_ = std::move(reader);
+    } catch (const RuntimeError&) {  // opens, but cannot be read
+        stream_.close();
+    }
 }
 
 void clsFile::Register() {

@@ -2,6 +2,7 @@
 #include "support/line_reader.h"
 
 #include <ios>
+#include <utility>
 
 #include "support/errors.h"
 
@@ -27,15 +28,23 @@ bool Skip(std::streambuf& source, char expected) {
 }  // namespace
 
 bool LineReader::SkipUtf8Mark() {
-    return Skip(source_, '\xEF') && Skip(source_, '\xBB') && Skip(source_, '\xBF');
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    while (begun_.size() < kMark.size() && Skip(source_, kMark[begun_.size()])) {
+        begun_ += kMark[begun_.size()];
+    }
+    if (begun_ != kMark) return false;
+    begun_.clear();
+    return true;
 }
 
-bool LineReader::AtEnd() { return Traits::eq_int_type(Peek(source_), Traits::eof()); }
+bool LineReader::AtEnd() {
+    return begun_.empty() && Traits::eq_int_type(Peek(source_), Traits::eof());
+}
 
 bool LineReader::Next() {
-    line_.clear();
+    line_ = std::exchange(begun_, {});
     ending_ = {};
-    if (AtEnd()) return false;
+    if (line_.empty() && AtEnd()) return false;
     for (auto c = Peek(source_); !Traits::eq_int_type(c, Traits::eof()); c = Peek(source_)) {
         source_.sbumpc();
         if (c == '\n') {

@@ -31,6 +31,7 @@ public:
 
 private:
     std::streambuf& source_;
+    std::string begun_;  // of a line, while looking for the mark
     std::string line_;
     std::string_view ending_;
 };
