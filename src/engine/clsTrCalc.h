@@ -9,6 +9,7 @@
 #include "engine/control_points.h"
 #include "engine/statistics.h"
 #include "model/records.h"
+#include "support/bookkeeping.h"
 #include "support/event.h"
 
 namespace kv_tr {
@@ -130,6 +131,7 @@ public:
 
     // Surroundings.
 
+    std::int32_t lDebugId() const { return trace_.Id(); }
     /// Opens the adjustment dialog; true when the user confirmed.
     bool bDoModal(bool bShowApplyButton);
     /// The folder that the component's file choosers open in.
@@ -138,6 +140,7 @@ public:
     void setLanguageID(std::int32_t LanguageID);
 
 private:
+    TraceEntry trace_{"clsTrCalc"};
     Subscription hostLanguage_;
     ControlPoints points_;
     TR_PRM record_;

@@ -19,18 +19,6 @@ constexpr const char* kLineEnd = "\r\n";
 
 std::string Metres(double value) { return FormatFixed(value, 3, 0) + " m"; }
 
-std::string LinearParameters(const TR_PRM& record) {
-    const auto line = [](const char* label, double value, std::uint8_t decimals) {
-        return "\t" + std::string(label) + FormatFixed(value, decimals, 0) + kLineEnd;
-    };
-    return line("a0 = ", record.dA0, 3) + line("a1 = ", record.dA1, 8) +
-           line("a2 = ", record.dA2, 8) + kLineEnd +  //
-           line("b0 = ", record.dB0, 3) + line("b1 = ", record.dB1, 8) +
-           line("b2 = ", record.dB2, 8) + kLineEnd +     //
-           "\tY2 = a0 + a1 * Y1 + a2 * X1" + kLineEnd +  //
-           "\tX2 = b0 + b1 * Y1 + b2 * X1" + kLineEnd + kLineEnd;
-}
-
 /// "a0 = " to "a9 = ", then "a10= " and so on.
 std::string Label(char series, int index) {
     return series + std::to_string(index) + (index < 10 ? " = " : "= ");
@@ -99,7 +87,7 @@ std::array<std::string, 5> TransformationLog(const clsTrCalc& engine) {
     return {
         "\t" + GetMlString(103, "Transzformációs jegyzőkönyv") + kLineEnd,
         "\t" + TypeName(record.eType),
-        engine.bTypeIsPolinom() ? PolynomialParameters(record) : LinearParameters(record),
+        engine.bTypeIsPolinom() ? PolynomialParameters(record) : SixParameterText(record) + kLineEnd,
         AccuracyFigures(engine) + PointTable(engine, true, GetMlString(106, "Számított pontok:")),
         PointTable(engine, false, GetMlString(108, "Kizárt pontok:"))};
 }

@@ -1,11 +1,20 @@
 // The direction of a difference of coordinates.
 #pragma once
 
+#include <cmath>
+
 namespace kv_tr {
+
+/// The angles that directions are folded with, radians.
+struct AngleConstants {
+    double pi = 4.0 * std::atan(1.0);
+    double rightAngle = pi / 2.0;
+    double fullTurn = pi + pi;
+};
 
 /// The direction of the vector (dFirst, dSecond) in radians from the first axis towards the
 /// second, in [0, 2π); 0 for a vector without length. The arctangent is taken of the smaller
 /// component over the larger one and folded by quadrant.
-double Direction(double dFirst, double dSecond);
+double Direction(double dFirst, double dSecond, const AngleConstants& constants = {});
 
 }  // namespace kv_tr

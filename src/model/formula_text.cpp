@@ -1,5 +1,7 @@
-// The formula of a polynomial record as listings and logs print it.
+// Parameters and formulas as listings and logs print them.
 #include "model/formula_text.h"
+
+#include "support/number_text.h"
 
 namespace kv_tr {
 
@@ -15,6 +17,18 @@ std::string PolyFormulaText(enuTR_TYPE eType) {
         text += "\r\n\t\t+ y^5*a16 + x*y^4*a17 + x^2*y^3*a18 + x^3*y^2*a19 + x^4*y*a20 + x^5*a21";
     }
     return text;
+}
+
+std::string SixParameterText(const TR_PRM& record) {
+    const auto line = [](const char* label, double value, std::uint8_t decimals) {
+        return "\t" + std::string(label) + FormatFixed(value, decimals, 0) + "\r\n";
+    };
+    return line("a0 = ", record.dA0, 3) + line("a1 = ", record.dA1, 8) +
+           line("a2 = ", record.dA2, 8) + "\r\n" +  //
+           line("b0 = ", record.dB0, 3) + line("b1 = ", record.dB1, 8) +
+           line("b2 = ", record.dB2, 8) + "\r\n" +  //
+           "\tY2 = a0 + a1 * Y1 + a2 * X1\r\n"
+           "\tX2 = b0 + b1 * Y1 + b2 * X1\r\n";
 }
 
 }  // namespace kv_tr

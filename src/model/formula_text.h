@@ -1,4 +1,4 @@
-// The formula of a polynomial record as listings and logs print it.
+// Parameters and formulas as listings and logs print them.
 #pragma once
 
 #include <string>
@@ -11,5 +11,9 @@ namespace kv_tr {
 /// bilinear type, " + y^2*a4 + ..." for the orders from 2 up, nothing for the rest. Orders 4 and 5
 /// begin a new line (CR LF and two tabs) without a leading blank.
 std::string PolyFormulaText(enuTR_TYPE eType);
+
+/// The six parameters and their two formulas, a line each behind a tab, ended by CR LF. Shifts have
+/// 3 decimals, the other coefficients 8.
+std::string SixParameterText(const TR_PRM& record);
 
 }  // namespace kv_tr

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -18,9 +19,11 @@ struct Component {
     Platform platform;          // every port is present
     std::int32_t language = 0;  // 0 until a language is set
     bool stringsInitialised = false;
-    std::string initDir;                 // where file choosers open
-    std::string appTitle;                // names the settings, "KV_Tr" when empty
-    char decimalSeparator;               // '.' or ',', the user's when the component starts
+    std::string initDir;    // where file choosers open
+    std::string appTitle;   // names the settings, "KV_Tr" when empty
+    char decimalSeparator;  // '.' or ',', the user's when the component starts
+    std::map<std::int32_t, std::string> traceObjects;  // living public objects, id and class
+    std::int32_t nextTraceId = 1;
     std::set<std::int16_t> fileNumbers;  // of the text files that are open
 };
 

@@ -29,7 +29,15 @@ public:
 
 class NoDialogs : public Dialogs {
 public:
-    bool Adjust(clsTrCalc&, bool) override {
+    bool Adjust(clsTrCalc&, bool) override { return Refuse(); }
+    bool ChooseParameters(clsTr&) override { return Refuse(); }
+    bool EditAffine(clsTr&) override { return Refuse(); }
+    bool ViewPolynomial(clsTr&) override { return Refuse(); }
+    bool ChooseNational(enuTR_TYPE&) override { return Refuse(); }
+    bool ListControlPoints(clsTr&, const std::string&) override { return Refuse(); }
+
+private:
+    static bool Refuse() {
         ShowMessage(GetMlString(1001, "Ez a program nem tud ablakot nyitni."), Icon::kExclamation);
         return false;
     }

@@ -15,6 +15,7 @@ enum class ErrorNumber {
     kWriteFailed = 61,     // the system took only part of what was written
     kPastEnd = 62,         // reading beyond the last line
     kLineTooLong = 63,     // a line too long to be one of a text file
+    kObjectNotSet = 91,    // an object that has been let go
     kTextMissing = 326,    // no string table has the requested id
 };
 

@@ -1,6 +1,8 @@
 // Parts of file names.
 #include "support/file_names.h"
 
+#include <algorithm>
+
 namespace kv_tr {
 namespace {
 
@@ -26,6 +28,18 @@ std::string GetFileTitle(std::string_view sPath, bool bWithExt) {
     if (before == sPath.npos) before = sPath.rfind(':');
     const auto name = before == sPath.npos ? sPath : sPath.substr(before + 1);
     return bWithExt ? std::string(name) : StripFileExt(name);
+}
+
+std::string DirectoryOf(std::string_view path) {
+    auto end = path.find_last_of(kSeparators);
+    if (end == path.npos) end = path.rfind(':');
+    return std::string(path.substr(0, end));
+}
+
+bool HasExtension(std::string_view path, std::string_view extension) {
+    return std::ranges::equal(GetFileExt(path), extension, [](char own, char wanted) {
+        return (own >= 'A' && own <= 'Z' ? own - 'A' + 'a' : own) == wanted;
+    });
 }
 
 }  // namespace kv_tr

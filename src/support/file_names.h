@@ -19,4 +19,11 @@ std::string GetFolderPart(std::string_view sPath);
 /// whole text; without its extension unless bWithExt.
 std::string GetFileTitle(std::string_view sPath, bool bWithExt);
 
+/// The text before the last folder separator, failing that before the last ":", failing that the
+/// whole text.
+std::string DirectoryOf(std::string_view path);
+
+/// Whether the path has this extension (in lower case), in whatever case.
+bool HasExtension(std::string_view path, std::string_view extension);
+
 }  // namespace kv_tr

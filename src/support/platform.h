@@ -11,7 +11,9 @@
 
 namespace kv_tr {
 
+class clsTr;
 class clsTrCalc;
+enum enuTR_TYPE : std::int32_t;
 
 enum class Icon { kNone, kInformation, kExclamation };
 enum class Buttons { kOk, kYesNo, kYesNoCancel };
@@ -98,8 +100,20 @@ public:
 class Dialogs {
 public:
     virtual ~Dialogs() = default;
-    /// Lets the user steer the adjustment; true when he confirmed.
+    // Each opens a dialog and waits until it is closed; true when the user confirmed.
+
+    /// Lets the user steer an adjustment.
     virtual bool Adjust(clsTrCalc& engine, bool showApplyButton) = 0;
+    /// Lets the user say where parameters come from, and get them from there.
+    virtual bool ChooseParameters(clsTr& parameters) = 0;
+    /// Shows six parameters for editing.
+    virtual bool EditAffine(clsTr& parameters) = 0;
+    /// Shows polynomial parameters as text.
+    virtual bool ViewPolynomial(clsTr& parameters) = 0;
+    /// Lists the national transformations; the type is the one selected first, then the choice.
+    virtual bool ChooseNational(enuTR_TYPE& type) = 0;
+    /// Shows the control points as text; an empty title stands for the dialog's own.
+    virtual bool ListControlPoints(clsTr& parameters, const std::string& title) = 0;
 };
 
 /// The surroundings of the component. A port left empty is filled by the console's.

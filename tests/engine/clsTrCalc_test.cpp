@@ -196,8 +196,9 @@ TEST_F(Engine, FailsCleanlyAfterTearDown) {
 
 TEST_F(Engine, AsksItsSurroundings) {
     EXPECT_TRUE(engine.bDoModal(true));
+    platform.confirm = false;
     EXPECT_FALSE(engine.bDoModal(false));
-    EXPECT_EQ(platform.adjustments, 2);
+    EXPECT_EQ(platform.opened, (Texts{"adjust, apply", "adjust"}));
 
     engine.setLanguageID(kHungarian);
     Fill(2, TR_HELMERT);

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "model/records.h"
 #include "support/component.h"
 #include "support/ml_strings.h"
 #include "support/number_text.h"
@@ -22,7 +23,9 @@ public:
     std::vector<FileRequest> requests;
     std::deque<std::optional<FileChoice>> choices;  // answers of the choosers, cancel when empty
     std::map<std::string, std::string> settings;    // by application/section/key
-    int adjustments = 0;                            // how often the adjustment dialog was opened
+    std::vector<std::string> opened;                // the dialogs, in the order they were opened
+    bool confirm = true;                            // whether the user confirms them
+    enuTR_TYPE nationalChoice = TR_HELMERT;
     EmbeddedTexts* texts = nullptr;
 
     explicit RecordingPlatform(std::int32_t language = kEnglish) : scope_(MakePlatform(language)) {
@@ -75,11 +78,25 @@ private:
         }
         RecordingPlatform& owner;
     };
-    struct AdjustDialog : Dialogs {
-        explicit AdjustDialog(RecordingPlatform& o) : owner(o) {}
+    struct RecordedDialogs : Dialogs {
+        explicit RecordedDialogs(RecordingPlatform& o) : owner(o) {}
+        bool Open(const std::string& dialog) {
+            owner.opened.push_back(dialog);
+            return owner.confirm;
+        }
         bool Adjust(clsTrCalc&, bool showApplyButton) override {
-            ++owner.adjustments;
-            return showApplyButton;
+            return Open(showApplyButton ? "adjust, apply" : "adjust");
+        }
+        bool ChooseParameters(clsTr&) override { return Open("choose parameters"); }
+        bool EditAffine(clsTr&) override { return Open("affine"); }
+        bool ViewPolynomial(clsTr&) override { return Open("polynomial"); }
+        bool ChooseNational(enuTR_TYPE& type) override {
+            Open("national from " + std::to_string(type));
+            type = owner.nationalChoice;
+            return owner.confirm;
+        }
+        bool ListControlPoints(clsTr&, const std::string& title) override {
+            return Open("control points " + title);
         }
         RecordingPlatform& owner;
     };
@@ -91,7 +108,7 @@ private:
                 .files = std::make_unique<Files>(*this),
                 .settings = std::make_unique<Settings>(*this),
                 .texts = std::move(embedded),
-                .dialogs = std::make_unique<AdjustDialog>(*this)};
+                .dialogs = std::make_unique<RecordedDialogs>(*this)};
     }
 
     ComponentScope scope_;
