@@ -116,7 +116,8 @@ TEST(CommandLine, ReportsAndExitsAsPromised) {
         {"kv_tr transform bad --points shift --type affine --output old", 1, "^$", "line 2"},
         {"kv_tr transform bad --points shift --type affine --output new", 1, "^$", "line 2"},
         {"kv_tr transform bad --points shift --type affine --output .", 1, "^$", "error:\\.\n$"},
-        {"kv_tr transform bad --points huge --type affine", 1, "^$", "DET=0 !\n.*nothing"},
+        {"kv_tr transform bad --points huge --type affine", 1, "^$",
+         "DET=0 !\n.*othing was transformed"},
         {"kv_tr transform bad --points shift --type poly5", 1, "^$", "^To few GCPs"},
         {"kv_tr transform bad --points shift", 2, "^$", "--type"},
         {"kv_tr transform bad --points shift --type affine --decimals 16", 2, "^$", "16"},
@@ -199,21 +200,21 @@ TEST(CommandLine, PrintsEveryNumberInItsShortestForm) {
 TEST(CommandLine, MarksPointsBeyondTheLimitOnATerminalOnly) {
     const Shell shell;
     const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_EQ(grantpt(terminal) + unlockpt(terminal), 0);
+    if (grantpt(terminal) != 0 || unlockpt(terminal) != 0) GTEST_SKIP() << "no terminals here";
     const std::string name = ptsname(terminal);
     const int keptOpen = open(name.c_str(), O_RDWR | O_NOCTTY);
     const std::string line =
-        "kv_tr adjust examples/textbook_conformal_3.dat --type helmert --limit 0.05";
-    const Result plain =
-        shell.Run(line + "; " + line + " >" + name + "; NO_COLOR=1 " + line + " >" + name);
+        "kv_tr adjust examples/textbook_conformal_3.dat --type helmert --limit ";
+    const Result plain = shell.Run(line + "0.02; " + line + "0.02 >" + name + "; NO_COLOR=1 " +
+                                   line + "0.1 >" + name);
     close(keptOpen);
     std::string shown;
     for (char c = 0; read(terminal, &c, 1) == 1;) shown += c;
     close(terminal);
     EXPECT_EQ(plain.out.find('>'), plain.out.npos);
-    EXPECT_EQ(std::ranges::count(shown, '>'), 4);
-    EXPECT_NE(shown.find("0.127  > 0.050\x1b[0m\r\n"), shown.npos);
-    EXPECT_NE(shown.find("0.127  > 0.050\r\n"), shown.npos);
+    EXPECT_EQ(std::ranges::count(shown, '>'), 3 + 2);
+    EXPECT_NE(shown.find("0.029  > 0.020\x1b[0m\r\n"), shown.npos);
+    EXPECT_NE(shown.find("0.149  > 0.100\r\n"), shown.npos);
 }
 
 }  // namespace

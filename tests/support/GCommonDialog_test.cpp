@@ -42,7 +42,7 @@ TEST(GCommonDialog, SplitsTheFilterAtBarsAndColons) {
 
 TEST(GCommonDialog, GivesBackWhatTheUserChoseAndClearsItWhenHeCancels) {
     test::RecordingPlatform platform;
-    platform.choices = {FileChoice{"/new/b.c.dat", 3, 0x801}};
+    platform.choices = {FileChoice{"/new/b.c.dat", 3, 0x801}, FileChoice{"d.dat"}};
     FileDialogArguments arguments{.Filename = "a.dat",
                                   .Filter = "A:*.a|B|*.b",
                                   .InitDir = "/old",
@@ -62,6 +62,8 @@ TEST(GCommonDialog, GivesBackWhatTheUserChoseAndClearsItWhenHeCancels) {
     EXPECT_EQ(arguments.flags, 0x801);
     EXPECT_TRUE(arguments.ReadOnly);
     EXPECT_EQ(dialog.APIReturn(), 1);
+    EXPECT_TRUE(dialog.VBGetOpenFileName(arguments));
+    EXPECT_FALSE(arguments.ReadOnly);
 
     EXPECT_FALSE(dialog.VBGetOpenFileName(arguments));
     EXPECT_EQ(arguments.Filename + arguments.FileTitle + arguments.Filter, "");
