@@ -1,0 +1,27 @@
+// A direction through a transformation.
+#include "params/map_direction.h"
+
+#include <cmath>
+
+#include "model/evaluate.h"
+
+namespace kv_tr {
+namespace {
+
+float SingleDifference(double to, double from) {
+    return static_cast<float>(to) - static_cast<float>(from);
+}
+
+}  // namespace
+
+double MapDirection(const TR_PRM& record, double angle, PlanePoint point, double length,
+                    const AngleConstants& constants) {
+    const Evaluator evaluate(record);
+    const PlanePoint from = evaluate(point);
+    const PlanePoint to =
+        evaluate({point.first + std::cos(angle) * length, point.second + std::sin(angle) * length});
+    return Direction(SingleDifference(to.first, from.first),
+                     SingleDifference(to.second, from.second), constants);
+}
+
+}  // namespace kv_tr
