@@ -8,10 +8,10 @@
 #include "cli/fit.h"
 #include "cli/host.h"
 #include "cli/json_text.h"
+#include "cli/parameters.h"
 #include "cli/terminal.h"
 #include "engine/statistics.h"
 #include "engine/transformation_log.h"
-#include "model/coefficients.h"
 #include "model/type_names.h"
 #include "support/errors.h"
 #include "support/message.h"
@@ -30,6 +30,7 @@ struct AdjustOptions {
     std::string limit;
     std::string log;
     std::string savePoints;
+    std::string saveParams;
     bool json = false;
     bool decimalComma = false;
 };
@@ -73,6 +74,7 @@ void SaveFiles(clsTrCalc& engine, const AdjustOptions& options) {
     try {
         if (!options.log.empty()) engine.SaveLog(options.log);
         if (!options.savePoints.empty()) engine.bSaveXYs4Tr(options.savePoints);
+        if (!options.saveParams.empty()) SaveParameters(engine.udtTrPrm(), options.saveParams);
     } catch (const RuntimeError& error) {
         if (error.Number() == ErrorNumber::kFileNotOpen) return;  // has been reported
         ShowMessage(error.what(), Icon::kExclamation);
@@ -116,14 +118,6 @@ void PrintLog(const clsTrCalc& engine) {
         std::erase(piece, '\r');
         std::cout << piece << '\n';
     }
-}
-
-Json ParametersJson(const TR_PRM& record) {
-    const auto [a, b] = CoefficientsOf(record);
-    Json parameters;
-    for (std::size_t k = 0; k < a.size(); ++k) parameters["dA" + std::to_string(k)] = a[k];
-    for (std::size_t k = 0; k < b.size(); ++k) parameters["dB" + std::to_string(k)] = b[k];
-    return parameters;
 }
 
 Json StatisticsJson(const clsTrCalc& engine) {
@@ -197,7 +191,7 @@ int RunAdjust(const AdjustOptions& options) {
 Run AddAdjust(CLI::App& command) {
     const auto options = std::make_shared<AdjustOptions>();
     command.add_option("POINTS", options->points, Text(TextId::kPoints))->required();
-    AddTypeOption(command, options->type, false);
+    AddTypeOption(command, options->type);
     command.add_flag("--inverse", options->inverse, Text(TextId::kInverse));
     command.add_option("--exclude", options->exclude, Text(TextId::kExclude))
         ->type_name("ID")
@@ -211,6 +205,9 @@ Run AddAdjust(CLI::App& command) {
     command.add_option("--log", options->log, Text(TextId::kLog))->type_name("FILE");
     command.add_option("--save-points", options->savePoints, Text(TextId::kSavePoints))
         ->type_name("FILE");
+    command.add_option("--save-params", options->saveParams, Text(TextId::kSaveParams))
+        ->type_name("FILE")
+        ->check(CheckExtension);
     AddLanguageOption(command);
     command.add_flag("--json", options->json, Text(TextId::kJson));
     command.add_flag("--decimal-comma", options->decimalComma, Text(TextId::kDecimalComma));

@@ -64,9 +64,8 @@ std::span<const FitType> FitTypes() { return kFitTypes; }
 
 enuTR_TYPE TypeNamed(const std::string& keyword) { return Find(keyword)->type; }
 
-void AddTypeOption(CLI::App& command, std::string& keyword, bool required) {
+void AddTypeOption(CLI::App& command, std::string& keyword) {
     command.add_option("--type", keyword, Text(TextId::kType) + ": " + AllKeywords())
-        ->required(required)
         ->type_name("TYPE")
         ->capture_default_str()
         ->check([](const std::string& name) {

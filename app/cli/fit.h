@@ -23,7 +23,7 @@ std::span<const FitType> FitTypes();
 enuTR_TYPE TypeNamed(const std::string& keyword);
 
 /// Adds the option --type with its check.
-void AddTypeOption(CLI::App& command, std::string& keyword, bool required);
+void AddTypeOption(CLI::App& command, std::string& keyword);
 
 /// Loads a control-point file; false after anything was reported. A note names the bad line.
 bool LoadPoints(clsTrCalc& engine, const std::string& fileName);

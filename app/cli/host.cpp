@@ -112,6 +112,18 @@ std::int32_t ChosenLanguage(const std::vector<std::string>& arguments) {
     return language == 0 ? kEnglish : language;
 }
 
+std::string CheckNumber(const std::string& text) {
+    return ParseNumber(text) ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
+}
+
+std::function<std::string(const std::string&)> CheckWord(const std::string& words) {
+    return [words](const std::string& word) {
+        const bool known = word.find_first_of(", ") == word.npos &&
+                           (", " + words + ",").find(" " + word + ",") != words.npos;
+        return known ? "" : Text(TextId::kUnknownValue, {Excerpt(word), words});
+    };
+}
+
 void AddLanguageOption(CLI::App& command) {
     command.add_option("--language")
         ->description(Text(TextId::kLanguage))

@@ -35,6 +35,12 @@ std::string Excerpt(const std::string& text);
 /// The language that the arguments or else the user's locale ask for, English failing both.
 std::int32_t ChosenLanguage(const std::vector<std::string>& arguments);
 
+/// A check for options that take a number; it yields the complaint, or nothing.
+std::string CheckNumber(const std::string& text);
+
+/// A check for options that take one of a few words, listed as "one, two".
+std::function<std::string(const std::string&)> CheckWord(const std::string& words);
+
 /// Adds the option --language with its check. It was obeyed before the options were built.
 void AddLanguageOption(CLI::App& command);
 
@@ -43,5 +49,8 @@ using Run = std::function<int()>;
 Run AddAdjust(CLI::App& command);
 Run AddTransform(CLI::App& command);
 Run AddTypes(CLI::App& command);
+Run AddParams(CLI::App& command);
+Run AddNational(CLI::App& command);
+Run AddAngle(CLI::App& command);
 
 }  // namespace kv_tr::cli

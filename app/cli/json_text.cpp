@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "model/coefficients.h"
+
 namespace kv_tr::cli {
 namespace {
 
@@ -31,6 +33,14 @@ std::string JsonText(const nlohmann::ordered_json& value, int indentation) {
     }
     text += "\n" + inner.substr(2);
     return value.is_object() ? "{" + text + "}" : "[" + text + "]";
+}
+
+nlohmann::ordered_json ParametersJson(const TR_PRM& record) {
+    const auto [a, b] = CoefficientsOf(record);
+    nlohmann::ordered_json parameters;
+    for (std::size_t k = 0; k < a.size(); ++k) parameters["dA" + std::to_string(k)] = a[k];
+    for (std::size_t k = 0; k < b.size(); ++k) parameters["dB" + std::to_string(k)] = b[k];
+    return parameters;
 }
 
 }  // namespace kv_tr::cli

@@ -19,6 +19,9 @@ constexpr Command kCommands[] = {
     {"adjust", TextId::kAdjust, AddAdjust},
     {"transform", TextId::kTransform, AddTransform},
     {"types", TextId::kTypes, AddTypes},
+    {"params", TextId::kParamsCommand, AddParams},
+    {"national", TextId::kNationalCommand, AddNational},
+    {"angle", TextId::kAngleCommand, AddAngle},
 };
 
 int RunCommandLine(int argc, char** argv) {

@@ -7,8 +7,8 @@
 #include <optional>
 #include <string_view>
 
-#include "cli/fit.h"
 #include "cli/host.h"
+#include "cli/parameters.h"
 #include "cli/terminal.h"
 #include "model/evaluate.h"
 #include "support/errors.h"
@@ -23,8 +23,7 @@ namespace {
 
 struct TransformOptions {
     std::string input = "-";
-    std::string points;
-    std::string type;
+    ParameterSource source;
     std::string output;
     int decimals = 3;
     bool noId = false;
@@ -166,12 +165,10 @@ bool TransformLines(Input& input, Output& output, const Evaluator& evaluate,
 }
 
 int RunTransform(const TransformOptions& options) {
-    clsTrCalc engine;
-    const bool fitted = LoadPoints(engine, options.points) &&
-                        ChooseType(engine, TypeNamed(options.type), options.points) && Fit(engine);
-    if (!fitted || !ReportedMessages().empty()) {
-        PrintNote(Text(TextId::kNothingTransformed));
-        return kReported;
+    clsTr transformation;
+    if (const int code = LoadParameters(transformation, options.source); code != kDone) {
+        if (code == kReported) PrintNote(Text(TextId::kNothingTransformed));
+        return code;
     }
     Input input(options.input);
     if (!input.IsOpen()) {
@@ -183,7 +180,8 @@ int RunTransform(const TransformOptions& options) {
         ReportOpenFailure(options.output);
         return kReported;
     }
-    if (!TransformLines(input, output, Evaluator(engine.udtTrPrm()), options)) return kReported;
+    if (!TransformLines(input, output, Evaluator(transformation.udtTrPrm()), options))
+        return kReported;
     if (!output.Commit()) {
         throw RuntimeError(ErrorNumber::kWriteFailed, "Not everything could be written");
     }
@@ -195,10 +193,7 @@ int RunTransform(const TransformOptions& options) {
 Run AddTransform(CLI::App& command) {
     const auto options = std::make_shared<TransformOptions>();
     command.add_option("FILE", options->input, Text(TextId::kFile));
-    command.add_option("--points", options->points, Text(TextId::kPoints))
-        ->type_name("POINTS")
-        ->required();
-    AddTypeOption(command, options->type, true);
+    AddSourceOptions(command, options->source);
     command.add_option("--output", options->output, Text(TextId::kOutput))->type_name("FILE");
     const auto setDecimals = [options](const std::string& text) {
         options->decimals = static_cast<int>(*ParseNumber(text));

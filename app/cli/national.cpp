@@ -1,0 +1,44 @@
+// kv_tr national: the built-in transformations between the Hungarian systems.
+#include "params/national.h"
+
+#include <CLI/CLI.hpp>
+
+#include "cli/host.h"
+#include "cli/table.h"
+#include "model/type_names.h"
+#include "support/number_text.h"
+
+namespace kv_tr::cli {
+namespace {
+
+std::string AreaName(NationalArea area) {
+    return Text(area == NationalArea::kHungary ? TextId::kHungary : TextId::kBudapest);
+}
+
+int RunNational() {
+    Column names{Text(TextId::kNameHeading)};
+    Column numbers{Text(TextId::kNumberHeading), true};
+    Column sources{Text(TextId::kSourceHeading)};
+    Column destinations{Text(TextId::kDestinationHeading)};
+    Column accuracies{Text(TextId::kAccuracyHeading), true};
+    Column areas{Text(TextId::kAreaHeading)};
+    for (const NationalInfo& info : NationalInfos()) {
+        names.cells.emplace_back(info.name);
+        numbers.cells.push_back(std::to_string(info.type));
+        sources.cells.emplace_back(info.source);
+        destinations.cells.emplace_back(info.destination);
+        accuracies.cells.push_back(FormatFixed(info.accuracy, 3, 0));
+        areas.cells.push_back(AreaName(info.area));
+    }
+    PrintTable({names, numbers, sources, destinations, accuracies, areas});
+    return kDone;
+}
+
+}  // namespace
+
+Run AddNational(CLI::App& command) {
+    AddLanguageOption(command);
+    return RunNational;
+}
+
+}  // namespace kv_tr::cli

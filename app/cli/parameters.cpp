@@ -1,0 +1,149 @@
+// Parameters from wherever the user says, and into files.
+#include "cli/parameters.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "cli/fit.h"
+#include "cli/host.h"
+#include "model/transformation_type.h"
+#include "model/type_names.h"
+#include "params/affine_record.h"
+#include "params/national.h"
+#include "params/parameter_file.h"
+#include "support/errors.h"
+#include "support/file_names.h"
+#include "support/message.h"
+#include "support/ml_strings.h"
+
+namespace kv_tr::cli {
+namespace {
+
+void Complain(TextId id, std::initializer_list<std::string> values = {}) {
+    ShowMessage(Text(id, values), Icon::kExclamation);
+}
+
+void FitParameters(clsTr& transformation, const ParameterSource& source) {
+    clsTrCalc& engine = *transformation.oCalcTr();
+    if (LoadPoints(engine, source.points) &&
+        ChooseType(engine, TypeNamed(source.type), source.points) && Fit(engine)) {
+        transformation.udtTrPrm(engine.udtTrPrm());
+    }
+}
+
+void LoadLinear(clsTr& transformation, const ParameterSource& source) {
+    const enuTR_TYPE type = source.type.empty() ? TR_AFFIN : TypeNamed(source.type);
+    if (!FormatHolds("trp", type, source.params)) return;
+    transformation.udtTrPrm({.eType = type});
+    if (!transformation.bLoadAffinTrPrmFromFile(source.params,
+                                                HasExtension(source.params, "prm"))) {
+        PrintNote(Text(TextId::kSixNumbers, {source.params}));
+    }
+}
+
+void LoadPolynomial(clsTr& transformation, const ParameterSource& source) {
+    TR_PRM record;
+    const PolynomialReading reading = ReadPolynomialFile(source.params, record);
+    if (!reading.opened) return;
+    if (reading.badLine != 0 || !reading.accepted) {
+        ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+        PrintNote(reading.badLine != 0
+                      ? Text(TextId::kIncomplete, {source.params, std::to_string(reading.badLine)})
+                      : Text(TextId::kNoSuchOrder, {source.params}));
+        return;
+    }
+    transformation.udtTrPrm(record);
+}
+
+void LoadBuiltIn(clsTr& transformation, const std::string& name) {
+    if (name == "OL_METER") return transformation.udtTrAffinPrm(FathomToMetre());
+    if (name == "METER_OL") return transformation.udtTrAffinPrm(MetreToFathom());
+    const auto infos = NationalInfos();
+    const auto found = std::ranges::find(infos, name, &NationalInfo::name);
+    if (found == infos.end()) return Complain(TextId::kUnknownNational, {Excerpt(name)});
+    transformation.udtTrPrmByDAT2M1(found->type);
+}
+
+/// A type asked for beside a source that has its own must be that one.
+void CheckType(const clsTr& transformation, const ParameterSource& source) {
+    if (source.type.empty() || TypeNamed(source.type) == transformation.udtTrPrm().eType) return;
+    Complain(TextId::kOtherType, {source.params + source.national, transformation.sTrTypeName(),
+                                  TypeName(TypeNamed(source.type))});
+}
+
+void Invert(clsTr& transformation) {
+    try {
+        AFFIN_PRM inverse;
+        if (transformation.bGetInversePrm(inverse)) return transformation.udtTrAffinPrm(inverse);
+        Complain(TextId::kNoInverseOfType, {transformation.sTrTypeName()});
+    } catch (const RuntimeError& error) {
+        if (error.Number() != ErrorNumber::kDivisionByZero) throw;
+        Complain(TextId::kNoInverse);
+    }
+}
+
+int WrongUsage(TextId id) {
+    PrintNote(Text(id));
+    return kWrongUsage;
+}
+
+}  // namespace
+
+void AddBuiltInOptions(CLI::App& command, ParameterSource& source) {
+    command.add_option("--national", source.national, Text(TextId::kNational))->type_name("NAME");
+    AddTypeOption(command, source.type);
+    command.add_flag("--inverse", source.inverse, Text(TextId::kApplyInverse));
+}
+
+void AddSourceOptions(CLI::App& command, ParameterSource& source) {
+    command.add_option("--points", source.points, Text(TextId::kPoints))->type_name("POINTS");
+    command.add_option("--params", source.params, Text(TextId::kParams))
+        ->type_name("FILE")
+        ->check(CheckExtension);
+    AddBuiltInOptions(command, source);
+}
+
+int LoadParameters(clsTr& transformation, const ParameterSource& source) {
+    if (!source.points.empty() + !source.params.empty() + !source.national.empty() != 1) {
+        return WrongUsage(TextId::kOneSource);
+    }
+    if (!source.points.empty() && source.type.empty()) return WrongUsage(TextId::kTypeNeeded);
+
+    if (!source.points.empty()) {
+        FitParameters(transformation, source);
+    } else if (!source.national.empty()) {
+        LoadBuiltIn(transformation, source.national);
+    } else if (HasExtension(source.params, "all")) {
+        LoadPolynomial(transformation, source);
+    } else {
+        LoadLinear(transformation, source);
+    }
+    if (ReportedMessages().empty()) CheckType(transformation, source);
+    if (ReportedMessages().empty() && source.inverse) Invert(transformation);
+    return ReportedMessages().empty() ? kDone : kReported;
+}
+
+std::string CheckExtension(const std::string& fileName) {
+    const bool known = HasExtension(fileName, "trp") || HasExtension(fileName, "prm") ||
+                       HasExtension(fileName, "all");
+    return known ? "" : Text(TextId::kUnknownExtension, {Excerpt(fileName)});
+}
+
+bool FormatHolds(const std::string& format, enuTR_TYPE type, const std::string& name) {
+    if ((format == "all") == IsPolynomial(type)) return true;
+    Complain(TextId::kFormatCannotHold, {name, TypeName(type)});
+    return false;
+}
+
+void SaveParameters(const TR_PRM& record, const std::string& fileName) {
+    clsTr transformation;
+    transformation.udtTrPrm(record);
+    if (HasExtension(fileName, "all")) {
+        if (FormatHolds("all", record.eType, fileName)) transformation.bSavePoliTrPrm(fileName);
+    } else if (FormatHolds("trp", record.eType, fileName)) {
+        transformation.bSaveAffinTrPrm(fileName, HasExtension(fileName, "prm"));
+    }
+    transformation.TearDown();
+}
+
+}  // namespace kv_tr::cli

@@ -1,0 +1,41 @@
+// Parameters from wherever the user says, and into files.
+#pragma once
+
+#include <string>
+
+#include "params/clsTr.h"
+
+namespace CLI {
+class App;
+}
+
+namespace kv_tr::cli {
+
+/// Where parameters come from: one of points, params, national.
+struct ParameterSource {
+    std::string points;  // control-point file, to be fitted with the type
+    std::string type;
+    std::string params;  // parameter file
+    std::string national;
+    bool inverse = false;
+};
+
+/// Adds the options --points, --params, --national, --type and --inverse.
+void AddSourceOptions(CLI::App& command, ParameterSource& source);
+/// Adds those of them that serve where the parameter file is an argument of its own.
+void AddBuiltInOptions(CLI::App& command, ParameterSource& source);
+
+/// Loads or fits the parameters. The exit code: kReported after anything was reported, and
+/// kWrongUsage, with a note, when the source is not one.
+int LoadParameters(clsTr& transformation, const ParameterSource& source);
+
+/// A check for names of parameter files; it yields the complaint, or nothing.
+std::string CheckExtension(const std::string& fileName);
+
+/// Whether a format (trp, prm, all) can hold a type; otherwise the reason is shown under the name.
+bool FormatHolds(const std::string& format, enuTR_TYPE type, const std::string& name);
+
+/// Saves a record in the format that the file's extension names.
+void SaveParameters(const TR_PRM& record, const std::string& fileName);
+
+}  // namespace kv_tr::cli
