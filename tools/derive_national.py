@@ -815,8 +815,8 @@ def check_points(derivation: Derivation) -> Iterator[CheckPoint]:
     yield CheckPoint(20, bov, to_eov, "0.005", "published constants of 21 solved backwards")
     yield CheckPoint(24, to_stg, bov, "0.002", "published constants of 25")
     yield CheckPoint(23, to_hkr, bov, "0.008", "published constants of 22")
-    to_hkr = convert("STG", "HKR", to_stg)
-    yield CheckPoint(22, bov, to_hkr, "0.007", "25 and the exact STG to HKR")
+    by_stg = convert("STG", "HKR", to_stg)
+    yield CheckPoint(22, bov, by_stg, "0.007", "25 and the exact STG to HKR")
 
 
 def files(derivation: Derivation) -> dict[str, str]:

@@ -24,8 +24,9 @@ enum class NationalArea {
 struct NationalInfo {
     enuTR_TYPE type;
     const char* name;         // the constant without TR_: "STG_HER", "EOV_STG_10e"
-    const char* source;       // the systems, in UTF-8: "STG", "HÉR", "HKR", "HDR", "BOV", "EOV"
-    const char* destination;  //
+    const char* source;       // "STG", "HÉR", "HKR", "HDR", "BOV" or "EOV" in UTF-8
+    const char* destination;  // likewise
+
     /// The expected error of a transformed point, both coordinates together, root mean square over
     /// the area, metres. It is the error of the transformation alone: what the control network and
     /// the given coordinates are worth comes on top.
