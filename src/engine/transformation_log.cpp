@@ -87,7 +87,8 @@ std::array<std::string, 5> TransformationLog(const clsTrCalc& engine) {
     return {
         "\t" + GetMlString(103, "Transzformációs jegyzőkönyv") + kLineEnd,
         "\t" + TypeName(record.eType),
-        engine.bTypeIsPolinom() ? PolynomialParameters(record) : SixParameterText(record) + kLineEnd,
+        engine.bTypeIsPolinom() ? PolynomialParameters(record)
+                                : SixParameterText(record) + kLineEnd,
         AccuracyFigures(engine) + PointTable(engine, true, GetMlString(106, "Számított pontok:")),
         PointTable(engine, false, GetMlString(108, "Kizárt pontok:"))};
 }

@@ -43,7 +43,7 @@ bool LineReader::AtEnd() {
 
 bool LineReader::Next() {
     line_ = std::exchange(begun_, {});
-    ending_ = {};
+    ending_ = "";
     if (line_.empty() && AtEnd()) return false;
     for (auto c = Peek(source_); !Traits::eq_int_type(c, Traits::eof()); c = Peek(source_)) {
         source_.sbumpc();

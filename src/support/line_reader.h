@@ -33,7 +33,7 @@ private:
     std::streambuf& source_;
     std::string begun_;  // of a line, while looking for the mark
     std::string line_;
-    std::string_view ending_;
+    std::string_view ending_ = "";
 };
 
 }  // namespace kv_tr
