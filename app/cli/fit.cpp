@@ -6,6 +6,7 @@
 #include <array>
 #include <filesystem>
 
+#include "cli/decimal_commas.h"
 #include "cli/host.h"
 #include "engine/control_point_file.h"
 #include "model/transformation_type.h"
@@ -78,6 +79,9 @@ bool LoadPoints(clsTrCalc& engine, const std::string& fileName) {
     engine.bLoadXYsFromFile(fileName, false);
     const auto shown = ReportedMessages().size() - before;
     if (shown == 1) NoteBadLine(fileName);  // two messages: the file did not open
+    if (shown == 0 && PointsMayHaveDecimalCommas(fileName)) {
+        PrintNote(Text(TextId::kCommasSeparate, {fileName}));
+    }
     return shown == 0;
 }
 

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "cli/decimal_commas.h"
 #include "cli/fit.h"
 #include "cli/host.h"
 #include "model/transformation_type.h"
@@ -15,6 +16,7 @@
 #include "support/file_names.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
+#include "support/number_text.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -82,6 +84,20 @@ void Invert(clsTr& transformation) {
     }
 }
 
+void LoadFile(clsTr& transformation, const ParameterSource& source) {
+    if (!source.decimalComma && ParametersHaveDecimalCommas(source.params)) {
+        return Complain(TextId::kDecimalCommas, {source.params});
+    }
+    const char writing = DecimalSeparator();
+    if (source.decimalComma) DecimalSeparator(',');
+    if (HasExtension(source.params, "all")) {
+        LoadPolynomial(transformation, source);
+    } else {
+        LoadLinear(transformation, source);
+    }
+    DecimalSeparator(writing);
+}
+
 int WrongUsage(TextId id) {
     PrintNote(Text(id));
     return kWrongUsage;
@@ -93,6 +109,7 @@ void AddBuiltInOptions(CLI::App& command, ParameterSource& source) {
     command.add_option("--national", source.national, Text(TextId::kNational))->type_name("NAME");
     AddTypeOption(command, source.type);
     command.add_flag("--inverse", source.inverse, Text(TextId::kApplyInverse));
+    command.add_flag("--decimal-comma", source.decimalComma, Text(TextId::kReadDecimalComma));
 }
 
 void AddSourceOptions(CLI::App& command, ParameterSource& source) {
@@ -113,10 +130,8 @@ int LoadParameters(clsTr& transformation, const ParameterSource& source) {
         FitParameters(transformation, source);
     } else if (!source.national.empty()) {
         LoadBuiltIn(transformation, source.national);
-    } else if (HasExtension(source.params, "all")) {
-        LoadPolynomial(transformation, source);
     } else {
-        LoadLinear(transformation, source);
+        LoadFile(transformation, source);
     }
     if (ReportedMessages().empty()) CheckType(transformation, source);
     if (ReportedMessages().empty() && source.inverse) Invert(transformation);

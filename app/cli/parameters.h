@@ -18,9 +18,10 @@ struct ParameterSource {
     std::string params;  // parameter file
     std::string national;
     bool inverse = false;
+    bool decimalComma = false;  // in the parameter file
 };
 
-/// Adds the options --points, --params, --national, --type and --inverse.
+/// Adds the options --points, --params, --national, --type, --inverse and --decimal-comma.
 void AddSourceOptions(CLI::App& command, ParameterSource& source);
 /// Adds those of them that serve where the parameter file is an argument of its own.
 void AddBuiltInOptions(CLI::App& command, ParameterSource& source);

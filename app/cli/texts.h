@@ -77,6 +77,9 @@ enum class TextId {
     kTypeNeeded,
     kUnknownValue,
     kSixNumbers,
+    kReadDecimalComma,
+    kDecimalCommas,
+    kCommasSeparate,
 };
 
 /// A text in the current language, its places {0}, {1}, ... filled with the values.

@@ -200,6 +200,9 @@ constexpr MlString kEnglishStrings[] = {
     {1068, "--type is needed with --points"},
     {1069, "unknown value: {0}; the values are {1}"},
     {1070, "{0}: should hold six numbers."},
+    {1071, "The parameter file has decimal commas"},
+    {1072, "{0}: the numbers have decimal commas; --decimal-comma reads them"},
+    {1073, "{0}: commas separate fields here; if they are decimal commas, replace them by points."},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

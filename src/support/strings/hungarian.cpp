@@ -201,6 +201,9 @@ constexpr MlString kHungarianStrings[] = {
     {1068, "a --type ehhez kell: --points"},
     {1069, "ismeretlen érték: {0}; a lehetséges értékek: {1}"},
     {1070, "{0}: hat számnak kell benne lennie."},
+    {1071, "A paraméterfájlban tizedesvessző van"},
+    {1072, "{0}: a számokban tizedesvessző van; így olvasható: --decimal-comma"},
+    {1073, "{0}: a vessző itt elválasztójel; a tizedesvesszőt cserélje pontra."},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));
