@@ -1,7 +1,6 @@
 // The adjustment engine: from control points to the parameters of a transformation.
 #include "engine/clsTrCalc.h"
 
-#include "engine/constrained_fit.h"
 #include "engine/control_point_chooser.h"
 #include "engine/control_point_file.h"
 #include "engine/linear_fit.h"
@@ -90,22 +89,20 @@ void clsTrCalc::DoCalcTr() {
 void clsTrCalc::DoCalc_Helmert3(std::int16_t iterCntMax) {
     if (!points_.HasPoints()) return;
     if (record_.eType != TR_HELMERT_3) return DoCalcTr();
-    const FitOutcome outcome = FitHelmert3(points_, iterCntMax, record_);
-    if (outcome == FitOutcome::kSingular) ShowMessage(noInverseText_, Icon::kExclamation);
-    if (outcome == FitOutcome::kNotConverged) {
-        ShowMessage(GetMlString(77, "A transzformáció nem számítható!"));
-    }
-    statistics_ = UpdateResiduals(points_.All(), record_);
+    FinishIteration(FitHelmert3(points_, iterCntMax, record_), 77,
+                    "A transzformáció nem számítható!");
 }
 
 void clsTrCalc::DoCalc_Affin5(std::int16_t iterCntMax) {
     if (!points_.HasPoints()) return;
     if (record_.eType != TR_AFFIN_5) return DoCalcTr();
-    const FitOutcome outcome = FitAffine5(points_, iterCntMax, record_);
+    FinishIteration(FitAffine5(points_, iterCntMax, record_), 76,
+                    "A transzformáció nem számítható !");
+}
+
+void clsTrCalc::FinishIteration(FitOutcome outcome, int notConvergedId, const char* hungarian) {
     if (outcome == FitOutcome::kSingular) ShowMessage(noInverseText_, Icon::kExclamation);
-    if (outcome == FitOutcome::kNotConverged) {
-        ShowMessage(GetMlString(76, "A transzformáció nem számítható !"));
-    }
+    if (outcome == FitOutcome::kNotConverged) ShowMessage(GetMlString(notConvergedId, hungarian));
     statistics_ = UpdateResiduals(points_.All(), record_);
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/constrained_fit.h"
 #include "engine/control_points.h"
 #include "engine/statistics.h"
 #include "model/records.h"
@@ -140,6 +141,8 @@ public:
     void setLanguageID(std::int32_t LanguageID);
 
 private:
+    void FinishIteration(FitOutcome outcome, int notConvergedId, const char* hungarian);
+
     TraceEntry trace_{"clsTrCalc"};
     Subscription hostLanguage_;
     ControlPoints points_;
