@@ -12,8 +12,16 @@
 namespace kv_tr {
 namespace {
 
-constexpr std::array kSupportedLanguages{kHungarian,  kRomanian, kEnglish,
-                                         kVietnamese, kComment,  kSerbian};
+struct Language {
+    std::int32_t id;
+    std::span<const MlString> (*strings)();
+};
+
+constexpr std::array kLanguages{
+    Language{kHungarian, HungarianStrings}, Language{kRomanian, RomanianStrings},
+    Language{kEnglish, EnglishStrings},     Language{kVietnamese, VietnameseStrings},
+    Language{kComment, CommentStrings},     Language{kSerbian, SerbianStrings},
+};
 
 const char* Find(std::span<const MlString> table, int id) {
     const auto row = std::ranges::lower_bound(table, id, {}, &MlString::id);
@@ -27,7 +35,7 @@ std::string GetMlString(int id, std::string_view /*sDefault*/) {
 }
 
 void SetMlLanguage(std::int32_t LanguageID, std::string_view /*sName*/) {
-    const bool supported = std::ranges::count(kSupportedLanguages, LanguageID) > 0;
+    const bool supported = std::ranges::count(kLanguages, LanguageID, &Language::id) > 0;
     TheComponent().language = supported ? LanguageID : kHungarian;
 }
 
@@ -48,7 +56,8 @@ Subscription FollowHostLanguage() {
 }
 
 std::string EmbeddedTexts::Text(int id, std::int32_t languageId) {
-    const char* text = languageId == kEnglish ? Find(EnglishStrings(), id) : nullptr;
+    const auto language = std::ranges::find(kLanguages, languageId, &Language::id);
+    const char* text = language == kLanguages.end() ? nullptr : Find(language->strings(), id);
     if (text == nullptr) text = Find(HungarianStrings(), id);
     if (text == nullptr) {
         throw RuntimeError(ErrorNumber::kTextMissing, "No text has the id " + std::to_string(id));

@@ -20,6 +20,10 @@ consteval bool IdsRise(const MlString (&table)[count]) {
 }
 
 std::span<const MlString> HungarianStrings();
+std::span<const MlString> RomanianStrings();
+std::span<const MlString> VietnameseStrings();
 std::span<const MlString> EnglishStrings();
+std::span<const MlString> SerbianStrings();
+std::span<const MlString> CommentStrings();
 
 }  // namespace kv_tr
