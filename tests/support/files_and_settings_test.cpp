@@ -1,0 +1,159 @@
+// File names, text files of every form, how files are replaced, and the settings file.
+#include <gtest/gtest.h>
+
+#include "helpers/files.h"
+#include "helpers/recording_platform.h"
+#include "support/clsFile.h"
+#include "support/errors.h"
+#include "support/file_names.h"
+#include "support/settings.h"
+
+namespace kv_tr::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(FileNames, FallIntoTheirParts) {
+    using Parts = std::array<std::string, 6>;  // path, extension, stripped, folder, titles
+    for (const Parts& parts :
+         {Parts{R"(C:\data/v1.2\pts)", R"(2\pts)", R"(C:\data/v1)", "C:\\data/v1.2", "pts", "pts"},
+          {"A:pts.dat", "dat", "A:pts", "A:pts.dat", "pts.dat", "pts"},
+          {"a/b:c.dat", "dat", "a/b:c", "a", "b:c.dat", "b:c"},
+          {".dat", "dat", "", ".dat", ".dat", ""},
+          {"data/", "", "data/", "data", "", ""}}) {
+        const std::string& path = parts[0];
+        EXPECT_EQ(parts, (Parts{path, GetFileExt(path), StripFileExt(path), GetFolderPart(path),
+                                GetFileTitle(path, true), GetFileTitle(path, false)}));
+    }
+}
+
+TEST(clsFile, ReadsEveryKindOfLineAndWritesCrLfInTheCodePageOfTheLanguage) {
+    const RecordingPlatform platform;
+    const TemporaryFolder folder;
+    using Lines = std::vector<std::string>;
+    for (const auto& [language, bytes, lines, written] :
+         {std::tuple<std::int32_t, std::string, Lines, std::string>{kEnglish, "", {}, ""},
+          {kEnglish, "a\r\nb\n\r\r\n ", {"a", "b", "", "", " "}, "a\r\nb\r\n\r\n\r\n \r\n"},
+          {kHungarian, "t\xFBr\xF5\r\n", {"tűrő"}, "t\xFBr\xF5\r\n"},
+          {kVietnamese, "Vi\xEA\xF2t\n", {"Việt"}, "Vi\xEA\xF2t\r\n"},
+          {kVietnamese, "\xEF\xBB\xBFtűrő\n\xFF", {"tűrő", "\uFFFD"}, "t?r?\r\n?\r\n"},
+          {kEnglish, "\xEF\xBB", {"ď»"}, "\xEF\xBB\r\n"}}) {  // begins like a UTF-8 mark
+        SetMlLanguage(language, {});
+        WriteFile(folder.File("in"), bytes);
+        clsFile in, out;
+        in.OpenIt(folder.File("in"), true);
+        out.OpenIt(folder.File("out"));
+        in.OpenIt(folder.File("gone"), true);  // keeps the file it has
+        Lines read;
+        while (!in.AtEnd()) out.Print(read.emplace_back(in.ReadLine()));
+        EXPECT_THROW(in.ReadLine(), RuntimeError);
+        EXPECT_EQ(read, lines);
+        out.CloseIt();
+        EXPECT_EQ(ReadFile(folder.File("out")), written);
+    }
+}
+
+TEST(clsFile, ReportsWhatDoesNotOpenAndStillReturnsTrue) {
+    RecordingPlatform platform;
+    const TemporaryFolder folder;
+    for (const auto& [name, input] : {std::pair{folder.File("gone"), true},
+                                      {folder.File("gone/out"), false},
+                                      {folder.File("."), false},
+                                      {"/proc/self/mem", true}}) {  // opens, but cannot be read
+        clsFile file;
+        EXPECT_TRUE(file.OpenIt(name, input));
+        ASSERT_EQ(platform.messages.size(), 1U) << name;
+        EXPECT_EQ(platform.TakeTexts()[0], "File open error:" + name);
+        EXPECT_THROW(file.AtEnd(), RuntimeError);
+        EXPECT_THROW(file.Print("x"), RuntimeError);
+    }
+    EXPECT_TRUE(fs::is_empty(folder.File("")));
+}
+
+TEST(ReplacingFile, ReplacesOnCommitAndNeverBefore) {
+    const TemporaryFolder folder;
+    const std::string name = folder.File("out");
+    WriteFile(name, "old");
+    fs::permissions(name, fs::perms{0640});
+    fs::create_symlink("out", folder.File("link"));
+    ReplacingFile(name).Write("never committed");
+    EXPECT_EQ(ReadFile(name), "old");
+
+    ReplacingFile slow(folder.File("link"));
+    ReplacingFile quick(name);
+    slow.Write("slow");
+    quick.Write("quick");
+    EXPECT_TRUE(quick.Commit());
+    EXPECT_EQ(ReadFile(name), "quick");
+    EXPECT_TRUE(slow.Commit());
+    EXPECT_EQ(ReadFile(name), "slow");
+    EXPECT_EQ(fs::status(name).permissions(), fs::perms{0640});
+    EXPECT_TRUE(fs::is_symlink(folder.File("link")));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.File("")), {}), 2);
+}
+
+TEST(ReplacingFile, ObeysPermissions) {
+    const TemporaryFolder folder;
+    fs::create_directory(folder.File("closed"));
+    for (const char* name : {"protected", "closed/open"}) WriteFile(folder.File(name), "old");
+    fs::permissions(folder.File("protected"), fs::perms{0400});
+    fs::permissions(folder.File("closed"), fs::perms{0500});
+    if (std::ofstream(folder.File("closed/new"))) GTEST_SKIP() << "this user may do everything";
+    EXPECT_FALSE(ReplacingFile(folder.File("protected")).IsOpen());
+    ReplacingFile direct(folder.File("closed/open"));
+    direct.Write("new");
+    EXPECT_TRUE(direct.Commit());
+    EXPECT_EQ(ReadFile(folder.File("closed/open")), "new");
+    fs::permissions(folder.File("closed"), fs::perms{0700});
+}
+
+const SettingKey kPath{"KV_Tr", "Settings", "Path"};
+
+TEST(InitDir, IsAFolderThatExists) {
+    RecordingPlatform platform;
+    const TemporaryFolder folder;
+    WriteFile(folder.File("file"), "");
+    for (const auto& [stored, expected] : {std::pair{folder.File(""), folder.File("")},
+                                           {folder.File("file"), DefaultFolder()},
+                                           {"", "unchanged"}}) {
+        platform.settings["KV_Tr/Settings/Path"] = stored;
+        InitDir("unchanged");
+        LoadInitDir();
+        EXPECT_EQ(InitDir(), expected);
+    }
+}
+
+TEST(SettingsFile, ChangesItsOwnLineAndKeepsAllOthers) {
+    for (const auto& [before, after] :
+         {std::pair<std::string, std::string>{"", "[Settings]\nPath=/é=1\n"},
+          {"; note\n[Other]\nPath=/x\n[Settings]\nSize=1\nPath=/old\n\n[Last]\nx=y",
+           "; note\n[Other]\nPath=/x\n[Settings]\nSize=1\nPath=/é=1\n\n[Last]\nx=y\n"},
+          {"[Settings]\r\nPaths=1\r\n[Last]\r\n", "[Settings]\nPaths=1\nPath=/é=1\n[Last]\n"},
+          {"\xFF\x01[Settings]\nPath=/x", "\xFF\x01[Settings]\nPath=/x\n[Settings]\nPath=/é=1\n"},
+          {"[Settings]\n" + std::string(2 << 20, 'x'), "[Settings]\nPath=/é=1\n"}}) {
+        const TemporaryFolder folder;
+        WriteFile(folder.File("KV_Tr.ini"), before);
+        SettingsFile settings(folder.File(""));
+        settings.Write(kPath, "/é=1");
+        EXPECT_EQ(ReadFile(folder.File("KV_Tr.ini")), after);
+        EXPECT_EQ(settings.Read(kPath, "fallback"), "/é=1");
+    }
+}
+
+TEST(SettingsFile, CreatesItsFolderOrStaysAsItIs) {
+    const TemporaryFolder folder;
+    WriteFile(folder.File("file"), "");
+    fs::create_directories(folder.File("taken/KV_Tr.ini"));
+    for (const auto& [name, expected] : {std::pair{folder.File("new/deep"), "value"},
+                                         {folder.File("file/below"), "fallback"},
+                                         {folder.File("taken"), "fallback"},
+                                         {"", "fallback"}}) {
+        SettingsFile settings(name);
+        EXPECT_EQ(settings.Read(kPath, "fallback"), "fallback");
+        settings.Write(kPath, "value");
+        EXPECT_EQ(settings.Read(kPath, "fallback"), expected);
+    }
+}
+
+}  // namespace
+}  // namespace kv_tr::test
