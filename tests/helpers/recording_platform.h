@@ -84,9 +84,7 @@ private:
             owner.opened.push_back(dialog);
             return owner.confirm;
         }
-        bool Adjust(clsTrCalc&, bool showApplyButton) override {
-            return Open(showApplyButton ? "adjust, apply" : "adjust");
-        }
+        bool Adjust(clsTrCalc&, bool apply) override { return Open(apply ? "apply" : "adjust"); }
         bool ChooseParameters(clsTr&) override { return Open("choose parameters"); }
         bool EditAffine(clsTr&) override { return Open("affine"); }
         bool ViewPolynomial(clsTr&) override { return Open("polynomial"); }
@@ -95,9 +93,7 @@ private:
             type = owner.nationalChoice;
             return owner.confirm;
         }
-        bool ListControlPoints(clsTr&, const std::string& title) override {
-            return Open("control points " + title);
-        }
+        bool ListControlPoints(clsTr&, const std::string& title) override { return Open(title); }
         RecordingPlatform& owner;
     };
 

@@ -34,4 +34,13 @@ inline std::vector<PlanePoint> SpreadPoints(std::size_t count) {
     return points;
 }
 
+inline PlanePoint Identity(PlanePoint point) { return point; }
+
+inline PlanePoint Shift(PlanePoint point) { return {point.first + 100.0, point.second - 50.0}; }
+
+/// Spread points with their images by the shift.
+inline std::vector<typeXYs4Tr> ShiftedPairs(std::size_t count) {
+    return PairsBy(SpreadPoints(count), Shift);
+}
+
 }  // namespace kv_tr::test
