@@ -160,6 +160,7 @@ TEST_F(FitTest, AgreesWithExactSolutionsAtEveryPoint) {
     }
     EXPECT_EQ(points, 170);
     EXPECT_EQ(residuals, 684);
+    EXPECT_EQ(platform.TakeTexts(), Texts{});
 }
 
 TEST(UpdateResiduals, DividesByTheUsedPairsLessOne) {
