@@ -48,6 +48,19 @@ TEST(MatrixInverse, InvertsWithSwapsInAnyOrderAndSaysOnceThatAMatrixIsSingular) 
     EXPECT_THROW(MatrixInverse(notSquare), RuntimeError);
 }
 
+TEST(MatrixTimesTranspose, MultipliesEachPairOfColumns) {
+    Matrix design(3, 2);
+    for (std::size_t k = 0; k < 6; ++k) design(k / 2, k % 2) = static_cast<double>(k + 1);
+    Matrix normal(2, 2);
+    MatrixTimesTranspose(design, normal);
+    EXPECT_EQ(normal(0, 0), 35.0);
+    EXPECT_EQ(normal(0, 1), 44.0);
+    EXPECT_EQ(normal(1, 0), 44.0);
+    EXPECT_EQ(normal(1, 1), 56.0);
+    Matrix tooSmall(1, 1);
+    EXPECT_THROW(MatrixTimesTranspose(design, tooSmall), RuntimeError);
+}
+
 TEST(fMAtrix_Mul_Vector, TellsOfWrongSizesAndFailsOnlyBeyondAnArray) {
     test::RecordingPlatform platform;
     const Matrix matrix = Filled(2, {1, 2, 3, 4});

@@ -37,6 +37,23 @@ TEST_F(ClsTr, CopiesSixParametersByName) {
     EXPECT_EQ(six, (std::array<double, 6>{1, 2, 3, 5, 7, 11}));
 }
 
+TEST_F(ClsTr, CountsTheParametersOfItsType) {
+    const std::pair<int, int> cases[] = {{-3, 3}, {-2, 3}, {-1, 0}, {0, 0}, {1, 3}, {2, 6},
+                                         {4, 15}, {5, 21}, {6, 4},  {8, 0}, {10, 0}};
+    for (const auto& [type, count] : cases) {
+        tr.udtTrPrm({.eType = static_cast<enuTR_TYPE>(type)});
+        EXPECT_EQ(tr.lNumberOfParameters(), count) << type;
+    }
+}
+
+TEST_F(ClsTr, OpensItsDialogs) {
+    EXPECT_TRUE(tr.bChooseTrPrm() && tr.bShowAffinTrPrm() && tr.oCalcTr()->bDoModal(true));
+    platform.confirm = false;
+    EXPECT_FALSE(tr.bShowPoliTrPrm() || tr.bShowXYs4Tr("town") || tr.oCalcTr()->bDoModal(false));
+    EXPECT_EQ(platform.opened, (std::vector<std::string>{"choose parameters", "affine", "apply",
+                                                         "polynomial", "town", "adjust"}));
+}
+
 TEST_F(ClsTr, InvertsLinearRecordsOnly) {
     AFFIN_PRM inverse;
     for (const enuTR_TYPE type : {TR_HELMERT, TR_AFFIN, TR_AFFIN_5}) {
