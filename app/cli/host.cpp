@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <string_view>
 #include <utility>
@@ -62,17 +63,7 @@ std::string UsersLocale() {
 }  // namespace
 
 std::string Text(TextId id, std::initializer_list<std::string> values) {
-    const std::string pattern = GetMlString(static_cast<int>(id), {});
-    std::string text;
-    for (std::size_t i = 0; i < pattern.size(); ++i) {
-        if (pattern[i] == '{') {
-            text += std::data(values)[pattern[i + 1] - '0'];
-            i += 2;  // digit and brace
-        } else {
-            text += pattern[i];
-        }
-    }
-    return text;
+    return FillPlaces(GetMlString(static_cast<int>(id), {}), values);
 }
 
 const std::vector<Message>& ReportedMessages() { return Kept(); }
@@ -82,6 +73,8 @@ void InstallHost(std::int32_t language) {
     platform.messages = std::make_unique<KeptMessages>(std::move(platform.messages), Kept());
     InstallPlatform(std::move(platform));
     SetMlLanguage(language, {});
+    UseTextFile(std::filesystem::exists(TextFile()));
+    InitMlStrings();
     DecimalSeparator('.');
 }
 

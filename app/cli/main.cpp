@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "cli/host.h"
+#include "cli/wording.h"
 #include "support/errors.h"
 
 namespace kv_tr::cli {
@@ -28,6 +29,7 @@ int RunCommandLine(int argc, char** argv) {
     InstallHost(ChosenLanguage({argv + 1, argv + argc}));
 
     CLI::App program(Text(TextId::kProgram), "kv_tr");
+    TranslateHelp(program);
     program.require_subcommand(1);
     program.set_help_flag("-h,--help", Text(TextId::kHelp));
     program.set_version_flag("--version", "kv_tr " KV_TR_VERSION, Text(TextId::kVersion));
@@ -36,17 +38,22 @@ int RunCommandLine(int argc, char** argv) {
     Run run;
     for (const Command& command : kCommands) {
         CLI::App& added = *program.add_subcommand(command.name, Text(command.description));
+        added.group(Text(TextId::kCommandsHeading));
         added.set_help_flag("-h,--help", Text(TextId::kHelp));
         added.parse_complete_callback([&run, runThis = command.add(added)] { run = runThis; });
     }
     try {
         program.parse(argc, argv);
+    } catch (const CLI::Success& wish) {  // help or version
+        return program.exit(wish);
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? kDone : kWrongUsage;
+        PrintNote(Complaint(program, error));
+        PrintNote(Text(TextId::kSeeHelp));
+        return kWrongUsage;
     }
     const int code = run();
     if (!std::cout.flush()) {
-        throw RuntimeError(ErrorNumber::kWriteFailed, "Not everything could be written");
+        throw RuntimeError(ErrorNumber::kWriteFailed, Text(TextId::kWriteFailed));
     }
     return code;
 }

@@ -80,6 +80,19 @@ enum class TextId {
     kReadDecimalComma,
     kDecimalCommas,
     kCommasSeparate,
+    kUsage,
+    kOptionsHeading,
+    kOptionsPlace,
+    kArgumentsHeading,
+    kCommandsHeading,
+    kCommandPlace,
+    kMissing,
+    kUnexpected,
+    kCommandNeeded,
+    kValueMissing,
+    kTakesNoValue,
+    kSeeHelp,
+    kWriteFailed = 1087,
 };
 
 /// A text in the current language, its places {0}, {1}, ... filled with the values.

@@ -183,7 +183,7 @@ int RunTransform(const TransformOptions& options) {
     if (!TransformLines(input, output, Evaluator(transformation.udtTrPrm()), options))
         return kReported;
     if (!output.Commit()) {
-        throw RuntimeError(ErrorNumber::kWriteFailed, "Not everything could be written");
+        throw RuntimeError(ErrorNumber::kWriteFailed, Text(TextId::kWriteFailed));
     }
     return ReportedMessages().empty() ? kDone : kReported;
 }

@@ -73,7 +73,8 @@ void clsFile::CloseIt() {
     stream_.close();
     const auto output = std::move(output_);
     if (output && !output->Commit()) {
-        throw RuntimeError(ErrorNumber::kWriteFailed, "Not everything could be written: " + name_);
+        throw RuntimeError(ErrorNumber::kWriteFailed,
+                           GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + name_);
     }
 }
 

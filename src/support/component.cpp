@@ -1,6 +1,13 @@
 // The one shared object and its surroundings.
 #include "support/component.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#include <link.h>
+#endif
+
 #include <locale>
 #include <stdexcept>
 #include <utility>
@@ -45,6 +52,26 @@ Component& TheComponent() { return *Current(); }
 void InstallPlatform(Platform platform) {
     TheComponent().platform = Completed(std::move(platform));
     TheComponent().stringsInitialised = false;
+}
+
+std::filesystem::path ComponentFolder() {
+    static const char withinTheComponent = 0;
+#ifdef _WIN32
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<LPCWSTR>(&withinTheComponent), &module);
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
+    return std::filesystem::path(path).parent_path();
+#else
+    Dl_info info{};
+    link_map* map = nullptr;
+    dladdr1(&withinTheComponent, &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP);
+    const bool inTheProgram = map == nullptr || *map->l_name == '\0';
+    std::error_code error;
+    const std::filesystem::path module = inTheProgram ? "/proc/self/exe" : map->l_name;
+    return std::filesystem::canonical(module, error).parent_path();
+#endif
 }
 
 Dialogs& OpenDialogs() { return *TheComponent().platform.dialogs; }

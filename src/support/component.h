@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <set>
@@ -19,9 +20,10 @@ struct Component {
     Platform platform;          // every port is present
     std::int32_t language = 0;  // 0 until a language is set
     bool stringsInitialised = false;
-    std::string initDir;    // where file choosers open
-    std::string appTitle;   // names the settings, "KV_Tr" when empty
-    char decimalSeparator;  // '.' or ',', the user's when the component starts
+    bool useTextFile = false;  // texts come from a separate file
+    std::string initDir;       // where file choosers open
+    std::string appTitle;      // names the settings, "KV_Tr" when empty
+    char decimalSeparator;     // '.' or ',', the user's when the component starts
     std::map<std::int32_t, std::string> traceObjects;  // living public objects, id and class
     std::int32_t nextTraceId = 1;
     std::set<std::int16_t> fileNumbers;  // of the text files that are open
@@ -32,6 +34,9 @@ Component& TheComponent();
 /// Gives the component its surroundings. Call it before the first object is created: objects keep
 /// listening to the texts they were created with. Ports left empty become the console's.
 void InstallPlatform(Platform platform);
+
+/// The folder of the library or program that the component is part of.
+std::filesystem::path ComponentFolder();
 
 /// The windows of the component.
 Dialogs& OpenDialogs();

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "support/errors.h"
+#include "support/ml_strings.h"
 
 namespace kv_tr {
 namespace {
@@ -15,7 +16,8 @@ Traits::int_type Peek(std::streambuf& source) {
     try {
         return source.sgetc();
     } catch (const std::ios_base::failure&) {
-        throw RuntimeError(ErrorNumber::kDeviceError, "The file could not be read to its end");
+        throw RuntimeError(ErrorNumber::kDeviceError,
+                           GetMlString(1088, "A fájlt nem sikerült végigolvasni"));
     }
 }
 
@@ -56,7 +58,8 @@ bool LineReader::Next() {
             return true;
         }
         if (line_.size() == kLongestLine) {
-            throw RuntimeError(ErrorNumber::kLineTooLong, "A line is too long for a text file");
+            throw RuntimeError(ErrorNumber::kLineTooLong,
+                               GetMlString(1089, "Egy sor túl hosszú egy szövegfájlhoz"));
         }
         line_ += Traits::to_char_type(c);
     }

@@ -3,27 +3,27 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
+#include <fstream>
+#include <utility>
 
 #include "support/component.h"
 #include "support/errors.h"
+#include "support/message.h"
 #include "support/strings/table.h"
 
 namespace kv_tr {
 namespace {
 
-struct Language {
-    std::int32_t id;
-    std::span<const MlString> (*strings)();
-};
+constexpr std::array kLanguages{kHungarian, kRomanian, kEnglish, kVietnamese, kComment, kSerbian};
+constexpr std::array kLanguageNames{"Hungarian",  "Romanian", "English (United Kingdom)",
+                                    "Vietnamese", "Komment",  "Serbian (Latin)"};
+constexpr std::array kTables{HungarianStrings,  RomanianStrings, EnglishStrings,
+                             VietnameseStrings, CommentStrings,  SerbianStrings};
 
-constexpr std::array kLanguages{
-    Language{kHungarian, HungarianStrings}, Language{kRomanian, RomanianStrings},
-    Language{kEnglish, EnglishStrings},     Language{kVietnamese, VietnameseStrings},
-    Language{kComment, CommentStrings},     Language{kSerbian, SerbianStrings},
-};
-
-const char* Find(std::span<const MlString> table, int id) {
+const char* Find(std::int32_t languageId, int id) {
+    const auto language = std::ranges::find(kLanguages, languageId);
+    if (language == kLanguages.end()) return nullptr;
+    const auto table = kTables[static_cast<std::size_t>(language - kLanguages.begin())]();
     const auto row = std::ranges::lower_bound(table, id, {}, &MlString::id);
     return row != table.end() && row->id == id ? row->text : nullptr;
 }
@@ -35,17 +35,44 @@ std::string GetMlString(int id, std::string_view /*sDefault*/) {
 }
 
 void SetMlLanguage(std::int32_t LanguageID, std::string_view /*sName*/) {
-    const bool supported = std::ranges::count(kLanguages, LanguageID, &Language::id) > 0;
+    const bool supported = std::ranges::count(kLanguages, LanguageID) > 0;
     TheComponent().language = supported ? LanguageID : kHungarian;
 }
 
 std::int32_t CurrentMlLanguage() { return TheComponent().language; }
 
-void InitMlStrings() {
-    if (TheComponent().stringsInitialised) return;
-    TheComponent().platform.texts->Prepare();
-    TheComponent().stringsInitialised = true;
+std::string FillPlaces(std::string_view text, std::initializer_list<std::string> values) {
+    std::string filled;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '{') {
+            filled += std::data(values)[text[i + 1] - '0'];
+            i += 2;  // digit and brace
+        } else {
+            filled += text[i];
+        }
+    }
+    return filled;
 }
+
+std::span<const std::int32_t> MlLanguages() { return kLanguages; }
+
+std::string MlLanguageName(std::size_t index) {
+    return index < kLanguageNames.size() ? kLanguageNames[index] : "Invalid Language Index";
+}
+
+void InitMlStrings() {
+    Component& component = TheComponent();
+    if (component.stringsInitialised) return;
+    if (component.useTextFile) {
+        component.platform.texts->LoadFrom(TextFile());
+        if (component.language == 0) component.language = kHungarian;
+    }
+    component.stringsInitialised = true;
+}
+
+void UseTextFile(bool separate) { TheComponent().useTextFile = separate; }
+
+std::string TextFile() { return (ComponentFolder() / "KV_Tr.res").string(); }
 
 Subscription FollowHostLanguage() {
     InitMlStrings();
@@ -55,14 +82,30 @@ Subscription FollowHostLanguage() {
         [](std::int32_t id, const std::string& name) { SetMlLanguage(id, name); });
 }
 
-std::string EmbeddedTexts::Text(int id, std::int32_t languageId) {
-    const auto language = std::ranges::find(kLanguages, languageId, &Language::id);
-    const char* text = language == kLanguages.end() ? nullptr : Find(language->strings(), id);
-    if (text == nullptr) text = Find(HungarianStrings(), id);
-    if (text == nullptr) {
-        throw RuntimeError(ErrorNumber::kTextMissing, "No text has the id " + std::to_string(id));
+void EmbeddedTexts::LoadFrom(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream) {
+        ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + path, Icon::kExclamation);
+        return;
     }
-    return text;
+    auto [texts, badLine] = ReadTextTable(*stream.rdbuf(), kLanguages, HungarianStrings());
+    if (badLine == 0) {
+        loaded_ = std::move(texts);
+        return;
+    }
+    const std::string complaint =
+        GetMlString(1086, "{0}, {1}. sor: hibás, ezért a beépített szövegek maradnak.");
+    ShowMessage(FillPlaces(complaint, {path, std::to_string(badLine)}), Icon::kExclamation);
+}
+
+std::string EmbeddedTexts::Text(int id, std::int32_t languageId) {
+    for (const std::int32_t language : {languageId, kHungarian}) {
+        if (const auto found = loaded_.find({language, id}); found != loaded_.end()) {
+            return found->second;
+        }
+        if (const char* text = Find(language, id); text != nullptr) return text;
+    }
+    throw RuntimeError(ErrorNumber::kTextMissing, "No text has the id " + std::to_string(id));
 }
 
 void EmbeddedTexts::SwitchLanguage(std::int32_t languageId, const std::string& name) {

@@ -1,11 +1,15 @@
 // Texts by number in the current language.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "support/platform.h"
+#include "support/text_table_file.h"
 
 namespace kv_tr {
 
@@ -29,19 +33,39 @@ void SetMlLanguage(std::int32_t LanguageID, std::string_view sName);
 /// The current language; 0 before the first SetMlLanguage.
 std::int32_t CurrentMlLanguage();
 
-/// Prepares the component's texts; calls after the first do nothing.
+/// Fills the places {0}, {1}, ... of a text with the values.
+std::string FillPlaces(std::string_view text, std::initializer_list<std::string> values);
+
+/// The languages there are, in the order in which hosts list them.
+std::span<const std::int32_t> MlLanguages();
+
+/// The display name of a language by its place in that list, counted from 0.
+std::string MlLanguageName(std::size_t index);
+
+/// Prepares the component's texts; calls after the first do nothing. In the mode of a separate
+/// file it has the texts loaded from TextFile(), and a component without a language becomes
+/// Hungarian.
 void InitMlStrings();
+
+/// Whether the texts come from a separate file. A host that wants that says so before it creates
+/// the first object; by default the component has its own.
+void UseTextFile(bool separate);
+
+/// The file of that mode: KV_Tr.res beside the component.
+std::string TextFile();
 
 /// What every public object does with texts when it is created: initialises them, makes the
 /// host's language the current one, and calls SetMlLanguage whenever the host switches language,
 /// for as long as the result lives.
 [[nodiscard]] Subscription FollowHostLanguage();
 
-/// The string tables compiled into the component.
+/// The string tables compiled into the component, and in front of them those of a file.
 class EmbeddedTexts : public TextSource {
 public:
     explicit EmbeddedTexts(std::int32_t hostLanguage) : hostLanguage_(hostLanguage) {}
 
+    /// A file that cannot be read completely is shown to the user and leaves the texts as they are.
+    void LoadFrom(const std::string& path) override;
     std::string Text(int id, std::int32_t languageId) override;
     std::int32_t HostLanguage() override { return hostLanguage_; }
 
@@ -50,6 +74,7 @@ public:
 
 private:
     std::int32_t hostLanguage_;
+    TextTable loaded_;
 };
 
 }  // namespace kv_tr

@@ -86,8 +86,9 @@ public:
 class TextSource {
 public:
     virtual ~TextSource() = default;
-    /// Called once, before the first text is asked for.
-    virtual void Prepare() {}
+    /// Called once when the component starts to use texts: makes the source take them from a file.
+    /// Without this call the source has its own.
+    virtual void LoadFrom(const std::string& path) = 0;
     /// The text of an id in a language, in Hungarian where the language lacks it.
     /// Throws RuntimeError kTextMissing for an id that no language has.
     virtual std::string Text(int id, std::int32_t languageId) = 0;

@@ -147,6 +147,34 @@ TEST_F(Engine, LaysOutItsLogByteForByte) {
     EXPECT_EQ(platform.TakeTexts(), Texts{"File open error:" + missing});
 }
 
+TEST_F(Engine, WritesItsLogInTheLanguageAndCodePageThatTheHostSwitchesTo) {
+    auto pairs = test::PairsBy(test::SpreadPoints(4), test::Identity);
+    pairs[0].sId = "Tő";
+    Fit(pairs, TR_HELMERT);
+    const std::pair<std::int32_t, std::vector<std::string>> languages[] = {
+        {kHungarian,
+         {"\tTranszform\xE1"
+          "ci\xF3s jegyz\xF5"
+          "k\xF6nyv\r\n",
+          " T\xF5 "}},
+        {kRomanian, {"\tRaportul transform\xE3rii\r\n", " T\xF5 "}},
+        {kVietnamese,
+         {"\xF0\xF4\xD2"
+          "i\r\n",
+          " S\xF4\xEC hi\xEA\xF2u \xF0"
+          "i\xEA\xD2m ",
+          " T? "}},
+        {kEnglish, {"\tTransformation log\r\n", " T\xF5 "}},
+        {kSerbian, {"\tIzve\x9Ataj o transformaciji\r\n", " Broj ta\xE8ke ", " T\xF5 "}}};
+    for (const auto& [language, bytes] : languages) {
+        platform.texts->SwitchLanguage(language, "");
+        engine.SaveLog(name);
+        for (const std::string& part : bytes) {
+            EXPECT_NE(test::ReadFile(name).find(part), std::string::npos) << language << part;
+        }
+    }
+}
+
 TEST_F(Engine, ChoosesFilesWithACaptionThatTheChoiceReplaces) {
     platform.choices = {FileChoice{.path = "/data/town.dat"}, std::nullopt};
     engine.setLanguageID(kHungarian);  // the caption keeps the language of the creation

@@ -1,5 +1,9 @@
 // File names, text files of every form, how files are replaced, and the settings file.
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <set>
 
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
@@ -153,6 +157,27 @@ TEST(SettingsFile, CreatesItsFolderOrStaysAsItIs) {
         settings.Write(kPath, "value");
         EXPECT_EQ(settings.Read(kPath, "fallback"), expected);
     }
+}
+
+TEST(SettingsFile, StaysWholeWhileTwoProgramsWrite) {
+    const TemporaryFolder folder;
+    SettingsFile settings(folder.File(""));
+    std::array<pid_t, 2> programs{};
+    for (std::size_t i = 0; i < 2; ++i) {
+        programs[i] = fork();
+        if (programs[i] != 0) continue;
+        const std::string value(20000, "ab"[i]);
+        for (int k = 0; k < 200; ++k) settings.Write(kPath, value + std::to_string(k));
+        _exit(0);
+    }
+    std::set<std::size_t> lengths;
+    while (waitpid(programs[0], nullptr, WNOHANG) == 0) {
+        const std::string value = settings.Read(kPath, std::string(20000, '-'));
+        lengths.insert(std::min(value.find_first_not_of(value.front()), value.size()));
+    }
+    waitpid(programs[1], nullptr, 0);
+    EXPECT_EQ(lengths, std::set<std::size_t>{20000});
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.File("")), {}), 1);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <regex>
 #include <set>
 
+#include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "support/code_page.h"
 #include "support/errors.h"
@@ -49,6 +50,25 @@ TEST(FormatSci, HasSixteenDigitsAndThirtyColumns) {
     DecimalSeparator(',');
     EXPECT_EQ(FormatSci(-1.2345678901234565), "        -1,234567890123457E+00");
     EXPECT_EQ(FormatFixed(-1.25, 2, 0), "-1,25");
+}
+
+TEST(DecimalSeparator, IsThatOfTheUsersLocale) {
+    const test::TemporaryFolder locales;
+    setenv("LOCPATH", locales.File("").c_str(), 1);
+    for (const auto& [name, number] : {std::pair<std::string, std::string>{"hu_HU", "1234567,5"},
+                                       {"vi_VN", "1234567,5"},
+                                       {"en_GB", "1234567.5"}}) {
+        const std::string make =
+            "localedef -i " + name + " -f UTF-8 " + locales.File(name + ".UTF-8");
+        ASSERT_EQ(std::system(make.c_str()), 0);
+        setenv("LC_ALL", (name + ".UTF-8").c_str(), 1);
+        const ComponentScope scope{Platform{}};
+        EXPECT_EQ(FormatFixed(1234567.5, 1, 0), number) << name;
+    }
+    setenv("LC_ALL", "xx_XX", 1);  // the system lacks it
+    EXPECT_EQ((ComponentScope{Platform{}}, DecimalSeparator()), '.');
+    unsetenv("LC_ALL");
+    unsetenv("LOCPATH");
 }
 
 TEST(PadLeft, CountsColumns) {
@@ -211,6 +231,52 @@ TEST(StringTables, AgreeWithTheHungarianOneAndFitTheirCodePage) {
         }
         EXPECT_EQ(DisplayWidth(Find(table, 107)), 110U);
     }
+}
+
+TEST(MlLanguageName, GoesWithTheList) {
+    std::string list;
+    for (std::size_t i = 0; i <= MlLanguages().size(); ++i) list += MlLanguageName(i) + "/";
+    EXPECT_EQ(list,
+              "Hungarian/Romanian/English (United Kingdom)/Vietnamese/Komment/Serbian (Latin)/"
+              "Invalid Language Index/");
+    EXPECT_EQ(MlLanguages()[5], kSerbian);
+}
+
+TEST(TextFile, TakesThePlaceOfTheTextsItHas) {
+    const test::RecordingPlatform platform;
+    const test::TemporaryFolder folder;
+    const std::string good = "\xEF\xBB\xBF; mine\n\n[2057]\r\n97=Too few\r\n[1038]\n30= a=b\n";
+    test::WriteFile(folder.File("texts"), good);
+    platform.texts->LoadFrom(folder.File("texts"));
+    EXPECT_EQ(GetMlString(97, {}), "Too few");
+    EXPECT_EQ(GetMlString(30, {}), " a=b") << "Hungarian where English lacks it";
+    EXPECT_EQ(GetMlString(74, {}), "Invalid file format!") << "its own where the file lacks it";
+}
+
+TEST(TextFile, IsRefusedAsAWholeAtTheFirstBadLine) {
+    test::RecordingPlatform platform;
+    const test::TemporaryFolder folder;
+    const std::string name = folder.File("texts");
+    const std::string start = "[2057]\n97=Too few\n";
+    for (const auto& [text, line] : {
+             // clang-format off
+             std::pair<std::string, int>{"97=before a language\n", 1}, {"[1031]\n", 1}, {"[2057\n", 1},
+             {start + "no sign\n", 3}, {start + "9x=a\n", 3}, {start + "183=of no text\n", 3},
+             {start + "97=again\n", 3}, {start + "74=\n", 3}, {start + "74=\xFF\n", 3},
+             {start + "\n74=cut of", 4}, {start + "71=no bars\n", 3}, {start + "1026={0} {7} {2}\n", 3},
+             {start + std::string(2 << 20, 'x'), 3},
+             // clang-format on
+         }) {
+        test::WriteFile(name, text);
+        platform.texts->LoadFrom(name);
+        EXPECT_EQ(platform.TakeTexts()[0], name + ", line " + std::to_string(line) +
+                                               ": damaged, so the built-in texts stay in use.");
+        EXPECT_EQ(GetMlString(97, {}), "To few GCPs for this transformation!");
+    }
+    UseTextFile(true);  // nothing lies beside this program
+    InitMlStrings();
+    EXPECT_EQ(platform.TakeTexts(), std::vector{"File open error:" + TextFile()});
+    EXPECT_EQ(std::filesystem::path(TextFile()).filename(), "KV_Tr.res");
 }
 
 TEST(GetMlString, SpeaksEveryLanguageAndFallsBackToHungarian) {

@@ -203,6 +203,22 @@ constexpr MlString kEnglishStrings[] = {
     {1071, "The parameter file has decimal commas"},
     {1072, "{0}: the numbers have decimal commas; --decimal-comma reads them"},
     {1073, "{0}: commas separate fields here; if they are decimal commas, replace them by points."},
+    {1074, "Usage"},
+    {1075, "Options"},
+    {1076, "OPTIONS"},
+    {1077, "Arguments"},
+    {1078, "Commands"},
+    {1079, "COMMAND"},
+    {1080, "missing: {0}"},
+    {1081, "not expected: {0}"},
+    {1082, "a command is needed: {0}"},
+    {1083, "its value is missing: {0}"},
+    {1084, "takes no value: {0}"},
+    {1085, "--help tells more."},
+    {1086, "{0}, line {1}: damaged, so the built-in texts stay in use."},
+    {1087, "Not everything could be written"},
+    {1088, "The file could not be read to its end"},
+    {1089, "A line is too long for a text file"},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

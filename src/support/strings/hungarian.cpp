@@ -204,6 +204,22 @@ constexpr MlString kHungarianStrings[] = {
     {1071, "A paraméterfájlban tizedesvessző van"},
     {1072, "{0}: a számokban tizedesvessző van; így olvasható: --decimal-comma"},
     {1073, "{0}: a vessző itt elválasztójel; a tizedesvesszőt cserélje pontra."},
+    {1074, "Használat"},
+    {1075, "Kapcsolók"},
+    {1076, "KAPCSOLÓK"},
+    {1077, "Argumentumok"},
+    {1078, "Parancsok"},
+    {1079, "PARANCS"},
+    {1080, "hiányzik: {0}"},
+    {1081, "nem várt argumentum: {0}"},
+    {1082, "egy parancs kell: {0}"},
+    {1083, "hiányzik az értéke: {0}"},
+    {1084, "nem vár értéket: {0}"},
+    {1085, "Többet a --help mond."},
+    {1086, "{0}, {1}. sor: hibás, ezért a beépített szövegek maradnak."},
+    {1087, "Nem sikerült mindent kiírni"},
+    {1088, "A fájlt nem sikerült végigolvasni"},
+    {1089, "Egy sor túl hosszú egy szövegfájlhoz"},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

@@ -203,6 +203,22 @@ constexpr MlString kRomanianStrings[] = {
     {1071, "Fișierul de parametri are virgule zecimale"},
     {1072, "{0}: numerele au virgule zecimale; acestea se citesc cu --decimal-comma"},
     {1073, "{0}: virgulele separă aici câmpurile; dacă sunt virgule zecimale, înlocuiți-le cu puncte."},
+    {1074, "Utilizare"},
+    {1075, "Opțiuni"},
+    {1076, "OPȚIUNI"},
+    {1077, "Argumente"},
+    {1078, "Comenzi"},
+    {1079, "COMANDĂ"},
+    {1080, "lipsește: {0}"},
+    {1081, "argument neașteptat: {0}"},
+    {1082, "este nevoie de o comandă: {0}"},
+    {1083, "lipsește valoarea: {0}"},
+    {1084, "nu primește valoare: {0}"},
+    {1085, "Mai multe spune --help."},
+    {1086, "{0}, linia {1}: este greșită, de aceea rămân textele încorporate."},
+    {1087, "Nu s-a putut scrie totul"},
+    {1088, "Fișierul nu a putut fi citit până la capăt"},
+    {1089, "O linie este prea lungă pentru un fișier text"},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

@@ -203,6 +203,22 @@ constexpr MlString kSerbianStrings[] = {
     {1071, "Datoteka parametara ima decimalne zareze"},
     {1072, "{0}: brojevi imaju decimalni zarez; čita ih --decimal-comma"},
     {1073, "{0}: zarezi ovde razdvajaju polja; ako su to decimalni zarezi, zamenite ih decimalnim tačkama."},
+    {1074, "Upotreba"},
+    {1075, "Opcije"},
+    {1076, "OPCIJE"},
+    {1077, "Argumenti"},
+    {1078, "Komande"},
+    {1079, "KOMANDA"},
+    {1080, "nedostaje: {0}"},
+    {1081, "neočekivan argument: {0}"},
+    {1082, "potrebna je komanda: {0}"},
+    {1083, "nedostaje vrednost: {0}"},
+    {1084, "ne prima vrednost: {0}"},
+    {1085, "Više kaže --help."},
+    {1086, "{0}, red {1}: neispravan, pa ostaju ugrađeni tekstovi."},
+    {1087, "Nije bilo moguće upisati sve"},
+    {1088, "Datoteka nije mogla da se pročita do kraja"},
+    {1089, "Red je predugačak za tekstualnu datoteku"},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

@@ -203,6 +203,22 @@ constexpr MlString kVietnameseStrings[] = {
     {1071, "Tệp tham số dùng dấu phẩy thập phân"},
     {1072, "{0}: các số dùng dấu phẩy thập phân; hãy đọc bằng --decimal-comma"},
     {1073, "{0}: ở đây dấu phẩy ngăn cách các trường; nếu đó là dấu phẩy thập phân, hãy thay bằng dấu chấm."},
+    {1074, "Cách dùng"},
+    {1075, "Tùy chọn"},
+    {1076, "TÙY CHỌN"},
+    {1077, "Tham số"},
+    {1078, "Lệnh"},
+    {1079, "LỆNH"},
+    {1080, "thiếu: {0}"},
+    {1081, "tham số không mong đợi: {0}"},
+    {1082, "cần một lệnh: {0}"},
+    {1083, "thiếu giá trị: {0}"},
+    {1084, "không nhận giá trị: {0}"},
+    {1085, "Xem thêm với --help."},
+    {1086, "{0}, dòng {1}: bị hỏng, nên các văn bản có sẵn vẫn được dùng."},
+    {1087, "Không ghi được toàn bộ"},
+    {1088, "Không đọc được đến hết tệp"},
+    {1089, "Một dòng quá dài đối với tệp văn bản"},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));
