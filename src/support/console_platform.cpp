@@ -5,10 +5,20 @@
 #include <iostream>
 
 #include "support/message.h"
+#ifdef _WIN32
+#include "support/registry_settings.h"
+#else
 #include "support/settings.h"
+#endif
 
 namespace kv_tr {
 namespace {
+
+#ifdef _WIN32
+using UsersSettings = RegistrySettings;
+#else
+using UsersSettings = SettingsFile;
+#endif
 
 class ConsoleMessages : public MessageBox {
 public:
@@ -48,7 +58,7 @@ private:
 Platform ConsolePlatform(std::int32_t hostLanguage) {
     return {.messages = std::make_unique<ConsoleMessages>(),
             .files = std::make_unique<NoFiles>(),
-            .settings = std::make_unique<SettingsFile>(),
+            .settings = std::make_unique<UsersSettings>(),
             .texts = std::make_unique<EmbeddedTexts>(hostLanguage),
             .dialogs = std::make_unique<NoDialogs>()};
 }

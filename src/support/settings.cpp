@@ -85,13 +85,9 @@ void SaveInitDir() {
 SettingsFile::SettingsFile(fs::path folder) : folder_(std::move(folder)) {}
 
 fs::path SettingsFile::ConfigurationFolder() {
-#ifdef _WIN32
-    return Environment("APPDATA");
-#else
     if (const std::string folder = Environment("XDG_CONFIG_HOME"); !folder.empty()) return folder;
     const std::string home = Environment("HOME");
     return home.empty() ? fs::path{} : fs::path(home) / ".config";
-#endif
 }
 
 fs::path SettingsFile::PathOf(const SettingKey& key) const {
