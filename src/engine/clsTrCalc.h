@@ -51,6 +51,8 @@ public:
     /// Copies the used (bUsed) or the excluded pairs to tXY and their number to lCnt. When there
     /// are none, lCnt is 0 and tXY stays as it was.
     void GetXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt, bool bUsed) const;
+    /// All pairs without copying them, valid until the set changes.
+    std::span<const typeXYs4Tr> Pairs() const { return points_.All(); }
     std::int32_t lFullCnt() const { return points_.FullCount(); }
     std::int32_t lNotUsedCnt() const { return points_.NotUsedCount(); }
     /// The extent of all destination coordinates; -100000000 to 100000000 until points are added.

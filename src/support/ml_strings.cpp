@@ -76,10 +76,16 @@ std::string TextFile() { return (ComponentFolder() / "KV_Tr.res").string(); }
 
 Subscription FollowHostLanguage() {
     InitMlStrings();
-    TextSource& texts = *TheComponent().platform.texts;
-    SetMlLanguage(texts.HostLanguage(), {});
-    return texts.LanguageChanged.Subscribe(
-        [](std::int32_t id, const std::string& name) { SetMlLanguage(id, name); });
+    SetMlLanguage(TheComponent().platform.texts->HostLanguage(), {});
+    return OnLanguageChange([] {});
+}
+
+Subscription OnLanguageChange(std::function<void()> handler) {
+    return TheComponent().platform.texts->LanguageChanged.Subscribe(
+        [handler = std::move(handler)](std::int32_t id, const std::string& name) {
+            SetMlLanguage(id, name);
+            handler();
+        });
 }
 
 void EmbeddedTexts::LoadFrom(const std::string& path) {

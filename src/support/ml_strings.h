@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <span>
 #include <string>
@@ -58,6 +59,9 @@ std::string TextFile();
 /// host's language the current one, and calls SetMlLanguage whenever the host switches language,
 /// for as long as the result lives.
 [[nodiscard]] Subscription FollowHostLanguage();
+
+/// Calls the handler whenever the host has switched language, which is the current one by then.
+[[nodiscard]] Subscription OnLanguageChange(std::function<void()> handler);
 
 /// The string tables compiled into the component, and in front of them those of a file.
 class EmbeddedTexts : public TextSource {

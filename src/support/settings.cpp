@@ -15,9 +15,12 @@ namespace kv_tr {
 namespace fs = std::filesystem;
 namespace {
 
-SettingKey PathKey() {
+constexpr const char* kSection = "Settings";
+constexpr const char* kPath = "Path";
+
+SettingKey KeyOf(const std::string& section, const std::string& key) {
     const std::string& title = TheComponent().appTitle;
-    return {.application = title.empty() ? "KV_Tr" : title, .section = "Settings", .key = "Path"};
+    return {.application = title.empty() ? "KV_Tr" : title, .section = section, .key = key};
 }
 
 std::string Environment(const char* name) {
@@ -71,15 +74,23 @@ std::string DefaultFolder() {
 }
 
 void LoadInitDir() {
-    const std::string folder = TheComponent().platform.settings->Read(PathKey(), DefaultFolder());
+    const std::string folder = Setting(kSection, kPath, DefaultFolder());
     if (folder.empty()) return;
     std::error_code error;
     InitDir(fs::is_directory(folder, error) ? folder : DefaultFolder());
 }
 
 void SaveInitDir() {
-    TheComponent().platform.settings->Write(PathKey(),
-                                            InitDir().empty() ? DefaultFolder() : InitDir());
+    SaveSetting(kSection, kPath, InitDir().empty() ? DefaultFolder() : InitDir());
+}
+
+std::string Setting(const std::string& section, const std::string& key,
+                    const std::string& fallback) {
+    return TheComponent().platform.settings->Read(KeyOf(section, key), fallback);
+}
+
+void SaveSetting(const std::string& section, const std::string& key, const std::string& value) {
+    TheComponent().platform.settings->Write(KeyOf(section, key), value);
 }
 
 SettingsFile::SettingsFile(fs::path folder) : folder_(std::move(folder)) {}

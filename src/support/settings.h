@@ -22,6 +22,11 @@ void LoadInitDir();
 /// Remembers the initial folder, or the default folder when there is none.
 void SaveInitDir();
 
+/// A setting of the component by section and key; the fallback when there is none.
+std::string Setting(const std::string& section, const std::string& key,
+                    const std::string& fallback);
+void SaveSetting(const std::string& section, const std::string& key, const std::string& value);
+
 /// Settings in a small text file of the user's: [section] lines and key=value lines.
 /// A missing, unreadable or damaged file reads as empty, a read-only one stays as it is, and two
 /// programs that write at once leave one whole file.

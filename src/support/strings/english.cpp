@@ -219,6 +219,13 @@ constexpr MlString kEnglishStrings[] = {
     {1087, "Not everything could be written"},
     {1088, "The file could not be read to its end"},
     {1089, "A line is too long for a text file"},
+    {1110, "Print..."},
+    {1111, "Save picture..."},
+    {1112, "SVG picture (*.svg)|*.svg|PNG picture (*.png)|*.png"},
+    {1113, "Yes"},
+    {1114, "No"},
+    {1115, "Draw the residual graph to this file (.svg)"},
+    {1116, "a picture file ends in {1}: {0}"},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

@@ -220,6 +220,13 @@ constexpr MlString kHungarianStrings[] = {
     {1087, "Nem sikerült mindent kiírni"},
     {1088, "A fájlt nem sikerült végigolvasni"},
     {1089, "Egy sor túl hosszú egy szövegfájlhoz"},
+    {1110, "Nyomtatás..."},
+    {1111, "Kép mentése..."},
+    {1112, "SVG kép (*.svg)|*.svg|PNG kép (*.png)|*.png"},
+    {1113, "Igen"},
+    {1114, "Nem"},
+    {1115, "A maradék eltérések ábrájának mentése ebbe a fájlba (.svg)"},
+    {1116, "a képfájl végződése {1} legyen: {0}"},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

@@ -219,6 +219,13 @@ constexpr MlString kRomanianStrings[] = {
     {1087, "Nu s-a putut scrie totul"},
     {1088, "Fișierul nu a putut fi citit până la capăt"},
     {1089, "O linie este prea lungă pentru un fișier text"},
+    {1110, "Tipărire..."},
+    {1111, "Salvare imagine..."},
+    {1112, "Imagine SVG (*.svg)|*.svg|Imagine PNG (*.png)|*.png"},
+    {1113, "Da"},
+    {1114, "Nu"},
+    {1115, "Salvează graficul erorilor în acest fișier (.svg)"},
+    {1116, "un fișier imagine se termină în {1}: {0}"},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

@@ -219,6 +219,13 @@ constexpr MlString kSerbianStrings[] = {
     {1087, "Nije bilo moguće upisati sve"},
     {1088, "Datoteka nije mogla da se pročita do kraja"},
     {1089, "Red je predugačak za tekstualnu datoteku"},
+    {1110, "Štampanje..."},
+    {1111, "Sačuvaj sliku..."},
+    {1112, "SVG slika (*.svg)|*.svg|PNG slika (*.png)|*.png"},
+    {1113, "Da"},
+    {1114, "Ne"},
+    {1115, "Nacrtaj grafik odstupanja u ovu datoteku (.svg)"},
+    {1116, "naziv slike završava se na {1}: {0}"},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

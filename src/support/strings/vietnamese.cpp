@@ -219,6 +219,13 @@ constexpr MlString kVietnameseStrings[] = {
     {1087, "Không ghi được toàn bộ"},
     {1088, "Không đọc được đến hết tệp"},
     {1089, "Một dòng quá dài đối với tệp văn bản"},
+    {1110, "In..."},
+    {1111, "Lưu hình..."},
+    {1112, "Hình SVG (*.svg)|*.svg|Hình PNG (*.png)|*.png"},
+    {1113, "Có"},
+    {1114, "Không"},
+    {1115, "Vẽ biểu đồ sai số vào tệp này (.svg)"},
+    {1116, "tệp hình phải có đuôi {1}: {0}"},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));
