@@ -1,0 +1,42 @@
+// The captions and tool tips of the controls of a form.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kv_tr {
+
+/// The texts of one control by their numbers, 0 for none.
+struct Caption {
+    std::string_view control;  // its published name, which is also that of the window's object
+    int captionId = 0;
+    std::string_view text;  // the Hungarian caption; without an id the one that is shown as it is
+    int toolTipId = 0;
+};
+
+/// The texts of the controls of one form, in whatever language is the current one when asked.
+class Captions {
+public:
+    explicit Captions(std::span<const Caption> rows) : rows_(rows.begin(), rows.end()) {}
+
+    std::span<const Caption> Rows() const { return rows_; }
+    void SetCaption(std::string_view control, int id) { Row(control).captionId = id; }
+    void SetToolTip(std::string_view control, int id) { Row(control).toolTipId = id; }
+
+    /// Throws std::out_of_range for a control that the form does not have.
+    std::string Text(std::string_view control) const;
+    std::string ToolTip(std::string_view control) const;
+
+private:
+    const Caption& Row(std::string_view control) const;
+    Caption& Row(std::string_view control);
+
+    std::vector<Caption> rows_;
+};
+
+/// The rows of each form; the one that bears the form's own name has the title of its window.
+std::span<const Caption> TrCaptions();
+
+}  // namespace kv_tr

@@ -1,0 +1,186 @@
+// The adjustment dialog without its window: what it shows and what each control does.
+#include "ui/frmTr.h"
+
+#include <algorithm>
+#include <array>
+
+#include "model/transformation_type.h"
+#include "params/clsTr.h"
+#include "support/GCommonDialog.h"
+#include "support/errors.h"
+#include "support/file_names.h"
+#include "support/message.h"
+#include "support/ml_strings.h"
+#include "support/number_text.h"
+#include "support/settings.h"
+
+namespace kv_tr {
+namespace {
+
+/// The types of the buttons RadioTrType(0), (1), ...
+constexpr std::array kTypes{TR_HELMERT, TR_AFFIN,  TR_POLI_1,  TR_POLI_2,    TR_POLI_3,
+                            TR_POLI_4,  TR_POLI_5, TR_AFFIN_5, TR_HELMERT_3, TR_BILINEAR};
+
+void Remember(const std::string& fileName, const std::string& folder) {
+    InitDir(fileName.empty() ? folder : GetFolderPart(fileName));
+}
+
+}  // namespace
+
+frmTr::frmTr()
+    : captions_(TrCaptions()), languageChanged_(OnLanguageChange([this] { ShowResult(); })) {}
+
+bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
+                     const std::function<void()>& showModal) {
+    applied_ = false;
+    exited_ = false;
+    captions_.SetToolTip("RadioTrType(8)", 109);
+    captions_.SetToolTip("RadioTrType(7)", 110);
+    applyVisible_ = showApplyButton;
+    if (!showApplyButton) captions_.SetCaption("cmdExit", 111);
+    engine_ = &engine;
+    Activate();
+    const Subscription typeChanged =
+        engine.TypeChanched.Subscribe([this](enuTR_TYPE& type) { SelectTypeOf(type); });
+    SelectTypeOf(engine.eTrType());
+    CalcScale4Pic();
+    Recalculate();
+    showModal();
+    engine_ = nullptr;
+    return showApplyButton ? applied_ : exited_;
+}
+
+std::string frmTr::StatisticsText() const { return StatisticsOf(*engine_); }
+
+std::string frmTr::CountText() const { return UsedCountOf(*engine_); }
+
+std::string frmTr::ExcludedText() const { return ExcludedCountOf(*engine_); }
+
+std::string frmTr::GridToolTip() const { return captions_.ToolTip("Grid1"); }
+
+void frmTr::opMode(Mode mode) {
+    constexpr std::array kToolTips{87, 88, 89};  // by mode
+    mode_ = mode;
+    captions_.SetToolTip("Grid1", kToolTips[static_cast<std::size_t>(mode)]);
+    editor_.visible = false;
+    ShowResult();
+}
+
+void frmTr::RadioTrType(int index) {
+    const enuTR_TYPE type = kTypes[static_cast<std::size_t>(index)];
+    if (engine_->bXYCntIsValid4TrType(type)) {
+        engine_->eTrType(type);
+        Recalculate();
+    } else {
+        ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
+    }
+    SelectTypeOf(engine_->eTrType());
+    ShowResult();
+}
+
+void frmTr::chkInverz() {
+    inverse_ = !inverse_;
+    engine_->SwapSourDest();
+    if (mode_ == Mode::kGraph) CalcScale4Pic();
+    Recalculate();
+}
+
+bool frmTr::txtLimit(const std::string& text) {
+    if (text == limitText_) return true;  // the limit may have more decimals than are shown
+    const auto limit = ParseNumber(text, true);
+    if (!limit) {
+        ShowMessage(text, Icon::kExclamation, GetMlString(84, "Hibás érték!"));
+        return false;
+    }
+    engine_->gdErrLimit = *limit;
+    limitText_ = text;
+    ShowResult();
+    return true;
+}
+
+void frmTr::Activate() {
+    limitText_ = FormatFixed(engine_->gdErrLimit, 2, 0);
+    Changed.Raise();
+}
+
+void frmTr::cmdRemoveExt() {
+    std::vector<typeXYs4Tr> used;
+    std::int32_t count = 0;
+    engine_->GetXYs(used, count, true);
+    if (count < 2) {
+        ShowMessage(GetMlString(112, "Legalább két érvényes pontpárnak kell lenni!"),
+                    Icon::kInformation, GetMlString(113, "Kizárt pontok törlése"));
+        return;
+    }
+    engine_->AddXY4Tr(used, false);
+    SelectTypeOf(engine_->eTrType());
+    ShowResult();
+}
+
+void frmTr::cmsResetExt() {
+    Fit([this] { engine_->ResetAllNotUsed(); });
+    SelectTypeOf(engine_->eTrType());
+    ShowResult();
+}
+
+void frmTr::cmdSaveLog() {
+    FileDialogArguments arguments{.Filter = GetMlString(100, "Jegyzőkönyv (*.txt)") + "|*.txt",
+                                  .InitDir = InitDir(),
+                                  .DlgTitle = GetMlString(36, "Jegyzőkönyv mentése"),
+                                  .DefaultExt = "txt"};
+    if (!GCommonDialog().VBGetSaveFileName(arguments)) return;
+    engine_->SaveLog(arguments.Filename);
+    Remember(arguments.Filename, InitDir());
+}
+
+void frmTr::cmdSavePrm() {
+    std::string folder = InitDir();
+    const std::int32_t language = CurrentMlLanguage();
+    std::string fileName;
+    clsTr parameters;  // takes the host's language and the folder of the settings
+    SetMlLanguage(language, {});
+    parameters.udtTrPrm(engine_->udtTrPrm());
+    parameters.bChooseFileAndSaveTrPrm(fileName, folder);
+    parameters.TearDown();
+    Remember(fileName, folder);
+}
+
+void frmTr::cmdExit() {
+    applied_ = false;
+    exited_ = true;
+}
+
+void frmTr::SelectTypeOf(enuTR_TYPE type) {
+    const auto found = std::ranges::find(kTypes, type);
+    selectedType_ = found == kTypes.end() ? 0 : static_cast<int>(found - kTypes.begin());
+    Changed.Raise();
+}
+
+void frmTr::ShowResult() {
+    marksAreCurrent_ = false;
+    Changed.Raise();
+}
+
+void frmTr::Recalculate() {
+    Fit([this] { engine_->DoCalcTr(); });
+    ShowResult();
+}
+
+/// Runs what ends with a fit. When there is none, the user is told and the type goes back to the
+/// one that was fitted last, or a step down from it, so that all figures belong to the pairs.
+void frmTr::Fit(const std::function<void()>& fit) {
+    try {
+        fit();
+    } catch (const RuntimeError& error) {
+        if (error.Number() != ErrorNumber::kDivisionByZero) throw;
+        ShowMessage(GetMlString(76, "A transzformáció nem számítható !"));
+        const enuTR_TYPE failed = engine_->eTrType();
+        engine_->eTrType(failed == fittedType_ ? StepDown(failed).value_or(TR_HELMERT)
+                                               : fittedType_);
+        engine_->DoCalcTr();
+        SelectTypeOf(engine_->eTrType());
+    }
+    fittedType_ = engine_->eTrType();
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,185 @@
+// The table of the adjustment dialog: cells, colours, exclusion and editing.
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "engine/statistics.h"
+#include "support/ml_strings.h"
+#include "support/number_text.h"
+#include "ui/frmTr.h"
+
+namespace kv_tr {
+namespace {
+
+enum Column { kNumber, kIdentifier, kFirstCoordinate, kLastCoordinate = 5, kTotal = 8 };
+
+/// The number in a column from kFirstCoordinate on.
+double NumberIn(const typeXYs4Tr& pair, int column) {
+    const std::array numbers{pair.dXsour, pair.dYsour, pair.dXdest,         pair.dYdest,
+                             pair.dXerr,  pair.dYerr,  ResidualLength(pair)};
+    return numbers[static_cast<std::size_t>(column - kFirstCoordinate)];
+}
+
+std::string Heading(int column) {
+    constexpr std::array kFixed{"    Y1", "    X1", "    Y2",  "    X2",
+                                "    Dy", "    Dx", "    DyDx"};
+    if (column == kNumber) return GetMlString(98, "Ssz.");
+    if (column == kIdentifier) return GetMlString(99, "  Psz.");
+    return kFixed[static_cast<std::size_t>(column - kFirstCoordinate)];
+}
+
+/// The shortest text that reads back to the same number.
+std::string AllDigits(double value) {
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    std::replace(text.data(), end, '.', DecimalSeparator());
+    return {text.data(), end};
+}
+
+std::string Trimmed(const std::string& text) {
+    const auto begin = text.find_first_not_of(' ');
+    if (begin == text.npos) return {};
+    return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
+}
+
+}  // namespace
+
+std::string frmTr::CellText(int row, int column) const {
+    if (row == 0) return Heading(column);
+    if (column == kNumber) return std::to_string(row);
+    const typeXYs4Tr& pair = Pair(row);
+    return column == kIdentifier ? pair.sId : FormatFixed(NumberIn(pair, column), 3, 0);
+}
+
+std::optional<frmTr::CellColours> frmTr::ColoursOf(int row, int column) const {
+    if (row == 0 || (column != kIdentifier && column != kTotal)) return std::nullopt;
+    const typeXYs4Tr& pair = Pair(row);
+    CellColours colours{.text = ResidualLength(pair) <= engine_->gdErrLimit ? kBlue : kRed};
+    if (pair.bNotUsed) colours.background = kYellow;
+    return colours;
+}
+
+std::string frmTr::WidestText(int column) const {
+    const auto pairs = engine_->Pairs();
+    if (pairs.empty()) return {};
+    if (column == kNumber) return std::to_string(pairs.size());
+    if (column == kIdentifier) {
+        return std::ranges::max_element(pairs, {}, [](const auto& p) { return p.sId.size(); })->sId;
+    }
+    const auto number = [column](const typeXYs4Tr& pair) { return NumberIn(pair, column); };
+    const auto [least, greatest] = std::ranges::minmax_element(pairs, {}, number);
+    const auto texts = {FormatFixed(number(*least), 3, 0), FormatFixed(number(*greatest), 3, 0)};
+    return std::ranges::max(texts, {}, &std::string::size);
+}
+
+std::string frmTr::TableText(std::span<const int> rows) const {
+    std::string text;
+    const auto addRow = [&](int row) {
+        for (int column = 0; column < kColumns; ++column) {
+            const bool isNumber = row > 0 && column >= kFirstCoordinate;
+            text += column == 0 ? "" : "\t";
+            text +=
+                isNumber ? AllDigits(NumberIn(Pair(row), column)) : Trimmed(CellText(row, column));
+        }
+        text += '\n';
+    };
+    addRow(0);
+    for (const int row : rows) addRow(row);
+    return text;
+}
+
+void frmTr::Grid1EnterCell(int row, int column) {
+    if (row == currentRow_ && column == currentColumn_) return;
+    currentRow_ = row;
+    currentColumn_ = column;
+    editor_.visible = false;
+    Changed.Raise();
+}
+
+void frmTr::Grid1Click(int row, int column) {
+    Grid1EnterCell(row, column);
+    if (row > 0 && column <= kLastCoordinate) OpenEditor(CellText(row, column), 1000);
+}
+
+void frmTr::Grid1DblClick(int row, int column) {
+    if (mode_ != Mode::kTable || row == 0) return;
+    Fit([&] { engine_->ExcludeByIx(row - 1, true); });
+    currentRow_ = 0;
+    currentColumn_ = column;
+    ShowResult();
+}
+
+void frmTr::Grid1MouseUp(int anchorRow, int row) {
+    if (mode_ != Mode::kTable) return;
+    const auto [first, last] = std::minmax(anchorRow, row);
+    for (int number = std::max(first, 1); number <= last; ++number) {
+        engine_->ExcludeByIx(number - 1, false);
+    }
+    Recalculate();
+    SelectTypeOf(engine_->eTrType());
+}
+
+void frmTr::Grid1KeyPress(const std::string& character) {
+    if (currentRow_ == 0) return;
+    const bool printable = !character.empty() && static_cast<unsigned char>(character[0]) > 32;
+    if (printable) {
+        OpenEditor(character, 1);
+    } else {
+        OpenEditor(CellText(currentRow_, currentColumn_), 1000);
+    }
+}
+
+void frmTr::Grid1GotFocus() {
+    if (mode_ == Mode::kEdit && editor_.visible) CommitEdit();
+}
+
+void frmTr::txtEditKeyDown(EditKey key) {
+    if (key == EditKey::kEscape) {
+        editor_.visible = false;
+        Changed.Raise();
+        return;
+    }
+    CommitEdit();
+    const int step = key == EditKey::kUp ? -1 : key == EditKey::kDown ? 1 : 0;
+    Grid1EnterCell(std::clamp(currentRow_ + step, 1, RowCount() - 1), currentColumn_);
+}
+
+void frmTr::OpenEditor(const std::string& text, int caret) {
+    if (mode_ != Mode::kEdit) return;
+    editor_ = {.visible = true, .text = text, .caret = caret};
+    Changed.Raise();
+}
+
+void frmTr::CommitEdit() {
+    editor_.visible = false;
+    if (editor_.text == CellText(currentRow_, currentColumn_)) return Changed.Raise();
+    std::vector<typeXYs4Tr> pairs;
+    std::int32_t count = 0;
+    engine_->GetAllXYs(pairs, count);
+    if (!Accept(pairs[static_cast<std::size_t>(currentRow_ - 1)], currentColumn_)) {
+        return Changed.Raise();
+    }
+    engine_->AddXY4Tr(pairs, false);
+    Recalculate();
+}
+
+/// Puts the editor's text into the pair; false for a cell that cannot be changed and for text that
+/// is no number where one is needed.
+bool frmTr::Accept(typeXYs4Tr& pair, int column) const {
+    if (column == kIdentifier) {
+        pair.sId = editor_.text;
+        return true;
+    }
+    if (column < kFirstCoordinate || column > kLastCoordinate) return false;
+    const auto number = ParseNumber(Trimmed(editor_.text), true);
+    if (!number) return false;
+    const std::array coordinates{&pair.dXsour, &pair.dYsour, &pair.dXdest, &pair.dYdest};
+    *coordinates[static_cast<std::size_t>(column - kFirstCoordinate)] = *number;
+    return true;
+}
+
+const typeXYs4Tr& frmTr::Pair(int row) const {
+    return engine_->Pairs()[static_cast<std::size_t>(row - 1)];
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,54 @@
+// The residual graph as one page: for a printer or a picture.
+#include "ui/graph_page.h"
+
+#include <sstream>
+
+#include "model/type_names.h"
+#include "support/ml_strings.h"
+#include "support/number_text.h"
+
+namespace kv_tr {
+namespace {
+
+std::string Metres(double value) { return FormatFixed(value, 3, 0); }
+
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        if (line.ends_with('\r')) line.pop_back();
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+}  // namespace
+
+std::string StatisticsOf(const clsTrCalc& engine) {
+    return GetMlString(90, "Kh.=") + Metres(engine.dRmsErr()) + "\r\n" +  //
+           "mY=" + Metres(engine.dRmsErrX()) + "  mX=" + Metres(engine.dRmsErrY()) + "\r\n" +
+           GetMlString(93, "Középértékek(m):") + "\r\n" +  //
+           "Y=" + Metres(engine.dMiddleErrX()) + "  X=" + Metres(engine.dMiddleErrY());
+}
+
+std::string UsedCountOf(const clsTrCalc& engine) {
+    return GetMlString(67, "Számított:") + std::to_string(engine.lFullCnt() - engine.lNotUsedCnt());
+}
+
+std::string ExcludedCountOf(const clsTrCalc& engine) {
+    return GetMlString(66, "Kizárt:") + std::to_string(engine.lNotUsedCnt());
+}
+
+GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double width, double height) {
+    GraphPage page{.width = width, .height = height, .title = TypeName(engine.eTrType())};
+    page.lines = Lines(StatisticsOf(engine));
+    page.lines.push_back(UsedCountOf(engine) + "  " + ExcludedCountOf(engine) + "  " +
+                         GetMlString(68, "Hibahatár[m]:") + FormatFixed(engine.gdErrLimit, 2, 0));
+    page.planTop =
+        2 * GraphPage::kTitleSize + static_cast<double>(page.lines.size()) * GraphPage::kLineStep;
+    page.marks = GraphMarks(engine.Pairs(), engine.gdErrLimit,
+                            ScaleFor(engine, width, height - page.planTop), labels);
+    return page;
+}
+
+}  // namespace kv_tr

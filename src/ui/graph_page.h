@@ -1,0 +1,39 @@
+// The residual graph as one page: for a printer or a picture.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "engine/clsTrCalc.h"
+#include "ui/residual_graph.h"
+
+namespace kv_tr {
+
+/// Title and lines of text above a framed plan. Units are those of a screen, 96 to the inch.
+struct GraphPage {
+    static constexpr double kTitleSize = 16;  // heights of the letters
+    static constexpr double kLineSize = 12;
+    static constexpr double kLabelSize = 11;
+    static constexpr double kLineStep = 16;
+
+    double width = 0;
+    double height = 0;
+    std::string title{};
+    std::vector<std::string> lines{};
+    double planTop = 0;  // the frame reaches from here to the bottom over the whole width
+    std::vector<GraphMark> marks{};  // places count from the frame's upper left corner
+};
+
+/// The page of the engine's last fit: the type, its accuracy figures, the counts, the plan.
+GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double width, double height);
+
+/// The accuracy figures as the dialog shows them, lines separated by CR LF.
+std::string StatisticsOf(const clsTrCalc& engine);
+/// "Calculated:" and "Excluded:" with their numbers.
+std::string UsedCountOf(const clsTrCalc& engine);
+std::string ExcludedCountOf(const clsTrCalc& engine);
+
+/// The page as an SVG document, UTF-8.
+std::string SvgOf(const GraphPage& page);
+
+}  // namespace kv_tr
