@@ -1,0 +1,225 @@
+// The window of the adjustment dialog.
+#include "ui/qt/frmTr_window.h"
+
+#include <QBoxLayout>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QShortcut>
+#include <QTimer>
+
+#include "ui/qt/graph_area.h"
+#include "ui/qt/page_output.h"
+#include "ui/qt/pair_grid.h"
+
+namespace kv_tr {
+namespace {
+
+QString Numbered(const char* name, int index) {
+    return QString("%1(%2)").arg(QLatin1String(name)).arg(index);
+}
+
+QGroupBox* MakeFrame(const QString& name, QWidget* parent) {
+    auto* frame = new QGroupBox(parent);
+    frame->setObjectName(name);
+    return frame;
+}
+
+}  // namespace
+
+frmTrWindow::frmTrWindow(frmTr& form) : FormWindow("frmTr", {1040, 680}), form_(form) {
+    const auto act = [this](const std::function<void()>& action) { Act(action); };
+    grid_ = new PairGrid(form, act, this);
+    picture_ = new GraphArea(form, act, this);
+    auto* layout = new QHBoxLayout(this);
+    layout->addWidget(grid_, 1);
+    layout->addWidget(picture_, 1);
+    layout->addWidget(MakePanel());
+    connect(new QShortcut(QKeySequence::Copy, this), &QShortcut::activated,
+            [this] { grid_->Copy(); });
+    Follow(form.Changed);
+    grid_->setFocus();
+}
+
+QWidget* frmTrWindow::MakePanel() {
+    auto* panel = new QWidget(this);
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(MakeModes());
+    layout->addWidget(MakeTypes());
+    inverse_ = MakeCheckBox("chkInverz", [this] { form_.chkInverz(); });
+    layout->addWidget(inverse_);
+    layout->addWidget(MakeDisplay());
+    layout->addWidget(MakeStatistics());
+    layout->addWidget(MakeButton("cmdRemoveExt", [this] { form_.cmdRemoveExt(); }));
+    layout->addWidget(MakeButton("cmsResetExt", [this] { form_.cmsResetExt(); }));
+    layout->addWidget(MakeButton("cmdSaveLog", [this] { form_.cmdSaveLog(); }));
+    layout->addWidget(MakeButton("cmdSavePrm", [this] { form_.cmdSavePrm(); }));
+    print_ = MakeButton("cmdPrint", [this] { PreviewAndPrint(form_, this); });
+    savePicture_ = MakeButton("cmdSavePicture", [this] { ChooseAndSavePicture(form_); });
+    layout->addWidget(print_);
+    layout->addWidget(savePicture_);
+    layout->addStretch();
+    apply_ = MakeButton("cmdApplyResult", [this] {
+        form_.cmdApplyResult();
+        accept();
+    });
+    exit_ = new QPushButton(panel);  // no entry in a box can keep the user from leaving
+    exit_->setObjectName("cmdExit");
+    exit_->setAutoDefault(false);
+    connect(exit_, &QPushButton::clicked, [this] {
+        form_.cmdExit();
+        accept();
+    });
+    auto* ends = new QHBoxLayout;
+    ends->addWidget(apply_);
+    ends->addWidget(exit_);
+    layout->addLayout(ends);
+    return panel;
+}
+
+QWidget* frmTrWindow::MakeModes() {
+    auto* bar = new QWidget(this);
+    auto* layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* group = new QButtonGroup(bar);
+    for (int i = 0; i < 3; ++i) {
+        auto* button = MakeButton(Numbered("opMode", i),
+                                  [this, i] { form_.opMode(static_cast<frmTr::Mode>(i)); });
+        button->setCheckable(true);
+        group->addButton(button);
+        layout->addWidget(button);
+        modes_[static_cast<std::size_t>(i)] = button;
+    }
+    return bar;
+}
+
+QGroupBox* frmTrWindow::MakeTypes() {
+    QGroupBox* frame = MakeFrame("frmTrType", this);
+    auto* layout = new QGridLayout(frame);
+    constexpr std::array kOrder{0, 1, 8, 7, 9, 2, 3, 4, 5, 6};  // linear left, polynomials right
+    for (int place = 0; place < 10; ++place) {
+        const int index = kOrder[static_cast<std::size_t>(place)];
+        auto* button = new QRadioButton(frame);
+        button->setObjectName(Numbered("RadioTrType", index));
+        connect(button, &QRadioButton::clicked,
+                [this, index] { Act([this, index] { form_.RadioTrType(index); }); });
+        layout->addWidget(button, place % 5, place / 5);
+        types_[static_cast<std::size_t>(index)] = button;
+    }
+    return frame;
+}
+
+QGroupBox* frmTrWindow::MakeDisplay() {
+    QGroupBox* frame = MakeFrame("frmDsp", this);
+    auto* layout = new QHBoxLayout(frame);
+    labels_ = {MakeCheckBox("chkNr", [this] { form_.chkNr(); }),
+               MakeCheckBox("chkDx", [this] { form_.chkDx(); }),
+               MakeCheckBox("chkDy", [this] { form_.chkDy(); }),
+               MakeCheckBox("chkRad", [this] { form_.chkRad(); })};
+    for (QCheckBox* box : labels_) layout->addWidget(box);
+    return frame;
+}
+
+QLabel* frmTrWindow::MakeLabel(const QString& name, QBoxLayout& layout) {
+    auto* label = new QLabel(this);
+    label->setObjectName(name);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    layout.addWidget(label);
+    return label;
+}
+
+QGroupBox* frmTrWindow::MakeStatistics() {
+    QGroupBox* frame = MakeFrame("frmRes", this);
+    auto* layout = new QVBoxLayout(frame);
+    MakeLabel("Label1", *layout);
+    statistics_ = MakeLabel("lblKh", *layout);
+    auto* counts = new QHBoxLayout;
+    count_ = MakeLabel("lblCnt", *counts);
+    excluded_ = MakeLabel("lblExtCnt", *counts);
+    layout->addLayout(counts);
+    auto* row = new QHBoxLayout;
+    QLabel* label = MakeLabel("lblLimit", *row);
+    limit_ = new QLineEdit(frame);
+    limit_->setObjectName("txtLimit");
+    limit_->setAlignment(Qt::AlignRight);
+    limit_->installEventFilter(this);
+    label->setBuddy(limit_);
+    row->addWidget(limit_);
+    layout->addLayout(row);
+    return frame;
+}
+
+void frmTrWindow::Redraw() {
+    ShowCaptions(form_.ControlTexts());
+    const bool graph = form_.DisplayMode() == frmTr::Mode::kGraph;
+    grid_->setVisible(!graph);
+    picture_->setVisible(graph);
+    print_->setVisible(graph);
+    savePicture_->setVisible(graph);
+    apply_->setVisible(form_.ApplyVisible());
+    modes_[static_cast<std::size_t>(form_.DisplayMode())]->setChecked(true);
+    types_[static_cast<std::size_t>(form_.SelectedType())]->setChecked(true);
+    inverse_->setChecked(form_.InverseChecked());
+    const GraphLabels& labels = form_.Labels();
+    const std::array shown{labels.identifier, labels.first, labels.second, labels.total};
+    for (std::size_t i = 0; i < shown.size(); ++i) labels_[i]->setChecked(shown[i]);
+    statistics_->setText(QString::fromStdString(form_.StatisticsText()).remove('\r'));
+    count_->setText(QString::fromStdString(form_.CountText()));
+    excluded_->setText(QString::fromStdString(form_.ExcludedText()));
+    if (!limit_->isModified()) limit_->setText(QString::fromStdString(form_.LimitText()));
+    grid_->Redraw();
+    picture_->update();
+}
+
+void frmTrWindow::Act(const std::function<void()>& action) {
+    if (SettleLimit()) FormWindow::Act(action);
+    Redraw();  // a refused button has marked itself already
+}
+
+/// Hands a changed limit to the form; when that refuses it, the box keeps the focus.
+bool frmTrWindow::SettleLimit() {
+    if (!limit_->isModified()) return true;
+    limit_->setModified(false);  // the message takes the focus from the box, once
+    if (form_.txtLimit(limit_->text().toStdString())) return true;
+    limit_->setModified(true);
+    limit_->setFocus();
+    limit_->selectAll();
+    return false;
+}
+
+void frmTrWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape) return FormWindow::keyPressEvent(event);
+    if (form_.EscLeaves()) exit_->click();
+}
+
+void frmTrWindow::changeEvent(QEvent* event) {
+    FormWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) form_.Activate();
+}
+
+bool frmTrWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == limit_ && event->type() == QEvent::FocusOut) {
+        const auto reason = static_cast<QFocusEvent*>(event)->reason();
+        // Later, when the focus has arrived: a message in between would disturb its way.
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+            QTimer::singleShot(0, this, [this] { SettleLimit(); });
+        }
+    }
+    const bool enter = event->type() == QEvent::KeyPress &&
+                       (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Return ||
+                        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Enter);
+    if (watched == limit_ && enter) {
+        SettleLimit();
+        return true;
+    }
+    return FormWindow::eventFilter(watched, event);
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,57 @@
+// The window of the adjustment dialog.
+#pragma once
+
+#include <array>
+
+#include "ui/frmTr.h"
+#include "ui/qt/form_window.h"
+
+class QBoxLayout;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QRadioButton;
+
+namespace kv_tr {
+
+class GraphArea;
+class PairGrid;
+
+class frmTrWindow : public FormWindow {
+public:
+    explicit frmTrWindow(frmTr& form);
+
+protected:
+    void Redraw() override;
+    void Act(const std::function<void()>& action) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QWidget* MakeModes();
+    QGroupBox* MakeTypes();
+    QGroupBox* MakeDisplay();
+    QGroupBox* MakeStatistics();
+    QWidget* MakePanel();
+    QLabel* MakeLabel(const QString& name, QBoxLayout& layout);
+    bool SettleLimit();
+
+    frmTr& form_;
+    PairGrid* grid_;
+    GraphArea* picture_;
+    std::array<QPushButton*, 3> modes_{};
+    std::array<QRadioButton*, 10> types_{};
+    QCheckBox* inverse_ = nullptr;
+    std::array<QCheckBox*, 4> labels_{};
+    QLabel* statistics_ = nullptr;
+    QLabel* count_ = nullptr;
+    QLabel* excluded_ = nullptr;
+    QLineEdit* limit_ = nullptr;
+    QPushButton* print_ = nullptr;
+    QPushButton* savePicture_ = nullptr;
+    QPushButton* apply_ = nullptr;
+    QPushButton* exit_ = nullptr;
+};
+
+}  // namespace kv_tr

@@ -1,0 +1,80 @@
+// Pages of the residual graph to a printer, a PDF or a picture file.
+#include "ui/qt/page_output.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QPainter>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+
+#include "support/GCommonDialog.h"
+#include "support/file_names.h"
+#include "support/message.h"
+#include "support/ml_strings.h"
+#include "support/replacing_file.h"
+#include "support/settings.h"
+#include "ui/frmTr.h"
+#include "ui/qt/cursor_scope.h"
+#include "ui/qt/graph_area.h"
+
+namespace kv_tr {
+namespace {
+
+constexpr double kUnitsPerInch = 96;
+constexpr double kPictureWidth = 900;
+constexpr double kPictureHeight = 700;
+
+std::string PngOf(const GraphPage& page) {
+    constexpr int kPixelsPerUnit = 2;
+    QImage image(QSizeF(page.width, page.height).toSize() * kPixelsPerUnit, QImage::Format_RGB32);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(kPixelsPerUnit, kPixelsPerUnit);
+    PaintPage(painter, page);
+    painter.end();
+    QBuffer buffer;
+    image.save(&buffer, "PNG");
+    return buffer.data().toStdString();
+}
+
+bool SavePicture(const std::string& path, const std::string& bytes) {
+    ReplacingFile file(path);
+    if (!file.IsOpen()) return false;
+    file.Write(bytes);
+    return file.Commit();
+}
+
+}  // namespace
+
+void PreviewAndPrint(const frmTr& form, QWidget* parent) {
+    QPrinter printer(QPrinter::HighResolution);
+    QPrintPreviewDialog preview(&printer, parent);
+    preview.setWindowTitle(QString::fromStdString(form.ControlTexts().Text("cmdPrint")));
+    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&form](QPrinter* paper) {
+        QPainter painter(paper);
+        const double dotsPerUnit = paper->resolution() / kUnitsPerInch;
+        const QSizeF size = QSizeF(painter.viewport().size()) / dotsPerUnit;
+        painter.scale(dotsPerUnit, dotsPerUnit);
+        PaintPage(painter, form.PicturePage(size.width(), size.height()));
+    });
+    const CursorScope arrow(Qt::ArrowCursor);
+    preview.exec();
+}
+
+void ChooseAndSavePicture(const frmTr& form) {
+    FileDialogArguments arguments{
+        .Filter = GetMlString(1112, "SVG kép (*.svg)|*.svg|PNG kép (*.png)|*.png"),
+        .InitDir = InitDir(),
+        .DlgTitle = form.ControlTexts().Text("cmdSavePicture"),
+        .DefaultExt = "svg"};
+    if (!GCommonDialog().VBGetSaveFileName(arguments)) return;
+    InitDir(GetFolderPart(arguments.Filename));
+    const GraphPage page = form.PicturePage(kPictureWidth, kPictureHeight);
+    const bool png = HasExtension(arguments.Filename, "png");
+    if (!SavePicture(arguments.Filename, png ? PngOf(page) : SvgOf(page))) {
+        ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + arguments.Filename,
+                    Icon::kExclamation);
+    }
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,131 @@
+// The surroundings of the component in a Qt program.
+#include "ui/qt/qt_platform.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <algorithm>
+#include <array>
+
+#include "support/GCommonDialog.h"
+#include "support/ml_strings.h"
+#include "ui/dialogs.h"
+#include "ui/qt/cursor_scope.h"
+#include "ui/qt/qt_windows.h"
+
+namespace kv_tr {
+namespace {
+
+struct ButtonText {
+    Answer answer;
+    QMessageBox::StandardButton button;
+    int textId;
+};
+
+constexpr std::array kOk{ButtonText{Answer::kOk, QMessageBox::Ok, 19}};
+constexpr std::array kYesNoCancel{ButtonText{Answer::kYes, QMessageBox::Yes, 1113},
+                                  ButtonText{Answer::kNo, QMessageBox::No, 1114},
+                                  ButtonText{Answer::kCancel, QMessageBox::Cancel, 18}};
+
+std::span<const ButtonText> TextsOf(Buttons buttons) {
+    if (buttons == Buttons::kOk) return kOk;
+    return std::span(kYesNoCancel).first(buttons == Buttons::kYesNo ? 2 : 3);
+}
+
+QMessageBox::Icon IconOf(Icon icon) {
+    switch (icon) {
+        case Icon::kInformation: return QMessageBox::Information;
+        case Icon::kExclamation: return QMessageBox::Warning;
+        default: return QMessageBox::NoIcon;
+    }
+}
+
+class QtMessages : public MessageBox {
+public:
+    Answer Show(const Message& message) override {
+        QMessageBox box(QApplication::activeWindow());
+        box.setTextFormat(Qt::PlainText);
+        box.setText(QString::fromStdString(message.text).remove('\r'));
+        box.setWindowTitle(message.title.empty() ? QApplication::applicationDisplayName()
+                                                 : QString::fromStdString(message.title));
+        box.setIcon(IconOf(message.icon));
+        const auto texts = TextsOf(message.buttons);
+        for (const ButtonText& text : texts) {
+            QPushButton* button = box.addButton(text.button);
+            button->setText(QString::fromStdString(GetMlString(text.textId, {})));
+            if (text.answer == message.defaultAnswer) box.setDefaultButton(button);
+        }
+        const CursorScope arrow(Qt::ArrowCursor);
+        const int pressed = box.exec();
+        const auto answer = std::ranges::find(texts, pressed, &ButtonText::button);
+        return answer == texts.end() ? message.defaultAnswer : answer->answer;
+    }
+};
+
+/// The filter as Qt writes it: a description and patterns in brackets, separated by blanks.
+QString FilterText(const FileFilter& filter) {
+    const QString description = QString::fromStdString(filter.description);
+    const QString patterns =
+        QString::fromStdString(filter.pattern).replace("*.*", "*").replace(';', ' ').trimmed();
+    return description.section('(', 0, 0).trimmed() + " (" + patterns + ")";
+}
+
+/// "txt" of "Log (*.txt)", nothing for all files.
+QString ExtensionOf(const QString& filterText) {
+    return filterText.section("*.", 1, 1).section(' ', 0, 0).remove(')');
+}
+
+class QtFiles : public FileChooser {
+public:
+    std::optional<FileChoice> ChooseToOpen(const FileRequest& request) override {
+        QFileDialog dialog(QApplication::activeWindow());
+        const bool mustExist = (request.flags & kFileMustExist) != 0;
+        dialog.setFileMode(mustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+        return Choose(dialog, request, 19);
+    }
+    std::optional<FileChoice> ChooseToSave(const FileRequest& request) override {
+        QFileDialog dialog(QApplication::activeWindow());
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setOption(QFileDialog::DontConfirmOverwrite,
+                         (request.flags & kOverwritePrompt) == 0);
+        return Choose(dialog, request, 16);
+    }
+
+private:
+    static std::optional<FileChoice> Choose(QFileDialog& dialog, const FileRequest& request,
+                                            int acceptId) {
+        QStringList filters;
+        for (const FileFilter& filter : request.filters) filters << FilterText(filter);
+        dialog.setWindowTitle(QString::fromStdString(request.title));
+        dialog.setDirectory(QString::fromStdString(request.initialFolder));
+        dialog.setDefaultSuffix(QString::fromStdString(request.defaultExtension));
+        dialog.setNameFilters(filters);
+        dialog.selectNameFilter(filters.value(request.filterIndex - 1));
+        dialog.selectFile(QString::fromStdString(request.fileName));
+        dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(GetMlString(acceptId, {})));
+        dialog.setLabelText(QFileDialog::Reject, QString::fromStdString(GetMlString(18, "Mégse")));
+        QObject::connect(&dialog, &QFileDialog::filterSelected, [&dialog](const QString& filter) {
+            const QString extension = ExtensionOf(filter);
+            if (!extension.isEmpty()) dialog.setDefaultSuffix(extension);
+        });
+        const CursorScope arrow(Qt::ArrowCursor);
+        if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+        const auto chosenFilter = filters.indexOf(dialog.selectedNameFilter());
+        return FileChoice{.path = dialog.selectedFiles().value(0).toStdString(),
+                          .filterIndex = static_cast<std::int32_t>(chosenFilter) + 1,
+                          .flags = request.flags};
+    }
+};
+
+}  // namespace
+
+Platform QtPlatform(std::int32_t hostLanguage) {
+    return {.messages = std::make_unique<QtMessages>(),
+            .files = std::make_unique<QtFiles>(),
+            .settings = {},
+            .texts = std::make_unique<EmbeddedTexts>(hostLanguage),
+            .dialogs = MakeDialogs(QtWindows())};
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,14 @@
+// The surroundings of the component in a Qt program.
+#pragma once
+
+#include <cstdint>
+
+#include "support/platform.h"
+
+namespace kv_tr {
+
+/// Messages, file choosers and dialogs are Qt windows above the active one, settings the file of
+/// the user's that all programs of the component share. Needs a QApplication while in use.
+Platform QtPlatform(std::int32_t hostLanguage);
+
+}  // namespace kv_tr
