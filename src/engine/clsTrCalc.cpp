@@ -115,15 +115,9 @@ void clsTrCalc::TrXY(double dXsour, double dYsour, double& dXdest, double& dYdes
 bool clsTrCalc::bTrXYArr(const std::vector<double>& dX, const std::vector<double>& dY,
                          std::vector<double>& dXtr, std::vector<double>& dYtr) const {
     if (dX.size() != dY.size()) return false;
-    const Evaluator evaluate(record_);
-    const std::size_t count = dX.size();
-    dXtr.resize(count);
-    dYtr.resize(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const PlanePoint image = evaluate({dX[i], dY[i]});
-        dXtr[i] = image.first;
-        dYtr[i] = image.second;
-    }
+    dXtr.resize(dX.size());
+    dYtr.resize(dX.size());
+    EvalTrPrmArrays(record_, dX, dY, dXtr, dYtr);
     return true;
 }
 

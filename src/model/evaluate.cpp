@@ -47,4 +47,15 @@ PlanePoint Evaluator::operator()(PlanePoint source) const {
 
 PlanePoint EvalTrPrm(const TR_PRM& record, PlanePoint source) { return Evaluator(record)(source); }
 
+void EvalTrPrmArrays(const TR_PRM& record, std::span<const double> first,
+                     std::span<const double> second, std::span<double> firstOut,
+                     std::span<double> secondOut) {
+    const Evaluator evaluate(record);
+    for (std::size_t i = 0; i < first.size(); ++i) {
+        const PlanePoint image = evaluate({first[i], second[i]});
+        firstOut[i] = image.first;
+        secondOut[i] = image.second;
+    }
+}
+
 }  // namespace kv_tr

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 
 #include "model/coefficients.h"
 #include "model/records.h"
@@ -41,5 +42,11 @@ private:
 ///
 /// and second' likewise with B. Terms are added in coefficient order; the function cannot fail.
 PlanePoint EvalTrPrm(const TR_PRM& record, PlanePoint source);
+
+/// EvalTrPrm for many points, to the same bits. The four spans have one length; the results may
+/// be the sources themselves.
+void EvalTrPrmArrays(const TR_PRM& record, std::span<const double> first,
+                     std::span<const double> second, std::span<double> firstOut,
+                     std::span<double> secondOut);
 
 }  // namespace kv_tr

@@ -1,0 +1,29 @@
+// The transformation types as a Python enumeration.
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+#include "model/records.h"
+
+namespace kv_tr::python {
+
+/// The type that a Python integer names; false for anything but an integer. An integer that is no
+/// type is ValueError.
+bool LoadType(pybind11::handle source, enuTR_TYPE& type);
+
+/// The member of the Python enumeration.
+pybind11::object TypeMember(enuTR_TYPE type);
+
+}  // namespace kv_tr::python
+
+// Python sees enuTR_TYPE as enum.IntEnum, which pybind11's own enumerations are not.
+template <>
+struct pybind11::detail::type_caster<kv_tr::enuTR_TYPE> {
+    PYBIND11_TYPE_CASTER(kv_tr::enuTR_TYPE, const_name("enuTR_TYPE"));
+
+    bool load(handle source, bool /*convert*/) { return kv_tr::python::LoadType(source, value); }
+
+    static handle cast(kv_tr::enuTR_TYPE type, return_value_policy /*policy*/, handle /*parent*/) {
+        return kv_tr::python::TypeMember(type).release();
+    }
+};

@@ -1,0 +1,112 @@
+// Functions of general use in Python.
+#include "model/evaluate.h"
+#include "model/formula_text.h"
+#include "model/matrix.h"
+#include "python/arrays.h"
+#include "python/binding.h"
+#include "support/file_names.h"
+#include "support/ml_strings.h"
+#include "support/number_text.h"
+
+namespace kv_tr::python {
+namespace {
+
+py::tuple Evaluate(const TR_PRM& record, const py::object& first, const py::object& second) {
+    const auto isNumber = [](const py::object& given) {
+        return PyFloat_Check(given.ptr()) != 0 || PyIndex_Check(given.ptr()) != 0;
+    };
+    if (isNumber(first) && isNumber(second) && !py::isinstance<py::array>(first) &&
+        !py::isinstance<py::array>(second)) {
+        const PlanePoint image = EvalTrPrm(record, {Finite(first.cast<double>(), "first"),
+                                                    Finite(second.cast<double>(), "second")});
+        return py::make_tuple(image.first, image.second);
+    }
+    auto [firstOut, secondOut] = TransformArrays(record, {first, "first"}, {second, "second"});
+    return py::make_tuple(firstOut, secondOut);
+}
+
+Doubles NormalMatrix(const py::object& design) {
+    const Matrix observations = MatrixFrom(NumbersFrom(design, "design"));
+    Matrix normal(observations.Columns(), observations.Columns());
+    MatrixTimesTranspose(observations, normal);
+    return ArrayFrom(normal);
+}
+
+py::tuple Inverse(const py::object& given) {
+    const Doubles array = NumbersFrom(given, "matrix");
+    Matrix matrix = MatrixFrom(array);
+    if (matrix.Rows() != matrix.Columns()) {
+        throw py::value_error("a square matrix is needed, this one has shape " + ShapeOf(array));
+    }
+    const bool result = MatrixInverse(matrix);
+    return py::make_tuple(result, ArrayFrom(matrix));
+}
+
+Doubles Product(const py::object& matrix, const py::object& vector) {
+    const Doubles factors = NumbersFrom(matrix, "matrix");
+    const Doubles values = NumbersFrom(vector, "vector");
+    if (factors.ndim() != 2 || values.ndim() != 1 || factors.shape(1) != values.shape(0)) {
+        throw py::value_error(
+            "a matrix and a vector with one value a column are needed: matrix has shape " +
+            ShapeOf(factors) + ", vector has shape " + ShapeOf(values));
+    }
+    std::vector<double> result(static_cast<std::size_t>(factors.shape(0)));
+    fMAtrix_Mul_Vector(MatrixFrom(factors), {values.data(), values.data() + values.size()}, result);
+    return Doubles(static_cast<py::ssize_t>(result.size()), result.data());
+}
+
+}  // namespace
+
+void AddFunctions(py::module_& module) {
+    using py::arg;
+    module.def("EvalTrPrm", Evaluate, arg("record"), arg("first"), arg("second"),
+               "Maps a point, or arrays of first and second coordinates, with a record:\n"
+               "(first, second), floats or new arrays of float64. Contiguous float64 arrays are\n"
+               "read in place; they must be one-dimensional and of one length (else ValueError,\n"
+               "with both shapes), coordinates finite. Metres. Other threads run meanwhile.");
+    module.def("PolyFormulaText", PolyFormulaText, arg("eType"),
+               "The terms above order 1 of the first coordinate, as listings print them.");
+    module.def("MatrixTimesTranspose", NormalMatrix, arg("design"),
+               "The normal matrix, transposed design times design, of r rows and c columns: a new\n"
+               "array of c rows and c columns.");
+    module.def("MatrixInverse", Inverse, arg("matrix"),
+               "(True, the inverse of a square matrix) by Gauss-Jordan elimination. True also for\n"
+               "a singular matrix, which is shown as a message. Exact for symmetric positive\n"
+               "definite matrices and for sizes up to 3, not for every larger one.");
+    module.def("fMAtrix_Mul_Vector", Product, arg("matrix"), arg("vector"),
+               "A matrix of r rows and c columns times a vector of c values: a new array of r.");
+    module.def(
+        "FormatFixed", FormatFixed, arg("dValue"), arg("nDecimals"), arg("nWidth"),
+        "The value with nDecimals decimals, rounded half away from zero, padded with blanks\n"
+        "on the left to nWidth characters (both 0 to 255).");
+    module.def("FormatSci", FormatSci, arg("dValue"),
+               "The value with 16 digits and exponent, padded on the left to 30 characters.");
+    module.def("PadLeft", PadLeft, arg("sText"), arg("nWidth"),
+               "The text with blanks on the left up to nWidth columns (0 to 255).");
+    module.def("CleanNumberLine", CleanNumberLine, arg("sLine"), arg("bCommaIsDecimal"),
+               "Turns apostrophes, commas (into a point if bCommaIsDecimal), semicolons, tabs and\n"
+               "double quotes into blanks, and leaves single blanks between the fields.");
+    module.def("GetFileExt", GetFileExt, arg("sPath"), "The text after the last dot.");
+    module.def("StripFileExt", StripFileExt, arg("sName"), "The text before the last dot.");
+    module.def("GetFolderPart", GetFolderPart, arg("sPath"),
+               "The text before the last folder separator; the whole text when there is none.");
+    module.def("GetFileTitle", GetFileTitle, arg("sPath"), arg("bWithExt"),
+               "The name of a file without its folder, and without extension unless bWithExt.");
+    module.def("GetMlString", GetMlString, arg("id"), arg("sDefault") = "",
+               "The text of an id in the current language; the default is not used.\n"
+               "RuntimeError 326 for an id that no string table has.");
+    module.def("DecimalSeparator", py::overload_cast<>(&DecimalSeparator),
+               "The decimal separator of everything written, '.' or ','.");
+    module.def(
+        "DecimalSeparator",
+        [](const std::string& separator) {
+            if (separator != "." && separator != ",") {
+                throw py::value_error("the decimal separator is '.' or ',', not '" + separator +
+                                      "'");
+            }
+            DecimalSeparator(separator[0]);
+        },
+        arg("separator"), "Sets it; the package begins with the point.");
+}
+
+}  // namespace kv_tr::python

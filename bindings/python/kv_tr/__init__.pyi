@@ -1,0 +1,353 @@
+import builtins
+import enum
+import os
+from collections.abc import Callable, Iterable, Mapping, MutableMapping
+from typing import Any, Final, Literal, overload
+
+import numpy as np
+from numpy.typing import ArrayLike, NDArray
+
+__version__: Final[str]
+
+_Path = str | os.PathLike[str]
+_Doubles = NDArray[np.float64]
+_Pair = typeXYs4Tr | tuple[str, float, float, float, float]
+_SixParameters = tuple[bool, float, float, float, float, float, float]
+
+class enuTR_TYPE(enum.IntEnum):
+    TR_METER_OL = -5
+    TR_OL_METER = -4
+    TR_AFFIN_5 = -3
+    TR_HELMERT_3 = -2
+    TR_AFFIN = -1
+    TR_HELMERT = 0
+    TR_POLI_1 = 1
+    TR_POLI_2 = 2
+    TR_POLI_3 = 3
+    TR_POLI_4 = 4
+    TR_POLI_5 = 5
+    TR_BILINEAR = 6
+    TR_STG_HER = 10
+    TR_STG_HKR = 11
+    TR_STG_HDR = 12
+    TR_HER_STG = 13
+    TR_HKR_STG = 14
+    TR_HDR_STG = 15
+    TR_HER_HKR = 16
+    TR_HKR_HER = 17
+    TR_HDR_HKR = 18
+    TR_HKR_HDR = 19
+    TR_BOV_EOV = 20
+    TR_EOV_BOV = 21
+    TR_BOV_HKR = 22
+    TR_HKR_BOV = 23
+    TR_STG_BOV = 24
+    TR_BOV_STG = 25
+    TR_STG_EOV_10e = 26
+    TR_HER_EOV_10e = 27
+    TR_HKR_EOV_10e = 28
+    TR_HDR_EOV_10e = 29
+    TR_EOV_STG_10e = 30
+    TR_EOV_HER_10e = 31
+    TR_EOV_HKR_10e = 32
+    TR_EOV_HDR_10e = 33
+
+TR_METER_OL: Final = enuTR_TYPE.TR_METER_OL
+TR_OL_METER: Final = enuTR_TYPE.TR_OL_METER
+TR_AFFIN_5: Final = enuTR_TYPE.TR_AFFIN_5
+TR_HELMERT_3: Final = enuTR_TYPE.TR_HELMERT_3
+TR_AFFIN: Final = enuTR_TYPE.TR_AFFIN
+TR_HELMERT: Final = enuTR_TYPE.TR_HELMERT
+TR_POLI_1: Final = enuTR_TYPE.TR_POLI_1
+TR_POLI_2: Final = enuTR_TYPE.TR_POLI_2
+TR_POLI_3: Final = enuTR_TYPE.TR_POLI_3
+TR_POLI_4: Final = enuTR_TYPE.TR_POLI_4
+TR_POLI_5: Final = enuTR_TYPE.TR_POLI_5
+TR_BILINEAR: Final = enuTR_TYPE.TR_BILINEAR
+TR_STG_HER: Final = enuTR_TYPE.TR_STG_HER
+TR_STG_HKR: Final = enuTR_TYPE.TR_STG_HKR
+TR_STG_HDR: Final = enuTR_TYPE.TR_STG_HDR
+TR_HER_STG: Final = enuTR_TYPE.TR_HER_STG
+TR_HKR_STG: Final = enuTR_TYPE.TR_HKR_STG
+TR_HDR_STG: Final = enuTR_TYPE.TR_HDR_STG
+TR_HER_HKR: Final = enuTR_TYPE.TR_HER_HKR
+TR_HKR_HER: Final = enuTR_TYPE.TR_HKR_HER
+TR_HDR_HKR: Final = enuTR_TYPE.TR_HDR_HKR
+TR_HKR_HDR: Final = enuTR_TYPE.TR_HKR_HDR
+TR_BOV_EOV: Final = enuTR_TYPE.TR_BOV_EOV
+TR_EOV_BOV: Final = enuTR_TYPE.TR_EOV_BOV
+TR_BOV_HKR: Final = enuTR_TYPE.TR_BOV_HKR
+TR_HKR_BOV: Final = enuTR_TYPE.TR_HKR_BOV
+TR_STG_BOV: Final = enuTR_TYPE.TR_STG_BOV
+TR_BOV_STG: Final = enuTR_TYPE.TR_BOV_STG
+TR_STG_EOV_10e: Final = enuTR_TYPE.TR_STG_EOV_10e
+TR_HER_EOV_10e: Final = enuTR_TYPE.TR_HER_EOV_10e
+TR_HKR_EOV_10e: Final = enuTR_TYPE.TR_HKR_EOV_10e
+TR_HDR_EOV_10e: Final = enuTR_TYPE.TR_HDR_EOV_10e
+TR_EOV_STG_10e: Final = enuTR_TYPE.TR_EOV_STG_10e
+TR_EOV_HER_10e: Final = enuTR_TYPE.TR_EOV_HER_10e
+TR_EOV_HKR_10e: Final = enuTR_TYPE.TR_EOV_HKR_10e
+TR_EOV_HDR_10e: Final = enuTR_TYPE.TR_EOV_HDR_10e
+
+class RuntimeError(builtins.RuntimeError):
+    number: int
+
+class TR_PRM:
+    eType: enuTR_TYPE
+    dA0: float
+    dA1: float
+    dA2: float
+    dA3: float
+    dA4: float
+    dA5: float
+    dA6: float
+    dA7: float
+    dA8: float
+    dA9: float
+    dA10: float
+    dA11: float
+    dA12: float
+    dA13: float
+    dA14: float
+    dA15: float
+    dA16: float
+    dA17: float
+    dA18: float
+    dA19: float
+    dA20: float
+    dA21: float
+    dB0: float
+    dB1: float
+    dB2: float
+    dB3: float
+    dB4: float
+    dB5: float
+    dB6: float
+    dB7: float
+    dB8: float
+    dB9: float
+    dB10: float
+    dB11: float
+    dB12: float
+    dB13: float
+    dB14: float
+    dB15: float
+    dB16: float
+    dB17: float
+    dB18: float
+    dB19: float
+    dB20: float
+    dB21: float
+    def __init__(self, eType: enuTR_TYPE = ..., /, *values: float, **fields: Any) -> None: ...
+    def __eq__(self, other: object) -> bool: ...
+
+class AFFIN_PRM:
+    eType: enuTR_TYPE
+    dA0: float
+    dA1: float
+    dA2: float
+    dB1: float
+    dB0: float
+    dB2: float
+    def __init__(self, eType: enuTR_TYPE = ..., /, *values: float, **fields: Any) -> None: ...
+    def __eq__(self, other: object) -> bool: ...
+
+class typeXYs4Tr:
+    sId: str
+    dXsour: float
+    dYsour: float
+    dXdest: float
+    dYdest: float
+    dXerr: float
+    dYerr: float
+    bNotUsed: bool
+    def __init__(
+        self,
+        sId: str = ...,
+        dXsour: float = ...,
+        dYsour: float = ...,
+        dXdest: float = ...,
+        dYdest: float = ...,
+        dXerr: float = ...,
+        dYerr: float = ...,
+        bNotUsed: bool = ...,
+    ) -> None: ...
+    def __eq__(self, other: object) -> bool: ...
+
+class Connection:
+    def Disconnect(self) -> None: ...
+
+class TypeEvent:
+    def Subscribe(self, handler: Callable[[enuTR_TYPE], object]) -> Connection: ...
+
+class clsTrCalc:
+    def __init__(self) -> None: ...
+    eTrType: enuTR_TYPE
+    udtTrPrm: TR_PRM
+    gdErrLimit: float
+    @property
+    def lFullCnt(self) -> int: ...
+    @property
+    def lNotUsedCnt(self) -> int: ...
+    @property
+    def dRmsErr(self) -> float: ...
+    @property
+    def dRmsErrX(self) -> float: ...
+    @property
+    def dRmsErrY(self) -> float: ...
+    @property
+    def dMiddleErrX(self) -> float: ...
+    @property
+    def dMiddleErrY(self) -> float: ...
+    @property
+    def TypeChanched(self) -> TypeEvent: ...
+    @property
+    def lDebugId(self) -> int: ...
+    sInitDir: _Path
+    def AddXY4Tr(self, tXY4Tr: Iterable[_Pair], bAppend: bool) -> None: ...
+    def GetAllXYs(self) -> list[typeXYs4Tr]: ...
+    def GetXYs(self, bUsed: bool) -> list[typeXYs4Tr]: ...
+    def GetRect4Dest(self) -> tuple[float, float, float, float]: ...
+    def SwapSourDest(self) -> None: ...
+    def ResetAllNotUsed(self) -> None: ...
+    def ExcludeByIx(self, lIx: int, bRecalc: bool) -> None: ...
+    def TearDown(self) -> None: ...
+    def bTypeIsPolinom(self) -> bool: ...
+    def bXYCntIsValid4TrType(self, eTrType4Check: enuTR_TYPE) -> bool: ...
+    def DoCalcTr(self) -> None: ...
+    def DoCalc_Helmert3(self, iterCntMax: int = 20) -> None: ...
+    def DoCalc_Affin5(self, iterCntMax: int = 50) -> None: ...
+    def TrXY(self, dXsour: float, dYsour: float) -> tuple[float, float]: ...
+    def bTrXYArr(self, dX: ArrayLike, dY: ArrayLike) -> tuple[bool, _Doubles, _Doubles]: ...
+    def sListXYs(self) -> str: ...
+    def bSaveXYs4Tr(self, sFileName: _Path) -> bool: ...
+    def bLoadXYsFromFile(self, sFileXYs: _Path, bAppend: bool) -> bool: ...
+    def bChooseFile4LoadXYs4Tr(
+        self, sFileName: str = "", sInitDir: str = "", Owner: int = -1
+    ) -> tuple[bool, str, str]: ...
+    def bChooseFile4SaveXYs4Tr(
+        self, sFileName: str = "", sInitDir: str = "", Owner: int = -1
+    ) -> tuple[bool, str, str]: ...
+    def SaveLog(self, sLogFileName: _Path, LanguageID: int = 0) -> None: ...
+    def bDoModal(self, bShowApplyButton: bool) -> bool: ...
+    def setLanguageID(self, LanguageID: int) -> None: ...
+
+class clsTr:
+    def __init__(self) -> None: ...
+    def __enter__(self) -> clsTr: ...
+    def __exit__(self, *exception: object) -> None: ...
+    gName: str
+    gId: int
+    PI: float
+    RAD_90: float
+    RAD_180: float
+    RAD_270: float
+    RAD_360: float
+    udtTrPrm: TR_PRM
+    udtTrAffinPrm: AFFIN_PRM
+    udtTrPrmByDAT2M1: enuTR_TYPE
+    sInitDir: _Path
+    @property
+    def lDebugId(self) -> int: ...
+    @property
+    def lNumberOfParameters(self) -> int: ...
+    @property
+    def sTrTypeName(self) -> str: ...
+    @property
+    def oCalcTr(self) -> clsTrCalc: ...
+    def TearDown(self) -> None: ...
+    def bLoadByDAT2M1(self) -> bool: ...
+    def bGetAffinPrm(self) -> _SixParameters: ...
+    def bGetHelmertPrm(self) -> _SixParameters: ...
+    def bGetInversePrm(self) -> tuple[bool, AFFIN_PRM]: ...
+    def TrXY(self, dX: float, dY: float) -> tuple[float, float]: ...
+    def TrAngle(self, dAngle: float, dX: float, dY: float, dLength: float = 100.0) -> float: ...
+    def bTypeIsPolinom(self) -> bool: ...
+    def bChooseFile4LoadAffinTrPrm(
+        self, sFileName: str = "", sInitDir: str = "", Owner: int = -1
+    ) -> tuple[bool, str, str]: ...
+    def bChooseFile4SaveAffinTrPrm(
+        self, sFileName: str = "", sInitDir: str = "", Owner: int = -1
+    ) -> tuple[bool, str, str]: ...
+    def bChooseFile4LoadPoliTrPrm(
+        self, sFileName: str = "", sInitDir: str = "", Owner: int = -1
+    ) -> tuple[bool, str, str]: ...
+    def bChooseFile4SavePoliTrPrm(
+        self, sFileName: str = "", sInitDir: str = "", Owner: int = -1
+    ) -> tuple[bool, str, str]: ...
+    def bChooseFileAndSaveTrPrm(
+        self, sFileName: str = "", sInitDir: str = "", Owner: int = -1
+    ) -> tuple[str, str]: ...
+    def bSaveAffinTrPrm(self, sFileTrPrm: _Path, bItr25Format: bool = False) -> bool: ...
+    def bLoadAffinTrPrmFromFile(self, sFileTrPrm: _Path, bItr25Format: bool = False) -> bool: ...
+    def bLoadPoliTrPrmFromFile(self, sFileTrPrm: _Path) -> bool: ...
+    def bSavePoliTrPrm(self, sFileTrPrm: _Path, vTitle: str | None = None) -> bool: ...
+    def sListHelmertTrPrm(self, vTitle: str | None = None) -> str: ...
+    def sListPoliTrPrm(self, vTitle: str | None = None) -> str: ...
+    def bChooseTrPrm(self) -> bool: ...
+    def bShowAffinTrPrm(self) -> bool: ...
+    def bShowPoliTrPrm(self) -> bool: ...
+    def bShowXYs4Tr(self, sTitle: str = "") -> bool: ...
+
+@overload
+def EvalTrPrm(record: TR_PRM, first: float, second: float) -> tuple[float, float]: ...
+@overload
+def EvalTrPrm(
+    record: TR_PRM, first: ArrayLike, second: ArrayLike
+) -> tuple[_Doubles, _Doubles]: ...
+def PolyFormulaText(eType: enuTR_TYPE) -> str: ...
+def MatrixTimesTranspose(design: ArrayLike) -> _Doubles: ...
+def MatrixInverse(matrix: ArrayLike) -> tuple[bool, _Doubles]: ...
+def fMAtrix_Mul_Vector(matrix: ArrayLike, vector: ArrayLike) -> _Doubles: ...
+def FormatFixed(dValue: float, nDecimals: int, nWidth: int) -> str: ...
+def FormatSci(dValue: float) -> str: ...
+def PadLeft(sText: str, nWidth: int) -> str: ...
+def CleanNumberLine(sLine: str, bCommaIsDecimal: bool) -> str: ...
+def GetFileExt(sPath: str) -> str: ...
+def StripFileExt(sName: str) -> str: ...
+def GetFolderPart(sPath: str) -> str: ...
+def GetFileTitle(sPath: str, bWithExt: bool) -> str: ...
+def GetMlString(id: int, sDefault: str = "") -> str: ...
+@overload
+def DecimalSeparator() -> str: ...
+@overload
+def DecimalSeparator(separator: str) -> None: ...
+
+class Message:
+    @property
+    def text(self) -> str: ...
+    @property
+    def title(self) -> str: ...
+    @property
+    def icon(self) -> Literal["none", "information", "exclamation"]: ...
+    @property
+    def buttons(self) -> tuple[str, ...]: ...
+    @property
+    def default_answer(self) -> Literal["ok", "yes", "no", "cancel"]: ...
+
+class FileRequest:
+    @property
+    def file_name(self) -> str: ...
+    @property
+    def title(self) -> str: ...
+    @property
+    def initial_folder(self) -> str: ...
+    @property
+    def default_extension(self) -> str: ...
+    @property
+    def filters(self) -> list[tuple[str, str]]: ...
+    @property
+    def filter_index(self) -> int: ...
+    @property
+    def owner(self) -> int: ...
+
+def install_platform(
+    *,
+    messages: Callable[[Message], str | None] | None = None,
+    choose_to_open: Callable[[FileRequest], _Path | None] | None = None,
+    choose_to_save: Callable[[FileRequest], _Path | None] | None = None,
+    settings: MutableMapping[str, str] | None = None,
+    dialogs: Mapping[str, Callable[..., Any]] | None = None,
+    texts: Callable[[int, int], str | None] | None = None,
+    language: int = 1038,
+) -> None: ...

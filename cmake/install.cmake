@@ -1,0 +1,21 @@
+# What `cmake --install` gives other programs: the library with its headers, a CMake package and a
+# pkg-config file, both of which work wherever the folder is moved.
+include(CMakePackageConfigHelpers)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/kv_tr)
+
+install(TARGETS kv_tr EXPORT kv_tr FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kv_tr)
+install(
+  EXPORT kv_tr
+  NAMESPACE kv_tr::
+  FILE kv_tr-config.cmake
+  DESTINATION ${package_folder})
+write_basic_package_version_file(
+  ${PROJECT_BINARY_DIR}/kv_tr-config-version.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/kv_tr-config-version.cmake DESTINATION ${package_folder})
+
+file(RELATIVE_PATH from_pkgconfig_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig
+     ${CMAKE_INSTALL_PREFIX})
+configure_file(cmake/kv_tr.pc.in kv_tr.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/kv_tr.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
