@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "model/records.h"
@@ -28,6 +29,17 @@ inline py::module_ Module() { return py::module_::import("kv_tr._kv_tr"); }
 
 /// The name of the type of an object, for complaints.
 std::string TypeNameOf(py::handle object);
+
+/// What a Python object is in C++, without conversions; TypeError with its name when it is
+/// something else.
+template <class Value>
+Value Converted(const py::object& given, const std::string& name, const char* wanted) {
+    py::detail::make_caster<Value> caster;
+    if (!caster.load(given, false)) {
+        throw py::type_error(name + " must be " + wanted + ", not " + TypeNameOf(given));
+    }
+    return py::detail::cast_op<Value>(std::move(caster));
+}
 
 /// A property's setter, whose complaints name the property.
 template <class Setter>

@@ -96,14 +96,10 @@ private:
         if (!callable) return std::nullopt;
         const py::object chosen = callable(request);
         if (chosen.is_none()) return std::nullopt;
-        py::detail::make_caster<std::filesystem::path> path;
-        if (!path.load(chosen, true)) {
-            throw py::type_error("a file chooser returned " + TypeNameOf(chosen) +
-                                 ", not a path or None");
-        }
-        return FileChoice{.path = py::detail::cast_op<std::filesystem::path>(path).string(),
-                          .filterIndex = request.filterIndex,
-                          .flags = request.flags};
+        const auto path = Converted<std::filesystem::path>(chosen, "what a file chooser returns",
+                                                           "a path or None");
+        return FileChoice{
+            .path = path.string(), .filterIndex = request.filterIndex, .flags = request.flags};
     }
 
     Held toOpen_;
@@ -117,8 +113,9 @@ public:
 
     std::string Read(const SettingKey& key, const std::string& fallback) override {
         const py::object mapping = *mapping_;
-        if (!mapping || !mapping.contains(NameOf(key))) return fallback;
-        return mapping[NameOf(key).c_str()].cast<std::string>();
+        const std::string name = NameOf(key);
+        if (!mapping || !mapping.contains(name)) return fallback;
+        return Converted<std::string>(mapping[name.c_str()], "settings['" + name + "']", "str");
     }
 
     /// Called when engines end, where nobody could catch what the mapping raises.
@@ -151,7 +148,7 @@ public:
         if (!callable) return EmbeddedTexts::Text(id, languageId);
         const py::object text = callable(id, languageId);
         return text.is_none() ? EmbeddedTexts(languageId).Text(id, languageId)
-                              : text.cast<std::string>();
+                              : Converted<std::string>(text, "what texts returns", "str or None");
     }
 
 private:
@@ -187,8 +184,9 @@ public:
         const py::object open = Named("choose_national");
         if (!open) return Console()->ChooseNational(type);
         const py::object chosen = open(type);
-        if (!chosen.is_none()) type = chosen.cast<enuTR_TYPE>();
-        return !chosen.is_none();
+        if (chosen.is_none()) return false;
+        type = Converted<enuTR_TYPE>(chosen, "what choose_national returns", "enuTR_TYPE or None");
+        return true;
     }
     bool ListControlPoints(clsTr& parameters, const std::string& title) override {
         const py::object open = Named("list_control_points");

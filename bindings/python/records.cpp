@@ -39,15 +39,10 @@ Field<Record> Number(const std::string& name, std::size_t offset) {
 /// A field of another type, which Python's own conversion must yield.
 template <class Record, class Value, class Stored>
 Field<Record> Other(const std::string& name, const char* wanted, Stored Record::*member) {
-    return {
-        name, [member](const Record& r) { return py::cast(Value(r.*member)); },
-        [name, wanted, member](Record& record, const py::object& given) {
-            py::detail::make_caster<Value> caster;
-            if (!caster.load(given, false)) {
-                throw py::type_error(name + " must be " + wanted + ", not " + TypeNameOf(given));
-            }
-            record.*member = py::detail::cast_op<Value>(caster);
-        }};
+    return {name, [member](const Record& r) { return py::cast(Value(r.*member)); },
+            [name, wanted, member](Record& record, const py::object& given) {
+                record.*member = Converted<Value>(given, name, wanted);
+            }};
 }
 
 template <class Record>

@@ -3,12 +3,13 @@
 
     plot_residuals.py control_points.csv residuals.png --type affine
 
-Points that the limit excluded are drawn hollow. The file's ending decides the format: png, svg
-or pdf.
+Points that the limit excluded are hollow and have a number instead of a vector. The file's ending
+decides the format: png, svg or pdf.
 """
 
 import argparse
 import math
+import pathlib
 import sys
 
 import kv_tr
@@ -31,23 +32,25 @@ def draw(engine, axes):
     used = np.array([not pair.bNotUsed for pair in pairs])
     lengths = np.hypot(dy, dx)
 
-    size = max(np.ptp(y), np.ptp(x)) or 1.0
-    scale = 0.12 * size / (lengths[used].max() or 1.0)
-    for chosen, colour, fill in ((used, "tab:red", "black"), (~used, "tab:gray", "white")):
-        vectors = axes.quiver(
-            y[chosen], x[chosen], dy[chosen] * scale, dx[chosen] * scale,
-            angles="xy", scale_units="xy", scale=1, width=0.004, color=colour,
-        )  # fmt: skip
-        axes.scatter(y[chosen], x[chosen], s=18, facecolors=fill, edgecolors="black", zorder=3)
+    longest = lengths[used].max() or 1.0
+    scale = 0.12 * max(np.ptp(y), np.ptp(x)) / longest
+    vectors = axes.quiver(
+        y[used], x[used], dy[used] * scale, dx[used] * scale,
+        angles="xy", scale_units="xy", scale=1, width=0.004, color="tab:red",
+    )  # fmt: skip
+    axes.update_datalim(np.column_stack([y + used * dy * scale, x + used * dx * scale]))
+    faces = np.where(used, "black", "white")
+    axes.scatter(y, x, s=18, facecolors=faces, edgecolors="black", zorder=3)
     for pair, length in zip(pairs, lengths):
         axes.annotate(
-            f"{pair.sId}\n{length * 1000:.0f} mm", (pair.dXdest, pair.dYdest), (5, 5),
-            textcoords="offset points", fontsize=7,
+            f"{pair.sId}\n{length * 1000:.0f} mm", (pair.dXdest, pair.dYdest),
+            (-6 if pair.dXerr > 0 else 6, -6 if pair.dYerr > 0 else 6),  # away from the vector
+            ha="right" if pair.dXerr > 0 else "left", va="top" if pair.dYerr > 0 else "bottom",
+            textcoords="offset points", fontsize=8, color="gray" if pair.bNotUsed else "black",
         )  # fmt: skip
 
-    shown = nice(lengths[used].max() or 1.0)
-    axes.quiverkey(vectors if not used.any() else axes.collections[0], 0.88, 1.03, shown * scale,
-                   f"{shown * 1000:g} mm", labelpos="W", coordinates="axes")  # fmt: skip
+    shown = nice(longest)
+    axes.quiverkey(vectors, 0.9, 1.03, shown * scale, f"{shown * 1000:g} mm", labelpos="W")
     axes.margins(0.15)
     axes.set_aspect("equal")
     axes.ticklabel_format(style="plain", useOffset=False)
@@ -74,7 +77,7 @@ def main():
 
     figure, axes = plt.subplots(figsize=(9, 6.5), layout="constrained")
     draw(engine, axes)
-    figure.suptitle(f"{options.points}: {options.type}, rms {engine.dRmsErr * 1000:.1f} mm")
+    figure.suptitle(f"{pathlib.Path(options.points).name}: {options.type}, rms {engine.dRmsErr * 1000:.1f} mm")
     figure.savefig(options.picture, dpi=150)
 
 

@@ -53,6 +53,7 @@ public:
     void GetXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt, bool bUsed) const;
     /// All pairs without copying them, valid until the set changes.
     std::span<const typeXYs4Tr> Pairs() const { return points_.All(); }
+    /// How many pairs there are, and how many of them are excluded.
     std::int32_t lFullCnt() const { return points_.FullCount(); }
     std::int32_t lNotUsedCnt() const { return points_.NotUsedCount(); }
     /// The extent of all destination coordinates; -100000000 to 100000000 until points are added.
@@ -71,6 +72,7 @@ public:
 
     // Type and parameters.
 
+    /// The type that is fitted. Setting it changes nothing else.
     enuTR_TYPE eTrType() const { return record_.eType; }
     void eTrType(enuTR_TYPE type) { record_.eType = type; }
     /// The whole record: the type, and the coefficients of the last fit.
@@ -95,9 +97,11 @@ public:
 
     // Accuracy figures of the last fit over the used pairs, 0 before the first.
 
+    /// Root mean square error of a point, and of its first and second coordinates, metres.
     double dRmsErr() const { return statistics_.rms; }
     double dRmsErrX() const { return statistics_.rmsFirst; }
     double dRmsErrY() const { return statistics_.rmsSecond; }
+    /// Mean residuals of the first and second coordinates, metres.
     double dMiddleErrX() const { return statistics_.meanFirst; }
     double dMiddleErrY() const { return statistics_.meanSecond; }
 

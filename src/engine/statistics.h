@@ -9,10 +9,10 @@ namespace kv_tr {
 
 /// Accuracy figures over the used pairs, in the unit of the destination coordinates (metres).
 struct Statistics {
-    double rms = 0;  // of a point: rms² = rmsFirst² + rmsSecond²
+    double rms = 0;  ///< of a point: rms² = rmsFirst² + rmsSecond²
     double rmsFirst = 0;
     double rmsSecond = 0;
-    double meanFirst = 0;  // means of the residuals
+    double meanFirst = 0;  ///< means of the residuals
     double meanSecond = 0;
 };
 

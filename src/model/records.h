@@ -11,10 +11,10 @@ namespace kv_tr {
 
 /// The type of a plane transformation. 7 to 9 are unused.
 enum enuTR_TYPE : std::int32_t {
-    TR_METER_OL = -5,   // metre to fathom
-    TR_OL_METER = -4,   // fathom to metre
-    TR_AFFIN_5 = -3,    // two scales, one rotation, two shifts
-    TR_HELMERT_3 = -2,  // one rotation, two shifts, scale 1
+    TR_METER_OL = -5,   ///< metre to fathom
+    TR_OL_METER = -4,   ///< fathom to metre
+    TR_AFFIN_5 = -3,    ///< two scales, one rotation, two shifts
+    TR_HELMERT_3 = -2,  ///< one rotation, two shifts, scale 1
     TR_AFFIN = -1,
     TR_HELMERT = 0,
     TR_POLI_1 = 1,
@@ -87,9 +87,9 @@ struct typeXYs4Tr {
     double dYsour = 0;
     double dXdest = 0;
     double dYdest = 0;
-    double dXerr = 0;  // residuals of the last fit, computed minus measured
+    double dXerr = 0;  ///< residuals of the last fit, computed minus measured
     double dYerr = 0;
-    Bool16 bNotUsed{};  // excluded from the fit
+    Bool16 bNotUsed{};  ///< excluded from the fit
 };
 
 /// A point of the plane, metres.

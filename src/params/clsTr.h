@@ -33,9 +33,9 @@ public:
     clsTr(const clsTr&) = delete;
     clsTr& operator=(const clsTr&) = delete;
 
-    std::string gName;     // folder of the parameter file loaded last
-    std::int32_t gId = 0;  // the host's own
-    // What TrAngle folds directions with. RAD_180 and RAD_270 are for hosts.
+    std::string gName;     ///< folder of the parameter file loaded last
+    std::int32_t gId = 0;  ///< the host's own
+    /// What TrAngle folds directions with, radians. RAD_180 and RAD_270 are for hosts.
     double PI = AngleConstants{}.pi;
     double RAD_90 = PI / 2.0;
     double RAD_180 = PI;

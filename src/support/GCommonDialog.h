@@ -18,20 +18,20 @@ inline constexpr std::int32_t kFileMustExist = 0x1000;
 /// What a file chooser takes and gives back. The open chooser does not read OverWritePrompt, the
 /// save chooser not FileMustExist, MultiSelect, ReadOnly and HideReadOnly.
 struct FileDialogArguments {
-    std::string Filename{};   // in: suggested name; out: the chosen path
-    std::string FileTitle{};  // out: the chosen file's name without folder
+    std::string Filename{};   ///< in: suggested name; out: the chosen path
+    std::string FileTitle{};  ///< out: the chosen file's name without folder
     bool FileMustExist = true;
     bool MultiSelect = false;
-    bool ReadOnly = false;  // out: whether the user asked for reading only
+    bool ReadOnly = false;  ///< out: whether the user asked for reading only
     bool HideReadOnly = false;
     bool OverWritePrompt = true;
-    std::string Filter = "All (*.*)| *.*";  // descriptions and patterns in turn, separated by "|"
-    std::int32_t FilterIndex = 1;           // in: first offered; out: the chosen one, from 1
+    std::string Filter = "All (*.*)| *.*";  ///< descriptions and patterns in turn, separated by "|"
+    std::int32_t FilterIndex = 1;           ///< in: first offered; out: the chosen one, from 1
     std::string InitDir{};
     std::string DlgTitle{};
-    std::string DefaultExt{};  // a leading "*." is dropped
+    std::string DefaultExt{};  ///< a leading "*." is dropped
     std::int32_t Owner = -1;
-    std::int32_t flags = 0;  // further flag bits; out: those of the dialog
+    std::int32_t flags = 0;  ///< further flag bits; out: those of the dialog
 };
 
 /// Asks the user for a file through the platform's file chooser.

@@ -19,8 +19,8 @@ inline constexpr std::int32_t kHungarian = 1038;
 inline constexpr std::int32_t kRomanian = 1048;
 inline constexpr std::int32_t kEnglish = 2057;
 inline constexpr std::int32_t kVietnamese = 1066;
-inline constexpr std::int32_t kComment = 100000;  // placeholder texts for checking captions
-inline constexpr std::int32_t kSerbian = 2074;    // Latin script
+inline constexpr std::int32_t kComment = 100000;  ///< placeholder texts for checking captions
+inline constexpr std::int32_t kSerbian = 2074;    ///< Latin script
 
 /// The text of an id in the current language, UTF-8. The Hungarian text beside the number tells
 /// the reader of a call what it shows; the result always comes from the tables.

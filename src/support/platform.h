@@ -22,7 +22,7 @@ enum class Answer { kOk, kYes, kNo, kCancel };
 /// A message for the user, as a message box would show it. All text is UTF-8.
 struct Message {
     std::string text;
-    std::string title;  // empty: the host's own title
+    std::string title;  ///< empty: the host's own title
     Icon icon = Icon::kNone;
     Buttons buttons = Buttons::kOk;
     Answer defaultAnswer = Answer::kOk;
@@ -38,19 +38,19 @@ public:
 /// One entry of a file chooser's type list, for example {"File of GCPs (*.dat)", "*.dat"}.
 struct FileFilter {
     std::string description;
-    std::string pattern;  // several patterns are separated by ";"
+    std::string pattern;  ///< several patterns are separated by ";"
 };
 
 /// What a file chooser is asked for. The flags are the bits of GCommonDialog.h.
 struct FileRequest {
-    std::string fileName;  // suggested name, may be empty
+    std::string fileName;  ///< suggested name, may be empty
     std::string title;
     std::string initialFolder;
-    std::string defaultExtension;  // without a dot
+    std::string defaultExtension;  ///< without a dot
     std::vector<FileFilter> filters;
-    std::int32_t filterIndex = 1;  // counted from 1
+    std::int32_t filterIndex = 1;  ///< counted from 1
     std::int32_t flags = 0;
-    std::int32_t owner = -1;  // window handle, -1 for none
+    std::int32_t owner = -1;  ///< window handle, -1 for none
 };
 
 struct FileChoice {

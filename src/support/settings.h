@@ -32,7 +32,7 @@ void SaveSetting(const std::string& section, const std::string& key, const std::
 /// programs that write at once leave one whole file.
 class SettingsFile : public SettingsStore {
 public:
-    /// By default <application>.ini in the user's configuration folder.
+    /// By default `<application>.ini` in the user's configuration folder.
     explicit SettingsFile(std::filesystem::path folder = ConfigurationFolder());
 
     std::string Read(const SettingKey& key, const std::string& fallback) override;

@@ -1,6 +1,7 @@
 # Installs the built project into a clean folder and builds the example host against that copy,
-# once with the CMake package and once with pkg-config. Run as a script, with
-# BUILD (the build tree), EXAMPLE (the host's folder), COMPILER, FLAGS and BUILD_TYPE.
+# once with the CMake package and once with pkg-config; the Python package is imported from there.
+# Run as a script, with BUILD (the build tree), EXAMPLE (the host's folder), COMPILER, FLAGS,
+# BUILD_TYPE and PYTHON (the interpreter, if the package was built for one it can load).
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -72,4 +73,10 @@ if(pkg_config)
   run(${COMPILER} ${FLAGS} ${EXAMPLE}/main.cpp -o ${folder}/host ${output}
       -Wl,-rpath,${description}/..)
   check_host(${folder}/host)
+endif()
+
+if(PYTHON)
+  file(GLOB package ${prefix}/lib/python3*/*-packages)
+  run(${CMAKE_COMMAND} -E env PYTHONPATH=${package} ${PYTHON} -c
+      "import kv_tr; assert kv_tr.__file__.startswith('${prefix}'), kv_tr.__file__")
 endif()

@@ -103,9 +103,22 @@ def test_files_are_chosen_by_callables(tmp_path):
     assert ("File of GCPs (*.dat)", "*.dat") in requests[1].filters
     kv_tr.install_platform(choose_to_open=lambda request: None, settings={})
     assert engine.bChooseFile4LoadXYs4Tr("a.dat") == (False, "", "")
-    kv_tr.install_platform(choose_to_open=lambda request: 7, settings={})
-    with pytest.raises(TypeError, match="int"):
-        engine.bChooseFile4LoadXYs4Tr()
+
+
+@pytest.mark.parametrize(
+    "ports, call",
+    [
+        ({"choose_to_open": lambda request: 7}, lambda tr: tr.oCalcTr.bChooseFile4LoadXYs4Tr()),
+        ({"texts": lambda *_: 7}, lambda tr: tr.sTrTypeName),
+        ({"dialogs": {"choose_national": lambda kind: "7"}}, lambda tr: tr.bLoadByDAT2M1()),
+        ({"settings": {"KV_Tr/Settings/Path": 7}}, lambda tr: kv_tr.clsTrCalc()),
+    ],
+)
+def test_a_port_that_yields_the_wrong_type_is_told_so(ports, call):
+    tr = kv_tr.clsTr()
+    kv_tr.install_platform(**{"settings": {}} | ports)
+    with pytest.raises(TypeError, match="(choose|texts|settings).* not (int|str)"):
+        call(tr)
 
 
 def test_dialogs_receive_the_objects_themselves(messages):

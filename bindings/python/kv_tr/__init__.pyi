@@ -290,7 +290,9 @@ class clsTr:
     def bShowXYs4Tr(self, sTitle: str = "") -> bool: ...
 
 @overload
-def EvalTrPrm(record: TR_PRM, first: float, second: float) -> tuple[float, float]: ...
+def EvalTrPrm(  # type: ignore[misc]  # a number is an ArrayLike too
+    record: TR_PRM, first: float, second: float
+) -> tuple[float, float]: ...
 @overload
 def EvalTrPrm(
     record: TR_PRM, first: ArrayLike, second: ArrayLike
