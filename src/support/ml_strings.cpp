@@ -10,6 +10,7 @@
 #include "support/errors.h"
 #include "support/message.h"
 #include "support/strings/table.h"
+#include "support/text_table_file.h"
 
 namespace kv_tr {
 namespace {

@@ -5,12 +5,13 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "support/platform.h"
-#include "support/text_table_file.h"
 
 namespace kv_tr {
 
@@ -62,6 +63,9 @@ std::string TextFile();
 
 /// Calls the handler whenever the host has switched language, which is the current one by then.
 [[nodiscard]] Subscription OnLanguageChange(std::function<void()> handler);
+
+/// Texts by language and id.
+using TextTable = std::map<std::pair<std::int32_t, int>, std::string>;
 
 /// The string tables compiled into the component, and in front of them those of a file.
 class EmbeddedTexts : public TextSource {

@@ -5,7 +5,9 @@
 #include <charconv>
 #include <optional>
 #include <set>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "support/code_page.h"
 #include "support/errors.h"

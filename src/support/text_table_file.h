@@ -3,18 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <span>
 #include <streambuf>
-#include <string>
-#include <utility>
 
+#include "support/ml_strings.h"
 #include "support/strings/table.h"
 
 namespace kv_tr {
-
-/// Texts by language and id.
-using TextTable = std::map<std::pair<std::int32_t, int>, std::string>;
 
 struct TextTableFile {
     TextTable texts;
