@@ -2,8 +2,8 @@
 #include "python/arrays.h"
 
 #include <algorithm>
-#include <cfloat>
 #include <cmath>
+#include <cstdint>
 
 #include "model/evaluate.h"
 
@@ -15,9 +15,13 @@ std::span<const double> ReadOnly(const Doubles& array) {
 }
 
 bool AllFinite(std::span<const double> values) {
-    bool finite = true;
-    for (const double value : values) finite &= std::abs(value) <= DBL_MAX;
-    return finite;
+    double sums[8] = {};  // of zeros; several, so that they are added side by side
+    std::size_t i = 0;
+    for (; i + std::size(sums) <= values.size(); i += std::size(sums)) {
+        for (std::size_t k = 0; k < std::size(sums); ++k) sums[k] += values[i + k] * 0.0;
+    }
+    for (; i < values.size(); ++i) sums[0] += values[i] * 0.0;
+    return std::ranges::all_of(sums, [](double sum) { return sum == 0.0; });
 }
 
 /// Complains of the first value that is not finite. `start` is where the values begin.
@@ -26,6 +30,24 @@ void CheckFinite(std::span<const double> values, const char* name, std::size_t s
     const auto bad = std::ranges::find_if_not(values, [](double v) { return std::isfinite(v); });
     const auto index = start + static_cast<std::size_t>(bad - values.begin());
     Finite(*bad, std::string(name) + "[" + std::to_string(index) + "]");
+}
+
+/// An array that the caller wants images in; it must overlap none of the others.
+Doubles Output(const py::object& given, const std::vector<Doubles>& others) {
+    const Doubles& first = others.front();
+    const auto overlaps = [&given](const Doubles& other) {
+        return py::module_::import("numpy").attr("may_share_memory")(given, other).cast<bool>();
+    };
+    if (py::isinstance<Doubles>(given)) {
+        const auto array = py::reinterpret_borrow<Doubles>(given);
+        const auto address = reinterpret_cast<std::uintptr_t>(array.data());
+        if (array.ndim() == 1 && array.size() == first.size() && array.writeable() &&
+            address % alignof(double) == 0 && std::ranges::none_of(others, overlaps)) {
+            return array;
+        }
+    }
+    throw py::value_error("out must be two writeable, contiguous arrays of float64 with shape " +
+                          ShapeOf(first) + " that overlap neither each other nor the coordinates");
 }
 
 }  // namespace
@@ -44,7 +66,8 @@ Doubles NumbersFrom(const py::object& given, const char* name) {
     return numpy.attr("require")(array, "f8", "CA");
 }
 
-std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first, Argument second) {
+std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first, Argument second,
+                                            const py::object& out) {
     const Doubles firstIn = NumbersFrom(first.given, first.name);
     const Doubles secondIn = NumbersFrom(second.given, second.name);
     if (firstIn.ndim() != 1 || secondIn.ndim() != 1 || firstIn.size() != secondIn.size()) {
@@ -52,13 +75,23 @@ std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first
                               first.name + " has shape " + ShapeOf(firstIn) + ", " + second.name +
                               " has shape " + ShapeOf(secondIn));
     }
-    Doubles firstOut(firstIn.size());
-    Doubles secondOut(firstIn.size());
+    Doubles firstOut;
+    Doubles secondOut;
+    if (out.is_none()) {
+        firstOut = Doubles(firstIn.size());
+        secondOut = Doubles(firstIn.size());
+    } else {
+        if (!py::isinstance<py::tuple>(out) || py::len(out) != 2) {
+            throw py::type_error("out must be a tuple of two arrays");
+        }
+        firstOut = Output(out[py::int_(0)], {firstIn, secondIn});
+        secondOut = Output(out[py::int_(1)], {firstIn, secondIn, firstOut});
+    }
     const std::span<double> firstImages(firstOut.mutable_data(), firstIn.size());
     const std::span<double> secondImages(secondOut.mutable_data(), firstIn.size());
 
     const py::gil_scoped_release unlocked;
-    constexpr std::size_t kPart = 2048;  // checked and transformed while it is in the cache
+    constexpr std::size_t kPart = 512;  // checked and transformed while it is in the cache
     for (std::size_t start = 0; start < firstImages.size(); start += kPart) {
         const std::size_t count = std::min(kPart, firstImages.size() - start);
         const auto firsts = ReadOnly(firstIn).subspan(start, count);

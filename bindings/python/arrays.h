@@ -22,9 +22,11 @@ struct Argument {
     const char* name;
 };
 
-/// The images of many points as new arrays. ValueError for arrays that are not two
-/// one-dimensional ones of one length, and for coordinates that are not finite.
-std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first, Argument second);
+/// The images of many points, in the two arrays of `out` or, when that is None, in new ones.
+/// ValueError for arrays that are not two one-dimensional ones of one length, for an `out` that
+/// does not suit them, and for coordinates that are not finite.
+std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first, Argument second,
+                                            const py::object& out);
 
 /// "(3, 4)"
 std::string ShapeOf(const py::array& array);

@@ -154,14 +154,17 @@ void AddFit(Engine& engine) {
         arg("dXsour"), arg("dYsour"), "Transforms a point, metres: (dXdest, dYdest).");
     engine.def(
         "bTrXYArr",
-        [](const clsTrCalc& self, const py::object& dX, const py::object& dY) {
-            auto [dXtr, dYtr] = TransformArrays(self.udtTrPrm(), {dX, "dX"}, {dY, "dY"});
+        [](const clsTrCalc& self, const py::object& dX, const py::object& dY,
+           const py::object& out) {
+            auto [dXtr, dYtr] = TransformArrays(self.udtTrPrm(), {dX, "dX"}, {dY, "dY"}, out);
             return py::make_tuple(true, dXtr, dYtr);
         },
-        arg("dX"), arg("dY"),
+        arg("dX"), arg("dY"), arg("out") = py::none(),
         "Transforms two one-dimensional arrays of one length: (True, dXtr, dYtr), new arrays of\n"
         "float64. Contiguous float64 arrays are read in place. ValueError, with both shapes, when\n"
-        "they do not fit, and for a coordinate that is not finite. Other threads run meanwhile.");
+        "they do not fit, and for a coordinate that is not finite. Other threads run meanwhile.\n"
+        "out, a tuple of two contiguous float64 arrays, takes the images in the place of new\n"
+        "arrays, which spares repeated calls the time of getting memory.");
 }
 
 void AddFiles(Engine& engine) {

@@ -11,7 +11,8 @@
 namespace kv_tr::python {
 namespace {
 
-py::tuple Evaluate(const TR_PRM& record, const py::object& first, const py::object& second) {
+py::tuple Evaluate(const TR_PRM& record, const py::object& first, const py::object& second,
+                   const py::object& out) {
     const auto isNumber = [](const py::object& given) {
         return PyFloat_Check(given.ptr()) != 0 || PyIndex_Check(given.ptr()) != 0;
     };
@@ -21,7 +22,7 @@ py::tuple Evaluate(const TR_PRM& record, const py::object& first, const py::obje
                                                     Finite(second.cast<double>(), "second")});
         return py::make_tuple(image.first, image.second);
     }
-    auto [firstOut, secondOut] = TransformArrays(record, {first, "first"}, {second, "second"});
+    auto [firstOut, secondOut] = TransformArrays(record, {first, "first"}, {second, "second"}, out);
     return py::make_tuple(firstOut, secondOut);
 }
 
@@ -60,10 +61,12 @@ Doubles Product(const py::object& matrix, const py::object& vector) {
 void AddFunctions(py::module_& module) {
     using py::arg;
     module.def("EvalTrPrm", Evaluate, arg("record"), arg("first"), arg("second"),
+               arg("out") = py::none(),
                "Maps a point, or arrays of first and second coordinates, with a record:\n"
                "(first, second), floats or new arrays of float64. Contiguous float64 arrays are\n"
                "read in place; they must be one-dimensional and of one length (else ValueError,\n"
-               "with both shapes), coordinates finite. Metres. Other threads run meanwhile.");
+               "with both shapes), coordinates finite. out takes the images of arrays, as in\n"
+               "clsTrCalc.bTrXYArr. Metres. Other threads run meanwhile.");
     module.def("PolyFormulaText", PolyFormulaText, arg("eType"),
                "The terms above order 1 of the first coordinate, as listings print them.");
     module.def("MatrixTimesTranspose", NormalMatrix, arg("design"),

@@ -118,6 +118,24 @@ def test_contiguous_arrays_are_not_copied(engine):
     assert peak < 2.1 * x.nbytes  # the two results and nothing else of their size
 
 
+def test_images_go_where_the_caller_wants_them(engine):
+    engine.DoCalcTr()
+    x = np.arange(10.0)
+    a, b = np.empty(10), np.empty(10)
+    ok, first, second = engine.bTrXYArr(x, x, out=(a, b))
+    assert ok and first is a and second is b
+    assert [list(a), list(b)] == [list(images) for images in engine.bTrXYArr(x, x)[1:]]
+    read_only = np.empty(10)
+    read_only.flags.writeable = False
+    unsuitable = [x, a, b[:9], np.empty(20)[::2], read_only, x.astype("f4"), unaligned(x), [0.0] * 10]
+    for wrong in [(a, array) for array in unsuitable]:
+        with pytest.raises(ValueError, match=r"float64 with shape \(10,\)"):
+            engine.bTrXYArr(x, x, out=wrong)
+    for wrong in (a, (a,)):
+        with pytest.raises(TypeError, match="two arrays"):
+            kv_tr.EvalTrPrm(engine.udtTrPrm, x, x, out=wrong)
+
+
 def test_other_threads_run_during_bulk_work(engine):
     x = np.zeros(200_000)
     turns, done = 0, False
