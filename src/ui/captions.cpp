@@ -60,7 +60,12 @@ std::string TextOf(int id, std::string_view text) {
 
 }  // namespace
 
+void Captions::SetText(std::string_view control, std::string text) {
+    texts_[Row(control).control] = std::move(text);
+}
+
 std::string Captions::Text(std::string_view control) const {
+    if (const auto text = texts_.find(control); text != texts_.end()) return text->second;
     return TextOf(Row(control).captionId, Row(control).text);
 }
 

@@ -27,9 +27,6 @@ void Remember(const std::string& fileName, const std::string& folder) {
 
 }  // namespace
 
-frmTr::frmTr()
-    : captions_(TrCaptions()), languageChanged_(OnLanguageChange([this] { ShowResult(); })) {}
-
 bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
                      const std::function<void()>& showModal) {
     applied_ = false;
@@ -42,6 +39,7 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
     Activate();
     const Subscription typeChanged =
         engine.TypeChanched.Subscribe([this](enuTR_TYPE& type) { SelectTypeOf(type); });
+    const Subscription languageChanged = OnLanguageChange([this] { ShowResult(); });
     SelectTypeOf(engine.eTrType());
     CalcScale4Pic();
     Recalculate();
@@ -49,12 +47,6 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
     engine_ = nullptr;
     return showApplyButton ? applied_ : exited_;
 }
-
-std::string frmTr::StatisticsText() const { return StatisticsOf(*engine_); }
-
-std::string frmTr::CountText() const { return UsedCountOf(*engine_); }
-
-std::string frmTr::ExcludedText() const { return ExcludedCountOf(*engine_); }
 
 std::string frmTr::GridToolTip() const { return captions_.ToolTip("Grid1"); }
 
@@ -157,6 +149,9 @@ void frmTr::SelectTypeOf(enuTR_TYPE type) {
 }
 
 void frmTr::ShowResult() {
+    captions_.SetText("lblKh", StatisticsOf(*engine_));
+    captions_.SetText("lblCnt", UsedCountOf(*engine_));
+    captions_.SetText("lblExtCnt", ExcludedCountOf(*engine_));
     marksAreCurrent_ = false;
     Changed.Raise();
 }

@@ -29,8 +29,6 @@ public:
     enum class Mode { kTable, kEdit, kGraph };
     enum class EditKey { kEnter, kEscape, kUp, kDown };
 
-    frmTr();
-
     /// Fits, shows the dialog by calling showModal and waits until that returns. With an apply
     /// button true when it was pressed; without one true when the dialog was left by cmdExit.
     bool bDoModal(clsTrCalc& engine, bool showApplyButton, const std::function<void()>& showModal);
@@ -49,9 +47,6 @@ public:
     bool InverseChecked() const { return inverse_; }
     const GraphLabels& Labels() const { return labels_; }
     std::string LimitText() const { return limitText_; }
-    std::string StatisticsText() const;  // lines separated by CR LF
-    std::string CountText() const;
-    std::string ExcludedText() const;
     std::string GridToolTip() const;
 
     // The table.
@@ -138,7 +133,7 @@ private:
     bool Accept(typeXYs4Tr& pair, int column) const;
     const typeXYs4Tr& Pair(int row) const;
 
-    Captions captions_;
+    Captions captions_{TrCaptions()};
     clsTrCalc* engine_ = nullptr;  // moCalcTr
     enuTR_TYPE fittedType_ = TR_HELMERT;
     bool applyVisible_ = false;
@@ -158,7 +153,6 @@ private:
     bool pickArmed_ = false;
     mutable std::vector<GraphMark> marks_;
     mutable bool marksAreCurrent_ = false;
-    Subscription languageChanged_;
 };
 
 }  // namespace kv_tr

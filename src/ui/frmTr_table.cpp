@@ -134,6 +134,7 @@ void frmTr::Grid1GotFocus() {
 }
 
 void frmTr::txtEditKeyDown(EditKey key) {
+    if (!editor_.visible) return;
     if (key == EditKey::kEscape) {
         editor_.visible = false;
         Changed.Raise();

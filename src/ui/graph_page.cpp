@@ -4,8 +4,10 @@
 #include <sstream>
 
 #include "model/type_names.h"
+#include "support/message.h"
 #include "support/ml_strings.h"
 #include "support/number_text.h"
+#include "support/replacing_file.h"
 
 namespace kv_tr {
 namespace {
@@ -49,6 +51,14 @@ GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double widt
     page.marks = GraphMarks(engine.Pairs(), engine.gdErrLimit,
                             ScaleFor(engine, width, height - page.planTop), labels);
     return page;
+}
+
+void SavePicture(const std::string& path, const std::string& bytes) {
+    ReplacingFile file(path);
+    if (file.IsOpen()) file.Write(bytes);
+    if (!file.IsOpen() || !file.Commit()) {
+        ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + path, Icon::kExclamation);
+    }
 }
 
 }  // namespace kv_tr

@@ -11,6 +11,9 @@ namespace kv_tr {
 
 /// Title and lines of text above a framed plan. Units are those of a screen, 96 to the inch.
 struct GraphPage {
+    static constexpr double kPictureWidth = 900;  // of a page that is saved as a picture
+    static constexpr double kPictureHeight = 700;
+    static constexpr double kMargin = 12;     // of white around it there
     static constexpr double kTitleSize = 16;  // heights of the letters
     static constexpr double kLineSize = 12;
     static constexpr double kLabelSize = 11;
@@ -35,5 +38,8 @@ std::string ExcludedCountOf(const clsTrCalc& engine);
 
 /// The page as an SVG document, UTF-8.
 std::string SvgOf(const GraphPage& page);
+
+/// Writes a picture file; trouble is shown to the user (text 70).
+void SavePicture(const std::string& path, const std::string& bytes);
 
 }  // namespace kv_tr

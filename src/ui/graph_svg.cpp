@@ -66,12 +66,17 @@ constexpr const char* kStyle =
 }  // namespace
 
 std::string SvgOf(const GraphPage& page) {
-    const auto size = Attribute("width", page.width) + Attribute("height", page.height);
+    constexpr double kMargin = GraphPage::kMargin;
+    const double width = page.width + 2 * kMargin;
+    const double height = page.height + 2 * kMargin;
+    const auto size = Attribute("width", width) + Attribute("height", height);
+    const std::string corner = Number(-kMargin);
     std::string svg =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<svg xmlns=\"http://www.w3.org/2000/svg\"" +
-        size + " viewBox=\"0 0 " + Number(page.width) + " " + Number(page.height) + "\">\n" +
-        kStyle + "<rect" + size + " fill=\"#fff\"/>\n";
+        size + " viewBox=\"" + corner + " " + corner + " " + Number(width) + " " + Number(height) +
+        "\">\n" + kStyle + "<rect" + Attribute("x", -kMargin) + Attribute("y", -kMargin) + size +
+        " fill=\"#fff\"/>\n";
     double base = GraphPage::kTitleSize;
     svg += Text({0, base}, Attribute("font-size", GraphPage::kTitleSize) + " font-weight=\"bold\"",
                 page.title);

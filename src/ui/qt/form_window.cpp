@@ -66,7 +66,8 @@ void FormWindow::ShowCaptions(const Captions& captions) {
         const auto name = QString::fromUtf8(row.control.data(), qsizetype(row.control.size()));
         QWidget* control = name == objectName() ? this : findChild<QWidget*>(name);
         if (control == nullptr) continue;
-        SetCaption(*control, QString::fromStdString(captions.Text(row.control)), taken);
+        SetCaption(*control, QString::fromStdString(captions.Text(row.control)).remove('\r'),
+                   taken);
         control->setToolTip(QString::fromStdString(captions.ToolTip(row.control)));
     }
 }

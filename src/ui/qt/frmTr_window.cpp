@@ -139,10 +139,10 @@ QGroupBox* frmTrWindow::MakeStatistics() {
     QGroupBox* frame = MakeFrame("frmRes", this);
     auto* layout = new QVBoxLayout(frame);
     MakeLabel("Label1", *layout);
-    statistics_ = MakeLabel("lblKh", *layout);
+    MakeLabel("lblKh", *layout);
     auto* counts = new QHBoxLayout;
-    count_ = MakeLabel("lblCnt", *counts);
-    excluded_ = MakeLabel("lblExtCnt", *counts);
+    MakeLabel("lblCnt", *counts);
+    MakeLabel("lblExtCnt", *counts);
     layout->addLayout(counts);
     auto* row = new QHBoxLayout;
     QLabel* label = MakeLabel("lblLimit", *row);
@@ -170,9 +170,6 @@ void frmTrWindow::Redraw() {
     const GraphLabels& labels = form_.Labels();
     const std::array shown{labels.identifier, labels.first, labels.second, labels.total};
     for (std::size_t i = 0; i < shown.size(); ++i) labels_[i]->setChecked(shown[i]);
-    statistics_->setText(QString::fromStdString(form_.StatisticsText()).remove('\r'));
-    count_->setText(QString::fromStdString(form_.CountText()));
-    excluded_->setText(QString::fromStdString(form_.ExcludedText()));
     if (!limit_->isModified()) limit_->setText(QString::fromStdString(form_.LimitText()));
     grid_->Redraw();
     picture_->update();

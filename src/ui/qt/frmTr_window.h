@@ -44,9 +44,6 @@ private:
     std::array<QRadioButton*, 10> types_{};
     QCheckBox* inverse_ = nullptr;
     std::array<QCheckBox*, 4> labels_{};
-    QLabel* statistics_ = nullptr;
-    QLabel* count_ = nullptr;
-    QLabel* excluded_ = nullptr;
     QLineEdit* limit_ = nullptr;
     QPushButton* print_ = nullptr;
     QPushButton* savePicture_ = nullptr;

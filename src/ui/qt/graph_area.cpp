@@ -4,6 +4,9 @@
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <cmath>
+#include <set>
+#include <utility>
 
 namespace kv_tr {
 namespace {
@@ -27,18 +30,37 @@ void PaintLabels(QPainter& painter, const GraphMark& mark) {
     }
 }
 
+/// Which of very many marks still get their texts: one in a place, where several could not be read.
+class Crowd {
+public:
+    explicit Crowd(std::size_t markCount) : isCrowd_(markCount > 5000) {}
+
+    bool HasRoom(PlanePoint place) {
+        constexpr double kRoom = 8;
+        return !isCrowd_ ||
+               taken_.insert({std::lround(place.first / kRoom), std::lround(place.second / kRoom)})
+                   .second;
+    }
+
+private:
+    bool isCrowd_;
+    std::set<std::pair<long, long>> taken_;
+};
+
 /// Paints the marks that reach into the clip; colours are those that can be read on the background.
 void PaintMarks(QPainter& painter, const std::vector<GraphMark>& marks, const QColor& background,
                 const QRectF& clip) {
     const QFont fonts[] = {LabelFont(painter.font(), false), LabelFont(painter.font(), true)};
     constexpr double kReach = 400;  // no label is longer
     const QRectF reach = clip.adjusted(-kReach, -kReach, kReach, kReach);
+    Crowd crowd(marks.size());
     for (const GraphMark& mark : marks) {
         const auto [x, y] = mark.place;
         if (!reach.contains(x, y)) continue;
         painter.setPen(QPen(ReadableOn(background, mark.colour), mark.bold ? 2 : 1));
         painter.drawLine(QLineF(x - kCrossArm, y, x + kCrossArm, y));
         painter.drawLine(QLineF(x, y - kCrossArm, x, y + kCrossArm));
+        if (!crowd.HasRoom(mark.place)) continue;
         painter.setFont(fonts[mark.bold ? 1 : 0]);
         PaintLabels(painter, mark);
     }

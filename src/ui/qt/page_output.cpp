@@ -9,9 +9,7 @@
 
 #include "support/GCommonDialog.h"
 #include "support/file_names.h"
-#include "support/message.h"
 #include "support/ml_strings.h"
-#include "support/replacing_file.h"
 #include "support/settings.h"
 #include "ui/frmTr.h"
 #include "ui/qt/cursor_scope.h"
@@ -21,27 +19,22 @@ namespace kv_tr {
 namespace {
 
 constexpr double kUnitsPerInch = 96;
-constexpr double kPictureWidth = 900;
-constexpr double kPictureHeight = 700;
 
 std::string PngOf(const GraphPage& page) {
     constexpr int kPixelsPerUnit = 2;
-    QImage image(QSizeF(page.width, page.height).toSize() * kPixelsPerUnit, QImage::Format_RGB32);
+    constexpr double kMargin = GraphPage::kMargin;
+    const QSizeF size(page.width + 2 * kMargin, page.height + 2 * kMargin);
+    QImage image(size.toSize() * kPixelsPerUnit, QImage::Format_RGB32);
+    image.fill(Qt::white);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(kPixelsPerUnit, kPixelsPerUnit);
+    painter.translate(kMargin, kMargin);
     PaintPage(painter, page);
     painter.end();
     QBuffer buffer;
     image.save(&buffer, "PNG");
     return buffer.data().toStdString();
-}
-
-bool SavePicture(const std::string& path, const std::string& bytes) {
-    ReplacingFile file(path);
-    if (!file.IsOpen()) return false;
-    file.Write(bytes);
-    return file.Commit();
 }
 
 }  // namespace
@@ -69,12 +62,9 @@ void ChooseAndSavePicture(const frmTr& form) {
         .DefaultExt = "svg"};
     if (!GCommonDialog().VBGetSaveFileName(arguments)) return;
     InitDir(GetFolderPart(arguments.Filename));
-    const GraphPage page = form.PicturePage(kPictureWidth, kPictureHeight);
+    const GraphPage page = form.PicturePage(GraphPage::kPictureWidth, GraphPage::kPictureHeight);
     const bool png = HasExtension(arguments.Filename, "png");
-    if (!SavePicture(arguments.Filename, png ? PngOf(page) : SvgOf(page))) {
-        ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + arguments.Filename,
-                    Icon::kExclamation);
-    }
+    SavePicture(arguments.Filename, png ? PngOf(page) : SvgOf(page));
 }
 
 }  // namespace kv_tr
