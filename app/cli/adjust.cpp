@@ -14,8 +14,10 @@
 #include "engine/transformation_log.h"
 #include "model/type_names.h"
 #include "support/errors.h"
+#include "support/file_names.h"
 #include "support/message.h"
 #include "support/number_text.h"
+#include "ui/graph_page.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -31,20 +33,14 @@ struct AdjustOptions {
     std::string log;
     std::string savePoints;
     std::string saveParams;
+    std::string plot;
     bool json = false;
     bool decimalComma = false;
 };
 
-std::vector<typeXYs4Tr> Pairs(const clsTrCalc& engine) {
-    std::vector<typeXYs4Tr> pairs;
-    std::int32_t count = 0;
-    engine.GetAllXYs(pairs, count);
-    return pairs;
-}
-
 /// Excludes every pair that has one of the identifiers; false when one is unknown.
 bool Exclude(clsTrCalc& engine, const std::vector<std::string>& identifiers) {
-    const auto pairs = Pairs(engine);
+    const auto pairs = engine.Pairs();
     for (const std::string& id : identifiers) {
         if (std::ranges::count(pairs, id, &typeXYs4Tr::sId) > 0) continue;
         ShowMessage(Text(TextId::kUnknownIdentifier, {Excerpt(id)}), Icon::kExclamation);
@@ -75,6 +71,10 @@ void SaveFiles(clsTrCalc& engine, const AdjustOptions& options) {
         if (!options.log.empty()) engine.SaveLog(options.log);
         if (!options.savePoints.empty()) engine.bSaveXYs4Tr(options.savePoints);
         if (!options.saveParams.empty()) SaveParameters(engine.udtTrPrm(), options.saveParams);
+        if (!options.plot.empty()) {
+            SavePicture(options.plot, SvgOf(PageOf(engine, {}, GraphPage::kPictureWidth,
+                                                   GraphPage::kPictureHeight)));
+        }
     } catch (const RuntimeError& error) {
         if (error.Number() == ErrorNumber::kFileNotOpen) return;  // has been reported
         ShowMessage(error.what(), Icon::kExclamation);
@@ -108,7 +108,7 @@ void PrintLog(const clsTrCalc& engine) {
     if (OutputIsTerminal()) {
         std::vector<typeXYs4Tr> used;
         std::vector<typeXYs4Tr> excluded;
-        std::ranges::partition_copy(Pairs(engine), std::back_inserter(excluded),
+        std::ranges::partition_copy(engine.Pairs(), std::back_inserter(excluded),
                                     std::back_inserter(used),
                                     [](const typeXYs4Tr& pair) { return bool{pair.bNotUsed}; });
         pieces[3] = Marked(pieces[3], used, engine.gdErrLimit);
@@ -130,7 +130,7 @@ Json StatisticsJson(const clsTrCalc& engine) {
 
 Json PointsJson(const clsTrCalc& engine) {
     Json points = Json::array();
-    for (const typeXYs4Tr& pair : Pairs(engine)) {
+    for (const typeXYs4Tr& pair : engine.Pairs()) {
         points.push_back({{"sId", pair.sId},
                           {"dXsour", pair.dXsour},
                           {"dYsour", pair.dYsour},
@@ -208,6 +208,13 @@ Run AddAdjust(CLI::App& command) {
     command.add_option("--save-params", options->saveParams, Text(TextId::kSaveParams))
         ->type_name("FILE")
         ->check(CheckExtension);
+    command.add_option("--plot", options->plot, Text(TextId::kPlot))
+        ->type_name("FILE")
+        ->check([](const std::string& name) {
+            return HasExtension(name, "svg")
+                       ? ""
+                       : Text(TextId::kPictureExtension, {Excerpt(name), ".svg"});
+        });
     AddLanguageOption(command);
     command.add_flag("--json", options->json, Text(TextId::kJson));
     command.add_flag("--decimal-comma", options->decimalComma, Text(TextId::kDecimalComma));

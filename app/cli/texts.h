@@ -93,6 +93,8 @@ enum class TextId {
     kTakesNoValue,
     kSeeHelp,
     kWriteFailed = 1087,
+    kPlot = 1115,
+    kPictureExtension,
 };
 
 /// A text in the current language, its places {0}, {1}, ... filled with the values.
