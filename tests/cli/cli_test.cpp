@@ -78,6 +78,8 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"kv_tr adjust short", 1, "^$", "^Invalid .*\n1\\.line\nshort, line 3: .*: B 1 1 2\n$"},
         {"kv_tr adjust shift --log no/log --save-points old/x", 1, "a0 = 100",
          "^File open error:no/log\nFile open error:old/x\n$"},
+        {"kv_tr adjust shift --plot x.png", 2, "^$", "file ends in \\.svg: x\\.png\n"},
+        {"kv_tr adjust shift --plot no/x.svg", 1, "a0 = 100", "^File open error:no/x\\.svg\n$"},
         {"kv_tr adjust shift --log /dev/full", 1, "a0 = 100", "could be written: /dev/full\n$"},
         {"kv_tr adjust examples/qgis_order1_4.dat --type bilinear --exclude 1 --exclude 2 --json",
          0, "\"type\": 0,(.*\n)*.*\"bNotUsed\": true(.*\n)*  \"events\": \\[\n +1,\n +0\n",
@@ -174,14 +176,15 @@ TEST_F(CommandLine, TransformsTheCoordinatesAndKeepsEveryOtherByte) {
     EXPECT_EQ(Files()["new"], "101.000;302.000;203.000\n");
 }
 
-TEST_F(CommandLine, SavesTheLogAndThePointsInTheCodePageWithCrLf) {
+TEST_F(CommandLine, SavesTheLogAndThePointsInTheCodePageWithCrLfAndThePlot) {
     Run("kv_tr adjust examples/textbook_conformal_3.dat --exclude C --language hu --decimal-comma "
-        "--log log --save-points points | sed 's/$/\\r/'");
+        "--log log --save-points points --plot plot.SVG | sed 's/$/\\r/'");
     EXPECT_TRUE(out.starts_with("\tTranszformációs jegyzőkönyv\r\n\r\n\tHELMERT"));
     EXPECT_EQ(Files()["log"], ToCodePage(out, CodePage::kWindows1250));
     const std::string points = Files()["points"];
     EXPECT_EQ(points.find("A        121,622       -128,066    1049422,400      51089,200\r\n"),
               19U);
+    EXPECT_TRUE(Files()["plot.SVG"].starts_with("<?xml"));
 }
 
 TEST_F(CommandLine, PrintsEveryNumberInItsShortestForm) {

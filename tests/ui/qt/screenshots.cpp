@@ -35,8 +35,13 @@ void ShowAdjustment(const QString& folder, const char* suffix, std::int32_t lang
             if (mode == frmTr::Mode::kEdit) form.Grid1Click(5, 2);
             if (mode == frmTr::Mode::kGraph) form.chkRad();
             QApplication::processEvents();
-            window.grab().save(folder + "/adjustment-" + kNames[static_cast<int>(mode)] + "-" +
-                               suffix + ".png");
+            const QString name =
+                QString("/adjustment-%1-%2.png").arg(kNames[static_cast<int>(mode)], suffix);
+            constexpr int kSmallest = 0;
+            window.grab()
+                .toImage()
+                .convertToFormat(QImage::Format_RGB444, Qt::AvoidDither | Qt::ThresholdDither)
+                .save(folder + name, "PNG", kSmallest);
         }
     });
 }
