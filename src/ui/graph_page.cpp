@@ -42,8 +42,8 @@ std::string ExcludedCountOf(const clsTrCalc& engine) {
 }
 
 GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double width, double height) {
-    GraphPage page{.width = width, .height = height, .title = TypeName(engine.eTrType())};
-    page.lines = Lines(StatisticsOf(engine));
+    GraphPage page{.width = width, .height = height, .title = GetMlString(31, "Transzformáció")};
+    page.lines = Lines(TypeName(engine.eTrType()) + "\n" + StatisticsOf(engine));
     page.lines.push_back(UsedCountOf(engine) + "  " + ExcludedCountOf(engine) + "  " +
                          GetMlString(68, "Hibahatár[m]:") + FormatFixed(engine.gdErrLimit, 2, 0));
     page.planTop =

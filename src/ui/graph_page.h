@@ -27,7 +27,7 @@ struct GraphPage {
     std::vector<GraphMark> marks{};  // places count from the frame's upper left corner
 };
 
-/// The page of the engine's last fit: the type, its accuracy figures, the counts, the plan.
+/// The page of the engine's last fit: title, type, its accuracy figures, the counts, the plan.
 GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double width, double height);
 
 /// The accuracy figures as the dialog shows them, lines separated by CR LF.

@@ -95,8 +95,9 @@ void PaintPage(QPainter& painter, const GraphPage& page) {
     painter.translate(0, page.planTop);
     painter.setClipRect(plan);
     PaintMarks(painter, page.marks, Qt::white, plan);
+    painter.setClipping(false);
     painter.setPen(QPen(Qt::gray, 1));
-    painter.drawRect(plan.adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.drawRect(plan.adjusted(1, 1, -1, -1));
     painter.restore();
 }
 

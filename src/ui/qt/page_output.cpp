@@ -41,6 +41,7 @@ std::string PngOf(const GraphPage& page) {
 
 void PreviewAndPrint(const frmTr& form, QWidget* parent) {
     QPrinter printer(QPrinter::HighResolution);
+    printer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
     QPrintPreviewDialog preview(&printer, parent);
     preview.setWindowTitle(QString::fromStdString(form.ControlTexts().Text("cmdPrint")));
     QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&form](QPrinter* paper) {

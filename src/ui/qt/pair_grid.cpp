@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QStyledItemDelegate>
 #include <algorithm>
 #include <numeric>
 #include <tuple>
@@ -30,6 +31,21 @@ QVariant ColourOf(const frmTr& form, int row, int column, int role) {
     return colours->background ? Brush(colours->text)
                                : ReadableOn(palette.color(QPalette::Base), colours->text);
 }
+
+/// Leaves the colours of marked cells visible in a selection.
+class MarkedCells : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (!index.data(Qt::ForegroundRole).isValid()) return;
+        option->state &= ~QStyle::State_Selected;
+        if (option->backgroundBrush == Qt::NoBrush)
+            option->backgroundBrush = option->palette.base();
+    }
+};
 
 QVariant Alignment(int column) {
     return int((column == 1 ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
@@ -123,6 +139,8 @@ PairGrid::PairGrid(frmTr& form, ActFunction act, QWidget* parent)
     setSelectionMode(ContiguousSelection);
     setTabKeyNavigation(false);
     setWordWrap(false);
+    setItemDelegate(new MarkedCells(this));
+    horizontalHeader()->setHighlightSections(false);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
