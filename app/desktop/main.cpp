@@ -3,7 +3,6 @@
 #include <QCommandLineParser>
 #include <QLocale>
 #include <array>
-#include <cstdio>
 
 #include "engine/clsTrCalc.h"
 #include "support/component.h"

@@ -48,8 +48,6 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
     return showApplyButton ? applied_ : exited_;
 }
 
-std::string frmTr::GridToolTip() const { return captions_.ToolTip("Grid1"); }
-
 void frmTr::opMode(Mode mode) {
     constexpr std::array kToolTips{87, 88, 89};  // by mode
     mode_ = mode;

@@ -47,7 +47,6 @@ public:
     bool InverseChecked() const { return inverse_; }
     const GraphLabels& Labels() const { return labels_; }
     std::string LimitText() const { return limitText_; }
-    std::string GridToolTip() const;
 
     // The table.
 

@@ -68,8 +68,9 @@ std::string frmTr::WidestText(int column) const {
     }
     const auto number = [column](const typeXYs4Tr& pair) { return NumberIn(pair, column); };
     const auto [least, greatest] = std::ranges::minmax_element(pairs, {}, number);
-    const auto texts = {FormatFixed(number(*least), 3, 0), FormatFixed(number(*greatest), 3, 0)};
-    return std::ranges::max(texts, {}, &std::string::size);
+    const std::string negative = FormatFixed(number(*least), 3, 0);
+    const std::string positive = FormatFixed(number(*greatest), 3, 0);
+    return negative.size() > positive.size() ? negative : positive;
 }
 
 std::string frmTr::TableText(std::span<const int> rows) const {

@@ -8,7 +8,6 @@
 #include <QStyledItemDelegate>
 #include <algorithm>
 #include <numeric>
-#include <tuple>
 #include <utility>
 
 #include "ui/qt/graph_area.h"
@@ -81,7 +80,7 @@ QVariant PairModel::data(const QModelIndex& index, int role) const {
         case Qt::ForegroundRole:
         case Qt::BackgroundRole: return ColourOf(form_, index.row() + 1, index.column(), role);
         case Qt::TextAlignmentRole: return Alignment(index.column());
-        case Qt::ToolTipRole: return QString::fromStdString(form_.GridToolTip());
+        case Qt::ToolTipRole: return QString::fromStdString(form_.ControlTexts().ToolTip("Grid1"));
         default: return {};
     }
 }
@@ -209,16 +208,17 @@ PairGrid::Rows PairGrid::SelectedRows() const {
 }
 
 void PairGrid::Copy() const {
-    auto [first, last] = SelectedRows();
-    if (last < first) std::tie(first, last) = std::pair(0, model_->rowCount() - 1);
-    std::vector<int> rows(static_cast<std::size_t>(last - first + 1));
-    std::iota(rows.begin(), rows.end(), first + 1);
-    QApplication::clipboard()->setText(QString::fromStdString(form_.TableText(rows)));
+    Rows rows = SelectedRows();
+    if (rows.first > rows.last) rows = {0, model_->rowCount() - 1};
+    std::vector<int> numbers(static_cast<std::size_t>(rows.last - rows.first + 1));
+    std::iota(numbers.begin(), numbers.end(), rows.first + 1);
+    QApplication::clipboard()->setText(QString::fromStdString(form_.TableText(numbers)));
 }
 
 void PairGrid::ToggleSelected() {
-    const auto [first, last] = SelectedRows();
-    if (first <= last) act_([&] { form_.Grid1MouseUp(first + 1, last + 1); });
+    const Rows rows = SelectedRows();
+    if (rows.first > rows.last) return;
+    act_([&] { form_.Grid1MouseUp(rows.first + 1, rows.last + 1); });
 }
 
 void PairGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
