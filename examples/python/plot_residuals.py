@@ -77,7 +77,8 @@ def main():
 
     figure, axes = plt.subplots(figsize=(9, 6.5), layout="constrained")
     draw(engine, axes)
-    figure.suptitle(f"{pathlib.Path(options.points).name}: {options.type}, rms {engine.dRmsErr * 1000:.1f} mm")
+    name = pathlib.Path(options.points).name
+    figure.suptitle(f"{name}: {options.type}, rms {engine.dRmsErr * 1000:.1f} mm")
     figure.savefig(options.picture, dpi=150)
 
 

@@ -38,7 +38,8 @@ def main():
         for place, (name, out) in enumerate((("new arrays", None), ("the same", given))):
             compiled = min(float(run[place]) for run in runs)
             python = min(from_python(kind, out) for _ in range(3))
-            print(f"{kind.name:<15} {name:<12} {compiled:7.2f} {python:7.2f} {python / compiled:6.2f}")
+            times = f"{compiled:7.2f} {python:7.2f} {python / compiled:6.2f}"
+            print(f"{kind.name:<15} {name:<12} {times}")
 
 
 if __name__ == "__main__":
