@@ -116,7 +116,7 @@ bool clsTrCalc::bTrXYArr(const std::vector<double>& dX, const std::vector<double
                          std::vector<double>& dXtr, std::vector<double>& dYtr) const {
     if (dX.size() != dY.size()) return false;
     dXtr.resize(dX.size());
-    dYtr.resize(dX.size());
+    dYtr.resize(dY.size());
     EvalTrPrmArrays(record_, dX, dY, dXtr, dYtr);
     return true;
 }

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <span>
 
-#include "model/coefficients.h"
 #include "model/records.h"
 
 namespace kv_tr {
@@ -22,19 +21,6 @@ struct Terms {
 };
 Terms ReducedTerms(enuTR_TYPE type, double u, double v);
 
-/// A record made ready for many points: the same operations as EvalTrPrm, point by point.
-class Evaluator {
-public:
-    explicit Evaluator(const TR_PRM& record)
-        : type_(record.eType), coefficients_(CoefficientsOf(record)) {}
-
-    PlanePoint operator()(PlanePoint source) const;
-
-private:
-    enuTR_TYPE type_;
-    Coefficients coefficients_;
-};
-
 /// Maps a point from the source to the destination system. All coordinates in metres.
 ///
 ///     below TR_POLI_1    first' = A0 + A1 first + A2 second
@@ -43,10 +29,25 @@ private:
 /// and second' likewise with B. Terms are added in coefficient order; the function cannot fail.
 PlanePoint EvalTrPrm(const TR_PRM& record, PlanePoint source);
 
-/// EvalTrPrm for many points, to the same bits. The four spans have one length; the results may
-/// be the sources themselves.
+/// What a processor can do with many numbers at once. Each performs, for every point, the
+/// operations of EvalTrPrm in their order, so that all give the same bits.
+enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
+
+/// Whether this processor has an instruction set.
+bool IsAvailable(InstructionSet set);
+/// The widest one that this processor has.
+InstructionSet WidestInstructionSet();
+
+/// EvalTrPrm for arrays of first and of second coordinates, all four of one length; otherwise
+/// RuntimeError kSubscript. A result array may be one of the source arrays but must not overlap
+/// one in any other way. The instruction set must be available.
 void EvalTrPrmArrays(const TR_PRM& record, std::span<const double> first,
                      std::span<const double> second, std::span<double> firstOut,
-                     std::span<double> secondOut);
+                     std::span<double> secondOut, InstructionSet set = WidestInstructionSet());
+
+/// The same for points whose coordinates alternate: first, second, first, second, ... Both arrays
+/// have one, even, length; they may be the same array.
+void EvalTrPrmPairs(const TR_PRM& record, std::span<const double> pairs, std::span<double> pairsOut,
+                    InstructionSet set = WidestInstructionSet());
 
 }  // namespace kv_tr

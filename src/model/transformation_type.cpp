@@ -1,19 +1,7 @@
 // What each transformation type needs and how a type is lowered.
 #include "model/transformation_type.h"
 
-#include <algorithm>
-
 namespace kv_tr {
-
-bool IsPolynomial(enuTR_TYPE type) { return type >= TR_POLI_1; }
-
-int PolynomialOrder(enuTR_TYPE type) { return std::clamp<int>(type, 1, 5); }
-
-int TermCount(enuTR_TYPE type) {
-    if (type == TR_BILINEAR) return 4;
-    const int order = PolynomialOrder(type);
-    return (order + 1) * (order + 2) / 2;
-}
 
 std::int32_t MinimumPoints(enuTR_TYPE type) {
     switch (type) {
