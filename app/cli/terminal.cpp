@@ -39,7 +39,7 @@ Progress::~Progress() {
 }
 
 void Progress::Show(std::uint64_t lines, std::uint64_t bytes) {
-    if (!enabled_ || lines % 1024 != 0) return;
+    if (!enabled_) return;
     const auto now = std::chrono::steady_clock::now();
     if (now < next_) return;
     next_ = now + kInterval;

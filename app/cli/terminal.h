@@ -21,7 +21,7 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// Call it for every line; it writes a few times a second at most.
+    /// Call it as often as you like; it writes a few times a second at most.
     void Show(std::uint64_t lines, std::uint64_t bytes);
 
 private:

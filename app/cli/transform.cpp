@@ -1,16 +1,21 @@
 // kv_tr transform: the points of a file or of the standard input, line by line.
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <deque>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <iostream>
 #include <optional>
 #include <string_view>
+#include <thread>
 
 #include "cli/host.h"
 #include "cli/parameters.h"
 #include "cli/terminal.h"
-#include "model/evaluate.h"
+#include "cli/transform_lines.h"
 #include "support/errors.h"
 #include "support/line_reader.h"
 #include "support/message.h"
@@ -25,9 +30,7 @@ struct TransformOptions {
     std::string input = "-";
     ParameterSource source;
     std::string output;
-    int decimals = 3;
-    bool noId = false;
-    bool keepGoing = false;
+    LineFormat format;
 };
 
 /// Where a line is read from.
@@ -74,6 +77,11 @@ public:
         }
     }
 
+    /// Hands over what has been written, to whoever reads the standard output.
+    void Flush() {
+        if (!file_) std::fflush(stdout);
+    }
+
     bool Commit() {
         return file_ ? file_->Commit() : std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
     }
@@ -82,87 +90,96 @@ private:
     std::optional<ReplacingFile> file_;
 };
 
-/// The fields of a line, found without changing it.
-struct Field {
-    std::size_t begin;
-    std::size_t end;
-};
-
-std::vector<Field> FirstFields(std::string_view line, std::size_t count) {
-    constexpr std::string_view kSeparators = " \t,;'\"";
-    std::vector<Field> fields;
-    std::size_t end = 0;
-    while (fields.size() < count) {
-        const std::size_t begin = line.find_first_not_of(kSeparators, end);
-        if (begin == line.npos) break;
-        end = std::min(line.find_first_of(kSeparators, begin), line.size());
-        fields.push_back({begin, end});
-    }
-    return fields;
-}
-
-/// Rewrites the two coordinates of a line in place, everything else stays. The coordinates are the
-/// second and third field, or the only two, or with noId the first two. Nothing for a line without
-/// two numbers and for an image that is not finite; a line without fields stays as it is.
-std::optional<std::string> TransformLine(std::string_view line, const Evaluator& evaluate,
-                                         const TransformOptions& options) {
-    const auto fields = FirstFields(line, options.noId ? 2 : 3);
-    if (fields.empty()) return std::string(line);
-    if (fields.size() < 2) return std::nullopt;
-    const Field first = fields[fields.size() - 2];
-    const Field second = fields[fields.size() - 1];
-    const auto number = [line](Field f) {
-        return ParseNumber(line.substr(f.begin, f.end - f.begin));
-    };
-    const auto firstNumber = number(first);
-    const auto secondNumber = number(second);
-    if (!firstNumber || !secondNumber) return std::nullopt;
-    const PlanePoint image = evaluate({*firstNumber, *secondNumber});
-    if (!std::isfinite(image.first) || !std::isfinite(image.second)) return std::nullopt;
-
-    const auto decimals = static_cast<std::uint8_t>(options.decimals);
-    std::string transformed(line.substr(0, first.begin));
-    transformed += FormatFixed(image.first, decimals, 0);
-    transformed += line.substr(first.end, second.begin - first.end);
-    transformed += FormatFixed(image.second, decimals, 0);
-    transformed += line.substr(second.end);
-    return transformed;
-}
-
 void ReportOpenFailure(const std::string& name) {
     ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + name, Icon::kExclamation);
 }
 
-/// Transforms all lines; false when a bad line ended the work.
-bool TransformLines(Input& input, Output& output, const Evaluator& evaluate,
-                    const TransformOptions& options) {
-    Progress progress(input.Size(), options.output.empty() && OutputIsTerminal());
-    LineReader reader(input.Source());
-    std::uint64_t lines = 0;
-    std::uint64_t bytes = 0;
-    std::uint64_t badLines = 0;
-    if (reader.SkipUtf8Mark()) output.Write("\xEF\xBB\xBF");
-    while (reader.Next()) {
-        ++lines;
-        bytes += reader.Line().size() + reader.Ending().size();
-        const auto transformed = TransformLine(reader.Line(), evaluate, options);
-        if (!transformed && !options.keepGoing) {
-            ShowMessage(Text(TextId::kBadLine, {input.Name(), std::to_string(lines),
-                                                Excerpt(std::string(reader.Line()))}),
-                        Icon::kExclamation);
-            return false;
+/// Transforms the blocks of an input, several at a time, and writes them in their order.
+class Job {
+public:
+    Job(Input& input, Output& output, const TR_PRM& record, const TransformOptions& options)
+        : reader_(input.Source()),
+          progress_(input.Size(), options.output.empty() && OutputIsTerminal()),
+          input_(input),
+          output_(output),
+          record_(record),
+          format_(options.format) {}
+
+    /// False when a bad line ended the work.
+    bool Run() {
+        if (reader_.SkipUtf8Mark()) output_.Write("\xEF\xBB\xBF");
+        while (!stopped_ && ReadBlock()) {
+            WriteUntil(processors_);
+            while (!underWay_.empty() && reader_.IsWaiting()) {
+                constexpr std::chrono::microseconds kMoment{100};
+                if (underWay_.front().wait_for(kMoment) == std::future_status::timeout) continue;
+                WriteUntil(underWay_.size() - 1);
+                output_.Flush();
+            }
         }
-        if (!transformed) ++badLines;
-        output.Write(transformed ? std::string_view(*transformed) : reader.Line());
-        output.Write(reader.Ending());
-        progress.Show(lines, bytes);
+        WriteUntil(0);
+        if (badLines_ > 0 && !stopped_) {
+            ShowMessage(
+                Text(TextId::kLinesKept, {std::to_string(badLines_), std::to_string(lines_)}),
+                Icon::kExclamation);
+        }
+        return !stopped_;
     }
-    if (badLines > 0) {
-        ShowMessage(Text(TextId::kLinesKept, {std::to_string(badLines), std::to_string(lines)}),
-                    Icon::kExclamation);
+
+private:
+    /// Reads a block and has it transformed: in another thread, or when it is needed where a
+    /// thread would not pay. False at the end of the input.
+    bool ReadBlock() {
+        std::string block;
+        try {
+            if (!reader_.Next(block)) return false;
+        } catch (const RuntimeError&) {
+            WriteUntil(0);
+            if (stopped_) return false;
+            throw;
+        }
+        constexpr std::size_t kSmall = 1 << 14;
+        const auto when = processors_ == 1 || block.size() < kSmall
+                              ? std::launch::deferred
+                              : std::launch::async | std::launch::deferred;
+        underWay_.push_back(std::async(when, [this, lines = std::move(block)] {
+            return TransformLines(lines, record_, format_);
+        }));
+        return true;
     }
-    return true;
-}
+
+    /// Writes the oldest blocks until no more than so many are left, or one has a bad line.
+    void WriteUntil(std::size_t left) {
+        while (underWay_.size() > left) {
+            const TransformedLines done = underWay_.front().get();
+            underWay_.pop_front();
+            output_.Write(done.text);
+            lines_ += done.lines;
+            bytes_ += done.bytes;
+            badLines_ += done.badLines;
+            progress_.Show(lines_, bytes_);
+            if (!done.stoppedAt) continue;
+            ShowMessage(Text(TextId::kBadLine,
+                             {input_.Name(), std::to_string(lines_), Excerpt(*done.stoppedAt)}),
+                        Icon::kExclamation);
+            stopped_ = true;
+            underWay_.clear();
+        }
+    }
+
+    const std::size_t processors_ = std::max(1U, std::thread::hardware_concurrency());
+    BlockReader reader_;
+    Progress progress_;
+    Input& input_;
+    Output& output_;
+    const TR_PRM record_;
+    const LineFormat format_;
+    std::deque<std::future<TransformedLines>> underWay_;
+    std::uint64_t lines_ = 0;
+    std::uint64_t bytes_ = 0;
+    std::uint64_t badLines_ = 0;
+    bool stopped_ = false;
+};
 
 int RunTransform(const TransformOptions& options) {
     clsTr transformation;
@@ -180,8 +197,7 @@ int RunTransform(const TransformOptions& options) {
         ReportOpenFailure(options.output);
         return kReported;
     }
-    if (!TransformLines(input, output, Evaluator(transformation.udtTrPrm()), options))
-        return kReported;
+    if (!Job(input, output, transformation.udtTrPrm(), options).Run()) return kReported;
     if (!output.Commit()) {
         throw RuntimeError(ErrorNumber::kWriteFailed, Text(TextId::kWriteFailed));
     }
@@ -196,19 +212,19 @@ Run AddTransform(CLI::App& command) {
     AddSourceOptions(command, options->source);
     command.add_option("--output", options->output, Text(TextId::kOutput))->type_name("FILE");
     const auto setDecimals = [options](const std::string& text) {
-        options->decimals = static_cast<int>(*ParseNumber(text));
+        options->format.decimals = static_cast<int>(*ParseNumber(text));
     };
     command.add_option_function<std::string>("--decimals", setDecimals, Text(TextId::kDecimals))
         ->type_name("N")
-        ->default_str(std::to_string(options->decimals))
+        ->default_str(std::to_string(options->format.decimals))
         ->check([](const std::string& text) {
             const auto number = ParseNumber(text);
             const bool suitable =
                 number && *number >= 0 && *number <= 15 && *number == std::floor(*number);
             return suitable ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
         });
-    command.add_flag("--no-id", options->noId, Text(TextId::kNoId));
-    command.add_flag("--keep-going", options->keepGoing, Text(TextId::kKeepGoing));
+    command.add_flag("--no-id", options->format.noId, Text(TextId::kNoId));
+    command.add_flag("--keep-going", options->format.keepGoing, Text(TextId::kKeepGoing));
     AddLanguageOption(command);
     return [options] { return RunTransform(*options); };
 }

@@ -36,16 +36,9 @@ std::string ListPairs(std::span<const typeXYs4Tr> pairs) {
 }
 
 bool ReadPair(std::string_view line, typeXYs4Tr& pair) {
-    const std::string cleaned = CleanNumberLine(line, false);
-    std::string_view rest = cleaned;
-    const auto nextField = [&rest] {
-        const std::string_view field = rest.substr(0, rest.find(' '));
-        rest.remove_prefix(std::min(field.size() + 1, rest.size()));
-        return field;
-    };
-    pair.sId = nextField();
+    pair.sId = NextField(line);
     for (const auto coordinate : kCoordinates) {
-        const auto number = ParseNumber(nextField());
+        const auto number = ParseNumber(NextField(line));
         if (!number) return false;
         pair.*coordinate = *number;
     }

@@ -85,8 +85,8 @@ bool clsFile::AtEnd() {
 
 std::string clsFile::ReadLine() {
     if (AtEnd()) throw RuntimeError(ErrorNumber::kPastEnd, "Reading beyond the end: " + name_);
-    reader_->Next();
-    return utf8_ ? ValidUtf8(reader_->Line()) : FromCodePage(reader_->Line(), FilesCodePage());
+    const std::string_view line = reader_->Next();
+    return utf8_ ? ValidUtf8(line) : FromCodePage(line, FilesCodePage());
 }
 
 void clsFile::Print(std::string_view text) {

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <iterator>
 #include <optional>
 
@@ -141,7 +143,18 @@ constexpr PageLetters SortedByCodePoint(const UpperHalf& page) {
 constexpr PageLetters kLetters1250 = SortedByCodePoint(kWindows1250);
 constexpr PageLetters kLetters1258 = SortedByCodePoint(kWindows1258);
 
-constexpr bool IsAscii(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+/// Looks at eight bytes at a time: most lines are no more than this test.
+bool IsAscii(std::string_view text) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
+    std::uint64_t any = 0;
+    for (; text.size() >= sizeof any; text.remove_prefix(sizeof any)) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, text.data(), sizeof eight);
+        any |= eight;
+    }
+    for (const char byte : text) any |= static_cast<unsigned char>(byte);
+    return (any & kHighBits) == 0;
+}
 
 constexpr bool IsCombiningMark(char32_t codePoint) {
     return codePoint >= U'\u0300' && codePoint <= U'\u036F';
@@ -270,7 +283,7 @@ void AppendUtf8(std::string& utf8, char32_t codePoint) {
 }  // namespace
 
 std::string ToCodePage(std::string_view utf8, CodePage page) {
-    if (std::ranges::all_of(utf8, IsAscii)) return std::string(utf8);
+    if (IsAscii(utf8)) return std::string(utf8);
 
     std::u32string letters;
     letters.reserve(utf8.size());
@@ -284,7 +297,7 @@ std::string ToCodePage(std::string_view utf8, CodePage page) {
 }
 
 std::string FromCodePage(std::string_view bytes, CodePage page) {
-    if (std::ranges::all_of(bytes, IsAscii)) return std::string(bytes);
+    if (IsAscii(bytes)) return std::string(bytes);
 
     std::u32string letters;
     letters.reserve(bytes.size());
@@ -298,6 +311,7 @@ std::string FromCodePage(std::string_view bytes, CodePage page) {
 }
 
 std::string ValidUtf8(std::string_view text) {
+    if (IsAscii(text)) return std::string(text);
     std::string valid;
     valid.reserve(text.size());
     for (auto rest = text; !rest.empty();) AppendUtf8(valid, TakeCodePoint(rest));
@@ -305,6 +319,7 @@ std::string ValidUtf8(std::string_view text) {
 }
 
 std::size_t DisplayWidth(std::string_view utf8) {
+    if (IsAscii(utf8)) return utf8.size();
     std::size_t width = 0;
     for (auto rest = utf8; !rest.empty();) width += IsCombiningMark(TakeCodePoint(rest)) ? 0 : 1;
     return width;

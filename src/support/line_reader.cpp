@@ -1,6 +1,7 @@
 // Lines of a text of any length, whatever ends them.
 #include "support/line_reader.h"
 
+#include <algorithm>
 #include <ios>
 #include <utility>
 
@@ -10,60 +11,94 @@
 namespace kv_tr {
 namespace {
 
-using Traits = std::char_traits<char>;
+constexpr std::size_t kBlockSize = 1 << 18;
 
-Traits::int_type Peek(std::streambuf& source) {
+/// Where the first line ends, the size of the text if nowhere. A text may lack one kind of line
+/// end throughout, so it is searched for both kinds a piece at a time.
+std::size_t FirstLineEnd(std::string_view text) {
+    constexpr std::size_t kPiece = 512;
+    for (std::size_t begin = 0; begin < text.size(); begin += kPiece) {
+        const auto piece = text.substr(begin, kPiece);
+        const auto beforeLf = piece.substr(0, piece.find('\n'));
+        const auto beforeCr = beforeLf.substr(0, beforeLf.find('\r'));
+        if (beforeCr.size() < piece.size()) return begin + beforeCr.size();
+    }
+    return text.size();
+}
+
+/// Where the last whole line behind a place ends; 0 if none does. A CR at the very end of the
+/// text may yet be followed by its LF.
+std::size_t LastLineEnd(std::string_view text, std::size_t from) {
+    auto searched = text.substr(from);
+    if (searched.ends_with('\r')) searched.remove_suffix(1);
+    const std::size_t place = searched.find_last_of("\r\n");
+    return place == searched.npos ? 0 : from + place + 1;
+}
+
+}  // namespace
+
+TextLine TakeLine(std::string_view& text) {
+    const std::size_t end = FirstLineEnd(text);
+    const auto line = text.substr(0, end);
+    text.remove_prefix(end);
+    const std::size_t length = text.starts_with("\r\n") ? 2 : std::min<std::size_t>(text.size(), 1);
+    const auto ending = text.substr(0, length);
+    text.remove_prefix(length);
+    return {line, ending};
+}
+
+bool BlockReader::Append(std::string& text) {
+    using Traits = std::char_traits<char>;
     try {
-        return source.sgetc();
+        if (Traits::eq_int_type(source_.sgetc(), Traits::eof())) return false;
+        const auto count = std::min(static_cast<std::size_t>(source_.in_avail()), kBlockSize / 4);
+        const std::size_t before = text.size();
+        text.resize(before + count);
+        source_.sgetn(text.data() + before, static_cast<std::streamsize>(count));
+        return true;
     } catch (const std::ios_base::failure&) {
         throw RuntimeError(ErrorNumber::kDeviceError,
                            GetMlString(1088, "A fájlt nem sikerült végigolvasni"));
     }
 }
 
-bool Skip(std::streambuf& source, char expected) {
-    if (Peek(source) != Traits::to_int_type(expected)) return false;
-    source.sbumpc();
+bool BlockReader::SkipUtf8Mark() {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    while (rest_.size() < kMark.size() && kMark.starts_with(rest_) && Append(rest_)) {
+    }
+    if (!rest_.starts_with(kMark)) return false;
+    rest_.erase(0, kMark.size());
     return true;
 }
 
-}  // namespace
-
-bool LineReader::SkipUtf8Mark() {
-    constexpr std::string_view kMark = "\xEF\xBB\xBF";
-    while (begun_.size() < kMark.size() && Skip(source_, kMark[begun_.size()])) {
-        begun_ += kMark[begun_.size()];
+bool BlockReader::Next(std::string& block) {
+    block = std::exchange(rest_, {});
+    std::size_t whole = LastLineEnd(block, 0);
+    while (whole == 0 ? block.size() <= kLongestLine : block.size() < kBlockSize && !IsWaiting()) {
+        const std::size_t before = block.size();
+        try {
+            if (!Append(block)) {
+                whole = block.size();
+                break;
+            }
+        } catch (const RuntimeError&) {
+            if (whole == 0) throw;
+            break;  // the same will happen when the next block is read
+        }
+        whole = std::max(whole, LastLineEnd(block, before - std::min<std::size_t>(before, 1)));
     }
-    if (begun_ != kMark) return false;
-    begun_.clear();
-    return true;
+    if (block.size() > kLongestLine && FirstLineEnd(block) > kLongestLine) {
+        throw RuntimeError(ErrorNumber::kLineTooLong,
+                           GetMlString(1089, "Egy sor túl hosszú egy szövegfájlhoz"));
+    }
+    rest_ = block.substr(whole);
+    block.resize(whole);
+    return whole > 0;
 }
 
 bool LineReader::AtEnd() {
-    return begun_.empty() && Traits::eq_int_type(Peek(source_), Traits::eof());
-}
-
-bool LineReader::Next() {
-    line_ = std::exchange(begun_, {});
-    ending_ = "";
-    if (line_.empty() && AtEnd()) return false;
-    for (auto c = Peek(source_); !Traits::eq_int_type(c, Traits::eof()); c = Peek(source_)) {
-        source_.sbumpc();
-        if (c == '\n') {
-            ending_ = "\n";
-            return true;
-        }
-        if (c == '\r') {
-            ending_ = Skip(source_, '\n') ? "\r\n" : "\r";
-            return true;
-        }
-        if (line_.size() == kLongestLine) {
-            throw RuntimeError(ErrorNumber::kLineTooLong,
-                               GetMlString(1089, "Egy sor túl hosszú egy szövegfájlhoz"));
-        }
-        line_ += Traits::to_char_type(c);
-    }
-    return true;
+    if (rest_.empty() && blocks_.Next(block_)) rest_ = block_;
+    return rest_.empty();
 }
 
 }  // namespace kv_tr

@@ -1,39 +1,64 @@
 // Lines of a text of any length, whatever ends them.
 #pragma once
 
+#include <cstddef>
 #include <streambuf>
 #include <string>
 #include <string_view>
 
 namespace kv_tr {
 
-/// Reads lines that end in CR LF, LF or CR; the last line may lack an end.
+/// A line, and what ended it: CR LF, LF, CR, or nothing for the last line of a text.
+struct TextLine {
+    std::string_view text;
+    std::string_view ending;
+};
+
+/// Takes the first line off a text that is not empty.
+TextLine TakeLine(std::string_view& text);
+
+/// Reads a text in blocks of whole lines.
+///
 /// Memory stays bounded: a line of more than kLongestLine bytes is RuntimeError kLineTooLong, a
-/// failure of the system RuntimeError kDeviceError.
-class LineReader {
+/// failure of the system RuntimeError kDeviceError, either after the lines before it.
+class BlockReader {
 public:
     static constexpr std::size_t kLongestLine = 1 << 20;
 
     /// The source must outlive the reader.
-    explicit LineReader(std::streambuf& source) : source_(source) {}
+    explicit BlockReader(std::streambuf& source) : source_(source) {}
 
     /// Skips a UTF-8 mark at the start of the text; true when there was one.
     bool SkipUtf8Mark();
 
-    /// Reads the next line into Line() and Ending(); false at the end of the text.
-    bool Next();
+    /// Replaces the block by the next lines; false at the end of the text. Yields what there is
+    /// when the source has nothing more at the moment, so that nobody waits for an answer.
+    bool Next(std::string& block);
 
-    bool AtEnd();
-
-    std::string_view Line() const { return line_; }
-    /// What ended the line: CR LF, LF, CR, or nothing.
-    std::string_view Ending() const { return ending_; }
+    /// Whether the source has nothing more at the moment.
+    bool IsWaiting() { return source_.in_avail() <= 0; }
 
 private:
+    bool Append(std::string& text);
+
     std::streambuf& source_;
-    std::string begun_;  // of a line, while looking for the mark
-    std::string line_;
-    std::string_view ending_ = "";
+    std::string rest_;  // read, but in no block yet
+};
+
+/// Reads a text line by line, as BlockReader does.
+class LineReader {
+public:
+    explicit LineReader(std::streambuf& source) : blocks_(source) {}
+
+    bool SkipUtf8Mark() { return blocks_.SkipUtf8Mark(); }
+    bool AtEnd();
+    /// The next line without its end, valid until another is read. There must be one.
+    std::string_view Next() { return TakeLine(rest_).text; }
+
+private:
+    BlockReader blocks_;
+    std::string block_;
+    std::string_view rest_;  // of the block
 };
 
 }  // namespace kv_tr

@@ -66,6 +66,34 @@ std::string NotFiniteText(double value) {
     return value > 0 ? "inf" : "-inf";
 }
 
+/// Appends a value that integers can be trusted to round; false, with nothing done, for others.
+///
+/// The shortest text differs from the value by less than 2^-53 of it, and the product is rounded
+/// by as much again. Unless a half lies so near, all three round to the same integer.
+bool AppendByInteger(std::string& text, double value, int decimals) {
+    constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    if (decimals >= static_cast<int>(std::size(kPowersOfTen))) return false;
+    const double scaled = std::abs(value) * kPowersOfTen[decimals];
+    if (!(scaled < 1e15)) return false;
+    auto number = static_cast<std::uint64_t>(scaled);
+    const double fraction = scaled - static_cast<double>(number);
+    if (std::abs(fraction - 0.5) <= scaled * 0x1p-51) return false;
+    if (fraction > 0.5) ++number;
+
+    const bool negative = std::signbit(value) && number > 0;
+    char buffer[24];
+    char* const end = std::end(buffer);
+    char* begin = end;
+    for (int digits = 0; number > 0 || digits <= decimals; ++digits, number /= 10) {
+        if (digits == decimals && digits > 0) *--begin = DecimalSeparator();
+        *--begin = static_cast<char>('0' + number % 10);
+    }
+    if (negative) *--begin = '-';
+    text.append(begin, end);
+    return true;
+}
+
 std::string FixedText(double value, int decimals) {
     if (!std::isfinite(value)) return NotFiniteText(value);
     Decimal decimal = ShortestDecimal(value);
@@ -97,6 +125,10 @@ std::string SciText(double value) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
+bool Separates(char c) {
+    return c == ' ' || c == '\'' || c == ',' || c == ';' || c == '\t' || c == '"';
+}
+
 }  // namespace
 
 char DecimalSeparator() { return TheComponent().decimalSeparator; }
@@ -104,7 +136,14 @@ char DecimalSeparator() { return TheComponent().decimalSeparator; }
 void DecimalSeparator(char separator) { TheComponent().decimalSeparator = separator; }
 
 std::string FormatFixed(double dValue, std::uint8_t nDecimals, std::uint8_t nWidth) {
-    return PadLeft(FixedText(dValue, nDecimals), nWidth);
+    std::string text;
+    AppendFixed(text, dValue, nDecimals);
+    if (text.size() < nWidth) text.insert(0, nWidth - text.size(), ' ');
+    return text;
+}
+
+void AppendFixed(std::string& sText, double dValue, std::uint8_t nDecimals) {
+    if (!AppendByInteger(sText, dValue, nDecimals)) sText += FixedText(dValue, nDecimals);
 }
 
 std::string FormatSci(double dValue) { return PadLeft(SciText(dValue), 30); }
@@ -119,8 +158,7 @@ std::string CleanNumberLine(std::string_view sLine, bool bCommaIsDecimal) {
     std::string cleaned;
     for (char c : sLine) {
         if (c == ',' && bCommaIsDecimal) c = '.';
-        const bool blank = c == ' ' || c == '\'' || c == ',' || c == ';' || c == '\t' || c == '"';
-        if (!blank) {
+        if (!Separates(c)) {
             cleaned += c;
         } else if (!cleaned.empty() && cleaned.back() != ' ') {
             cleaned += ' ';
@@ -128,6 +166,13 @@ std::string CleanNumberLine(std::string_view sLine, bool bCommaIsDecimal) {
     }
     if (!cleaned.empty() && cleaned.back() == ' ') cleaned.pop_back();
     return cleaned;
+}
+
+std::string_view NextField(std::string_view& line) {
+    const auto begin = std::ranges::find_if_not(line, Separates);
+    const auto end = std::find_if(begin, line.end(), Separates);
+    line = {end, line.end()};
+    return {begin, end};
 }
 
 std::optional<double> ParseNumber(std::string_view text, bool commaIsDecimal) {

@@ -19,6 +19,9 @@ void DecimalSeparator(char separator);
 /// Figures that are not finite are "inf", "-inf" and "nan".
 std::string FormatFixed(double dValue, std::uint8_t nDecimals, std::uint8_t nWidth);
 
+/// Appends the value to a text as FormatFixed writes it with width 0.
+void AppendFixed(std::string& sText, double dValue, std::uint8_t nDecimals);
+
 /// The value as 0.000000000000000E+00 (16 significant digits, rounded as FormatFixed rounds),
 /// padded with blanks on the left to 30 characters.
 std::string FormatSci(double dValue);
@@ -30,6 +33,10 @@ std::string PadLeft(std::string_view sText, std::uint8_t nWidth);
 /// Turns apostrophes, commas (into a point when bCommaIsDecimal), semicolons, tabs and double
 /// quotes into blanks, and leaves single blanks between the fields and none around them.
 std::string CleanNumberLine(std::string_view sLine, bool bCommaIsDecimal);
+
+/// Takes the first field off a line, with the separators before it: what CleanNumberLine would
+/// leave before the first blank. Empty when there is none.
+std::string_view NextField(std::string_view& line);
 
 /// The number that the whole text is: an optional sign, digits with at most one decimal point
 /// (or comma when commaIsDecimal), an optional exponent E or e with digits. Nothing for any other

@@ -35,7 +35,8 @@ std::vector<std::string> ReadLines(const fs::path& path) {
     if (fs::is_regular_file(path, error)) stream.open(path, std::ios::binary);
     if (!stream.is_open()) return lines;
     try {
-        for (LineReader reader(*stream.rdbuf()); reader.Next();) lines.emplace_back(reader.Line());
+        for (LineReader reader(*stream.rdbuf()); !reader.AtEnd();)
+            lines.emplace_back(reader.Next());
     } catch (const RuntimeError&) {  // a damaged file counts as far as it could be read
     }
     return lines;

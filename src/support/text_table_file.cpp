@@ -73,14 +73,15 @@ private:
 TextTableFile ReadTextTable(std::streambuf& source, std::span<const std::int32_t> languages,
                             std::span<const MlString> model) {
     TableReader table(languages, model);
-    LineReader reader(source);
+    BlockReader reader(source);
     std::size_t line = 1;
     try {
         reader.SkipUtf8Mark();
-        for (; reader.Next(); ++line) {
-            // A last line without an end may have been cut off.
-            if (reader.Ending().empty() || !table.Take(reader.Line())) {
-                return {std::move(table.texts), line};
+        for (std::string block; reader.Next(block);) {
+            for (std::string_view rest = block; !rest.empty(); ++line) {
+                const auto [text, ending] = TakeLine(rest);
+                // A last line without an end may have been cut off.
+                if (ending.empty() || !table.Take(text)) return {std::move(table.texts), line};
             }
         }
     } catch (const RuntimeError&) {  // too long, or the system failed

@@ -176,6 +176,36 @@ TEST_F(CommandLine, TransformsTheCoordinatesAndKeepsEveryOtherByte) {
     EXPECT_EQ(Files()["new"], "101.000;302.000;203.000\n");
 }
 
+TEST_F(CommandLine, TransformsLongInputsInTheirOrder) {
+    std::string input, shifted;
+    for (int i = 0; i < 60000; ++i) {
+        const std::string end = "." + std::to_string(100 + i % 900) + (i % 2 == 0 ? "\r\n" : "\n");
+        input += "P" + std::to_string(i) + " 1.000 " + std::to_string(i) + end;
+        shifted += "P" + std::to_string(i) + " 101.000 " + std::to_string(i + 200) + end;
+    }
+    const std::string line = "kv_tr transform --points shift --type affine";
+    EXPECT_EQ(Run(line, input), 0) << err;
+    EXPECT_EQ(out, shifted);
+    EXPECT_EQ(Run("cat ../in - | " + line, input), 0) << err;
+    EXPECT_EQ(out, shifted + shifted);
+
+    const std::string tooLong = std::string(2 << 20, '7') + "\n";
+    EXPECT_EQ(Run(line, input + tooLong + input), 1);
+    EXPECT_EQ(out, shifted);
+    EXPECT_EQ(Run(line, input + "bad line here\n" + input + tooLong), 1);
+    EXPECT_EQ(out, shifted);
+    EXPECT_NE(err.find("line 60001: "), err.npos) << err;
+    EXPECT_EQ(Run(line + " --keep-going", input + "bad line here\n" + input), 1);
+    EXPECT_EQ(out, shifted + "bad line here\n" + shifted);
+}
+
+TEST_F(CommandLine, AnswersEachLineBeforeItWaitsForTheNext) {
+    Run("mkfifo ask answer; kv_tr transform --points shift --type affine <ask >answer & "
+        "exec 3>ask 4<answer; for i in 1 2; do echo $i 0 >&3; timeout 60 head -n 1 <&4; done; "
+        "exec 3>&-; wait");
+    EXPECT_EQ(out, "101.000 200.000\n102.000 200.000\n");
+}
+
 TEST_F(CommandLine, SavesTheLogAndThePointsInTheCodePageWithCrLfAndThePlot) {
     Run("kv_tr adjust examples/textbook_conformal_3.dat --exclude C --language hu --decimal-comma "
         "--log log --save-points points --plot plot.SVG | sed 's/$/\\r/'");

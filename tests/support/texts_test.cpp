@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <random>
 #include <regex>
 #include <set>
 
@@ -39,6 +41,39 @@ TEST(FormatFixed, RoundsEveryTieAwayFromZero) {
         const double tie = std::stod(text(thousandths) + "5");
         ASSERT_EQ(FormatFixed(tie, 3, 0), text(thousandths + 1));
         ASSERT_EQ(FormatFixed(-tie, 3, 0), "-" + text(thousandths + 1));
+    }
+}
+
+/// The decimal rule, digit by digit, on the shortest text of a value that is not negative.
+std::string RoundedByHand(double value, std::size_t decimals) {
+    char buffer[400];
+    const auto end = std::to_chars(buffer, std::end(buffer), value, std::chars_format::fixed).ptr;
+    std::string text(buffer, end);
+    if (text.find('.') == text.npos) text += '.';
+    text.append(decimals + 1, '0');
+    const std::size_t cut = text.find('.') + 1 + decimals;
+    bool carry = text[cut] >= '5';
+    text.resize(decimals == 0 ? cut - 1 : cut);
+    for (std::size_t i = text.size(); carry && i-- > 0;) {
+        if (text[i] == '.') continue;
+        carry = text[i] == '9';
+        text[i] = carry ? '0' : static_cast<char>(text[i] + 1);
+    }
+    return carry ? "1" + text : text;
+}
+
+TEST(FormatFixed, RoundsTheShortestTextAlsoNextToTies) {
+    const test::RecordingPlatform platform;
+    std::mt19937_64 random(3);
+    for (int i = 0; i < 20000; ++i) {
+        const std::size_t decimals = random() % 16;
+        const double size = std::pow(10.0, static_cast<double>(random() % 16));
+        double value = std::floor(std::uniform_real_distribution(0.0, size)(random)) + 0.5;
+        value /= std::pow(10.0, static_cast<double>(decimals));
+        for (auto steps = random() % 3; steps > 0; --steps) value = std::nextafter(value, size);
+        ASSERT_EQ(FormatFixed(value, static_cast<std::uint8_t>(decimals), 0),
+                  RoundedByHand(value, decimals))
+            << value;
     }
 }
 

@@ -1,0 +1,70 @@
+// The lines of kv_tr transform: two coordinates replaced, every other byte kept.
+#include "cli/transform_lines.h"
+
+#include <array>
+#include <cmath>
+
+#include "model/evaluate.h"
+#include "support/line_reader.h"
+#include "support/number_text.h"
+
+namespace kv_tr::cli {
+namespace {
+
+/// Appends a line, transformed; false, with nothing appended, for a bad one.
+bool AppendTransformed(std::string& text, std::string_view line, const TR_PRM& record,
+                       const LineFormat& format) {
+    std::array<std::string_view, 3> fields;
+    std::size_t count = 0;
+    auto rest = line;
+    for (const std::size_t wanted = format.noId ? 2 : 3; count < wanted; ++count) {
+        fields[count] = NextField(rest);
+        if (fields[count].empty()) break;
+    }
+    if (count == 0) {
+        text += line;
+        return true;
+    }
+    if (count == 1) return false;
+    const std::string_view first = fields[count - 2];
+    const std::string_view second = fields[count - 1];
+    const auto firstNumber = ParseNumber(first);
+    const auto secondNumber = ParseNumber(second);
+    if (!firstNumber || !secondNumber) return false;
+    const PlanePoint image = EvalTrPrm(record, {*firstNumber, *secondNumber});
+    if (!std::isfinite(image.first) || !std::isfinite(image.second)) return false;
+
+    const auto decimals = static_cast<std::uint8_t>(format.decimals);
+    const auto between = [&text](const char* begin, const char* end) { text.append(begin, end); };
+    between(line.data(), first.data());
+    AppendFixed(text, image.first, decimals);
+    between(first.data() + first.size(), second.data());
+    AppendFixed(text, image.second, decimals);
+    between(second.data() + second.size(), line.data() + line.size());
+    return true;
+}
+
+}  // namespace
+
+TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
+                                const LineFormat& format) {
+    TransformedLines done;
+    done.text.reserve(text.size() + text.size() / 4);
+    done.bytes = text.size();
+    while (!text.empty()) {
+        const auto [line, ending] = TakeLine(text);
+        ++done.lines;
+        if (!AppendTransformed(done.text, line, record, format)) {
+            if (!format.keepGoing) {
+                done.stoppedAt = line;
+                break;
+            }
+            ++done.badLines;
+            done.text += line;
+        }
+        done.text += ending;
+    }
+    return done;
+}
+
+}  // namespace kv_tr::cli

@@ -1,0 +1,37 @@
+// The lines of kv_tr transform: two coordinates replaced, every other byte kept.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "model/records.h"
+
+namespace kv_tr::cli {
+
+/// How lines are read and written.
+struct LineFormat {
+    int decimals = 3;
+    bool noId = false;       // the coordinates are the first two fields
+    bool keepGoing = false;  // bad lines stay as they are
+};
+
+/// What became of a text of whole lines.
+struct TransformedLines {
+    std::string text;
+    std::uint64_t lines = 0;
+    std::uint64_t bytes = 0;  // of these lines in the input
+    std::uint64_t badLines = 0;
+    std::optional<std::string> stoppedAt;  // the bad line that ended the work, not in the text
+};
+
+/// Transforms lines with a record. The coordinates are the second and third field of a line, or
+/// the only two, or with noId the first two; a line without fields stays as it is. A line is bad
+/// when it has no two numbers, or when their image is not finite.
+///
+/// Reads nothing of the component but its decimal separator: several threads may be at it.
+TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
+                                const LineFormat& format);
+
+}  // namespace kv_tr::cli
