@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
@@ -156,6 +157,8 @@ struct Apart {
     double* firstOut;
     double* secondOut;
 
+    static constexpr std::size_t kStride = 1;  // from point to point
+    double* Result() const { return firstOut; }
     template <class Number>
     KV_TR_INLINE void Load(std::size_t at, Number& firsts, Number& seconds) const {
         std::memcpy(&firsts, first + at, sizeof firsts);
@@ -173,6 +176,8 @@ struct Alternating {
     const double* pairs;
     double* pairsOut;
 
+    static constexpr std::size_t kStride = 2;
+    double* Result() const { return pairsOut; }
     template <class Number>
     KV_TR_INLINE void Load(std::size_t at, Number& firsts, Number& seconds) const {
         constexpr std::size_t kPoints = sizeof(Number) / sizeof(double);
@@ -197,7 +202,7 @@ struct Alternating {
     }
 };
 
-/// Maps points group by group and the last ones one by one.
+/// Maps points group by group, the first and the last ones one by one.
 template <class Group, class Layout>
 struct MapManyPoints {
     Layout layout;
@@ -214,11 +219,19 @@ struct MapManyPoints {
         const Layout fixed = layout;  // as far as the compiler knows, results may lie in members
         const std::size_t end = count;
         std::size_t at = 0;
+        const std::size_t aligned = std::min(end, DoublesBefore(fixed.Result()) / Layout::kStride);
+        for (; at < aligned; ++at) MapGroup<kind>(one, fixed, at);
         for (; at + kPoints <= end; at += kPoints) MapGroup<kind>(many, fixed, at);
         for (; at < end; ++at) MapGroup<kind>(one, fixed, at);
     }
 
 private:
+    /// How many doubles there are up to an address where groups do not straddle cache lines.
+    static std::size_t DoublesBefore(const double* result) {
+        const auto beyond = reinterpret_cast<std::uintptr_t>(result) % sizeof(Group);
+        return (sizeof(Group) - beyond) % sizeof(Group) / sizeof(double);
+    }
+
     template <enuTR_TYPE kind, class Number>
     KV_TR_INLINE static void MapGroup(const Spread<Number>& c, const Layout& fixed,
                                       std::size_t at) {

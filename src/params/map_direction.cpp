@@ -17,8 +17,8 @@ float SingleDifference(double to, double from) {
 double MapDirection(const TR_PRM& record, double angle, PlanePoint point, double length,
                     const AngleConstants& constants) {
     const PlanePoint from = EvalTrPrm(record, point);
-    const PlanePoint to = EvalTrPrm(record, {point.first + std::cos(angle) * length,
-                                             point.second + std::sin(angle) * length});
+    const PlanePoint to = EvalTrPrm(
+        record, {point.first + std::cos(angle) * length, point.second + std::sin(angle) * length});
     return Direction(SingleDifference(to.first, from.first),
                      SingleDifference(to.second, from.second), constants);
 }

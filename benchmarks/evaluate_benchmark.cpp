@@ -1,0 +1,153 @@
+// Mapping arrays of points.
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+
+#include "model/evaluate.h"
+#include "samples.h"
+
+#ifdef KV_TR_HAS_PROJ
+#include <proj.h>
+#endif
+
+namespace kv_tr::benchmarks {
+
+std::string ProjText(const TR_PRM& record) {
+    const auto [a, b] = CoefficientsOf(record);
+    const auto number = [](double value) {
+        char text[40];
+        std::snprintf(text, sizeof text, "%.17g", value);
+        return std::string(text);
+    };
+    if (record.eType < TR_POLI_1) {
+        return "+proj=affine +xoff=" + number(a[0]) + " +s11=" + number(a[1]) +
+               " +s12=" + number(a[2]) + " +yoff=" + number(b[0]) + " +s21=" + number(b[1]) +
+               " +s22=" + number(b[2]);
+    }
+    constexpr std::size_t kOrder = 5;
+    std::string u;
+    std::string v;
+    for (std::size_t outer = 0; outer <= kOrder; ++outer) {
+        for (std::size_t inner = 0; inner + outer <= kOrder; ++inner) {
+            const std::size_t degree = outer + inner;
+            const std::size_t before = degree * (degree + 1) / 2 + 1;
+            u += (u.empty() ? "" : ",") + number(a[before + outer]);
+            v += (v.empty() ? "" : ",") + number(b[before + inner]);
+        }
+    }
+    return "+proj=horner +deg=5 +range=1e9 +fwd_origin=" + number(a[0]) + "," + number(b[0]) +
+           " +fwd_u=" + u + " +fwd_v=" + v;
+}
+
+namespace {
+
+constexpr std::size_t kFromMemory = 4 << 20;  // 128 MB in four arrays
+constexpr std::size_t kFromCache = 4096;
+
+struct Arrays {
+    explicit Arrays(std::size_t count)
+        : first(count), second(count), firstOut(count), secondOut(count) {
+        for (std::size_t i = 0; i < count; ++i) {
+            const PlanePoint point = Point(i);
+            first[i] = point.first;
+            second[i] = point.second;
+        }
+    }
+    std::vector<double> first, second, firstOut, secondOut;
+};
+
+void Count(benchmark::State& state, std::size_t points) {
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(points));
+}
+
+void ToOtherArrays(benchmark::State& state, enuTR_TYPE type, InstructionSet set,
+                   std::size_t points) {
+    Arrays arrays(points);
+    const TR_PRM record = AlmostIdentity(type);
+    for (auto _ : state) {
+        EvalTrPrmArrays(record, arrays.first, arrays.second, arrays.firstOut, arrays.secondOut,
+                        set);
+        benchmark::ClobberMemory();
+    }
+    Count(state, points);
+}
+
+void InPlace(benchmark::State& state, enuTR_TYPE type) {
+    Arrays arrays(kFromMemory);
+    const TR_PRM record = AlmostIdentity(type);
+    for (auto _ : state) {
+        EvalTrPrmArrays(record, arrays.first, arrays.second, arrays.first, arrays.second);
+        benchmark::ClobberMemory();
+    }
+    Count(state, kFromMemory);
+}
+
+void AlternatingInPlace(benchmark::State& state, enuTR_TYPE type) {
+    std::vector<double> pairs;
+    for (std::size_t i = 0; i < kFromMemory; ++i) {
+        pairs.insert(pairs.end(), {Point(i).first, Point(i).second});
+    }
+    const TR_PRM record = AlmostIdentity(type);
+    for (auto _ : state) {
+        EvalTrPrmPairs(record, pairs, pairs);
+        benchmark::ClobberMemory();
+    }
+    Count(state, kFromMemory);
+}
+
+void Copy(benchmark::State& state) {
+    Arrays arrays(kFromMemory);
+    const std::size_t bytes = kFromMemory * sizeof(double);
+    for (auto _ : state) {
+        std::memcpy(arrays.firstOut.data(), arrays.first.data(), bytes);
+        std::memcpy(arrays.secondOut.data(), arrays.second.data(), bytes);
+        benchmark::ClobberMemory();
+    }
+    Count(state, kFromMemory);
+}
+
+#ifdef KV_TR_HAS_PROJ
+void Proj(benchmark::State& state, enuTR_TYPE type) {
+    Arrays arrays(kFromMemory);
+    PJ* operation = proj_create(PJ_DEFAULT_CTX, ProjText(AlmostIdentity(type)).c_str());
+    if (operation == nullptr) return state.SkipWithError("no such operation");
+    for (auto _ : state) {
+        proj_trans_generic(operation, PJ_FWD, arrays.first.data(), sizeof(double), kFromMemory,
+                           arrays.second.data(), sizeof(double), kFromMemory, nullptr, 0, 0,
+                           nullptr, 0, 0);
+        benchmark::ClobberMemory();
+    }
+    proj_destroy(operation);
+    Count(state, kFromMemory);
+}
+#endif
+
+void Register(const std::string& name, enuTR_TYPE type) {
+    const auto in = [&](const std::string& where) { return name + ", " + where; };
+    const auto widest = WidestInstructionSet();
+    using benchmark::RegisterBenchmark;
+    RegisterBenchmark(in("memory to memory/KV_Tr").c_str(), ToOtherArrays, type, widest,
+                      kFromMemory);
+    RegisterBenchmark(in("memory to memory/a plain copy").c_str(), Copy);
+    RegisterBenchmark(in("in place/KV_Tr").c_str(), InPlace, type);
+    RegisterBenchmark(in("in place/KV_Tr, alternating").c_str(), AlternatingInPlace, type);
+#ifdef KV_TR_HAS_PROJ
+    RegisterBenchmark(in("in place/PROJ").c_str(), Proj, type);
+#endif
+    for (const auto& [set, label] : {std::pair{InstructionSet::kAvx512, "AVX-512"},
+                                     {InstructionSet::kAvx2, "AVX2"},
+                                     {InstructionSet::kBaseline, "baseline"}}) {
+        if (!IsAvailable(set)) continue;
+        RegisterBenchmark(in(std::string("in cache/KV_Tr, ") + label).c_str(), ToOtherArrays, type,
+                          set, kFromCache);
+    }
+}
+
+}  // namespace
+
+void RegisterEvaluation() {
+    Register("Affine", TR_AFFIN);
+    Register("Order 5", TR_POLI_5);
+}
+
+}  // namespace kv_tr::benchmarks

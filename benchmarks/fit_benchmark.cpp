@@ -1,0 +1,70 @@
+// Fitting control points.
+#include <benchmark/benchmark.h>
+
+#include "engine/clsTrCalc.h"
+#include "engine/statistics.h"
+#include "samples.h"
+
+#ifdef KV_TR_HAS_GDAL
+#include <gdal_alg.h>
+#endif
+
+namespace kv_tr::benchmarks {
+namespace {
+
+constexpr std::size_t kMany = 32767;
+
+void Fit(benchmark::State& state, enuTR_TYPE type, std::size_t count) {
+    clsTrCalc engine;
+    engine.AddXY4Tr(Pairs(count), false);
+    engine.eTrType(type);
+    for (auto _ : state) engine.DoCalcTr();
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(count));
+}
+
+void ResidualsAndFigures(benchmark::State& state, enuTR_TYPE type) {
+    auto pairs = Pairs(kMany);
+    const TR_PRM record = AlmostIdentity(type);
+    for (auto _ : state) benchmark::DoNotOptimize(UpdateResiduals(pairs, record));
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kMany));
+}
+
+#ifdef KV_TR_HAS_GDAL
+std::vector<GDAL_GCP> GdalPoints(const std::vector<typeXYs4Tr>& pairs) {
+    std::vector<GDAL_GCP> points(pairs.size());
+    GDALInitGCPs(static_cast<int>(points.size()), points.data());
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        points[i].dfGCPPixel = pairs[i].dXsour;
+        points[i].dfGCPLine = pairs[i].dYsour;
+        points[i].dfGCPX = pairs[i].dXdest;
+        points[i].dfGCPY = pairs[i].dYdest;
+    }
+    return points;
+}
+
+void GdalFit(benchmark::State& state, int order) {
+    auto points = GdalPoints(Pairs(kMany));
+    for (auto _ : state) {
+        GDALDestroyGCPTransformer(
+            GDALCreateGCPTransformer(static_cast<int>(kMany), points.data(), order, FALSE));
+    }
+    GDALDeinitGCPs(static_cast<int>(points.size()), points.data());
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kMany));
+}
+#endif
+
+}  // namespace
+
+void RegisterFits() {
+    using benchmark::RegisterBenchmark;
+    RegisterBenchmark("Fit order 5 to 1,000 pairs/KV_Tr", Fit, TR_POLI_5, 1000);
+    RegisterBenchmark("Fit order 5 to 32,767 pairs/KV_Tr", Fit, TR_POLI_5, kMany);
+    RegisterBenchmark("Fit order 3 to 32,767 pairs/KV_Tr", Fit, TR_POLI_3, kMany);
+#ifdef KV_TR_HAS_GDAL
+    RegisterBenchmark("Fit order 3 to 32,767 pairs/GDAL, both directions", GdalFit, 3);
+#endif
+    RegisterBenchmark("Fit Helmert to 32,767 pairs/KV_Tr", Fit, TR_HELMERT, kMany);
+    RegisterBenchmark("Residuals and figures, order 5/KV_Tr", ResidualsAndFigures, TR_POLI_5);
+}
+
+}  // namespace kv_tr::benchmarks
