@@ -53,6 +53,7 @@ void frmTr::opMode(Mode mode) {
     mode_ = mode;
     captions_.SetToolTip("Grid1", kToolTips[static_cast<std::size_t>(mode)]);
     editor_.visible = false;
+    if (mode == Mode::kGraph) CalcScale4Pic();  // points may have been swapped or edited
     ShowResult();
 }
 

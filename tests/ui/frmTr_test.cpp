@@ -10,6 +10,7 @@
 #include "helpers/engine_test.h"
 #include "helpers/sample_points.h"
 #include "support/settings.h"
+#include "ui/dialogs.h"
 
 namespace kv_tr::test {
 namespace {
@@ -49,6 +50,14 @@ TEST_F(FrmTr, IsTrueOnlyWhenLeftByTheButtonThatCounts) {
     EXPECT_FALSE(Open(byFrame, true));
     EXPECT_FALSE(Open(byExit, true));
     EXPECT_TRUE(Open(byApply, true));
+}
+
+TEST_F(FrmTr, IsOpenedByTheDialogsOfWindows) {
+    engine.AddXY4Tr(ShiftedPairs(5), false);
+    const auto dialogs = MakeDialogs({.tr = [](frmTr& form) { form.cmdApplyResult(); }});
+    EXPECT_TRUE(dialogs->Adjust(engine, true));
+    EXPECT_FALSE(MakeDialogs({})->Adjust(engine, true));
+    EXPECT_EQ(platform.TakeTexts().size(), 1U) << "no window: the user is told";
 }
 
 TEST_F(FrmTr, SpeaksTheLanguageOfTheMoment) {

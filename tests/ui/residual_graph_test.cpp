@@ -88,6 +88,20 @@ TEST_F(ResidualGraph, TogglesTheNearestPairAfterADoubleClick) {
     });
 }
 
+TEST_F(ResidualGraph, FollowsWhatHappenedInTheTable) {
+    engine.AddXY4Tr(ShiftedPairs(3), false);
+    frmTr form;
+    form.bDoModal(engine, false, [&] {
+        form.Resize(300, 300);
+        form.chkInverz();
+        form.opMode(frmTr::Mode::kGraph);
+        for (const GraphMark& mark : form.Marks()) {
+            EXPECT_GT(mark.place.first, 0);
+            EXPECT_LT(mark.place.second, 300);
+        }
+    });
+}
+
 TEST_F(ResidualGraph, IsDrawnAsAnSvgDocument) {
     auto pairs = ShiftedPairs(4);
     pairs[0].sId = "<&>\x01";

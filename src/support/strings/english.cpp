@@ -226,6 +226,9 @@ constexpr MlString kEnglishStrings[] = {
     {1114, "No"},
     {1115, "Draw the residual graph to this file (.svg)"},
     {1116, "a picture file ends in {1}: {0}"},
+    {1117, "Folder:"},
+    {1118, "File name:"},
+    {1119, "File type:"},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

@@ -227,6 +227,9 @@ constexpr MlString kHungarianStrings[] = {
     {1114, "Nem"},
     {1115, "A maradék eltérések ábrájának mentése ebbe a fájlba (.svg)"},
     {1116, "a képfájl végződése {1} legyen: {0}"},
+    {1117, "Mappa:"},
+    {1118, "Fájlnév:"},
+    {1119, "Fájltípus:"},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

@@ -226,6 +226,9 @@ constexpr MlString kRomanianStrings[] = {
     {1114, "Nu"},
     {1115, "Salvează graficul erorilor în acest fișier (.svg)"},
     {1116, "un fișier imagine se termină în {1}: {0}"},
+    {1117, "Dosar:"},
+    {1118, "Nume fișier:"},
+    {1119, "Tip fișier:"},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

@@ -226,6 +226,9 @@ constexpr MlString kSerbianStrings[] = {
     {1114, "Ne"},
     {1115, "Nacrtaj grafik odstupanja u ovu datoteku (.svg)"},
     {1116, "naziv slike završava se na {1}: {0}"},
+    {1117, "Folder:"},
+    {1118, "Ime datoteke:"},
+    {1119, "Tip datoteke:"},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

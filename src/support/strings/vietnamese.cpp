@@ -226,6 +226,9 @@ constexpr MlString kVietnameseStrings[] = {
     {1114, "Không"},
     {1115, "Vẽ biểu đồ sai số vào tệp này (.svg)"},
     {1116, "tệp hình phải có đuôi {1}: {0}"},
+    {1117, "Thư mục:"},
+    {1118, "Tên tệp:"},
+    {1119, "Kiểu tệp:"},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));

@@ -9,6 +9,7 @@
 
 #include "support/GCommonDialog.h"
 #include "support/file_names.h"
+#include "support/message.h"
 #include "support/ml_strings.h"
 #include "support/settings.h"
 #include "ui/frmTr.h"
@@ -62,10 +63,18 @@ void ChooseAndSavePicture(const frmTr& form) {
         .DlgTitle = form.ControlTexts().Text("cmdSavePicture"),
         .DefaultExt = "svg"};
     if (!GCommonDialog().VBGetSaveFileName(arguments)) return;
-    InitDir(GetFolderPart(arguments.Filename));
+    const std::string& path = arguments.Filename;
+    InitDir(GetFolderPart(path));
+    const bool png = HasExtension(path, "png");
+    if (!png && !HasExtension(path, "svg")) {
+        QString refusal = QString::fromStdString(GetMlString(1116, {}));
+        return ShowMessage(refusal.replace("{1}", ".svg, .png")
+                               .replace("{0}", QString::fromStdString(path))
+                               .toStdString(),
+                           Icon::kExclamation);
+    }
     const GraphPage page = form.PicturePage(GraphPage::kPictureWidth, GraphPage::kPictureHeight);
-    const bool png = HasExtension(arguments.Filename, "png");
-    SavePicture(arguments.Filename, png ? PngOf(page) : SvgOf(page));
+    SavePicture(path, png ? PngOf(page) : SvgOf(page));
 }
 
 }  // namespace kv_tr

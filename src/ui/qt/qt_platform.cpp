@@ -103,8 +103,14 @@ private:
         dialog.setNameFilters(filters);
         dialog.selectNameFilter(filters.value(request.filterIndex - 1));
         dialog.selectFile(QString::fromStdString(request.fileName));
-        dialog.setLabelText(QFileDialog::Accept, QString::fromStdString(GetMlString(acceptId, {})));
-        dialog.setLabelText(QFileDialog::Reject, QString::fromStdString(GetMlString(18, "Mégse")));
+        const std::pair<QFileDialog::DialogLabel, int> labels[] = {{QFileDialog::Accept, acceptId},
+                                                                   {QFileDialog::Reject, 18},
+                                                                   {QFileDialog::LookIn, 1117},
+                                                                   {QFileDialog::FileName, 1118},
+                                                                   {QFileDialog::FileType, 1119}};
+        for (const auto& [label, textId] : labels) {
+            dialog.setLabelText(label, QString::fromStdString(GetMlString(textId, {})));
+        }
         QObject::connect(&dialog, &QFileDialog::filterSelected, [&dialog](const QString& filter) {
             const QString extension = ExtensionOf(filter);
             if (!extension.isEmpty()) dialog.setDefaultSuffix(extension);

@@ -94,6 +94,17 @@ TEST_F(FrmTrWindow, ForwardsTheButtons) {
             Click(window, button);
         }
         EXPECT_EQ(platform.requests.size(), 3u);
+        const std::map<std::string, std::string> begins = {{"svg", "<?xml"}, {"png", "\x89PNG"}};
+        for (const auto& [extension, begin] : begins) {
+            platform.choices = {FileChoice{folder.File("picture." + extension)}};
+            Click(window, "cmdSavePicture");
+            EXPECT_TRUE(ReadFile(folder.File("picture." + extension)).starts_with(begin));
+        }
+        platform.TakeTexts();
+        platform.choices = {FileChoice{folder.File("picture.jpg")}};
+        Click(window, "cmdSavePicture");
+        EXPECT_EQ(platform.TakeTexts().size(), 1U);
+        EXPECT_EQ(ReadFile(folder.File("picture.jpg")), "");
         Click(window, "cmdApplyResult");
         EXPECT_FALSE(window.isVisible());
     });
