@@ -125,7 +125,7 @@ TEST_F(FrmTr, FitsTheTypeOfAButtonOrKeepsTheOneItHas) {
             form.RadioTrType(index);
             EXPECT_EQ(engine.eTrType(), kTypes[index]);
             EXPECT_EQ(form.SelectedType(), index);
-            EXPECT_NE(engine.udtTrPrm().dA0, 0) << "not fitted";
+            EXPECT_NE(double{engine.udtTrPrm().dA0}, 0) << "not fitted";
         }
     });
     EXPECT_EQ(platform.TakeTexts(), Texts{});
@@ -338,7 +338,7 @@ TEST_F(FrmTr, SwapsDeletesAndResumes) {
         EXPECT_TRUE(form.InverseChecked());
         EXPECT_NEAR(engine.udtTrPrm().dA0, -there.dA0, 10);
         form.chkInverz();
-        EXPECT_EQ(engine.udtTrPrm().dA0, there.dA0);
+        EXPECT_EQ(double{engine.udtTrPrm().dA0}, double{there.dA0});
 
         form.Grid1DblClick(4, 1);
         form.cmdRemoveExt();
