@@ -1,6 +1,7 @@
 // The report of a fit.
 #include "engine/transformation_log.h"
 
+#include <span>
 #include <vector>
 
 #include "engine/clsTrCalc.h"
@@ -24,13 +25,6 @@ std::string Label(char series, int index) {
     return series + std::to_string(index) + (index < 10 ? " = " : "= ");
 }
 
-std::string WithB(std::string formula) {
-    for (char& c : formula) {
-        if (c == 'a') c = 'b';
-    }
-    return formula;
-}
-
 std::string PolynomialParameters(const TR_PRM& record) {
     const auto [a, b] = CoefficientsOf(record);
     std::string text;
@@ -39,12 +33,12 @@ std::string PolynomialParameters(const TR_PRM& record) {
         text += "\t" + Label('a', k) + FormatSci(a[index]) + "          " + Label('b', k) +
                 FormatSci(b[index]) + kLineEnd;
     }
-    const std::string terms = PolyFormulaText(record.eType);
-    return text + kLineEnd +                                          //
-           "\ty = Y1 - a0" + kLineEnd +                               //
-           "\tx = X1 - b0" + kLineEnd + kLineEnd +                    //
-           "\tY2 = a1 + y*a2 + x*a3" + terms + kLineEnd + kLineEnd +  //
-           "\tX2 = b1 + y*b2 + x*b3" + WithB(terms) + kLineEnd + kLineEnd;
+    const auto formulas = FormulaTexts(record.eType);
+    text += std::string(kLineEnd) + "\t" + formulas[0] + kLineEnd;
+    for (const std::string& formula : std::span(formulas).subspan(1)) {
+        text += "\t" + formula + kLineEnd + kLineEnd;
+    }
+    return text;
 }
 
 std::string AccuracyFigures(const clsTrCalc& engine) {

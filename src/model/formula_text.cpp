@@ -1,6 +1,9 @@
 // Parameters and formulas as listings and logs print them.
 #include "model/formula_text.h"
 
+#include <algorithm>
+
+#include "model/transformation_type.h"
 #include "support/number_text.h"
 
 namespace kv_tr {
@@ -19,16 +22,24 @@ std::string PolyFormulaText(enuTR_TYPE eType) {
     return text;
 }
 
+std::vector<std::string> FormulaTexts(enuTR_TYPE type) {
+    if (!IsPolynomial(type)) return {"Y2 = a0 + a1 * Y1 + a2 * X1", "X2 = b0 + b1 * Y1 + b2 * X1"};
+    const std::string first = "a1 + y*a2 + x*a3" + PolyFormulaText(type);
+    std::string second = first;
+    std::ranges::replace(second, 'a', 'b');
+    return {"y = Y1 - a0", "x = X1 - b0", "Y2 = " + first, "X2 = " + second};
+}
+
 std::string SixParameterText(const TR_PRM& record) {
     const auto line = [](const char* label, double value, std::uint8_t decimals) {
         return "\t" + std::string(label) + FormatFixed(value, decimals, 0) + "\r\n";
     };
-    return line("a0 = ", record.dA0, 3) + line("a1 = ", record.dA1, 8) +
-           line("a2 = ", record.dA2, 8) + "\r\n" +  //
-           line("b0 = ", record.dB0, 3) + line("b1 = ", record.dB1, 8) +
-           line("b2 = ", record.dB2, 8) + "\r\n" +  //
-           "\tY2 = a0 + a1 * Y1 + a2 * X1\r\n"
-           "\tX2 = b0 + b1 * Y1 + b2 * X1\r\n";
+    std::string text = line("a0 = ", record.dA0, 3) + line("a1 = ", record.dA1, 8) +
+                       line("a2 = ", record.dA2, 8) + "\r\n" +  //
+                       line("b0 = ", record.dB0, 3) + line("b1 = ", record.dB1, 8) +
+                       line("b2 = ", record.dB2, 8) + "\r\n";
+    for (const std::string& formula : FormulaTexts(TR_AFFIN)) text += "\t" + formula + "\r\n";
+    return text;
 }
 
 }  // namespace kv_tr

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "model/records.h"
 
@@ -11,6 +12,10 @@ namespace kv_tr {
 /// bilinear type, " + y^2*a4 + ..." for the orders from 2 up, nothing for the rest. Orders 4 and 5
 /// begin a new line (CR LF and two tabs) without a leading blank.
 std::string PolyFormulaText(enuTR_TYPE eType);
+
+/// The formulas of a type, one a text: the two coordinates, for polynomial types behind the two
+/// reductions that they begin with.
+std::vector<std::string> FormulaTexts(enuTR_TYPE type);
 
 /// The six parameters and their two formulas, a line each behind a tab, ended by CR LF. Shifts have
 /// 3 decimals, the other coefficients 8.
