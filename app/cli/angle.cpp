@@ -1,10 +1,11 @@
 // kv_tr angle: a direction through a transformation.
 #include <CLI/CLI.hpp>
-#include <array>
+#include <algorithm>
 #include <iostream>
 
 #include "cli/host.h"
 #include "cli/parameters.h"
+#include "common/angle_units.h"
 #include "support/number_text.h"
 
 namespace kv_tr::cli {
@@ -19,27 +20,14 @@ struct AngleOptions {
     std::string length = "100";
 };
 
-/// A unit of angles and how finely it is printed.
-struct Unit {
-    double perHalfTurn;
-    std::uint8_t decimals;
-};
-
-Unit UnitNamed(const std::string& name, double pi) {
-    if (name == "deg") return {180.0, 7};
-    if (name == "gon") return {200.0, 7};
-    return {pi, 9};
-}
-
 int RunAngle(const AngleOptions& options) {
     clsTr transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) return code;
-    const Unit unit = UnitNamed(options.unit, transformation.PI);
-    const double radians = *ParseNumber(options.angle) * transformation.PI / unit.perHalfTurn;
-    double transformed = 0.0;
-    transformation.TrAngle(radians, transformed, *ParseNumber(options.first),
-                           *ParseNumber(options.second), *ParseNumber(options.length));
-    std::cout << FormatFixed(transformed * unit.perHalfTurn / transformation.PI, unit.decimals, 0)
+    const auto unit = std::ranges::find(host::AngleUnits(), options.unit, &host::AngleUnit::name);
+    std::cout << host::TransformedDirection(
+                     transformation, *ParseNumber(options.angle), *unit,
+                     {*ParseNumber(options.first), *ParseNumber(options.second)},
+                     *ParseNumber(options.length))
               << '\n';
     return kDone;
 }

@@ -4,13 +4,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <filesystem>
 
-#include "cli/decimal_commas.h"
 #include "cli/host.h"
-#include "engine/control_point_file.h"
+#include "common/decimal_commas.h"
+#include "common/point_reading.h"
 #include "model/transformation_type.h"
-#include "support/clsFile.h"
 #include "support/errors.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
@@ -38,27 +36,6 @@ std::string AllKeywords() {
     return all;
 }
 
-/// The loader's message counts complete pairs; this names the line of the file.
-void NoteBadLine(const std::string& fileName) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(fileName, error)) return;
-    int number = 0;
-    std::string line;
-    try {
-        clsFile file;
-        file.OpenIt(fileName, true);
-        while (!file.AtEnd()) {
-            ++number;
-            line = file.ReadLine();
-            typeXYs4Tr ignored;
-            if (!line.empty() && !ReadPair(line, ignored)) break;
-        }
-    } catch (const RuntimeError& failure) {
-        line = failure.what();
-    }
-    PrintNote(Text(TextId::kBadPointLine, {fileName, std::to_string(number), Excerpt(line)}));
-}
-
 }  // namespace
 
 std::span<const FitType> FitTypes() { return kFitTypes; }
@@ -78,8 +55,8 @@ bool LoadPoints(clsTrCalc& engine, const std::string& fileName) {
     const auto before = ReportedMessages().size();
     engine.bLoadXYsFromFile(fileName, false);
     const auto shown = ReportedMessages().size() - before;
-    if (shown == 1) NoteBadLine(fileName);  // two messages: the file did not open
-    if (shown == 0 && PointsMayHaveDecimalCommas(fileName)) {
+    if (shown == 1) PrintNote(host::BadPointLine(fileName));  // two: the file did not open
+    if (shown == 0 && host::PointsMayHaveDecimalCommas(fileName)) {
         PrintNote(Text(TextId::kCommasSeparate, {fileName}));
     }
     return shown == 0;

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "common/languages.h"
 #include "support/component.h"
 #include "support/console_platform.h"
 #include "support/ml_strings.h"
@@ -37,19 +38,6 @@ private:
 std::vector<Message>& Kept() {
     static std::vector<Message> messages;
     return messages;
-}
-
-constexpr std::array<std::pair<std::string_view, std::int32_t>, 5> kLanguages{{{"hu", kHungarian},
-                                                                               {"ro", kRomanian},
-                                                                               {"vi", kVietnamese},
-                                                                               {"en", kEnglish},
-                                                                               {"sr", kSerbian}}};
-
-/// The language id of a name such as "hu"; 0 for an unknown one.
-std::int32_t LanguageNamed(const std::string& name) {
-    const auto found =
-        std::ranges::find(kLanguages, name, &decltype(kLanguages)::value_type::first);
-    return found == kLanguages.end() ? 0 : found->second;
 }
 
 std::string UsersLocale() {
@@ -80,20 +68,6 @@ void InstallHost(std::int32_t language) {
 
 void PrintNote(const std::string& text) { std::cerr << text << std::endl; }
 
-std::string Excerpt(const std::string& text) {
-    constexpr std::size_t kLongest = 80;
-    std::string shown = text.substr(0, kLongest);
-    const auto continuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
-    if (text.size() > kLongest) {
-        std::size_t end = kLongest;
-        while (end > 0 && continuation(text[end])) --end;
-        shown = text.substr(0, end) + "...";
-    }
-    std::ranges::replace_if(
-        shown, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
-    return shown;
-}
-
 std::int32_t ChosenLanguage(const std::vector<std::string>& arguments) {
     const std::string option = "--language";
     std::string name = UsersLocale().substr(0, 2);
@@ -101,7 +75,7 @@ std::int32_t ChosenLanguage(const std::vector<std::string>& arguments) {
         if (arguments[i] == option && i + 1 < arguments.size()) name = arguments[i + 1];
         if (arguments[i].starts_with(option + "=")) name = arguments[i].substr(option.size() + 1);
     }
-    const std::int32_t language = LanguageNamed(name);
+    const std::int32_t language = host::LanguageCoded(name);
     return language == 0 ? kEnglish : language;
 }
 
@@ -122,7 +96,7 @@ void AddLanguageOption(CLI::App& command) {
         ->description(Text(TextId::kLanguage))
         ->type_name("LANG")
         ->check([](const std::string& name) {
-            return LanguageNamed(name) != 0
+            return host::LanguageCoded(name) != 0
                        ? ""
                        : Text(TextId::kUnknownLanguage, {Excerpt(name), "hu, ro, vi, en, sr"});
         });

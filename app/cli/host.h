@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/texts.h"
+#include "common/excerpt.h"
 #include "support/platform.h"
 
 namespace CLI {
@@ -29,8 +30,7 @@ void InstallHost(std::int32_t language);
 /// Prints a remark to the standard error stream; unlike a message it does not count as trouble.
 void PrintNote(const std::string& text);
 
-/// A text as it can be shown on one line of a terminal: without control characters, and cut.
-std::string Excerpt(const std::string& text);
+using host::Excerpt;
 
 /// The language that the arguments or else the user's locale ask for, English failing both.
 std::int32_t ChosenLanguage(const std::vector<std::string>& arguments);

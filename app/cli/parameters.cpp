@@ -4,14 +4,14 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
-#include "cli/decimal_commas.h"
 #include "cli/fit.h"
 #include "cli/host.h"
+#include "common/decimal_commas.h"
+#include "common/parameter_reading.h"
 #include "model/transformation_type.h"
 #include "model/type_names.h"
 #include "params/affine_record.h"
 #include "params/national.h"
-#include "params/parameter_file.h"
 #include "support/errors.h"
 #include "support/file_names.h"
 #include "support/message.h"
@@ -31,30 +31,6 @@ void FitParameters(clsTr& transformation, const ParameterSource& source) {
         ChooseType(engine, TypeNamed(source.type), source.points) && Fit(engine)) {
         transformation.udtTrPrm(engine.udtTrPrm());
     }
-}
-
-void LoadLinear(clsTr& transformation, const ParameterSource& source) {
-    const enuTR_TYPE type = source.type.empty() ? TR_AFFIN : TypeNamed(source.type);
-    if (!FormatHolds("trp", type, source.params)) return;
-    transformation.udtTrPrm({.eType = type});
-    if (!transformation.bLoadAffinTrPrmFromFile(source.params,
-                                                HasExtension(source.params, "prm"))) {
-        PrintNote(Text(TextId::kSixNumbers, {source.params}));
-    }
-}
-
-void LoadPolynomial(clsTr& transformation, const ParameterSource& source) {
-    TR_PRM record;
-    const PolynomialReading reading = ReadPolynomialFile(source.params, record);
-    if (!reading.opened) return;
-    if (reading.badLine != 0 || !reading.accepted) {
-        ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
-        PrintNote(reading.badLine != 0
-                      ? Text(TextId::kIncomplete, {source.params, std::to_string(reading.badLine)})
-                      : Text(TextId::kNoSuchOrder, {source.params}));
-        return;
-    }
-    transformation.udtTrPrm(record);
 }
 
 void LoadBuiltIn(clsTr& transformation, const std::string& name) {
@@ -85,17 +61,20 @@ void Invert(clsTr& transformation) {
 }
 
 void LoadFile(clsTr& transformation, const ParameterSource& source) {
-    if (!source.decimalComma && ParametersHaveDecimalCommas(source.params)) {
+    const enuTR_TYPE linearType = source.type.empty() ? TR_AFFIN : TypeNamed(source.type);
+    if (!HasExtension(source.params, "all") && !FormatHolds("trp", linearType, source.params))
+        return;
+    if (!source.decimalComma && host::ParametersHaveDecimalCommas(source.params)) {
         return Complain(TextId::kDecimalCommas, {source.params});
     }
     const char writing = DecimalSeparator();
     if (source.decimalComma) DecimalSeparator(',');
-    if (HasExtension(source.params, "all")) {
-        LoadPolynomial(transformation, source);
-    } else {
-        LoadLinear(transformation, source);
-    }
+    const auto [record, complaint] = host::ReadParameters(source.params, linearType);
     DecimalSeparator(writing);
+    if (record) transformation.udtTrPrm(*record);
+    if (complaint.empty()) return;
+    ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+    PrintNote(complaint);
 }
 
 int WrongUsage(TextId id) {

@@ -1,4 +1,4 @@
-// The lines of kv_tr transform: two coordinates replaced, every other byte kept.
+// Lines of points: two coordinates replaced, every other byte kept.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,10 @@
 
 #include "model/records.h"
 
-namespace kv_tr::cli {
+namespace kv_tr::host {
 
 /// How lines are read and written.
-struct LineFormat {
+struct CoordinateOptions {
     int decimals = 3;
     bool noId = false;       // the coordinates are the first two fields
     bool keepGoing = false;  // bad lines stay as they are
@@ -32,6 +32,6 @@ struct TransformedLines {
 ///
 /// Reads nothing of the component but its decimal separator: several threads may be at it.
 TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
-                                const LineFormat& format);
+                                const CoordinateOptions& options);
 
-}  // namespace kv_tr::cli
+}  // namespace kv_tr::host

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace kv_tr::cli {
+namespace kv_tr::host {
 
 /// Whether the numbers of a parameter file have decimal commas. In a file of six numbers commas
 /// may separate; it has decimal ones when there are too many for that.
@@ -12,4 +12,4 @@ bool ParametersHaveDecimalCommas(const std::string& fileName);
 /// Whether a control-point file looks like it: commas make twice as many fields of its lines.
 bool PointsMayHaveDecimalCommas(const std::string& fileName);
 
-}  // namespace kv_tr::cli
+}  // namespace kv_tr::host

@@ -1,5 +1,5 @@
-// The lines of kv_tr transform: two coordinates replaced, every other byte kept.
-#include "cli/transform_lines.h"
+// Lines of points: two coordinates replaced, every other byte kept.
+#include "common/coordinate_lines.h"
 
 #include <array>
 #include <cmath>
@@ -8,16 +8,16 @@
 #include "support/line_reader.h"
 #include "support/number_text.h"
 
-namespace kv_tr::cli {
+namespace kv_tr::host {
 namespace {
 
 /// Appends a line, transformed; false, with nothing appended, for a bad one.
 bool AppendTransformed(std::string& text, std::string_view line, const TR_PRM& record,
-                       const LineFormat& format) {
+                       const CoordinateOptions& options) {
     std::array<std::string_view, 3> fields;
     std::size_t count = 0;
     auto rest = line;
-    for (const std::size_t wanted = format.noId ? 2 : 3; count < wanted; ++count) {
+    for (const std::size_t wanted = options.noId ? 2 : 3; count < wanted; ++count) {
         fields[count] = NextField(rest);
         if (fields[count].empty()) break;
     }
@@ -34,7 +34,7 @@ bool AppendTransformed(std::string& text, std::string_view line, const TR_PRM& r
     const PlanePoint image = EvalTrPrm(record, {*firstNumber, *secondNumber});
     if (!std::isfinite(image.first) || !std::isfinite(image.second)) return false;
 
-    const auto decimals = static_cast<std::uint8_t>(format.decimals);
+    const auto decimals = static_cast<std::uint8_t>(options.decimals);
     const auto between = [&text](const char* begin, const char* end) { text.append(begin, end); };
     between(line.data(), first.data());
     AppendFixed(text, image.first, decimals);
@@ -47,15 +47,15 @@ bool AppendTransformed(std::string& text, std::string_view line, const TR_PRM& r
 }  // namespace
 
 TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
-                                const LineFormat& format) {
+                                const CoordinateOptions& options) {
     TransformedLines done;
     done.text.reserve(text.size() + text.size() / 4);
     done.bytes = text.size();
     while (!text.empty()) {
         const auto [line, ending] = TakeLine(text);
         ++done.lines;
-        if (!AppendTransformed(done.text, line, record, format)) {
-            if (!format.keepGoing) {
+        if (!AppendTransformed(done.text, line, record, options)) {
+            if (!options.keepGoing) {
                 done.stoppedAt = line;
                 break;
             }
@@ -67,4 +67,4 @@ TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
     return done;
 }
 
-}  // namespace kv_tr::cli
+}  // namespace kv_tr::host

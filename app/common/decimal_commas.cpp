@@ -1,5 +1,5 @@
 // Files written with decimal commas, which the readers would silently take for other numbers.
-#include "cli/decimal_commas.h"
+#include "common/decimal_commas.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -8,7 +8,7 @@
 #include "support/clsFile.h"
 #include "support/file_names.h"
 
-namespace kv_tr::cli {
+namespace kv_tr::host {
 namespace {
 
 /// The commas between digits; none in a line that has decimal points.
@@ -57,4 +57,4 @@ bool PointsMayHaveDecimalCommas(const std::string& fileName) {
            }) > 0;
 }
 
-}  // namespace kv_tr::cli
+}  // namespace kv_tr::host

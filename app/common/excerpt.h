@@ -1,0 +1,24 @@
+// Foreign text in messages.
+#pragma once
+
+#include <algorithm>
+#include <string>
+
+namespace kv_tr::host {
+
+/// A text as it can be shown on one line: without control characters, and cut.
+inline std::string Excerpt(const std::string& text) {
+    constexpr std::size_t kLongest = 80;
+    std::string shown = text.substr(0, kLongest);
+    const auto continuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
+    if (text.size() > kLongest) {
+        std::size_t end = kLongest;
+        while (end > 0 && continuation(text[end])) --end;
+        shown = text.substr(0, end) + "...";
+    }
+    std::ranges::replace_if(
+        shown, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
+    return shown;
+}
+
+}  // namespace kv_tr::host

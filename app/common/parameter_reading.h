@@ -1,0 +1,19 @@
+// Parameter files, read whole or not at all.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "model/records.h"
+
+namespace kv_tr::host {
+
+struct ParameterReading {
+    std::optional<TR_PRM> record;  // nothing for a file that cannot be read to its end
+    std::string complaint;         // why; empty when the file did not open, which has been shown
+};
+
+/// Reads a file in the format that its extension names; six numbers get the linear type.
+ParameterReading ReadParameters(const std::string& fileName, enuTR_TYPE linearType);
+
+}  // namespace kv_tr::host
