@@ -89,10 +89,21 @@ std::string clsFile::ReadLine() {
     return utf8_ ? ValidUtf8(line) : FromCodePage(line, FilesCodePage());
 }
 
-void clsFile::Print(std::string_view text) {
+void clsFile::Write(std::string_view text) {
     if (!output_) throw RuntimeError(ErrorNumber::kFileNotOpen, "File not open: " + name_);
     output_->Write(ToCodePage(text, FilesCodePage()));
+}
+
+void clsFile::Print(std::string_view text) {
+    Write(text);
     output_->Write("\r\n");
+}
+
+void WriteTextFile(const std::string& name, std::string_view text) {
+    clsFile file;
+    file.OpenIt(name);
+    if (file.IsOpen()) file.Write(text);
+    file.CloseIt();
 }
 
 }  // namespace kv_tr

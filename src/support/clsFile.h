@@ -50,8 +50,9 @@ public:
     /// The next line, UTF-8, without its end. Throws RuntimeError kPastEnd behind the last line.
     std::string ReadLine();
 
-    /// Writes the text and a line end. Throws RuntimeError kFileNotOpen when no file is open for
-    /// writing.
+    /// Writes the text, Print with a line end behind it. Throw RuntimeError kFileNotOpen when no
+    /// file is open for writing.
+    void Write(std::string_view text);
     void Print(std::string_view text);
 
 private:
@@ -67,5 +68,9 @@ private:
     bool utf8_ = false;
     std::unique_ptr<ReplacingFile> output_;
 };
+
+/// Writes a file that holds just this text. A file that does not open is shown to the user; what
+/// cannot be written completely is RuntimeError kWriteFailed.
+void WriteTextFile(const std::string& name, std::string_view text);
 
 }  // namespace kv_tr

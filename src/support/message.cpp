@@ -9,4 +9,6 @@ void ShowMessage(const std::string& text, Icon icon, const std::string& title) {
     TheComponent().platform.messages->Show({.text = text, .title = title, .icon = icon});
 }
 
+Answer Ask(const Message& question) { return TheComponent().platform.messages->Show(question); }
+
 }  // namespace kv_tr

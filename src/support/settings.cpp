@@ -8,6 +8,7 @@
 
 #include "support/component.h"
 #include "support/errors.h"
+#include "support/file_names.h"
 #include "support/line_reader.h"
 #include "support/replacing_file.h"
 
@@ -64,6 +65,8 @@ Place Find(const std::vector<std::string>& lines, const SettingKey& key) {
 std::string InitDir() { return TheComponent().initDir; }
 
 void InitDir(const std::string& folder) { TheComponent().initDir = folder; }
+
+void RememberFolderOf(const std::string& fileName) { InitDir(GetFolderPart(fileName)); }
 
 std::string DefaultFolder() {
 #ifdef _WIN32

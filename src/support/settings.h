@@ -12,6 +12,9 @@ namespace kv_tr {
 std::string InitDir();
 void InitDir(const std::string& folder);
 
+/// Makes the folder of a file the initial one.
+void RememberFolderOf(const std::string& fileName);
+
 /// The folder used when none is remembered: the user's home, "C:\" on Windows.
 std::string DefaultFolder();
 

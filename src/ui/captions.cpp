@@ -52,6 +52,59 @@ constexpr Caption kTrCaptions[] = {
     {"cmdPrint",       1110, "Nyomtatás..."},
     {"cmdSavePicture", 1111, "Kép mentése..."},
 };
+
+constexpr Caption kAffinTrPrmCaptions[] = {
+    {"frmAffinTrPrm",     1, " Transzformációs együtthatók"},
+    {"frmPrm",            4, "Transzformációs együtthatók"},
+    {"lblTrPrm(0)",      12, "A0"},
+    {"lblTrPrm(1)",      11, "A1"},
+    {"lblTrPrm(2)",      10, "A2"},
+    {"lblTrPrm(3)",       9, "B0"},
+    {"lblTrPrm(4)",       8, "B1"},
+    {"lblTrPrm(5)",       7, "B2"},
+    {"frmSample",        13, "Minta"},
+    {"lblSample(0)",     15, " Y' = A0+ A1 * Y + A2 * X"},
+    {"lblSample(1)",     14, " X' = B0+ B1 * Y + B2 * X"},
+    {"cmdMeterOl",        2, "Méter-öl"},
+    {"cmdOlMeter",        3, "Öl-méter"},
+    {"cmdLoad",          17, "Tallózás"},
+    {"cmdSave",          16, "Mentés"},
+    {"cmdOk",            19, "Ok"},
+    {"cmdNok",           18, "Mégse"},
+};
+
+constexpr Caption kPoliTrPrmCaptions[] = {
+    {"frmPoliTrPrm",     20, " 1-5 fokú polinom együtthatók"},
+    {"cmdDAT2M1",        21, "DAT2-M1..."},
+    {"cmdLoad",          17, "Tallózás"},
+    {"cmdSave",          16, "Mentés"},
+    {"cmdOk",            19, "Ok"},
+    {"cmdNok",           18, "Mégse"},
+};
+
+constexpr Caption kChoosePrmCaptions[] = {
+    {"frmChoosePrm",     26, " Együtthatók választása"},
+    {"cmdAffin",          0, "Helmert/Affin",                      1153},
+    {"cmdPoli",          29, "Polinom (DAT2-M1)",                  1154},
+    {"cmdCalc",          28, "Közös pontok alapján",               1155},
+    {"cmdOk",            27, "OK",                                 1156},
+    {"cmdNok",           18, "Mégse"},
+};
+
+constexpr Caption kChooseDAT2M1Captions[] = {
+    {"frmChooseDAT2M1",  25, " DAT2-M1 polinom tr. állandók"},
+    {"lstTr",             0, "",                                   1157},
+    {"cmdOk",            19, "Ok"},
+    {"cmdNok",           18, "Mégse"},
+};
+
+constexpr Caption kXY4TrCaptions[] = {
+    {"frmXY4Tr",         22, " Közös pontok"},
+    {"cmdLoad",          24, "Betöltés..."},
+    {"cmdSave",          23, "Mentés..."},
+    {"cmdOk",            19, "Ok"},
+    {"cmdNok",           18, "Mégse"},
+};
 // clang-format on
 
 std::string TextOf(int id, std::string_view text) {
@@ -84,5 +137,10 @@ Caption& Captions::Row(std::string_view control) {
 }
 
 std::span<const Caption> TrCaptions() { return kTrCaptions; }
+std::span<const Caption> AffinTrPrmCaptions() { return kAffinTrPrmCaptions; }
+std::span<const Caption> PoliTrPrmCaptions() { return kPoliTrPrmCaptions; }
+std::span<const Caption> ChoosePrmCaptions() { return kChoosePrmCaptions; }
+std::span<const Caption> ChooseDAT2M1Captions() { return kChooseDAT2M1Captions; }
+std::span<const Caption> XY4TrCaptions() { return kXY4TrCaptions; }
 
 }  // namespace kv_tr

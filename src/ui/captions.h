@@ -42,5 +42,10 @@ private:
 
 /// The rows of each form; the one that bears the form's own name has the title of its window.
 std::span<const Caption> TrCaptions();
+std::span<const Caption> AffinTrPrmCaptions();
+std::span<const Caption> PoliTrPrmCaptions();
+std::span<const Caption> ChoosePrmCaptions();
+std::span<const Caption> ChooseDAT2M1Captions();
+std::span<const Caption> XY4TrCaptions();
 
 }  // namespace kv_tr

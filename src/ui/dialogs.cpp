@@ -18,15 +18,29 @@ public:
         return form.bDoModal(engine, showApplyButton, [&] { windows_.tr(form); });
     }
     bool ChooseParameters(clsTr& parameters) override {
-        return withoutWindow_->ChooseParameters(parameters);
+        if (!windows_.chooseParameters) return withoutWindow_->ChooseParameters(parameters);
+        frmChoosePrm form;
+        return form.bDoModal(parameters, [&] { windows_.chooseParameters(form); });
     }
-    bool EditAffine(clsTr& parameters) override { return withoutWindow_->EditAffine(parameters); }
+    bool EditAffine(clsTr& parameters) override {
+        if (!windows_.affine) return withoutWindow_->EditAffine(parameters);
+        frmAffinTrPrm form;
+        return form.bDoModal(parameters, [&] { windows_.affine(form); });
+    }
     bool ViewPolynomial(clsTr& parameters) override {
-        return withoutWindow_->ViewPolynomial(parameters);
+        if (!windows_.polynomial) return withoutWindow_->ViewPolynomial(parameters);
+        frmPoliTrPrm form;
+        return form.bDoModal(parameters, [&] { windows_.polynomial(form); });
     }
-    bool ChooseNational(enuTR_TYPE& type) override { return withoutWindow_->ChooseNational(type); }
+    bool ChooseNational(enuTR_TYPE& type) override {
+        if (!windows_.chooseNational) return withoutWindow_->ChooseNational(type);
+        frmChooseDAT2M1 form;
+        return form.bDoModal(type, [&] { windows_.chooseNational(form); });
+    }
     bool ListControlPoints(clsTr& parameters, const std::string& title) override {
-        return withoutWindow_->ListControlPoints(parameters, title);
+        if (!windows_.controlPoints) return withoutWindow_->ListControlPoints(parameters, title);
+        frmXY4Tr form;
+        return form.bDoModal(*parameters.oCalcTr(), title, [&] { windows_.controlPoints(form); });
     }
 
 private:

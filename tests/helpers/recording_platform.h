@@ -22,13 +22,17 @@ public:
     std::vector<Message> messages;  // all that were shown
     std::vector<FileRequest> requests;
     std::deque<std::optional<FileChoice>> choices;  // answers of the choosers, cancel when empty
+    std::deque<Answer> answers;                     // to messages, the default when empty
     std::map<std::string, std::string> settings;    // by application/section/key
     std::vector<std::string> opened;                // the dialogs, in the order they were opened
     bool confirm = true;                            // whether the user confirms them
     enuTR_TYPE nationalChoice = TR_HELMERT;
     EmbeddedTexts* texts = nullptr;
 
-    explicit RecordingPlatform(std::int32_t language = kEnglish) : scope_(MakePlatform(language)) {
+    /// With dialogs of its own a test plays them; otherwise they are recorded.
+    explicit RecordingPlatform(std::int32_t language = kEnglish,
+                               std::unique_ptr<Dialogs> dialogs = {})
+        : scope_(MakePlatform(language, std::move(dialogs))) {
         DecimalSeparator('.');
         SetMlLanguage(language, {});
     }
@@ -46,7 +50,12 @@ private:
         explicit Messages(RecordingPlatform& o) : owner(o) {}
         Answer Show(const Message& message) override {
             owner.messages.push_back(message);
-            return message.defaultAnswer;
+            if (owner.answers.empty() || message.buttons == Buttons::kOk) {
+                return message.defaultAnswer;
+            }
+            const Answer answer = owner.answers.front();
+            owner.answers.pop_front();
+            return answer;
         }
         RecordingPlatform& owner;
     };
@@ -97,14 +106,15 @@ private:
         RecordingPlatform& owner;
     };
 
-    Platform MakePlatform(std::int32_t language) {
+    Platform MakePlatform(std::int32_t language, std::unique_ptr<Dialogs> dialogs) {
         auto embedded = std::make_unique<EmbeddedTexts>(language);
         texts = embedded.get();
         return {.messages = std::make_unique<Messages>(*this),
                 .files = std::make_unique<Files>(*this),
                 .settings = std::make_unique<Settings>(*this),
                 .texts = std::move(embedded),
-                .dialogs = std::make_unique<RecordedDialogs>(*this)};
+                .dialogs =
+                    dialogs ? std::move(dialogs) : std::make_unique<RecordedDialogs>(*this)};
     }
 
     ComponentScope scope_;

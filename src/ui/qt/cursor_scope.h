@@ -1,6 +1,7 @@
 // A mouse pointer for the whole program while a scope lasts.
 #pragma once
 
+#include <QCursor>
 #include <QGuiApplication>
 
 namespace kv_tr {

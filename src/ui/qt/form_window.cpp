@@ -2,6 +2,7 @@
 #include "ui/qt/form_window.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -46,7 +47,7 @@ void SetCaption(QWidget& control, const QString& caption, QSet<QChar>& taken) {
 
 }  // namespace
 
-FormWindow::FormWindow(const char* name, QSize size) {
+FormWindow::FormWindow(const char* name, QSize size) : QDialog(QApplication::activeWindow()) {
     setObjectName(name);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);

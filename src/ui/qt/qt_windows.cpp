@@ -1,12 +1,33 @@
 // Every form in its Qt window.
 #include "ui/qt/qt_windows.h"
 
+#include "ui/qt/cursor_scope.h"
+#include "ui/qt/frmAffinTrPrm_window.h"
+#include "ui/qt/frmChooseDAT2M1_window.h"
+#include "ui/qt/frmChoosePrm_window.h"
 #include "ui/qt/frmTr_window.h"
+#include "ui/qt/text_window.h"
 
 namespace kv_tr {
 
+namespace {
+
+/// Opens the window of a form and waits until it is closed.
+template <class Window>
+constexpr auto kShow = [](auto& form) {
+    const CursorScope arrow(Qt::ArrowCursor);  // the window below may be waiting
+    Window(form).exec();
+};
+
+}  // namespace
+
 Windows QtWindows() {
-    return {.tr = [](frmTr& form) { frmTrWindow(form).exec(); }};
+    return {.tr = kShow<frmTrWindow>,
+            .chooseParameters = kShow<frmChoosePrmWindow>,
+            .affine = kShow<frmAffinTrPrmWindow>,
+            .polynomial = kShow<PolynomialWindow>,
+            .chooseNational = kShow<frmChooseDAT2M1Window>,
+            .controlPoints = kShow<ControlPointWindow>};
 }
 
 }  // namespace kv_tr

@@ -1,0 +1,46 @@
+// The chooser of where parameters come from, without its window.
+#include "ui/frmChoosePrm.h"
+
+#include "support/ml_strings.h"
+#include "ui/choose_file.h"
+
+namespace kv_tr {
+
+bool frmChoosePrm::bDoModal(clsTr& parameters, const std::function<void()>& showModal) {
+    parameters_ = &parameters;
+    chosen_ = parameters.udtTrPrm();
+    confirmed_ = false;
+    showModal();
+    parameters.udtTrPrm(chosen_);
+    parameters_ = nullptr;
+    return confirmed_;
+}
+
+bool frmChoosePrm::cmdAffin() {
+    return parameters_->bShowAffinTrPrm() && Confirm(parameters_->udtTrPrm());
+}
+
+bool frmChoosePrm::cmdPoli() {
+    return parameters_->bShowPoliTrPrm() && Confirm(parameters_->udtTrPrm());
+}
+
+bool frmChoosePrm::cmdCalc() {
+    clsTrCalc& engine = *parameters_->oCalcTr();
+    const auto fileName = ChooseFile(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr);
+    if (!fileName || !engine.bLoadXYsFromFile(*fileName, false) ||
+        !parameters_->bShowXYs4Tr(*fileName)) {
+        return false;
+    }
+    engine.eTrType(TR_AFFIN);
+    return engine.bDoModal(true) && Confirm(engine.udtTrPrm());
+}
+
+bool frmChoosePrm::cmdOk() { return Confirm(chosen_); }
+
+bool frmChoosePrm::Confirm(const TR_PRM& record) {
+    chosen_ = record;
+    confirmed_ = true;
+    return true;
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,84 @@
+// The viewer of polynomial parameters without its window: what it shows and what each control does.
+#include "ui/frmPoliTrPrm.h"
+
+#include "params/national.h"
+#include "params/parameter_file.h"
+#include "params/parameter_listing.h"
+#include "support/clsFile.h"
+#include "support/component.h"
+#include "support/message.h"
+#include "support/ml_strings.h"
+#include "support/temporary_text.h"
+#include "ui/choose_file.h"
+
+namespace kv_tr {
+
+bool frmPoliTrPrm::bDoModal(clsTr& parameters, const std::function<void()>& showModal) {
+    parameters_ = &parameters;
+    Show(parameters.udtTrPrm());
+    nationalVisible_ = CurrentMlLanguage() == kHungarian;
+    confirmed_ = false;
+    showModal();
+    if (confirmed_) parameters.udtTrPrm(working_);
+    parameters_ = nullptr;
+    return confirmed_;
+}
+
+void frmPoliTrPrm::Show(const TR_PRM& record) {
+    working_ = record;
+    reference_ = ListPolynomial(record, std::nullopt);
+    text_ = reference_;
+    Changed.Raise();
+}
+
+void frmPoliTrPrm::cmdLoad() {
+    const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4LoadPoliTrPrm);
+    if (!fileName) return;
+    TR_PRM record;
+    const PolynomialReading reading = ReadPolynomialFile(*fileName, record);
+    if (reading.accepted) {
+        Show(record);
+    } else if (reading.opened) {
+        ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+    }
+}
+
+void frmPoliTrPrm::cmdDAT2M1() {
+    enuTR_TYPE type = working_.eType;
+    if (!OpenDialogs().ChooseNational(type)) return;
+    if (const auto record = NationalRecord(type)) Show(*record);
+}
+
+void frmPoliTrPrm::cmdSave() {
+    const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4SavePoliTrPrm);
+    if (fileName) WriteTextFile(*fileName, text_);
+}
+
+bool frmPoliTrPrm::cmdOk() {
+    Answer keep = Answer::kNo;
+    if (text_ != reference_) {
+        keep = Ask({.text = GetMlString(85, "A megváltozott adatokat akarod megtartani ?"),
+                    .title = GetMlString(86, "1-5 fokú polinom transzformációs paraméterek"),
+                    .buttons = Buttons::kYesNoCancel,
+                    .defaultAnswer = Answer::kNo});
+    }
+    confirmed_ = keep == Answer::kNo || (keep == Answer::kYes && TakeText());
+    return confirmed_;
+}
+
+/// Reads the text into the working record; false, with a message, when not every line can be read:
+/// a polynomial of the lines above a slip would be another one.
+bool frmPoliTrPrm::TakeText() {
+    const TemporaryText file("tmp-PoliPrm.all", text_);
+    TR_PRM record;
+    const PolynomialReading reading = ReadPolynomialFile(file.Path(), record);
+    const bool read = reading.accepted && reading.badLine == 0;
+    if (read) {
+        working_ = record;
+    } else {
+        ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+    }
+    return read;
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,75 @@
+// The list of control points as text, without its window.
+#include "ui/frmXY4Tr.h"
+
+#include "engine/control_point_file.h"
+#include "support/clsFile.h"
+#include "support/message.h"
+#include "support/ml_strings.h"
+#include "support/temporary_text.h"
+#include "ui/choose_file.h"
+
+namespace kv_tr {
+
+bool frmXY4Tr::bDoModal(clsTrCalc& engine, const std::string& title,
+                        const std::function<void()>& showModal) {
+    engine_ = &engine;
+    title_ = title;
+    original_ = engine.sListXYs();
+    text_ = original_;
+    nameLine_.clear();
+    confirmed_ = false;
+    showModal();
+    engine_ = nullptr;
+    return confirmed_;
+}
+
+std::string frmXY4Tr::Title() const {
+    return title_.empty() ? ControlTexts().Text("frmXY4Tr") : title_;
+}
+
+void frmXY4Tr::cmdLoad() {
+    const std::string folder = InitDir();
+    clsTr other;
+    InitDir(folder);  // a new object goes back to the one that was remembered last
+    clsTrCalc& engine = *other.oCalcTr();
+    const auto fileName = ChooseFile(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr);
+    if (fileName && engine.bLoadXYsFromFile(*fileName, false)) {
+        nameLine_ = *fileName + "\r\n";
+        text_ = nameLine_ + engine.sListXYs();
+        Changed.Raise();
+    }
+    other.TearDown();
+}
+
+void frmXY4Tr::cmdSave() {
+    const auto fileName = ChooseFile(*engine_, &clsTrCalc::bChooseFile4SaveXYs4Tr, "");
+    if (fileName) WriteTextFile(*fileName, text_);
+}
+
+bool frmXY4Tr::cmdOk() {
+    Answer keep = Answer::kNo;
+    if (text_ != original_) {
+        keep = Ask({.text = GetMlString(85, "A megváltozott adatokat akarod megtartani ?"),
+                    .title = GetMlString(114, "Közös pontok adatai"),
+                    .buttons = Buttons::kYesNoCancel,
+                    .defaultAnswer = Answer::kNo});
+    }
+    confirmed_ = keep == Answer::kNo || (keep == Answer::kYes && TakeText());
+    return confirmed_;
+}
+
+/// Makes the engine's points those of the text, or leaves them as they were. The loader takes the
+/// lines above a bad one and says that it succeeded; here that would lose the points below.
+bool frmXY4Tr::TakeText() {
+    const bool named = !nameLine_.empty() && text_.starts_with(nameLine_);
+    const TemporaryText file("tmp-XYs4Tr.dat",
+                             std::string_view(text_).substr(named ? nameLine_.size() : 0));
+    const std::vector before(engine_->Pairs().begin(), engine_->Pairs().end());
+    if (engine_->bLoadXYsFromFile(file.Path(), false) && !ReadControlPoints(file.Path()).failed) {
+        return true;
+    }
+    engine_->AddXY4Tr(before, false);
+    return false;
+}
+
+}  // namespace kv_tr
