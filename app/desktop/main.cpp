@@ -1,12 +1,12 @@
-// kv_tr_desktop: the adjustment dialog on a control-point file.
+// kv_tr_desktop: the component in windows.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QIcon>
 #include <QLocale>
-#include <array>
 
-#include "engine/clsTrCalc.h"
+#include "common/languages.h"
+#include "desktop/host_window.h"
 #include "support/component.h"
-#include "support/ml_strings.h"
 #include "support/number_text.h"
 #include "ui/qt/qt_platform.h"
 
@@ -14,25 +14,10 @@ namespace {
 
 using namespace kv_tr;
 
-struct Language {
-    const char* name;
-    std::int32_t id;
-};
-constexpr std::array kLanguages{Language{"hu", kHungarian}, Language{"ro", kRomanian},
-                                Language{"vi", kVietnamese}, Language{"en", kEnglish},
-                                Language{"sr", kSerbian}};
-
 /// English for a language that the component does not speak.
 std::int32_t LanguageNamed(const QString& name) {
-    for (const Language& language : kLanguages) {
-        if (name == QLatin1String(language.name)) return language.id;
-    }
-    return kEnglish;
-}
-
-/// The richest of the usual linear types that the points allow.
-enuTR_TYPE FirstType(const clsTrCalc& engine) {
-    return engine.bXYCntIsValid4TrType(TR_AFFIN) ? TR_AFFIN : TR_HELMERT;
+    const std::int32_t id = host::LanguageCoded(name.toStdString());
+    return id == 0 ? kEnglish : id;
 }
 
 }  // namespace
@@ -40,20 +25,32 @@ enuTR_TYPE FirstType(const clsTrCalc& engine) {
 int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("KV_Tr");
+    QApplication::setApplicationVersion(KV_TR_VERSION);
+    QApplication::setDesktopFileName("kv_tr");
+    QApplication::setWindowIcon(QIcon::fromTheme("kv_tr"));
     QCommandLineParser arguments;
     arguments.addHelpOption();
-    arguments.addOption({"language", "hu, ro, vi, en, sr", "language", QLocale().name().left(2)});
-    arguments.addPositionalArgument("points", "control-point file");
+    arguments.addVersionOption();
+    arguments.addOption({"language", "hu, ro, vi, en, sr", "language"});
+    arguments.addPositionalArgument("files", "control points, parameters or coordinates",
+                                    "[FILE...]");
     arguments.process(application);
-    if (arguments.positionalArguments().size() != 1) arguments.showHelp(2);
 
-    const std::int32_t language = LanguageNamed(arguments.value("language"));
-    InstallPlatform(QtPlatform(language));
+    auto texts = std::make_unique<EmbeddedTexts>(LanguageNamed(QLocale().name().left(2)));
+    EmbeddedTexts& switchable = *texts;
+    Platform platform = QtPlatform(kEnglish);
+    platform.texts = std::move(texts);
+    InstallPlatform(std::move(platform));
     DecimalSeparator('.');
-    clsTrCalc engine;
-    if (!engine.bLoadXYsFromFile(arguments.positionalArguments().first().toStdString(), false)) {
-        return 1;
-    }
-    engine.eTrType(FirstType(engine));
-    return engine.bDoModal(false) ? 0 : 1;
+    const std::int32_t language =
+        arguments.isSet("language")
+            ? LanguageNamed(arguments.value("language"))
+            : desktop::DesktopForm::RememberedLanguage(switchable.HostLanguage());
+    switchable.SwitchLanguage(language, {});
+
+    desktop::DesktopForm form(switchable);
+    desktop::HostWindow window(form, KV_TR_VERSION);
+    window.show();
+    for (const QString& file : arguments.positionalArguments()) window.Open(file.toStdString());
+    return QApplication::exec();
 }

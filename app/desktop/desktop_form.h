@@ -1,0 +1,86 @@
+// The desktop program without its window: the parameters in use, and what can be done with them.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "common/angle_units.h"
+#include "desktop/recent_files.h"
+#include "params/clsTr.h"
+#include "support/event.h"
+#include "support/ml_strings.h"
+
+namespace kv_tr::desktop {
+
+/// Gets parameters from dialogs and files and applies them to what the user types. An action that
+/// is cancelled or fails leaves the parameters as they were.
+class DesktopForm {
+public:
+    /// The texts are those of the component, whose language the program switches.
+    explicit DesktopForm(EmbeddedTexts& texts);
+    ~DesktopForm() { transformation_.TearDown(); }
+    DesktopForm(const DesktopForm&) = delete;
+    DesktopForm& operator=(const DesktopForm&) = delete;
+
+    /// Raised whenever anything that the window draws may have changed.
+    Event<> Changed;
+
+    bool HasParameters() const { return hasParameters_; }
+    bool HasControlPoints() const { return transformation_.oCalcTr()->lFullCnt() > 0; }
+    bool CanInvert() const { return hasParameters_ && !transformation_.bTypeIsPolinom(); }
+    TR_PRM Record() const { return transformation_.udtTrPrm(); }
+    std::string TypeText() const { return transformation_.sTrTypeName(); }
+    std::string ListingText() const;  // lines end with CR LF
+    std::string FormulaText() const;
+    const std::vector<std::string>& Recent() const { return recent_.Names(); }
+
+    // Parameters.
+
+    void ChooseParameters();
+    void EditAffine();
+    void ViewPolynomial();
+    void ChooseNational();
+    void Invert();
+    void OpenParameters();
+    void SaveParameters();
+    /// Asks for a control-point file and opens the adjustment on it.
+    void OpenControlPoints();
+    /// Opens the adjustment on the control points of the last file.
+    void Adjust();
+
+    enum class FileKind { kParameters, kControlPoints, kCoordinates, kUnreadable };
+    /// Loads a parameter file, or opens the adjustment on a control-point file; one of coordinates
+    /// is left to the caller. A file without the extension of a parameter file holds control
+    /// points if its first line is one.
+    FileKind OpenFile(const std::string& fileName);
+
+    // What the user types; the results are empty as long as that is not numbers.
+
+    struct PointTexts {
+        std::string first;
+        std::string second;
+    };
+    PointTexts Image(const PointTexts& point) const;
+    std::string ImageOfDirection(const std::string& direction, const host::AngleUnit& unit,
+                                 const std::string& length, const PointTexts& point) const;
+
+    /// Switches the language of the whole program and remembers it.
+    void SwitchLanguage(std::int32_t languageId);
+    /// The language of the last run; the fallback before the first.
+    static std::int32_t RememberedLanguage(std::int32_t fallback);
+    void ShowAbout(const std::string& version, const std::string& toolkitVersion) const;
+
+private:
+    void Take(const std::function<bool()>& action);
+    bool LoadParameters(const std::string& fileName);
+    void FitTo(const std::string& fileName);
+
+    EmbeddedTexts& texts_;
+    clsTr transformation_;
+    bool hasParameters_ = false;
+    RecentFiles recent_;
+    Subscription languageChanged_;
+};
+
+}  // namespace kv_tr::desktop

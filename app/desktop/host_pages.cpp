@@ -1,0 +1,171 @@
+// The pages of the main window.
+#include <QBoxLayout>
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "desktop/host_window.h"
+#include "desktop/ui_text.h"
+
+namespace kv_tr::desktop {
+
+QWidget* HostWindow::MakeStartPage() {
+    auto* page = new QWidget(this);
+    auto* layout = new QVBoxLayout(page);
+    auto* name = new QLabel("KV_Tr", page);
+    QFont large = name->font();
+    large.setPointSize(2 * large.pointSize());
+    name->setFont(large);
+    auto* hint = MakeLabel(1177);
+    hint->setWordWrap(true);
+    recent_ = new QListWidget(page);
+    recent_->setObjectName("recent");
+    connect(recent_, &QListWidget::itemActivated, [this](const QListWidgetItem* item) {
+        Open(item->data(Qt::UserRole).toString().toStdString());
+    });
+    layout->addWidget(name);
+    layout->addWidget(MakeLabel(1002));
+    layout->addSpacing(12);
+    for (QPushButton* button : {MakeButton(1161, [this] { form_.ChooseParameters(); }),
+                                MakeButton(1162, [this] { form_.OpenControlPoints(); })}) {
+        button->setMinimumHeight(44);
+        layout->addWidget(button);
+    }
+    layout->addWidget(hint);
+    layout->addSpacing(12);
+    layout->addWidget(MakeLabel(1165));
+    layout->addWidget(recent_, 1);
+    return page;
+}
+
+QWidget* HostWindow::MakeWorkPage() {
+    auto* page = new QWidget(this);
+    auto* use = new QVBoxLayout;
+    use->addWidget(MakePoint());
+    use->addWidget(MakeDirection());
+    use->addWidget(MakeButton(1173, [this] { TransformFile({}); }));
+    use->addWidget(MakeButton(1161, [this] { form_.ChooseParameters(); }));
+    use->addStretch();
+    auto* layout = new QHBoxLayout(page);
+    layout->addWidget(MakeParameters(), 1);
+    layout->addLayout(use);
+    for (QLineEdit* edit : {point_[0], point_[1], direction_, length_}) {
+        connect(edit, &QLineEdit::textChanged, [this] { RedrawResults(); });
+    }
+    connect(unit_, &QComboBox::currentIndexChanged, [this] { RedrawResults(); });
+    return page;
+}
+
+QGroupBox* HostWindow::MakeParameters() {
+    QGroupBox* group = MakeGroup(1183);
+    const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    type_ = new QLabel(group);
+    type_->setObjectName("type");
+    QFont bold = type_->font();
+    bold.setBold(true);
+    type_->setFont(bold);
+    listing_ = new QPlainTextEdit(group);
+    listing_->setObjectName("listing");
+    listing_->setReadOnly(true);
+    listing_->setFont(fixed);
+    listing_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    formula_ = new QLabel(group);
+    formula_->setObjectName("formula");
+    formula_->setFont(fixed);
+    formula_->setWordWrap(true);
+    formula_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* layout = new QVBoxLayout(group);
+    layout->addWidget(type_);
+    layout->addWidget(listing_, 1);
+    layout->addWidget(MakeLabel(1184));
+    layout->addWidget(formula_);
+    return group;
+}
+
+QGroupBox* HostWindow::MakePoint() {
+    QGroupBox* group = MakeGroup(1178);
+    point_ = {MakeInput("Y1"), MakeInput("X1")};
+    image_ = {MakeResult("Y2"), MakeResult("X2")};
+    auto* grid = new QGridLayout(group);
+    const std::array rows{point_[0], point_[1], image_[0], image_[1]};
+    for (QLineEdit* edit : rows) {
+        auto* label = new QLabel(edit->objectName() + " [m]:", group);  // as formulas name them
+        label->setBuddy(edit);
+        const int row = grid->count() / 2;
+        grid->addWidget(label, row, 0);
+        grid->addWidget(edit, row, 1);
+    }
+    return group;
+}
+
+QGroupBox* HostWindow::MakeDirection() {
+    QGroupBox* group = MakeGroup(1179);
+    direction_ = MakeInput("direction");
+    length_ = MakeInput("length");
+    length_->setText("100");
+    directionImage_ = MakeResult("directionImage");
+    unit_ = new QComboBox(group);
+    unit_->setObjectName("unit");
+    for (const host::AngleUnit& unit : host::AngleUnits()) {
+        unit_->addItem(QLatin1String(unit.name.data(), qsizetype(unit.name.size())));
+    }
+    unit_->setCurrentText("gon");
+    captions_.emplace_back([this] {
+        direction_->setToolTip(UiText(1048));
+        length_->setToolTip(UiText(1052));
+    });
+    auto* grid = new QGridLayout(group);
+    grid->addWidget(MakeLabel(1180), 0, 0);
+    grid->addWidget(direction_, 0, 1);
+    grid->addWidget(unit_, 0, 2);
+    grid->addWidget(MakeLabel(1181), 1, 0);
+    grid->addWidget(length_, 1, 1);
+    grid->addWidget(MakeLabel(1182), 2, 0);
+    grid->addWidget(directionImage_, 2, 1);
+    return group;
+}
+
+QPushButton* HostWindow::MakeButton(int textId, const Action& action) {
+    auto* button = new QPushButton(this);
+    connect(button, &QPushButton::clicked, [this, action] { Act(action); });
+    captions_.emplace_back([button, textId] { button->setText(UiText(textId)); });
+    return button;
+}
+
+QGroupBox* HostWindow::MakeGroup(int textId) {
+    auto* group = new QGroupBox(this);
+    captions_.emplace_back([group, textId] { group->setTitle(UiText(textId)); });
+    return group;
+}
+
+QLabel* HostWindow::MakeLabel(int textId) {
+    auto* label = new QLabel(this);
+    captions_.emplace_back([label, textId] { label->setText(UiText(textId)); });
+    return label;
+}
+
+QLineEdit* HostWindow::MakeInput(const char* name) {
+    auto* edit = new QLineEdit(this);
+    edit->setObjectName(name);
+    edit->setAlignment(Qt::AlignRight);
+    return edit;
+}
+
+QLineEdit* HostWindow::MakeResult(const char* name) {
+    auto* edit = new QLineEdit(this);
+    edit->setObjectName(name);
+    edit->setReadOnly(true);
+    edit->setAlignment(Qt::AlignRight);
+    QFont bold = edit->font();
+    bold.setBold(true);
+    edit->setFont(bold);
+    return edit;
+}
+
+}  // namespace kv_tr::desktop

@@ -1,0 +1,187 @@
+// The main window of the desktop program: what it does.
+#include "desktop/host_window.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QComboBox>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QStackedWidget>
+
+#include "common/languages.h"
+#include "desktop/transform_window.h"
+#include "desktop/ui_text.h"
+#include "support/errors.h"
+#include "support/message.h"
+#include "support/settings.h"
+
+namespace kv_tr::desktop {
+namespace {
+
+constexpr const char* kSection = "Windows";
+constexpr const char* kName = "Desktop";
+
+}  // namespace
+
+HostWindow::HostWindow(DesktopForm& form, std::string version)
+    : form_(form), version_(std::move(version)) {
+    setWindowTitle("KV_Tr");
+    setAcceptDrops(true);
+    MakeMenus();
+    pages_ = new QStackedWidget(this);
+    pages_->addWidget(MakeStartPage());
+    pages_->addWidget(MakeWorkPage());
+    setCentralWidget(pages_);
+    const auto kept = QString::fromStdString(Setting(kSection, kName, "")).split('x');
+    const QSize size(kept.value(0).toInt(), kept.value(1).toInt());
+    resize(size.isEmpty() ? QSize(960, 600) : size);
+    changed_ = form_.Changed.Subscribe([this] { Redraw(); });
+    Redraw();
+}
+
+void HostWindow::MakeMenus() {
+    QMenu* file = AddMenu(1160);
+    AddAction(file, 1161, [this] { form_.ChooseParameters(); });
+    AddAction(file, 1162, [this] { form_.OpenControlPoints(); })->setShortcut(QKeySequence::Open);
+    AddAction(file, 1163, [this] { form_.OpenParameters(); });
+    recentMenu_ = file->addMenu("");
+    captions_.emplace_back([this] { recentMenu_->setTitle(UiText(1165)); });
+    file->addSeparator();
+    QAction* save = AddAction(file, 1164, [this] { form_.SaveParameters(); });
+    save->setShortcut(QKeySequence::Save);
+    QAction* transform = AddAction(file, 1173, [this] { TransformFile({}); });
+    file->addSeparator();
+    startPage_ = AddAction(file, 1185, [this] { pages_->setCurrentIndex(0); });
+    AddAction(file, 1166, [this] { close(); })->setShortcut(QKeySequence::Quit);
+    needParameters_ = {save, transform};
+
+    QMenu* parameters = AddMenu(1167);
+    AddAction(parameters, 1168, [this] { form_.EditAffine(); });
+    AddAction(parameters, 1169, [this] { form_.ViewPolynomial(); });
+    AddAction(parameters, 1170, [this] { form_.ChooseNational(); });
+    adjust_ = AddAction(parameters, 1171, [this] { form_.Adjust(); });
+    invert_ = AddAction(parameters, 1172, [this] { form_.Invert(); });
+
+    QMenu* languages = AddMenu(1174);
+    auto* group = new QActionGroup(languages);
+    for (const host::Language& language : host::Languages()) {
+        QAction* action = languages->addAction(
+            language.name, this, [this, &language] { form_.SwitchLanguage(language.id); });
+        action->setCheckable(true);
+        action->setActionGroup(group);
+        captions_.emplace_back(
+            [action, &language] { action->setChecked(language.id == CurrentMlLanguage()); });
+    }
+    AddAction(AddMenu(1175), 1176, [this] { form_.ShowAbout(version_, qVersion()); });
+}
+
+QMenu* HostWindow::AddMenu(int textId) {
+    QMenu* menu = menuBar()->addMenu("");
+    captions_.emplace_back([menu, textId] { menu->setTitle("&" + UiText(textId)); });
+    return menu;
+}
+
+QAction* HostWindow::AddAction(QMenu* menu, int textId, const Action& action) {
+    QAction* added = menu->addAction("", this, [this, action] { Act(action); });
+    captions_.emplace_back([added, textId] { added->setText(UiText(textId)); });
+    return added;
+}
+
+/// Runs what the user asked for and shows what error comes out of it: none may pass through the
+/// event loop. New parameters are shown.
+void HostWindow::Act(const Action& action) {
+    try {
+        action();
+    } catch (const RuntimeError& error) {
+        ShowMessage(error.what(), Icon::kExclamation);
+    }
+}
+
+void HostWindow::Open(const std::string& fileName) {
+    Act([&] {
+        if (form_.OpenFile(fileName) == DesktopForm::FileKind::kCoordinates) {
+            TransformFile(fileName);
+        }
+    });
+}
+
+void HostWindow::TransformFile(const std::string& fileName) {
+    if (!form_.HasParameters()) {
+        ShowMessage(GetMlString(1195,
+                                "Még nincsenek paraméterek: először azokat kell "
+                                "kiválasztani."),
+                    Icon::kInformation);
+        return;
+    }
+    TransformForm form(form_.Record());
+    if (!fileName.empty()) form.Input(fileName);
+    TransformWindow(form, this).exec();
+}
+
+void HostWindow::Redraw() {
+    for (const auto& set : captions_) set();
+    for (QAction* action : needParameters_) action->setEnabled(form_.HasParameters());
+    adjust_->setEnabled(form_.HasControlPoints());
+    invert_->setEnabled(form_.CanInvert());
+    startPage_->setEnabled(form_.HasParameters());
+    pages_->setCurrentIndex(form_.HasParameters() ? 1 : 0);
+    RedrawRecent();
+    type_->setText(QString::fromStdString(form_.TypeText()));
+    listing_->setPlainText(
+        QString::fromStdString(form_.ListingText()).remove('\r').remove('\t').trimmed());
+    formula_->setText(QString::fromStdString(form_.FormulaText()).remove('\r').trimmed());
+    RedrawResults();
+}
+
+void HostWindow::RedrawRecent() {
+    recent_->clear();
+    recentMenu_->clear();
+    for (const std::string& name : form_.Recent()) {
+        const QFileInfo info(QString::fromStdString(name));
+        auto* item = new QListWidgetItem(info.fileName() + "   (" + info.path() + ")", recent_);
+        item->setData(Qt::UserRole, info.filePath());
+        recentMenu_->addAction(info.filePath(), this, [this, name] { Open(name); });
+    }
+    recentMenu_->setEnabled(!form_.Recent().empty());
+}
+
+void HostWindow::RedrawResults() {
+    const DesktopForm::PointTexts point{point_[0]->text().toStdString(),
+                                        point_[1]->text().toStdString()};
+    const auto image = form_.Image(point);
+    image_[0]->setText(QString::fromStdString(image.first));
+    image_[1]->setText(QString::fromStdString(image.second));
+    const auto& unit = host::AngleUnits()[static_cast<std::size_t>(unit_->currentIndex())];
+    directionImage_->setText(QString::fromStdString(form_.ImageOfDirection(
+        direction_->text().toStdString(), unit, length_->text().toStdString(), point)));
+}
+
+void HostWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void HostWindow::dropEvent(QDropEvent* event) {
+    QStringList names;
+    for (const QUrl& url : event->mimeData()->urls()) names << url.toLocalFile();
+    event->acceptProposedAction();
+    // Later: dialogs must not keep the program that the files come from waiting.
+    QMetaObject::invokeMethod(
+        this,
+        [this, names] {
+            for (const QString& name : names) Open(name.toStdString());
+        },
+        Qt::QueuedConnection);
+}
+
+void HostWindow::closeEvent(QCloseEvent* event) {
+    SaveSetting(kSection, kName, std::to_string(width()) + "x" + std::to_string(height()));
+    QMainWindow::closeEvent(event);
+}
+
+}  // namespace kv_tr::desktop

@@ -1,0 +1,81 @@
+// The main window of the desktop program.
+#pragma once
+
+#include <QMainWindow>
+#include <array>
+#include <functional>
+#include <vector>
+
+#include "desktop/desktop_form.h"
+
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QPlainTextEdit;
+class QPushButton;
+class QStackedWidget;
+
+namespace kv_tr::desktop {
+
+/// A start page until there are parameters, then what they are and what they do to a point, a
+/// direction and a file.
+class HostWindow : public QMainWindow {
+public:
+    HostWindow(DesktopForm& form, std::string version);
+
+    /// Opens a file as if it had been dropped on the window.
+    void Open(const std::string& fileName);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    using Action = std::function<void()>;
+
+    void MakeMenus();
+    QMenu* AddMenu(int textId);
+    QAction* AddAction(QMenu* menu, int textId, const Action& action);
+    QWidget* MakeStartPage();
+    QWidget* MakeWorkPage();
+    QGroupBox* MakeParameters();
+    QGroupBox* MakePoint();
+    QGroupBox* MakeDirection();
+    QPushButton* MakeButton(int textId, const Action& action);
+    QGroupBox* MakeGroup(int textId);
+    QLabel* MakeLabel(int textId);
+    QLineEdit* MakeInput(const char* name);
+    QLineEdit* MakeResult(const char* name);
+
+    void Act(const Action& action);
+    void TransformFile(const std::string& fileName);
+    void Redraw();
+    void RedrawRecent();
+    void RedrawResults();
+
+    DesktopForm& form_;
+    std::string version_;
+    std::vector<std::function<void()>> captions_;  // each sets a text in the current language
+    QStackedWidget* pages_;
+    std::vector<QAction*> needParameters_;
+    QAction* startPage_ = nullptr;
+    QAction* adjust_ = nullptr;
+    QAction* invert_ = nullptr;
+    QMenu* recentMenu_ = nullptr;
+    QListWidget* recent_ = nullptr;
+    QLabel* type_ = nullptr;
+    QPlainTextEdit* listing_ = nullptr;
+    QLabel* formula_ = nullptr;
+    std::array<QLineEdit*, 2> point_{};
+    std::array<QLineEdit*, 2> image_{};
+    QLineEdit* direction_ = nullptr;
+    QComboBox* unit_ = nullptr;
+    QLineEdit* length_ = nullptr;
+    QLineEdit* directionImage_ = nullptr;
+    Subscription changed_;
+};
+
+}  // namespace kv_tr::desktop

@@ -1,0 +1,29 @@
+// The files that were opened last, remembered between runs.
+#include "desktop/recent_files.h"
+
+#include "support/settings.h"
+
+namespace kv_tr::desktop {
+namespace {
+
+constexpr const char* kSection = "RecentFiles";
+
+std::string KeyOf(std::size_t index) { return "File" + std::to_string(index + 1); }
+
+}  // namespace
+
+RecentFiles::RecentFiles() {
+    for (std::size_t i = 0; i < kMost; ++i) {
+        const std::string name = Setting(kSection, KeyOf(i), "");
+        if (!name.empty()) names_.push_back(name);
+    }
+}
+
+void RecentFiles::Add(const std::string& name) {
+    std::erase(names_, name);
+    names_.insert(names_.begin(), name);
+    if (names_.size() > kMost) names_.pop_back();
+    for (std::size_t i = 0; i < names_.size(); ++i) SaveSetting(kSection, KeyOf(i), names_[i]);
+}
+
+}  // namespace kv_tr::desktop

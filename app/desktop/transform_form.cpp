@@ -1,0 +1,129 @@
+// Transforming a coordinate file, without the window.
+#include "desktop/transform_form.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include "common/excerpt.h"
+#include "support/GCommonDialog.h"
+#include "support/errors.h"
+#include "support/file_names.h"
+#include "support/line_reader.h"
+#include "support/message.h"
+#include "support/ml_strings.h"
+#include "support/replacing_file.h"
+#include "support/settings.h"
+
+namespace kv_tr::desktop {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr int kPreviewLines = 5;
+
+FileDialogArguments Arguments(const std::string& fileName, int titleId) {
+    return {.Filename = fileName,
+            .OverWritePrompt = false,  // Run asks
+            .Filter = GetMlString(1194, "Koordináták (*.txt;*.dat;*.csv)|*.txt;*.dat;*.csv") +
+                      GetMlString(71, "|Minden fájl (*.*)|*.*"),
+            .InitDir = InitDir(),
+            .DlgTitle = GetMlString(titleId, {})};
+}
+
+void ReportOpenFailure(const std::string& name) {
+    ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + name, Icon::kExclamation);
+}
+
+bool IsFolder(const std::string& name) {
+    std::error_code error;
+    return fs::is_directory(name, error);
+}
+
+}  // namespace
+
+void TransformForm::Input(const std::string& fileName) {
+    input_ = fileName;
+    const fs::path path(fileName);
+    output = (path.parent_path() / path.stem()).string() + "_tr" + path.extension().string();
+}
+
+void TransformForm::BrowseInput() {
+    FileDialogArguments arguments = Arguments(input_, 1173);
+    if (!GCommonDialog().VBGetOpenFileName(arguments)) return;
+    RememberFolderOf(arguments.Filename);
+    Input(arguments.Filename);
+}
+
+void TransformForm::BrowseOutput() {
+    FileDialogArguments arguments = Arguments(output, 1173);
+    if (GCommonDialog().VBGetSaveFileName(arguments)) output = arguments.Filename;
+}
+
+std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
+    std::vector<PreviewLine> lines;
+    std::ifstream stream;
+    if (!IsFolder(input_)) stream.open(input_, std::ios::binary);
+    if (!stream.is_open()) return lines;
+    try {
+        LineReader reader(*stream.rdbuf());
+        reader.SkipUtf8Mark();
+        while (std::ssize(lines) < kPreviewLines && reader.Next()) {
+            const std::string line(reader.Line());
+            const auto image = host::TransformLine(line, record_, options);
+            lines.push_back({host::Excerpt(line), host::Excerpt(image.value_or(""))});
+        }
+    } catch (const RuntimeError&) {  // Run says what is wrong with the file
+    }
+    return lines;
+}
+
+bool TransformForm::MayWrite() const {
+    std::error_code error;
+    if (!fs::exists(output, error)) return true;
+    if (fs::equivalent(input_, output, error)) {
+        ShowMessage(GetMlString(1197, "Az eredmény nem íródhat a koordinátafájl helyére."),
+                    Icon::kExclamation);
+        return false;
+    }
+    return Ask({.text = FillPlaces(GetMlString(1191, "{0} már létezik. Felülírható?"), {output}),
+                .title = GetMlString(83, "Figyelmeztetés"),
+                .icon = Icon::kExclamation,
+                .buttons = Buttons::kYesNo,
+                .defaultAnswer = Answer::kNo}) == Answer::kYes;
+}
+
+bool TransformForm::Run(const Progress& progress) const {
+    std::ifstream source;
+    if (!IsFolder(input_)) source.open(input_, std::ios::binary);
+    if (!source.is_open()) {
+        ReportOpenFailure(input_);
+        return false;
+    }
+    if (!MayWrite()) return false;
+    ReplacingFile file(output);
+    if (!file.IsOpen()) {
+        ReportOpenFailure(output);
+        return false;
+    }
+    std::error_code error;
+    const auto size =
+        static_cast<double>(std::max<std::uintmax_t>(fs::file_size(input_, error), 1));
+    const auto result = host::TransformLines(
+        *source.rdbuf(), [&file](std::string_view bytes) { file.Write(bytes); }, record_, options,
+        [&](std::uint64_t, std::uint64_t bytes) {
+            return progress(std::min(static_cast<double>(bytes) / size, 1.0));
+        });
+    host::ReportBadLines(result, input_);
+    if (result.cancelled) ShowMessage(GetMlString(1193, "Megszakítva; semmi sem íródott ki."));
+    if (!result.Complete()) return false;
+    if (!file.Commit()) {
+        throw RuntimeError(ErrorNumber::kWriteFailed,
+                           GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + output);
+    }
+    ShowMessage(FillPlaces(GetMlString(1192, "{0} sor átszámítva ide: {1}"),
+                           {std::to_string(result.lines), output}),
+                Icon::kInformation);
+    return true;
+}
+
+}  // namespace kv_tr::desktop

@@ -1,0 +1,47 @@
+// Transforming a coordinate file, without the window.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "common/coordinate_file.h"
+#include "model/records.h"
+
+namespace kv_tr::desktop {
+
+/// Transforms the coordinates of one file into another that is complete or not there.
+class TransformForm {
+public:
+    explicit TransformForm(const TR_PRM& record) : record_(record) {}
+
+    host::CoordinateOptions options;
+    std::string output;
+
+    const std::string& Input() const { return input_; }
+    /// Also suggests a result file beside it.
+    void Input(const std::string& fileName);
+    void BrowseInput();
+    void BrowseOutput();
+
+    /// The first lines of the coordinate file, and what becomes of each; a bad line has no image.
+    struct PreviewLine {
+        std::string source;
+        std::string image;
+    };
+    std::vector<PreviewLine> Preview() const;
+
+    /// Is told how much of the file is done, 0 to 1; false cancels the work.
+    using Progress = std::function<bool(double done)>;
+    /// Asks before it replaces a file, transforms, and says what came of it; true when the result
+    /// file was written.
+    bool Run(const Progress& progress) const;
+
+private:
+    bool MayWrite() const;
+
+    TR_PRM record_;
+    std::string input_;
+};
+
+}  // namespace kv_tr::desktop

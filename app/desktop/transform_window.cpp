@@ -1,0 +1,150 @@
+// The window that transforms a coordinate file.
+#include "desktop/transform_window.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QFontDatabase>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTreeWidget>
+
+#include "desktop/ui_text.h"
+#include "support/errors.h"
+#include "support/message.h"
+
+namespace kv_tr::desktop {
+
+TransformWindow::TransformWindow(TransformForm& form, QWidget* parent)
+    : QDialog(parent), form_(form) {
+    setWindowTitle(WithoutDots(UiText(1173)));
+    resize(640, 420);
+    auto* grid = new QGridLayout;
+    input_ = AddFileRow(*grid, 1186, &TransformForm::BrowseInput);
+    input_->setObjectName("input");
+    output_ = AddFileRow(*grid, 1187, &TransformForm::BrowseOutput);
+    output_->setObjectName("output");
+    connect(input_, &QLineEdit::textEdited, [this](const QString& text) {
+        form_.Input(text.toStdString());
+        Redraw();
+    });
+    connect(output_, &QLineEdit::textEdited,
+            [this](const QString& text) { form_.output = text.toStdString(); });
+
+    auto* decimals = new QSpinBox(this);
+    decimals->setRange(0, 15);
+    decimals->setValue(form.options.decimals);
+    connect(decimals, &QSpinBox::valueChanged, [this](int value) {
+        form_.options.decimals = value;
+        RedrawPreview();
+    });
+    grid->addWidget(new QLabel(UiText(1188), this), 2, 0);
+    grid->addWidget(decimals, 2, 1, Qt::AlignLeft);
+
+    auto* frame = new QGroupBox(UiText(1189), this);
+    preview_ = new QTreeWidget(frame);
+    preview_->setHeaderHidden(true);
+    preview_->setColumnCount(2);
+    preview_->setRootIsDecorated(false);
+    preview_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    preview_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    (new QVBoxLayout(frame))->addWidget(preview_);
+
+    run_ = new QPushButton(UiText(1190), this);
+    run_->setObjectName("run");
+    connect(run_, &QPushButton::clicked, [this] { Run(); });
+    auto* cancel = new QPushButton(UiText(18), this);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    auto* ends = new QHBoxLayout;
+    ends->addStretch();
+    ends->addWidget(run_);
+    ends->addWidget(cancel);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(grid);
+    layout->addWidget(MakeCheckBox(1019, &host::CoordinateOptions::noId));
+    layout->addWidget(MakeCheckBox(1020, &host::CoordinateOptions::keepGoing));
+    layout->addWidget(frame, 1);
+    layout->addLayout(ends);
+    run_->setDefault(true);
+    Redraw();
+}
+
+QLineEdit* TransformWindow::AddFileRow(QGridLayout& grid, int labelId,
+                                       void (TransformForm::*browse)()) {
+    const int row = grid.rowCount() == 1 && grid.count() == 0 ? 0 : grid.rowCount();
+    auto* edit = new QLineEdit(this);
+    auto* label = new QLabel(UiText(labelId), this);
+    label->setBuddy(edit);
+    auto* button = new QPushButton(UiText(17), this);
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, [this, browse] {
+        (form_.*browse)();
+        Redraw();
+    });
+    grid.addWidget(label, row, 0);
+    grid.addWidget(edit, row, 1);
+    grid.addWidget(button, row, 2);
+    return edit;
+}
+
+QCheckBox* TransformWindow::MakeCheckBox(int textId, bool host::CoordinateOptions::*option) {
+    auto* box = new QCheckBox(UiText(textId), this);
+    connect(box, &QCheckBox::toggled, [this, option](bool checked) {
+        form_.options.*option = checked;
+        RedrawPreview();
+    });
+    return box;
+}
+
+void TransformWindow::Redraw() {
+    const auto show = [](QLineEdit* edit, const std::string& text) {
+        if (edit->text().toStdString() != text) edit->setText(QString::fromStdString(text));
+    };
+    show(input_, form_.Input());
+    show(output_, form_.output);
+    RedrawPreview();
+}
+
+void TransformWindow::RedrawPreview() {
+    const auto lines = form_.Preview();
+    preview_->clear();
+    for (const auto& line : lines) {
+        const QString image = QString::fromStdString(line.image);
+        new QTreeWidgetItem(preview_, {QString::fromStdString(line.source),
+                                       image.isEmpty() ? image : "→ " + image});
+    }
+    run_->setEnabled(!lines.empty());
+}
+
+void TransformWindow::Run() {
+    constexpr int kSteps = 1000;
+    QProgressDialog bar(windowTitle(), UiText(18), 0, kSteps, this);
+    bar.setWindowTitle(windowTitle());
+    bar.setWindowModality(Qt::WindowModal);
+    bar.setAutoReset(false);
+    QElapsedTimer sinceDrawn;
+    sinceDrawn.start();
+    const auto progress = [&](double done) {
+        constexpr int kInterval = 50;  // milliseconds
+        if (sinceDrawn.elapsed() >= kInterval) {
+            bar.setValue(static_cast<int>(done * kSteps));
+            QApplication::processEvents();
+            sinceDrawn.start();
+        }
+        return !bar.wasCanceled();
+    };
+    try {
+        if (form_.Run(progress)) accept();
+    } catch (const RuntimeError& error) {
+        ShowMessage(error.what(), Icon::kExclamation);
+    }
+}
+
+}  // namespace kv_tr::desktop

@@ -1,0 +1,15 @@
+// Texts of the component as Qt shows them.
+#pragma once
+
+#include <QString>
+
+#include "support/ml_strings.h"
+
+namespace kv_tr::desktop {
+
+inline QString UiText(int id) { return QString::fromStdString(GetMlString(id, {})); }
+
+/// The text of a menu entry as the title of what it opens.
+inline QString WithoutDots(QString text) { return text.remove("..."); }
+
+}  // namespace kv_tr::desktop

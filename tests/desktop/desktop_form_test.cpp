@@ -1,0 +1,126 @@
+// The desktop program without its windows.
+#include "desktop/desktop_form.h"
+
+#include <gtest/gtest.h>
+
+#include "desktop/transform_form.h"
+#include "helpers/files.h"
+#include "helpers/recording_platform.h"
+#include "params/affine_record.h"
+
+namespace kv_tr::test {
+namespace {
+
+using desktop::DesktopForm;
+using desktop::TransformForm;
+using Kind = DesktopForm::FileKind;
+
+class Desktop : public testing::Test {
+protected:
+    RecordingPlatform platform;
+    const TemporaryFolder folder;
+    DesktopForm form{*platform.texts};
+
+    std::string File(const std::string& name, const std::string& text) const {
+        WriteFile(folder.File(name), text);
+        return folder.File(name);
+    }
+};
+
+TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
+    const std::string points = "A 0 0 100 200\nB 10 0 110 200\nC 0 10 100 210\n";
+    const std::tuple<std::string, std::string, Kind, bool, std::string> cases[] = {
+        // name, text, kind, whether there are parameters then, beginning of the message
+        {"coordinates.txt", "\nA 1 2 3\n", Kind::kCoordinates, false, ""},
+        {"bad.trp", "0 1 x", Kind::kParameters, false, "Invalid file format!\r\n"},
+        {"gone.all", "", Kind::kParameters, false, "File open error:"},
+        {"broken.dat", points + "D 5 x 1 1\n", Kind::kControlPoints, false, "{}, line 4: "},
+        {"commas.dat", "A 1,5 2,5 3,5 4,5\n", Kind::kControlPoints, false, "{}: commas "},
+        {"shift.trp", "100,000\n1,0\n0,0\n200,000\n0,0\n1,0\n", Kind::kParameters, true, ""},
+        {"order1.all", "t\n\n sy = 0 sx = 0\n1 5 6\n2 1 0\n3 0 1\n", Kind::kParameters, true, ""},
+    };
+    for (const auto& [name, text, kind, parameters, message] : cases) {
+        SCOPED_TRACE(name);
+        const std::string path = text.empty() ? folder.File(name) : File(name, text);
+        EXPECT_EQ(form.OpenFile(path), kind);
+        EXPECT_EQ(form.HasParameters(), parameters);
+        const auto texts = platform.TakeTexts();
+        ASSERT_EQ(texts.size(), message.empty() ? 0 : 1);
+        if (!message.empty()) {
+            EXPECT_TRUE(texts[0].starts_with(message.starts_with("{}") ? path + message.substr(2)
+                                                                       : message))
+                << texts[0];
+        }
+    }
+    EXPECT_EQ(form.Image({"1", "2"}).first, "6.000");
+
+    platform.confirm = false;
+    EXPECT_EQ(form.OpenFile(File("good.dat", points)), Kind::kControlPoints);
+    EXPECT_EQ(platform.opened, std::vector<std::string>{"apply"});
+    EXPECT_EQ(form.Image({"1", "2"}).first, "6.000") << "a cancelled fit takes nothing";
+    platform.confirm = true;
+    form.Adjust();
+    EXPECT_EQ(form.Record().eType, TR_AFFIN);
+
+    const std::vector<std::string> recent{folder.File("good.dat"), folder.File("order1.all"),
+                                          folder.File("shift.trp")};
+    EXPECT_EQ(form.Recent(), recent);
+    EXPECT_EQ(DesktopForm(*platform.texts).Recent(), recent);
+}
+
+TEST_F(Desktop, TransformsWhatIsTypedAndKeepsParametersThatNoDialogConfirmed) {
+    form.OpenFile(File("turn.trp", "100\n0\n-1\n200\n1\n0\n"));
+    EXPECT_EQ(form.Image({"1,5", " 2.5"}).first, "97.500");
+    EXPECT_EQ(form.Image({"1.5", ""}).second, "");
+    const auto gon = host::AngleUnits()[2];
+    EXPECT_EQ(form.ImageOfDirection("50", gon, "100", {"0", "0"}), "150.0000000");
+    EXPECT_EQ(form.ImageOfDirection("50", gon, "x", {"0", "0"}), "");
+
+    form.Invert();
+    EXPECT_EQ(form.Image({"97.5", "201.5"}).first, "1.500");
+    platform.confirm = false;
+    platform.nationalChoice = TR_HER_STG;
+    const TR_PRM before = form.Record();
+    form.EditAffine();
+    form.ChooseNational();
+    EXPECT_EQ(form.Record().eType, before.eType);
+    platform.confirm = true;
+    form.ChooseNational();
+    EXPECT_EQ(form.Record().eType, TR_HER_STG) << "the one that was chosen";
+    EXPECT_FALSE(form.CanInvert());
+
+    form.SwitchLanguage(kHungarian);
+    EXPECT_EQ(GetMlString(1160, {}), "Fájl");
+    EXPECT_EQ(DesktopForm::RememberedLanguage(kEnglish), kHungarian);
+}
+
+TEST_F(Desktop, WritesAWholeResultFileOrNone) {
+    TR_PRM shift = IdentityRecord();
+    shift.dA0 = 100;
+    TransformForm transform(shift);
+    transform.Input(File("in.txt", "A 1 2 stone\r\nB x 2\nC 3 4"));
+    const auto run = [&transform] { return transform.Run([](double) { return true; }); };
+    ASSERT_EQ(transform.output, folder.File("in_tr.txt"));
+    ASSERT_EQ(transform.Preview().size(), 3U);
+    EXPECT_EQ(transform.Preview()[0].image, "A 101.000 2.000 stone");
+    EXPECT_EQ(transform.Preview()[1].image, "");
+
+    EXPECT_FALSE(run());
+    EXPECT_TRUE(platform.TakeTexts().front().starts_with(transform.Input() + ", line 2: "));
+    transform.options.keepGoing = true;
+    EXPECT_FALSE(transform.Run([](double done) { return done < 0.5; }));
+    EXPECT_FALSE(std::filesystem::exists(transform.output));
+    EXPECT_TRUE(run());
+    const std::string result = "A 101.000 2.000 stone\r\nB x 2\nC 103.000 4.000";
+    EXPECT_EQ(ReadFile(transform.output), result);
+
+    transform.options.noId = true;
+    EXPECT_FALSE(run()) << "the default is not to replace a file";
+    EXPECT_EQ(ReadFile(transform.output), result);
+    transform.output = transform.Input();
+    EXPECT_FALSE(run());
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.File("")), {}), 2);
+}
+
+}  // namespace
+}  // namespace kv_tr::test

@@ -1,0 +1,115 @@
+// Writes the pictures of the parameter dialogs and of the desktop program:
+// desktop_screenshots FOLDER [LANGUAGE [dark]].
+#include <QApplication>
+#include <QLineEdit>
+#include <QPalette>
+#include <QStyleFactory>
+#include <cstdio>
+
+#include "common/languages.h"
+#include "desktop/host_window.h"
+#include "desktop/transform_window.h"
+#include "helpers/files.h"
+#include "helpers/recording_platform.h"
+#include "ui/qt/frmAffinTrPrm_window.h"
+#include "ui/qt/frmChooseDAT2M1_window.h"
+#include "ui/qt/frmChoosePrm_window.h"
+#include "ui/qt/text_window.h"
+
+namespace {
+
+using namespace kv_tr;
+
+class Camera {
+public:
+    Camera(QString folder, const char* language) : folder_(std::move(folder)), suffix_(language) {}
+
+    void Take(QWidget& window, const char* name) const {
+        constexpr int kSmallestFile = 0;
+        window.show();
+        QApplication::processEvents();
+        window.grab()
+            .toImage()
+            .convertToFormat(QImage::Format_RGB444, Qt::AvoidDither | Qt::ThresholdDither)
+            .save(folder_ + "/" + name + "-" + suffix_ + ".png", "PNG", kSmallestFile);
+    }
+
+    /// The window of a form while its dialog is open on some object.
+    template <class Window, class Form>
+    void TakeDialog(const char* name, const auto&... object) const {
+        Form form;
+        form.bDoModal(object.get()..., [&] {
+            Window window(form);
+            Take(window, name);
+        });
+    }
+
+private:
+    QString folder_;
+    QString suffix_;
+};
+
+void TakeDialogs(const Camera& camera) {
+    clsTr transformation;
+    clsTrCalc& engine = *transformation.oCalcTr();
+    engine.bLoadXYsFromFile(EXAMPLES "/swiss_helmert_9.dat", false);
+    engine.eTrType(TR_HELMERT);
+    engine.DoCalcTr();
+    transformation.udtTrPrm(engine.udtTrPrm());
+    camera.TakeDialog<frmChoosePrmWindow, frmChoosePrm>("choose-parameters",
+                                                        std::ref(transformation));
+    camera.TakeDialog<frmAffinTrPrmWindow, frmAffinTrPrm>("six-parameters",
+                                                          std::ref(transformation));
+    const std::string title = "swiss_helmert_9.dat";
+    camera.TakeDialog<ControlPointWindow, frmXY4Tr>("control-points", std::ref(engine),
+                                                    std::cref(title));
+    enuTR_TYPE type = TR_STG_EOV_10e;
+    transformation.udtTrPrmByDAT2M1(type);
+    camera.TakeDialog<PolynomialWindow, frmPoliTrPrm>("polynomial", std::ref(transformation));
+    camera.TakeDialog<frmChooseDAT2M1Window, frmChooseDAT2M1>("national", std::ref(type));
+}
+
+void TakeProgram(const Camera& camera, test::RecordingPlatform& platform) {
+    const test::TemporaryFolder folder;
+    const std::string parameters = folder.File("kleinluetzel.trp");
+    const std::string points = folder.File("stations.txt");
+    test::WriteFile(parameters, "0.322\n0.99999963\n0.00000129\n1.337\n-0.00000129\n0.99999963\n");
+    test::WriteFile(points,
+                    "66.301 591294.430 255778.250 stone\n66.602 598602.520 254944.610 bolt\n");
+    desktop::DesktopForm form(*platform.texts);
+    desktop::HostWindow window(form, "0.1.0");
+    camera.Take(window, "start-page");
+    window.Open(parameters);
+    for (const auto& [name, text] :
+         {std::pair{"Y1", "591294.43"}, {"X1", "255778.25"}, {"direction", "50"}}) {
+        window.findChild<QLineEdit*>(name)->setText(text);
+    }
+    camera.Take(window, "desktop");
+    desktop::TransformForm transform(form.Record());
+    transform.Input(points);
+    desktop::TransformWindow transformWindow(transform, &window);
+    camera.Take(transformWindow, "transform-file");
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    if (argc < 2) {
+        std::puts("usage: desktop_screenshots FOLDER [LANGUAGE [dark]]");
+        return 2;
+    }
+    if (argc > 3) {
+        QPalette dark(QColor(53, 53, 53));
+        dark.setColor(QPalette::Base, QColor(30, 30, 30));
+        QApplication::setPalette(dark);
+    }
+    const char* language = argc > 2 ? argv[2] : "en";
+    test::RecordingPlatform platform(host::LanguageCoded(language));
+    const Camera camera(argv[1], language);
+    TakeDialogs(camera);
+    TakeProgram(camera, platform);
+    return 0;
+}
