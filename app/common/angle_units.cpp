@@ -2,6 +2,7 @@
 #include "common/angle_units.h"
 
 #include <array>
+#include <cmath>
 #include <numbers>
 
 #include "support/number_text.h"
@@ -11,6 +12,12 @@ namespace {
 
 constexpr std::array kUnits{AngleUnit{"rad", std::numbers::pi, 9}, AngleUnit{"deg", 180.0, 7},
                             AngleUnit{"gon", 200.0, 7}};
+
+/// The distance of the floats around a number.
+double Spacing(double value) {
+    const auto single = static_cast<float>(std::abs(value));
+    return std::nextafter(single, HUGE_VALF) - single;
+}
 
 }  // namespace
 
@@ -22,6 +29,16 @@ std::string TransformedDirection(const clsTr& transformation, double direction,
     transformation.TrAngle(direction * transformation.PI / unit.perHalfTurn, image, point.first,
                            point.second, length);
     return FormatFixed(image * unit.perHalfTurn / transformation.PI, unit.decimals, 0);
+}
+
+std::string DirectionUncertainty(const clsTr& transformation, const AngleUnit& unit,
+                                 PlanePoint point, double length) {
+    PlanePoint image;
+    transformation.TrXY(point.first, point.second, image.first, image.second);
+    // The half spacing of floats for each of the two points is a whole one for the difference.
+    const double rounding = std::hypot(Spacing(image.first), Spacing(image.second));
+    return FormatFixed(rounding / std::abs(length) * unit.perHalfTurn / transformation.PI,
+                       static_cast<std::uint8_t>(unit.decimals - 2), 0);
 }
 
 }  // namespace kv_tr::host

@@ -20,4 +20,10 @@ std::span<const AngleUnit> AngleUnits();
 std::string TransformedDirection(const clsTr& transformation, double direction,
                                  const AngleUnit& unit, PlanePoint point, double length);
 
+/// How far that may be off because the image coordinates are rounded to single precision before
+/// they are subtracted, as text in the unit: the greatest rounding over the length. It falls as
+/// the length grows.
+std::string DirectionUncertainty(const clsTr& transformation, const AngleUnit& unit,
+                                 PlanePoint point, double length);
+
 }  // namespace kv_tr::host

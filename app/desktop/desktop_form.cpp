@@ -65,6 +65,7 @@ std::string DesktopForm::ListingText() const {
 
 std::string DesktopForm::FormulaText() const {
     std::string text;
+    if (!transformation_.bTypeIsPolinom()) return text;
     for (const std::string& formula : FormulaTexts(Record().eType)) text += formula + "\r\n";
     return text;
 }
@@ -205,14 +206,16 @@ DesktopForm::PointTexts DesktopForm::Image(const PointTexts& texts) const {
     return {FormatFixed(image.first, 3, 0), FormatFixed(image.second, 3, 0)};
 }
 
-std::string DesktopForm::ImageOfDirection(const std::string& direction, const host::AngleUnit& unit,
-                                          const std::string& length,
-                                          const PointTexts& texts) const {
+DesktopForm::DirectionTexts DesktopForm::ImageOfDirection(const std::string& direction,
+                                                          const host::AngleUnit& unit,
+                                                          const std::string& length,
+                                                          const PointTexts& texts) const {
     const auto point = PointOf(texts);
     const auto angle = Number(direction);
     const auto metres = Number(length);
     if (!point || !angle || !metres) return {};
-    return host::TransformedDirection(transformation_, *angle, unit, *point, *metres);
+    return {host::TransformedDirection(transformation_, *angle, unit, *point, *metres),
+            host::DirectionUncertainty(transformation_, unit, *point, *metres)};
 }
 
 void DesktopForm::SwitchLanguage(std::int32_t languageId) {

@@ -32,6 +32,7 @@ public:
     TR_PRM Record() const { return transformation_.udtTrPrm(); }
     std::string TypeText() const { return transformation_.sTrTypeName(); }
     std::string ListingText() const;  // lines end with CR LF
+    /// The formulas of a polynomial type; the listing of six parameters has them itself.
     std::string FormulaText() const;
     const std::vector<std::string>& Recent() const { return recent_.Names(); }
 
@@ -62,8 +63,12 @@ public:
         std::string second;
     };
     PointTexts Image(const PointTexts& point) const;
-    std::string ImageOfDirection(const std::string& direction, const host::AngleUnit& unit,
-                                 const std::string& length, const PointTexts& point) const;
+    struct DirectionTexts {
+        std::string image;
+        std::string uncertainty;  // see host::DirectionUncertainty
+    };
+    DirectionTexts ImageOfDirection(const std::string& direction, const host::AngleUnit& unit,
+                                    const std::string& length, const PointTexts& point) const;
 
     /// Switches the language of the whole program and remembers it.
     void SwitchLanguage(std::int32_t languageId);

@@ -34,8 +34,8 @@ QWidget* HostWindow::MakeStartPage() {
     layout->addSpacing(12);
     for (QPushButton* button : {MakeButton(1161, [this] { form_.ChooseParameters(); }),
                                 MakeButton(1162, [this] { form_.OpenControlPoints(); })}) {
-        button->setMinimumHeight(44);
-        layout->addWidget(button);
+        button->setMinimumSize(360, 44);
+        layout->addWidget(button, 0, Qt::AlignLeft);
     }
     layout->addWidget(hint);
     layout->addSpacing(12);
@@ -83,7 +83,6 @@ QGroupBox* HostWindow::MakeParameters() {
     auto* layout = new QVBoxLayout(group);
     layout->addWidget(type_);
     layout->addWidget(listing_, 1);
-    layout->addWidget(MakeLabel(1184));
     layout->addWidget(formula_);
     return group;
 }
@@ -108,8 +107,9 @@ QGroupBox* HostWindow::MakeDirection() {
     QGroupBox* group = MakeGroup(1179);
     direction_ = MakeInput("direction");
     length_ = MakeInput("length");
-    length_->setText("100");
+    length_->setText("1000");
     directionImage_ = MakeResult("directionImage");
+    uncertainty_ = new QLabel(group);
     unit_ = new QComboBox(group);
     unit_->setObjectName("unit");
     for (const host::AngleUnit& unit : host::AngleUnits()) {
@@ -119,6 +119,7 @@ QGroupBox* HostWindow::MakeDirection() {
     captions_.emplace_back([this] {
         direction_->setToolTip(UiText(1048));
         length_->setToolTip(UiText(1052));
+        uncertainty_->setToolTip(UiText(1198));
     });
     auto* grid = new QGridLayout(group);
     grid->addWidget(MakeLabel(1180), 0, 0);
@@ -128,6 +129,7 @@ QGroupBox* HostWindow::MakeDirection() {
     grid->addWidget(length_, 1, 1);
     grid->addWidget(MakeLabel(1182), 2, 0);
     grid->addWidget(directionImage_, 2, 1);
+    grid->addWidget(uncertainty_, 3, 1, Qt::AlignRight);
     return group;
 }
 

@@ -136,6 +136,7 @@ void HostWindow::Redraw() {
     listing_->setPlainText(
         QString::fromStdString(form_.ListingText()).remove('\r').remove('\t').trimmed());
     formula_->setText(QString::fromStdString(form_.FormulaText()).remove('\r').trimmed());
+    formula_->setVisible(!formula_->text().isEmpty());
     RedrawResults();
 }
 
@@ -158,8 +159,11 @@ void HostWindow::RedrawResults() {
     image_[0]->setText(QString::fromStdString(image.first));
     image_[1]->setText(QString::fromStdString(image.second));
     const auto& unit = host::AngleUnits()[static_cast<std::size_t>(unit_->currentIndex())];
-    directionImage_->setText(QString::fromStdString(form_.ImageOfDirection(
-        direction_->text().toStdString(), unit, length_->text().toStdString(), point)));
+    const auto direction = form_.ImageOfDirection(direction_->text().toStdString(), unit,
+                                                  length_->text().toStdString(), point);
+    directionImage_->setText(QString::fromStdString(direction.image));
+    uncertainty_->setText(
+        direction.image.empty() ? QString() : "± " + QString::fromStdString(direction.uncertainty));
 }
 
 void HostWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -75,6 +75,7 @@ private:
     QComboBox* unit_ = nullptr;
     QLineEdit* length_ = nullptr;
     QLineEdit* directionImage_ = nullptr;
+    QLabel* uncertainty_ = nullptr;
     Subscription changed_;
 };
 

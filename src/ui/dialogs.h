@@ -16,12 +16,12 @@ namespace kv_tr {
 
 /// How each form is shown: each function opens a window of the form and returns when it is closed.
 struct Windows {
-    std::function<void(frmTr&)> tr;
-    std::function<void(frmChoosePrm&)> chooseParameters;
-    std::function<void(frmAffinTrPrm&)> affine;
-    std::function<void(frmPoliTrPrm&)> polynomial;
-    std::function<void(frmChooseDAT2M1&)> chooseNational;
-    std::function<void(frmXY4Tr&)> controlPoints;
+    std::function<void(frmTr&)> tr{};
+    std::function<void(frmChoosePrm&)> chooseParameters{};
+    std::function<void(frmAffinTrPrm&)> affine{};
+    std::function<void(frmPoliTrPrm&)> polynomial{};
+    std::function<void(frmChooseDAT2M1&)> chooseNational{};
+    std::function<void(frmXY4Tr&)> controlPoints{};
 };
 
 /// Dialogs that are forms in these windows. A form without a window tells the user that it cannot

@@ -73,8 +73,10 @@ TEST_F(Desktop, TransformsWhatIsTypedAndKeepsParametersThatNoDialogConfirmed) {
     EXPECT_EQ(form.Image({"1,5", " 2.5"}).first, "97.500");
     EXPECT_EQ(form.Image({"1.5", ""}).second, "");
     const auto gon = host::AngleUnits()[2];
-    EXPECT_EQ(form.ImageOfDirection("50", gon, "100", {"0", "0"}), "150.0000000");
-    EXPECT_EQ(form.ImageOfDirection("50", gon, "x", {"0", "0"}), "");
+    EXPECT_EQ(form.ImageOfDirection("100", gon, "100", {"0", "0"}).image, "200.0000000");
+    EXPECT_EQ(form.ImageOfDirection("50", gon, "x", {"0", "0"}).image, "");
+    // At 600 km floats are 2^-4 m apart, at 100 m still 2^-17.
+    EXPECT_EQ(form.ImageOfDirection("50", gon, "1000", {"0", "600000"}).uncertainty, "0.00398");
 
     form.Invert();
     EXPECT_EQ(form.Image({"97.5", "201.5"}).first, "1.500");

@@ -261,7 +261,6 @@ constexpr MlString kEnglishStrings[] = {
     {1181, "Length [m]:"},
     {1182, "Result:"},
     {1183, "Current parameters"},
-    {1184, "Formula"},
     {1185, "Start page"},
     {1186, "Coordinate file:"},
     {1187, "Result file:"},
@@ -275,7 +274,7 @@ constexpr MlString kEnglishStrings[] = {
     {1195, "There are no parameters yet: choose them first."},
     {1196, "Version {0}\r\n\r\nFree software under the MIT licence. Its windows are drawn by Qt {1}, under the LGPL, version 3."},
     {1197, "The result cannot take the place of the coordinate file."},
-    {1198, "not a number"},
+    {1198, "So much may come from the coordinates being rounded to single precision; less with a greater length."},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

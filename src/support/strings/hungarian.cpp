@@ -262,7 +262,6 @@ constexpr MlString kHungarianStrings[] = {
     {1181, "Hossz [m]:"},
     {1182, "Eredmény:"},
     {1183, "Jelenlegi paraméterek"},
-    {1184, "Képlet"},
     {1185, "Kezdőlap"},
     {1186, "Koordinátafájl:"},
     {1187, "Eredményfájl:"},
@@ -276,7 +275,7 @@ constexpr MlString kHungarianStrings[] = {
     {1195, "Még nincsenek paraméterek: először azokat kell kiválasztani."},
     {1196, "{0}. változat\r\n\r\nSzabad szoftver, az MIT-licenc szerint. Az ablakokat a Qt {1} rajzolja, az LGPL 3. változata szerint."},
     {1197, "Az eredmény nem íródhat a koordinátafájl helyére."},
-    {1198, "nem szám"},
+    {1198, "Ennyit tehet ki a koordináták egyszeres pontosságú kerekítése; nagyobb hosszal kisebb."},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

@@ -261,7 +261,6 @@ constexpr MlString kRomanianStrings[] = {
     {1181, "Lungime [m]:"},
     {1182, "Rezultat:"},
     {1183, "Parametrii actuali"},
-    {1184, "Formulă"},
     {1185, "Pagina de start"},
     {1186, "Fișier de coordonate:"},
     {1187, "Fișierul rezultat:"},
@@ -275,7 +274,7 @@ constexpr MlString kRomanianStrings[] = {
     {1195, "Încă nu există parametri: alegeți-i mai întâi."},
     {1196, "Versiunea {0}\r\n\r\nSoftware liber, sub licența MIT. Ferestrele sunt desenate de Qt {1}, sub LGPL versiunea 3."},
     {1197, "Rezultatul nu poate lua locul fișierului de coordonate."},
-    {1198, "nu este un număr"},
+    {1198, "Atât poate fi efectul rotunjirii coordonatelor la precizie simplă; scade cu lungimea."},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

@@ -261,7 +261,6 @@ constexpr MlString kSerbianStrings[] = {
     {1181, "Dužina [m]:"},
     {1182, "Rezultat:"},
     {1183, "Trenutni parametri"},
-    {1184, "Formula"},
     {1185, "Početna strana"},
     {1186, "Datoteka koordinata:"},
     {1187, "Datoteka rezultata:"},
@@ -275,7 +274,7 @@ constexpr MlString kSerbianStrings[] = {
     {1195, "Još nema parametara: prvo ih izaberite."},
     {1196, "Verzija {0}\r\n\r\nSlobodan softver pod licencom MIT. Prozore crta Qt {1}, pod licencom LGPL, verzija 3."},
     {1197, "Rezultat ne može da zameni datoteku koordinata."},
-    {1198, "nije broj"},
+    {1198, "Toliko može da iznosi zaokruživanje koordinata na jednostruku tačnost; manje je sa većom dužinom."},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

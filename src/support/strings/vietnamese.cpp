@@ -261,7 +261,6 @@ constexpr MlString kVietnameseStrings[] = {
     {1181, "Chiều dài [m]:"},
     {1182, "Kết quả:"},
     {1183, "Tham số hiện tại"},
-    {1184, "Công thức"},
     {1185, "Trang đầu"},
     {1186, "Tệp tọa độ:"},
     {1187, "Tệp kết quả:"},
@@ -275,7 +274,7 @@ constexpr MlString kVietnameseStrings[] = {
     {1195, "Chưa có tham số: hãy chọn tham số trước."},
     {1196, "Phiên bản {0}\r\n\r\nPhần mềm tự do theo giấy phép MIT. Các cửa sổ do Qt {1} vẽ, theo LGPL phiên bản 3."},
     {1197, "Kết quả không thể ghi đè lên tệp tọa độ."},
-    {1198, "không phải là số"},
+    {1198, "Ảnh hưởng lớn nhất do làm tròn tọa độ về độ chính xác đơn; chiều dài càng lớn thì càng nhỏ."},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));

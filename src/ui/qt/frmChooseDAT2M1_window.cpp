@@ -19,9 +19,11 @@ QStringList Texts(const std::vector<std::string>& texts) {
 }  // namespace
 
 frmChooseDAT2M1Window::frmChooseDAT2M1Window(frmChooseDAT2M1& form)
-    : FormWindow("frmChooseDAT2M1", {640, 560}), form_(form) {
+    : FormWindow("frmChooseDAT2M1", {640, 520}), form_(form) {
     list_ = new QTreeWidget(this);
     list_->setObjectName("lstTr");
+    list_->setHeaderLabels(
+        Texts(frmChooseDAT2M1::Headings()));  // before rows: one selects its cells
     list_->setRootIsDecorated(false);
     list_->setAlternatingRowColors(true);
     list_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);

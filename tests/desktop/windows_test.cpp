@@ -1,0 +1,120 @@
+// The wiring of the parameter dialogs' windows and of the main window.
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeWidget>
+
+#include "desktop/host_window.h"
+#include "desktop/transform_window.h"
+#include "helpers/files.h"
+#include "helpers/recording_platform.h"
+#include "ui/qt/frmAffinTrPrm_window.h"
+#include "ui/qt/frmChooseDAT2M1_window.h"
+#include "ui/qt/frmChoosePrm_window.h"
+#include "ui/qt/text_window.h"
+
+namespace kv_tr::test {
+namespace {
+
+class WindowsOfForms : public testing::Test {
+protected:
+    RecordingPlatform platform;
+    clsTr transformation;
+
+    /// Shows the window of a form on the transformation and plays the script with it.
+    template <class Window, class Form>
+    bool Open(const std::function<void(Window&)>& script) {
+        Form form;
+        return form.bDoModal(transformation, [&] {
+            Window window(form);
+            window.show();
+            script(window);
+        });
+    }
+};
+
+void Click(const QWidget& window, const char* name) {
+    window.findChild<QPushButton*>(name)->click();
+}
+
+TEST_F(WindowsOfForms, ForwardWhatTheUserDoes) {
+    EXPECT_TRUE((Open<frmAffinTrPrmWindow, frmAffinTrPrm>([&](frmAffinTrPrmWindow& window) {
+        auto* box = window.findChild<QLineEdit*>("txtTrPrm(3)");
+        box->clear();
+        QTest::keyClicks(box, "x");
+        Click(window, "cmdOk");
+        EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{"x"});
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_EQ(box->text(), "0.000");
+        QTest::keyClicks(box, "12.5");
+        Click(window, "cmdOk");
+        EXPECT_FALSE(window.isVisible());
+    })));
+    EXPECT_EQ(transformation.udtTrPrm().dB0, 12.5);
+
+    EXPECT_TRUE((Open<frmChoosePrmWindow, frmChoosePrm>([&](frmChoosePrmWindow& window) {
+        Click(window, "cmdPoli");
+        EXPECT_EQ(platform.opened.back(), "polynomial");
+        EXPECT_FALSE(window.isVisible());
+    })));
+
+    transformation.udtTrPrmByDAT2M1(TR_STG_HER);
+    platform.answers = {Answer::kCancel};
+    EXPECT_FALSE((Open<PolynomialWindow, frmPoliTrPrm>([&](PolynomialWindow& window) {
+        auto* box = window.findChild<QPlainTextEdit*>("rtBox");
+        EXPECT_TRUE(box->toPlainText().startsWith("STG-HÉR transzformáció\n\n sy = 0.000"));
+        QTest::keyClicks(box, "x");
+        Click(window, "cmdOk");
+        EXPECT_EQ(platform.TakeTexts().size(), 1U);
+        EXPECT_TRUE(window.isVisible());
+        Click(window, "cmdNok");
+    })));
+
+    enuTR_TYPE type = TR_POLI_1;
+    frmChooseDAT2M1 form;
+    EXPECT_TRUE(form.bDoModal(type, [&] {
+        frmChooseDAT2M1Window window(form);
+        EXPECT_FALSE(window.findChild<QPushButton*>("cmdOk")->isEnabled());
+        auto* list = window.findChild<QTreeWidget*>("lstTr");
+        list->setCurrentItem(list->topLevelItem(20));
+        Click(window, "cmdOk");
+    }));
+    EXPECT_EQ(type, TR_EOV_STG_10e);
+}
+
+TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
+    const TemporaryFolder folder;
+    WriteFile(folder.File("shift.trp"), "100\n1\n0\n200\n0\n1\n");
+    WriteFile(folder.File("in.txt"), "A 1 2\n");
+    desktop::DesktopForm form(*platform.texts);
+    desktop::HostWindow window(form, "1.2.3");
+    window.show();
+    window.Open(folder.File("in.txt"));
+    EXPECT_EQ(platform.TakeTexts().size(), 1U) << "no parameters yet";
+    window.Open(folder.File("shift.trp"));
+    window.findChild<QLineEdit*>("Y1")->setText("1");
+    window.findChild<QLineEdit*>("X1")->setText("2");
+    EXPECT_EQ(window.findChild<QLineEdit*>("X2")->text(), "202.000");
+    for (const QAction* entry : window.menuBar()->actions()[2]->menu()->actions()) {
+        const_cast<QAction*>(entry)->trigger();
+        EXPECT_EQ(window.menuBar()->actions()[0]->text().toStdString(),
+                  "&" + GetMlString(1160, {}));
+    }
+    EXPECT_EQ(CurrentMlLanguage(), kSerbian);
+
+    desktop::TransformForm transform(form.Record());
+    transform.Input(folder.File("in.txt"));
+    desktop::TransformWindow transformWindow(transform, &window);
+    transformWindow.show();
+    Click(transformWindow, "run");
+    EXPECT_EQ(ReadFile(folder.File("in_tr.txt")), "A 101.000 202.000\n");
+}
+
+}  // namespace
+}  // namespace kv_tr::test
