@@ -56,6 +56,7 @@ void HostWindow::MakeMenus() {
     QAction* save = AddAction(file, 1164, [this] { form_.SaveParameters(); });
     save->setShortcut(QKeySequence::Save);
     QAction* transform = AddAction(file, 1173, [this] { TransformFile({}); });
+    transform->setShortcut(Qt::CTRL | Qt::Key_T);
     file->addSeparator();
     startPage_ = AddAction(file, 1185, [this] { pages_->setCurrentIndex(0); });
     AddAction(file, 1166, [this] { close(); })->setShortcut(QKeySequence::Quit);

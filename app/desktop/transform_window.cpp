@@ -132,8 +132,9 @@ void TransformWindow::Run() {
     QElapsedTimer sinceDrawn;
     sinceDrawn.start();
     const auto progress = [&](double done) {
-        constexpr int kInterval = 50;  // milliseconds
+        constexpr int kInterval = 100;  // milliseconds
         if (sinceDrawn.elapsed() >= kInterval) {
+            bar.show();  // before any event could start a second run
             bar.setValue(static_cast<int>(done * kSteps));
             QApplication::processEvents();
             sinceDrawn.start();

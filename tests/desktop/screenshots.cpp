@@ -72,7 +72,8 @@ void TakeDialogs(const Camera& camera) {
 void TakeProgram(const Camera& camera, test::RecordingPlatform& platform) {
     const test::TemporaryFolder folder;
     const std::string parameters = folder.File("kleinluetzel.trp");
-    const std::string points = folder.File("stations.txt");
+    std::filesystem::current_path(folder.File(""));  // a short path is enough in the picture
+    const std::string points = "stations.txt";
     test::WriteFile(parameters, "0.322\n0.99999963\n0.00000129\n1.337\n-0.00000129\n0.99999963\n");
     test::WriteFile(points,
                     "66.301 591294.430 255778.250 stone\n66.602 598602.520 254944.610 bolt\n");

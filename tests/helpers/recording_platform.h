@@ -113,8 +113,7 @@ private:
                 .files = std::make_unique<Files>(*this),
                 .settings = std::make_unique<Settings>(*this),
                 .texts = std::move(embedded),
-                .dialogs =
-                    dialogs ? std::move(dialogs) : std::make_unique<RecordedDialogs>(*this)};
+                .dialogs = dialogs ? std::move(dialogs) : std::make_unique<RecordedDialogs>(*this)};
     }
 
     ComponentScope scope_;

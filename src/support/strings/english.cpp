@@ -268,7 +268,7 @@ constexpr MlString kEnglishStrings[] = {
     {1189, "What it will look like (first lines)"},
     {1190, "Transform"},
     {1191, "{0} exists already. Replace it?"},
-    {1192, "{0} lines transformed to {1}"},
+    {1192, "Lines transformed: {0}, to {1}"},
     {1193, "Cancelled; nothing was written."},
     {1194, "Coordinates (*.txt;*.dat;*.csv)|*.txt;*.dat;*.csv"},
     {1195, "There are no parameters yet: choose them first."},
