@@ -1,6 +1,8 @@
 // The files that were opened last, remembered between runs.
 #include "desktop/recent_files.h"
 
+#include <filesystem>
+
 #include "support/settings.h"
 
 namespace kv_tr::desktop {
@@ -19,7 +21,8 @@ RecentFiles::RecentFiles() {
     }
 }
 
-void RecentFiles::Add(const std::string& name) {
+void RecentFiles::Add(const std::string& fileName) {
+    const std::string name = std::filesystem::absolute(fileName).string();
     std::erase(names_, name);
     names_.insert(names_.begin(), name);
     if (names_.size() > kMost) names_.pop_back();

@@ -15,7 +15,7 @@ public:
     RecentFiles();
 
     const std::vector<std::string>& Names() const { return names_; }
-    void Add(const std::string& name);
+    void Add(const std::string& fileName);
 
 private:
     std::vector<std::string> names_;

@@ -34,9 +34,9 @@ void ReportOpenFailure(const std::string& name) {
     ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + name, Icon::kExclamation);
 }
 
-bool IsFolder(const std::string& name) {
+bool CanBeRead(const std::string& name) {
     std::error_code error;
-    return fs::is_directory(name, error);
+    return !fs::is_directory(name, error) && std::ifstream(name).is_open();
 }
 
 }  // namespace
@@ -61,9 +61,8 @@ void TransformForm::BrowseOutput() {
 
 std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
     std::vector<PreviewLine> lines;
-    std::ifstream stream;
-    if (!IsFolder(input_)) stream.open(input_, std::ios::binary);
-    if (!stream.is_open()) return lines;
+    if (!CanBeRead(input_)) return lines;
+    std::ifstream stream(input_, std::ios::binary);
     try {
         LineReader reader(*stream.rdbuf());
         reader.SkipUtf8Mark();
@@ -92,18 +91,14 @@ bool TransformForm::MayWrite() const {
                 .defaultAnswer = Answer::kNo}) == Answer::kYes;
 }
 
-bool TransformForm::Run(const Progress& progress) const {
-    std::ifstream source;
-    if (!IsFolder(input_)) source.open(input_, std::ios::binary);
-    if (!source.is_open()) {
-        ReportOpenFailure(input_);
-        return false;
-    }
-    if (!MayWrite()) return false;
+/// Nothing after a file that does not open has been shown. A result file that is not finished is
+/// gone when the user is told so.
+std::optional<host::CoordinateResult> TransformForm::Write(const Progress& progress) const {
+    std::ifstream source(input_, std::ios::binary);
     ReplacingFile file(output);
     if (!file.IsOpen()) {
         ReportOpenFailure(output);
-        return false;
+        return std::nullopt;
     }
     std::error_code error;
     const auto size =
@@ -113,15 +108,26 @@ bool TransformForm::Run(const Progress& progress) const {
         [&](std::uint64_t, std::uint64_t bytes) {
             return progress(std::min(static_cast<double>(bytes) / size, 1.0));
         });
-    host::ReportBadLines(result, input_);
-    if (result.cancelled) ShowMessage(GetMlString(1193, "Megszakítva; semmi sem íródott ki."));
-    if (!result.Complete()) return false;
-    if (!file.Commit()) {
+    if (result.Complete() && !file.Commit()) {
         throw RuntimeError(ErrorNumber::kWriteFailed,
                            GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + output);
     }
+    return result;
+}
+
+bool TransformForm::Run(const Progress& progress) const {
+    if (!CanBeRead(input_)) {
+        ReportOpenFailure(input_);
+        return false;
+    }
+    if (!MayWrite()) return false;
+    const auto result = Write(progress);
+    if (!result) return false;
+    host::ReportBadLines(*result, input_);
+    if (result->cancelled) ShowMessage(GetMlString(1193, "Megszakítva; semmi sem íródott ki."));
+    if (!result->Complete()) return false;
     ShowMessage(FillPlaces(GetMlString(1192, "{0} sor átszámítva ide: {1}"),
-                           {std::to_string(result.lines), output}),
+                           {std::to_string(result->lines), output}),
                 Icon::kInformation);
     return true;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,7 @@ public:
 
 private:
     bool MayWrite() const;
+    std::optional<host::CoordinateResult> Write(const Progress& progress) const;
 
     TR_PRM record_;
     std::string input_;

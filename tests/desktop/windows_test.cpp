@@ -56,7 +56,7 @@ TEST_F(WindowsOfForms, ForwardWhatTheUserDoes) {
         Click(window, "cmdOk");
         EXPECT_FALSE(window.isVisible());
     })));
-    EXPECT_EQ(transformation.udtTrPrm().dB0, 12.5);
+    EXPECT_EQ(double{transformation.udtTrPrm().dB0}, 12.5);
 
     EXPECT_TRUE((Open<frmChoosePrmWindow, frmChoosePrm>([&](frmChoosePrmWindow& window) {
         Click(window, "cmdPoli");

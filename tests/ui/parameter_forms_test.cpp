@@ -67,9 +67,9 @@ TEST_F(AffinTrPrm, TakesNumbersAndWritesThemBackWhicheverWayItIsClosed) {
     }));
     const TR_PRM record = transformation.udtTrPrm();
     EXPECT_EQ(record.eType, TR_AFFIN);
-    EXPECT_EQ(record.dA0, 1.00049) << "a box that was left as it is does not round";
-    EXPECT_EQ(record.dA2, -0.5);
-    EXPECT_EQ(record.dB1, 20.0);
+    EXPECT_EQ(double{record.dA0}, 1.00049) << "a box that was left as it is does not round";
+    EXPECT_EQ(double{record.dA2}, -0.5);
+    EXPECT_EQ(double{record.dB1}, 20.0);
 }
 
 TEST_F(AffinTrPrm, AsksOnlyBeforeTheExactIdentity) {
@@ -109,8 +109,8 @@ TEST_F(AffinTrPrm, LoadsAndSavesInTheOrderOfTheExtension) {
         form.cmdSave();
         EXPECT_EQ(ReadFile(saved).substr(0, 14), "1.000\r\n2.000\r\n") << "what was loaded";
     });
-    EXPECT_EQ(transformation.udtTrPrm().dA0, 99.0);
-    EXPECT_EQ(transformation.udtTrPrm().dB0, 2.0);
+    EXPECT_EQ(double{transformation.udtTrPrm().dA0}, 99.0);
+    EXPECT_EQ(double{transformation.udtTrPrm().dB0}, 2.0);
 
     transformation.udtTrPrmByDAT2M1(TR_STG_HER);
     Open<frmAffinTrPrm>([&](frmAffinTrPrm& form) {
@@ -133,7 +133,7 @@ TEST_F(PoliTrPrm, AsksOnlyAboutAChangedTextAndTakesItWholeOrNotAtAll) {
         form.rtBox(form.rtBox().substr(0, form.rtBox().size() - 1));
         EXPECT_TRUE(form.cmdOk());
     }));
-    EXPECT_EQ(transformation.udtTrPrm().dA4, before.dA4);
+    EXPECT_EQ(double{transformation.udtTrPrm().dA4}, double{before.dA4});
     EXPECT_TRUE(TakeMessages().empty());
 
     const std::string order1 = "t\r\n\r\n sy = 7 sx = 8\r\n1 1 2\r\n2 3 4\r\n3 5 6\r\n";
@@ -162,7 +162,7 @@ TEST_F(PoliTrPrm, AsksOnlyAboutAChangedTextAndTakesItWholeOrNotAtAll) {
         EXPECT_EQ(transformation.udtTrPrm().eType, expected.type);
         EXPECT_EQ(TakeMessages().size(), expected.messages);
     }
-    EXPECT_EQ(transformation.udtTrPrm().dB2, 4.0);
+    EXPECT_EQ(double{transformation.udtTrPrm().dB2}, 4.0);
 }
 
 TEST_F(PoliTrPrm, LoadsChoosesAndSavesTheTextAsItStands) {

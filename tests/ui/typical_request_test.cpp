@@ -87,10 +87,10 @@ TEST(bChooseTrPrm, TakesTheEditorsAndForgetsWhatACancelledOneHasLeft) {
                                    }}));
     clsTr transformation;
     EXPECT_FALSE(transformation.bChooseTrPrm());
-    EXPECT_EQ(transformation.udtTrPrm().dA0, 0.0);
+    EXPECT_EQ(double{transformation.udtTrPrm().dA0}, 0.0);
     confirmEditor = true;
     EXPECT_TRUE(transformation.bChooseTrPrm());
-    EXPECT_EQ(transformation.udtTrPrm().dA0, 5.0);
+    EXPECT_EQ(double{transformation.udtTrPrm().dA0}, 5.0);
     button = &frmChoosePrm::cmdPoli;
     EXPECT_TRUE(transformation.bChooseTrPrm());
     EXPECT_EQ(transformation.udtTrPrm().eType, TR_HER_STG);
