@@ -66,10 +66,11 @@ std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
     try {
         LineReader reader(*stream.rdbuf());
         reader.SkipUtf8Mark();
-        while (std::ssize(lines) < kPreviewLines && reader.Next()) {
-            const std::string line(reader.Line());
-            const auto image = host::TransformLine(line, record_, options);
-            lines.push_back({host::Excerpt(line), host::Excerpt(image.value_or(""))});
+        while (std::ssize(lines) < kPreviewLines && !reader.AtEnd()) {
+            const std::string line(reader.Next());
+            const auto done = host::TransformLines(line, record_, options);
+            const bool bad = done.stoppedAt || done.badLines > 0;
+            lines.push_back({host::Excerpt(line), bad ? "" : host::Excerpt(done.text)});
         }
     } catch (const RuntimeError&) {  // Run says what is wrong with the file
     }
@@ -103,11 +104,13 @@ std::optional<host::CoordinateResult> TransformForm::Write(const Progress& progr
     std::error_code error;
     const auto size =
         static_cast<double>(std::max<std::uintmax_t>(fs::file_size(input_, error), 1));
-    const auto result = host::TransformLines(
-        *source.rdbuf(), [&file](std::string_view bytes) { file.Write(bytes); }, record_, options,
-        [&](std::uint64_t, std::uint64_t bytes) {
-            return progress(std::min(static_cast<double>(bytes) / size, 1.0));
-        });
+    const host::CoordinateOutput to{
+        .write = [&file](std::string_view bytes) { file.Write(bytes); },
+        .goOn =
+            [&](std::uint64_t, std::uint64_t bytes) {
+                return progress(std::min(static_cast<double>(bytes) / size, 1.0));
+            }};
+    const auto result = host::TransformText(*source.rdbuf(), to, record_, options);
     if (result.Complete() && !file.Commit()) {
         throw RuntimeError(ErrorNumber::kWriteFailed,
                            GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + output);
