@@ -9,6 +9,9 @@
 #ifdef KV_TR_HAS_PROJ
 #include <proj.h>
 #endif
+#ifdef KV_TR_HAS_GDAL
+#include "gdal_points.h"
+#endif
 
 namespace kv_tr::benchmarks {
 
@@ -122,6 +125,27 @@ void Proj(benchmark::State& state, enuTR_TYPE type) {
 }
 #endif
 
+#ifdef KV_TR_HAS_GDAL
+void Gdal(benchmark::State& state, int order) {
+    auto pairs = Pairs(1000);
+    for (typeXYs4Tr& pair : pairs) {
+        pair.dXdest = pair.dXsour;
+        pair.dYdest = pair.dYsour;
+    }
+    void* transformer = GdalPoints(pairs).Fit(order);
+    if (transformer == nullptr) return state.SkipWithError("no fit");
+    Arrays arrays(kFromMemory);
+    std::vector<int> successes(kFromMemory);
+    for (auto _ : state) {
+        GDALGCPTransform(transformer, FALSE, kFromMemory, arrays.first.data(), arrays.second.data(),
+                         nullptr, successes.data());
+        benchmark::ClobberMemory();
+    }
+    GDALDestroyGCPTransformer(transformer);
+    Count(state, kFromMemory);
+}
+#endif
+
 void Register(const std::string& name, enuTR_TYPE type) {
     const auto in = [&](const std::string& where) { return name + ", " + where; };
     const auto widest = WidestInstructionSet();
@@ -147,6 +171,10 @@ void Register(const std::string& name, enuTR_TYPE type) {
 
 void RegisterEvaluation() {
     Register("Affine", TR_AFFIN);
+    benchmark::RegisterBenchmark("Order 3, in place/KV_Tr", InPlace, TR_POLI_3);
+#ifdef KV_TR_HAS_GDAL
+    benchmark::RegisterBenchmark("Order 3, in place/GDAL", Gdal, 3);
+#endif
     Register("Order 5", TR_POLI_5);
 }
 

@@ -6,7 +6,7 @@
 #include "samples.h"
 
 #ifdef KV_TR_HAS_GDAL
-#include <gdal_alg.h>
+#include "gdal_points.h"
 #endif
 
 namespace kv_tr::benchmarks {
@@ -30,25 +30,9 @@ void ResidualsAndFigures(benchmark::State& state, enuTR_TYPE type) {
 }
 
 #ifdef KV_TR_HAS_GDAL
-std::vector<GDAL_GCP> GdalPoints(const std::vector<typeXYs4Tr>& pairs) {
-    std::vector<GDAL_GCP> points(pairs.size());
-    GDALInitGCPs(static_cast<int>(points.size()), points.data());
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        points[i].dfGCPPixel = pairs[i].dXsour;
-        points[i].dfGCPLine = pairs[i].dYsour;
-        points[i].dfGCPX = pairs[i].dXdest;
-        points[i].dfGCPY = pairs[i].dYdest;
-    }
-    return points;
-}
-
 void GdalFit(benchmark::State& state, int order) {
-    auto points = GdalPoints(Pairs(kMany));
-    for (auto _ : state) {
-        GDALDestroyGCPTransformer(
-            GDALCreateGCPTransformer(static_cast<int>(kMany), points.data(), order, FALSE));
-    }
-    GDALDeinitGCPs(static_cast<int>(points.size()), points.data());
+    const GdalPoints points(Pairs(kMany));
+    for (auto _ : state) GDALDestroyGCPTransformer(points.Fit(order));
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kMany));
 }
 #endif
