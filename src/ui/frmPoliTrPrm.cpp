@@ -8,7 +8,7 @@
 #include "support/component.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
-#include "support/temporary_text.h"
+#include "support/working_folder.h"
 #include "ui/choose_file.h"
 
 namespace kv_tr {
@@ -69,9 +69,9 @@ bool frmPoliTrPrm::cmdOk() {
 /// Reads the text into the working record; false, with a message, when not every line can be read:
 /// a polynomial of the lines above a slip would be another one.
 bool frmPoliTrPrm::TakeText() {
-    const TemporaryText file("tmp-PoliPrm.all", text_);
     TR_PRM record;
-    const PolynomialReading reading = ReadPolynomialFile(file.Path(), record);
+    const PolynomialReading reading =
+        ReadPolynomialFile(WriteWorkingFile("tmp-PoliPrm.all", text_), record);
     const bool read = reading.accepted && reading.badLine == 0;
     if (read) {
         working_ = record;

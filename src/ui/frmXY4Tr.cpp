@@ -5,7 +5,7 @@
 #include "support/clsFile.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
-#include "support/temporary_text.h"
+#include "support/working_folder.h"
 #include "ui/choose_file.h"
 
 namespace kv_tr {
@@ -62,10 +62,10 @@ bool frmXY4Tr::cmdOk() {
 /// lines above a bad one and says that it succeeded; here that would lose the points below.
 bool frmXY4Tr::TakeText() {
     const bool named = !nameLine_.empty() && text_.starts_with(nameLine_);
-    const TemporaryText file("tmp-XYs4Tr.dat",
-                             std::string_view(text_).substr(named ? nameLine_.size() : 0));
+    const std::string file = WriteWorkingFile(
+        "tmp-XYs4Tr.dat", std::string_view(text_).substr(named ? nameLine_.size() : 0));
     const std::vector before(engine_->Pairs().begin(), engine_->Pairs().end());
-    if (engine_->bLoadXYsFromFile(file.Path(), false) && !ReadControlPoints(file.Path()).failed) {
+    if (engine_->bLoadXYsFromFile(file, false) && !ReadControlPoints(file).failed) {
         return true;
     }
     engine_->AddXY4Tr(before, false);

@@ -7,7 +7,7 @@
 #include "params/affine_record.h"
 #include "support/file_names.h"
 #include "support/settings.h"
-#include "support/temporary_text.h"
+#include "support/working_folder.h"
 #include "ui/frmAffinTrPrm.h"
 #include "ui/frmChooseDAT2M1.h"
 #include "ui/frmChoosePrm.h"
@@ -27,6 +27,8 @@ protected:
     RecordingPlatform platform;
     const TemporaryFolder folder;
     clsTr transformation;
+
+    ParameterForms() { setenv("XDG_CACHE_HOME", folder.File("caches").c_str(), 1); }
 
     template <class Form>
     bool Open(const std::function<void(Form&)>& script) {
@@ -287,18 +289,17 @@ TEST_F(XY4Tr, LeavesTheNameOfALoadedFileOutOfThePoints) {
     EXPECT_EQ(pairs[0].sId, "α") << "no code page may lose a letter";
 }
 
-TEST(TemporaryText, IsTheUsersOnlyAndDoesNotStayBehind) {
-    const RecordingPlatform platform;
-    std::string path;
-    {
-        const TemporaryText file("tmp-PoliPrm.all", "text");
-        path = file.Path();
-        EXPECT_EQ(ReadFile(path), "\xEF\xBB\xBFtext");
-        struct stat folder {};
-        ASSERT_EQ(stat(GetFolderPart(path).c_str(), &folder), 0);
-        EXPECT_EQ(folder.st_mode & 0777U, 0700U);
-    }
-    EXPECT_FALSE(std::filesystem::exists(GetFolderPart(path)));
+using WorkingFolder = ParameterForms;
+TEST_F(WorkingFolder, IsTheUsersOnlyAndKeepsTheLastText) {
+    WriteWorkingFile("tmp-PoliPrm.all", "a longer text");
+    const std::string path = WriteWorkingFile("tmp-PoliPrm.all", "text");
+    EXPECT_EQ(ReadFile(path), "\xEF\xBB\xBFtext");
+    struct stat status {};
+    ASSERT_EQ(stat(std::filesystem::path(path).parent_path().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0700U);
+    std::filesystem::remove(path);
+    std::filesystem::create_directory(path);
+    EXPECT_THROW(WriteWorkingFile("tmp-PoliPrm.all", "text"), RuntimeError);
 }
 
 }  // namespace

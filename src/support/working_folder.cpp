@@ -1,0 +1,47 @@
+// Where a text that was typed becomes a file, for readers that want a file.
+#include "support/working_folder.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "support/errors.h"
+#include "support/ml_strings.h"
+#include "support/replacing_file.h"
+
+namespace kv_tr {
+namespace fs = std::filesystem;
+namespace {
+
+fs::path CacheFolder() {
+#ifdef _WIN32
+    return fs::temp_directory_path();
+#else
+    if (const char* caches = std::getenv("XDG_CACHE_HOME"); caches != nullptr && *caches != 0) {
+        return caches;
+    }
+    const char* home = std::getenv("HOME");
+    return home == nullptr ? fs::path{} : fs::path(home) / ".cache";
+#endif
+}
+
+}  // namespace
+
+std::string WriteWorkingFile(const std::string& fileName, std::string_view text) {
+    const fs::path folder = CacheFolder() / "KV_Tr";
+    std::error_code error;
+    fs::create_directories(folder, error);
+    fs::permissions(folder, fs::perms::owner_all, error);
+    if (!error) {
+        const std::string path = (folder / fileName).string();
+        ReplacingFile file(path);
+        if (file.IsOpen()) {
+            file.Write("\xEF\xBB\xBF");
+            file.Write(text);
+            if (file.Commit()) return path;
+        }
+    }
+    throw RuntimeError(ErrorNumber::kWriteFailed,
+                       GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + fileName);
+}
+
+}  // namespace kv_tr
