@@ -26,9 +26,9 @@ TransformWindow::TransformWindow(TransformForm& form, QWidget* parent)
     setWindowTitle(WithoutDots(UiText(1173)));
     resize(640, 420);
     auto* grid = new QGridLayout;
-    input_ = AddFileRow(*grid, 1186, &TransformForm::BrowseInput);
+    input_ = AddFileRow(*grid, 1186, [this] { form_.BrowseInput(); });
     input_->setObjectName("input");
-    output_ = AddFileRow(*grid, 1187, &TransformForm::BrowseOutput);
+    output_ = AddFileRow(*grid, 1187, [this] { form_.BrowseOutput(); });
     output_->setObjectName("output");
     connect(input_, &QLineEdit::textEdited, [this](const QString& text) {
         form_.Input(text.toStdString());
@@ -77,7 +77,7 @@ TransformWindow::TransformWindow(TransformForm& form, QWidget* parent)
 }
 
 QLineEdit* TransformWindow::AddFileRow(QGridLayout& grid, int labelId,
-                                       void (TransformForm::*browse)()) {
+                                       const std::function<void()>& browse) {
     const int row = grid.rowCount() == 1 && grid.count() == 0 ? 0 : grid.rowCount();
     auto* edit = new QLineEdit(this);
     auto* label = new QLabel(UiText(labelId), this);
@@ -85,7 +85,7 @@ QLineEdit* TransformWindow::AddFileRow(QGridLayout& grid, int labelId,
     auto* button = new QPushButton(UiText(17), this);
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, [this, browse] {
-        (form_.*browse)();
+        browse();
         Redraw();
     });
     grid.addWidget(label, row, 0);

@@ -19,7 +19,7 @@ public:
     TransformWindow(TransformForm& form, QWidget* parent);
 
 private:
-    QLineEdit* AddFileRow(QGridLayout& grid, int labelId, void (TransformForm::*browse)());
+    QLineEdit* AddFileRow(QGridLayout& grid, int labelId, const std::function<void()>& browse);
     QCheckBox* MakeCheckBox(int textId, bool host::CoordinateOptions::*option);
     void Redraw();
     void RedrawPreview();

@@ -8,20 +8,20 @@ namespace kv_tr {
 
 frmChoosePrmWindow::frmChoosePrmWindow(frmChoosePrm& form)
     : FormWindow("frmChoosePrm", {360, 220}), form_(form) {
-    const auto make = [this](const char* name, bool (frmChoosePrm::*click)()) {
+    const auto make = [this](const char* name, const std::function<bool()>& click) {
         return MakeButton(name, [this, click] {
-            if ((form_.*click)()) accept();
+            if (click()) accept();
         });
     };
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(make("cmdAffin", &frmChoosePrm::cmdAffin));
-    layout->addWidget(make("cmdPoli", &frmChoosePrm::cmdPoli));
-    layout->addWidget(make("cmdCalc", &frmChoosePrm::cmdCalc));
+    layout->addWidget(make("cmdAffin", [this] { return form_.cmdAffin(); }));
+    layout->addWidget(make("cmdPoli", [this] { return form_.cmdPoli(); }));
+    layout->addWidget(make("cmdCalc", [this] { return form_.cmdCalc(); }));
     for (auto* button : findChildren<QPushButton*>()) button->setMinimumHeight(40);
     layout->addStretch();
     auto* ends = new QHBoxLayout;
     ends->addStretch();
-    ends->addWidget(make("cmdOk", &frmChoosePrm::cmdOk));
+    ends->addWidget(make("cmdOk", [this] { return form_.cmdOk(); }));
     QPushButton* cancel = MakeButton("cmdNok", [this] { reject(); });
     ends->addWidget(cancel);
     layout->addLayout(ends);
