@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "common/decimal_commas.h"
+#include "common/languages.h"
 #include "common/parameter_reading.h"
 #include "common/point_reading.h"
 #include "engine/control_point_file.h"
@@ -224,8 +225,11 @@ void DesktopForm::SwitchLanguage(std::int32_t languageId) {
 }
 
 std::int32_t DesktopForm::RememberedLanguage(std::int32_t fallback) {
-    const auto id = ParseNumber(Setting(kSection, kLanguage, ""));
-    return id ? static_cast<std::int32_t>(*id) : fallback;
+    const std::string kept = Setting(kSection, kLanguage, "");
+    for (const host::Language& language : host::Languages()) {
+        if (kept == std::to_string(language.id)) return language.id;
+    }
+    return fallback;
 }
 
 void DesktopForm::ShowAbout(const std::string& version, const std::string& toolkitVersion) const {
