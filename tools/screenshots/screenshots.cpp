@@ -1,5 +1,4 @@
-// Writes the pictures of the parameter dialogs and of the desktop program:
-// desktop_screenshots FOLDER [LANGUAGE [dark]].
+// Writes the pictures of the windows that the documents show: screenshots FOLDER LANGUAGE [dark].
 #include <QApplication>
 #include <QLineEdit>
 #include <QPalette>
@@ -14,6 +13,7 @@
 #include "ui/qt/frmAffinTrPrm_window.h"
 #include "ui/qt/frmChooseDAT2M1_window.h"
 #include "ui/qt/frmChoosePrm_window.h"
+#include "ui/qt/frmTr_window.h"
 #include "ui/qt/text_window.h"
 
 namespace {
@@ -48,6 +48,26 @@ private:
     QString folder_;
     QString suffix_;
 };
+
+/// The adjustment dialog in each mode: a bad pair beyond the limit, and one excluded.
+void TakeAdjustment(const Camera& camera) {
+    clsTrCalc engine;
+    engine.bLoadXYsFromFile(EXAMPLES "/swiss_helmert_9.dat", false);
+    engine.gdErrLimit = 0.05;
+    engine.ExcludeByIx(3, false);
+    frmTr form;
+    form.bDoModal(engine, true, [&] {
+        frmTrWindow window(form);
+        window.resize(940, 560);
+        camera.Take(window, "adjustment-table");
+        form.opMode(frmTr::Mode::kEdit);
+        form.Grid1Click(5, 2);
+        camera.Take(window, "adjustment-edit");
+        form.opMode(frmTr::Mode::kGraph);
+        form.chkRad();
+        camera.Take(window, "adjustment-graph");
+    });
+}
 
 void TakeDialogs(const Camera& camera) {
     clsTr transformation;
@@ -98,8 +118,8 @@ int main(int argc, char* argv[]) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create("Fusion"));
-    if (argc < 2) {
-        std::puts("usage: desktop_screenshots FOLDER [LANGUAGE [dark]]");
+    if (argc < 3) {
+        std::puts("usage: screenshots FOLDER LANGUAGE [dark]");
         return 2;
     }
     if (argc > 3) {
@@ -107,9 +127,9 @@ int main(int argc, char* argv[]) {
         dark.setColor(QPalette::Base, QColor(30, 30, 30));
         QApplication::setPalette(dark);
     }
-    const char* language = argc > 2 ? argv[2] : "en";
-    test::RecordingPlatform platform(host::LanguageCoded(language));
-    const Camera camera(argv[1], language);
+    test::RecordingPlatform platform(host::LanguageCoded(argv[2]));
+    const Camera camera(argv[1], argv[2]);
+    TakeAdjustment(camera);
     TakeDialogs(camera);
     TakeProgram(camera, platform);
     return 0;
