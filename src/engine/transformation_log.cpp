@@ -30,8 +30,8 @@ std::string PolynomialParameters(const TR_PRM& record) {
     std::string text;
     for (int k = 0; k <= TermCount(record.eType); ++k) {
         const auto index = static_cast<std::size_t>(k);
-        text += "\t" + Label('a', k) + FormatSci(a[index]) + "          " + Label('b', k) +
-                FormatSci(b[index]) + kLineEnd;
+        text += "\t" + Label('a', k) + SciText(a[index]) + "          " + Label('b', k) +
+                SciText(b[index]) + kLineEnd;
     }
     const auto formulas = FormulaTexts(record.eType);
     text += std::string(kLineEnd) + "\t" + formulas[0] + kLineEnd;

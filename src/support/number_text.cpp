@@ -107,22 +107,6 @@ std::string FixedText(double value, int decimals) {
     return text;
 }
 
-std::string SciText(double value) {
-    constexpr int kDigits = 16;
-    if (!std::isfinite(value)) return NotFiniteText(value);
-    Decimal decimal = ShortestDecimal(value);
-    KeepDigits(decimal, kDigits);
-    const int power = IsZero(decimal) ? 0 : decimal.exponent - 1;
-    std::string text;
-    if (decimal.negative && !IsZero(decimal)) text += '-';
-    text += decimal.Digit(0);
-    text += DecimalSeparator();
-    for (int i = 1; i < kDigits; ++i) text += decimal.Digit(i);
-    text += power < 0 ? "E-" : "E+";
-    if (std::abs(power) < 10) text += '0';
-    return text + std::to_string(std::abs(power));
-}
-
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool Separates(char c) {
@@ -144,6 +128,22 @@ std::string FormatFixed(double dValue, std::uint8_t nDecimals, std::uint8_t nWid
 
 void AppendFixed(std::string& sText, double dValue, std::uint8_t nDecimals) {
     if (!AppendByInteger(sText, dValue, nDecimals)) sText += FixedText(dValue, nDecimals);
+}
+
+std::string SciText(double dValue) {
+    constexpr int kDigits = 16;
+    if (!std::isfinite(dValue)) return NotFiniteText(dValue);
+    Decimal decimal = ShortestDecimal(dValue);
+    KeepDigits(decimal, kDigits);
+    const int power = IsZero(decimal) ? 0 : decimal.exponent - 1;
+    std::string text;
+    if (decimal.negative && !IsZero(decimal)) text += '-';
+    text += decimal.Digit(0);
+    text += DecimalSeparator();
+    for (int i = 1; i < kDigits; ++i) text += decimal.Digit(i);
+    text += power < 0 ? "E-" : "E+";
+    if (std::abs(power) < 10) text += '0';
+    return text + std::to_string(std::abs(power));
 }
 
 std::string FormatSci(double dValue) { return PadLeft(SciText(dValue), 30); }

@@ -22,8 +22,10 @@ std::string FormatFixed(double dValue, std::uint8_t nDecimals, std::uint8_t nWid
 /// Appends the value to a text as FormatFixed writes it with width 0.
 void AppendFixed(std::string& sText, double dValue, std::uint8_t nDecimals);
 
-/// The value as 0.000000000000000E+00 (16 significant digits, rounded as FormatFixed rounds),
-/// padded with blanks on the left to 30 characters.
+/// The value as 0.000000000000000E+00: 16 significant digits, rounded as FormatFixed rounds.
+std::string SciText(double dValue);
+
+/// SciText padded with blanks on the left to 30 characters.
 std::string FormatSci(double dValue);
 
 /// The text with blanks on the left up to nWidth columns; a longer text is returned unchanged.
