@@ -2,6 +2,7 @@
 #include "engine/control_points.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "support/errors.h"
@@ -9,15 +10,21 @@
 namespace kv_tr {
 
 void ControlPoints::Add(std::span<const typeXYs4Tr> pairs, bool append) {
-    if (!append) {
-        fullCount_ = 0;
+    if (append) {
+        std::as_const(*this).All();  // not to pairs that have been released
+    } else {
         notUsedCount_ = 0;
     }
-    pairs_.resize(static_cast<std::size_t>(fullCount_));
-    pairs_.insert(pairs_.end(), pairs.begin(), pairs.end());
-    fullCount_ = static_cast<std::int32_t>(pairs_.size());
+    std::vector<typeXYs4Tr> added(pairs.begin(), pairs.end());  // they may be pairs of this set
     notUsedCount_ += static_cast<std::int32_t>(
-        std::ranges::count_if(pairs, [](const typeXYs4Tr& pair) { return bool{pair.bNotUsed}; }));
+        std::ranges::count_if(added, [](const typeXYs4Tr& pair) { return bool{pair.bNotUsed}; }));
+    if (append) {
+        pairs_.insert(pairs_.end(), std::make_move_iterator(added.begin()),
+                      std::make_move_iterator(added.end()));
+    } else {
+        pairs_ = std::move(added);
+    }
+    fullCount_ = static_cast<std::int32_t>(pairs_.size());
     hasPoints_ = fullCount_ != 0;
     if (!hasPoints_) return;
     UpdateMeans();

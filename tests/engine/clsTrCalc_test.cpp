@@ -15,7 +15,7 @@ TEST_F(Engine, AddsReplacesAndSelectsPairs) {
     auto five = ShiftedPairs(5);
     five[1].bNotUsed = five[3].bNotUsed = true;
     engine.AddXY4Tr(five, false);
-    engine.AddXY4Tr(five, true);
+    engine.AddXY4Tr(engine.Pairs(), true);
     std::vector<typeXYs4Tr> pairs;
     std::int32_t count = 0;
     engine.GetXYs(pairs, count, true);
