@@ -6,6 +6,7 @@
 #include "cli/host.h"
 #include "cli/parameters.h"
 #include "common/angle_units.h"
+#include "support/message.h"
 #include "support/number_text.h"
 
 namespace kv_tr::cli {
@@ -24,11 +25,15 @@ int RunAngle(const AngleOptions& options) {
     clsTr transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) return code;
     const auto unit = std::ranges::find(host::AngleUnits(), options.unit, &host::AngleUnit::name);
-    std::cout << host::TransformedDirection(
-                     transformation, *ParseNumber(options.angle), *unit,
-                     {*ParseNumber(options.first), *ParseNumber(options.second)},
-                     *ParseNumber(options.length))
-              << '\n';
+    const std::string image = host::TransformedDirection(
+        transformation, *ParseNumber(options.angle), *unit,
+        {*ParseNumber(options.first), *ParseNumber(options.second)}, *ParseNumber(options.length));
+    if (image.empty()) {
+        ShowMessage(Text(TextId::kUnsuitableNumber, {options.first + " " + options.second}),
+                    Icon::kExclamation);
+        return kReported;
+    }
+    std::cout << image << '\n';
     return kDone;
 }
 
@@ -50,7 +55,10 @@ Run AddAngle(CLI::App& command) {
     command.add_option("--length", options->length, Text(TextId::kLength))
         ->type_name("M")
         ->capture_default_str()
-        ->check(CheckNumber);
+        ->check([](const std::string& text) {
+            const auto number = ParseNumber(text);
+            return number && *number > 0.0 ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
+        });
     AddLanguageOption(command);
     return [options] { return RunAngle(*options); };
 }

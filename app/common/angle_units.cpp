@@ -28,7 +28,10 @@ std::string TransformedDirection(const clsTr& transformation, double direction,
     double image = 0.0;
     transformation.TrAngle(direction * transformation.PI / unit.perHalfTurn, image, point.first,
                            point.second, length);
-    return FormatFixed(image * unit.perHalfTurn / transformation.PI, unit.decimals, 0);
+    if (!std::isfinite(image)) return {};
+    const auto text = [&unit](double value) { return FormatFixed(value, unit.decimals, 0); };
+    const std::string shown = text(image * unit.perHalfTurn / transformation.PI);
+    return shown == text(2.0 * unit.perHalfTurn) ? text(0.0) : shown;  // when rounded to it
 }
 
 std::string DirectionUncertainty(const clsTr& transformation, const AngleUnit& unit,

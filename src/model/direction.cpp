@@ -9,7 +9,9 @@ double Direction(double dFirst, double dSecond, const AngleConstants& constants)
     const double b = std::abs(dSecond);
     const double t = a >= b ? std::atan(b / a) : constants.rightAngle - std::atan(a / b);
     if (dSecond >= 0.0) return dFirst >= 0.0 ? t : constants.pi - t;
-    return dFirst < 0.0 ? constants.pi + t : constants.fullTurn - t;
+    if (dFirst < 0.0) return constants.pi + t;
+    const double direction = constants.fullTurn - t;
+    return direction >= constants.fullTurn ? 0.0 : direction;  // t may be lost in the difference
 }
 
 }  // namespace kv_tr

@@ -1,6 +1,9 @@
 // Records of the six-parameter family.
 #include "params/affine_record.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "support/errors.h"
 
 namespace kv_tr {
@@ -47,6 +50,12 @@ AFFIN_PRM InverseOf(const AFFIN_PRM& record) {
     inverse.dB1 = -record.dB1 / d;
     inverse.dB2 = record.dA1 / d;
     return inverse;
+}
+
+bool IsFinite(const AFFIN_PRM& record) {
+    const double coefficients[] = {record.dA0, record.dA1, record.dA2,
+                                   record.dB0, record.dB1, record.dB2};
+    return std::ranges::all_of(coefficients, [](double value) { return std::isfinite(value); });
 }
 
 TR_PRM IdentityRecord() { return WithAffine({}, Scaling(TR_HELMERT, 1.0)); }

@@ -15,6 +15,9 @@ AFFIN_PRM AffineOf(const TR_PRM& record);
 /// that maps the plane to a line or a point.
 AFFIN_PRM InverseOf(const AFFIN_PRM& record);
 
+/// Whether all coefficients are: the inverse of a record that hardly has one may overflow.
+bool IsFinite(const AFFIN_PRM& record);
+
 /// The identity, TR_HELMERT.
 TR_PRM IdentityRecord();
 
