@@ -29,16 +29,19 @@ std::string Environment(const char* name) {
     return value == nullptr ? "" : value;
 }
 
-std::vector<std::string> ReadLines(const fs::path& path) {
+/// All lines of a file, none of a missing one; nothing when it cannot be read to its end.
+std::optional<std::vector<std::string>> ReadLines(const fs::path& path) {
     std::vector<std::string> lines;
     std::error_code error;
+    if (!fs::exists(path, error)) return lines;
     std::ifstream stream;
     if (fs::is_regular_file(path, error)) stream.open(path, std::ios::binary);
-    if (!stream.is_open()) return lines;
+    if (!stream.is_open()) return std::nullopt;
     try {
         for (LineReader reader(*stream.rdbuf()); !reader.AtEnd();)
             lines.emplace_back(reader.Next());
-    } catch (const RuntimeError&) {  // a damaged file counts as far as it could be read
+    } catch (const RuntimeError&) {
+        return std::nullopt;
     }
     return lines;
 }
@@ -111,14 +114,16 @@ fs::path SettingsFile::PathOf(const SettingKey& key) const {
 
 std::string SettingsFile::Read(const SettingKey& key, const std::string& fallback) {
     if (folder_.empty()) return fallback;
-    const auto lines = ReadLines(PathOf(key));
+    const auto lines = ReadLines(PathOf(key)).value_or(std::vector<std::string>{});
     const Place place = Find(lines, key);
     return place.line ? lines[*place.line].substr(key.key.size() + 1) : fallback;
 }
 
 void SettingsFile::Write(const SettingKey& key, const std::string& value) {
     if (folder_.empty()) return;
-    auto lines = ReadLines(PathOf(key));
+    auto known = ReadLines(PathOf(key));
+    if (!known) return;
+    auto& lines = *known;
     const Place place = Find(lines, key);
     const std::string entry = key.key + "=" + value;
     if (place.line && lines[*place.line] == entry) return;

@@ -31,8 +31,8 @@ std::string Setting(const std::string& section, const std::string& key,
 void SaveSetting(const std::string& section, const std::string& key, const std::string& value);
 
 /// Settings in a small text file of the user's: [section] lines and key=value lines.
-/// A missing, unreadable or damaged file reads as empty, a read-only one stays as it is, and two
-/// programs that write at once leave one whole file.
+/// A missing file reads as empty, and so does one that cannot be read to its end; that one and a
+/// read-only one stay as they are. Two programs that write at once leave one whole file.
 class SettingsFile : public SettingsStore {
 public:
     /// By default `<application>.ini` in the user's configuration folder.

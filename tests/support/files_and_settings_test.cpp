@@ -133,8 +133,8 @@ TEST(SettingsFile, ChangesItsOwnLineAndKeepsAllOthers) {
           {"; note\n[Other]\nPath=/x\n[Settings]\nSize=1\nPath=/old\n\n[Last]\nx=y",
            "; note\n[Other]\nPath=/x\n[Settings]\nSize=1\nPath=/é=1\n\n[Last]\nx=y\n"},
           {"[Settings]\r\nPaths=1\r\n[Last]\r\n", "[Settings]\nPaths=1\nPath=/é=1\n[Last]\n"},
-          {"\xFF\x01[Settings]\nPath=/x", "\xFF\x01[Settings]\nPath=/x\n[Settings]\nPath=/é=1\n"},
-          {"[Settings]\n" + std::string(2 << 20, 'x'), "[Settings]\nPath=/é=1\n"}}) {
+          {"\xFF\x01[Settings]\nPath=/x",
+           "\xFF\x01[Settings]\nPath=/x\n[Settings]\nPath=/é=1\n"}}) {
         const TemporaryFolder folder;
         WriteFile(folder.File("KV_Tr.ini"), before);
         SettingsFile settings(folder.File(""));
@@ -148,15 +148,20 @@ TEST(SettingsFile, CreatesItsFolderOrStaysAsItIs) {
     const TemporaryFolder folder;
     WriteFile(folder.File("file"), "");
     fs::create_directories(folder.File("taken/KV_Tr.ini"));
+    fs::create_directories(folder.File("damaged"));
+    const std::string damaged = std::string(2 << 20, 'x') + "\n[Settings]\nPath=/x\n";
+    WriteFile(folder.File("damaged/KV_Tr.ini"), damaged);
     for (const auto& [name, expected] : {std::pair{folder.File("new/deep"), "value"},
                                          {folder.File("file/below"), "fallback"},
                                          {folder.File("taken"), "fallback"},
+                                         {folder.File("damaged"), "fallback"},
                                          {"", "fallback"}}) {
         SettingsFile settings(name);
         EXPECT_EQ(settings.Read(kPath, "fallback"), "fallback");
         settings.Write(kPath, "value");
         EXPECT_EQ(settings.Read(kPath, "fallback"), expected);
     }
+    EXPECT_TRUE(ReadFile(folder.File("damaged/KV_Tr.ini")) == damaged) << "the rest would be lost";
 }
 
 TEST(SettingsFile, StaysWholeWhileTwoProgramsWrite) {
