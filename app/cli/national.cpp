@@ -2,6 +2,7 @@
 #include "params/national.h"
 
 #include <CLI/CLI.hpp>
+#include <iostream>
 
 #include "cli/host.h"
 #include "cli/table.h"
@@ -13,6 +14,20 @@ namespace {
 
 std::string AreaName(NationalArea area) {
     return Text(area == NationalArea::kHungary ? TextId::kHungary : TextId::kBudapest);
+}
+
+/// What the accuracy is, and where the constants come from: a line for each run of types with the
+/// same origin.
+void PrintOrigins() {
+    std::cout << '\n' << Text(TextId::kAccuracyMeaning) << ".\n";
+    const auto infos = NationalInfos();
+    for (std::size_t first = 0; first < infos.size();) {
+        const std::string origin = NationalOrigin(infos[first].type);
+        std::size_t end = first;
+        while (end < infos.size() && NationalOrigin(infos[end].type) == origin) ++end;
+        std::cout << infos[first].type << "-" << infos[end - 1].type << ": " << origin << '\n';
+        first = end;
+    }
 }
 
 int RunNational() {
@@ -31,6 +46,7 @@ int RunNational() {
         areas.cells.push_back(AreaName(info.area));
     }
     PrintTable({names, numbers, sources, destinations, accuracies, areas});
+    PrintOrigins();
     return kDone;
 }
 

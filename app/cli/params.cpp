@@ -6,6 +6,7 @@
 #include "cli/host.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
+#include "params/national.h"
 #include "params/parameter_file.h"
 
 namespace kv_tr::cli {
@@ -49,6 +50,7 @@ int RunParams(const ParamsOptions& options) {
     }
     std::erase(text, '\r');
     std::cout << text;
+    if (record.eType >= TR_STG_HER) PrintNote(NationalOrigin(record.eType));
     return kDone;
 }
 

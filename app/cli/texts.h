@@ -93,8 +93,10 @@ enum class TextId {
     kTakesNoValue,
     kSeeHelp,
     kWriteFailed = 1087,
+    kParametersNotSaved = 1090,
     kPlot = 1115,
     kPictureExtension,
+    kAccuracyMeaning = 1157,
 };
 
 /// A text in the current language, its places {0}, {1}, ... filled with the values.

@@ -7,6 +7,7 @@
 
 #include "model/coefficients.h"
 #include "params/national/table.h"
+#include "support/ml_strings.h"
 
 namespace kv_tr {
 namespace {
@@ -61,6 +62,11 @@ std::optional<TR_PRM> NationalRecord(enuTR_TYPE type) {
         return MakeRecord(type, coefficients);
     }
     return std::nullopt;
+}
+
+std::string NationalOrigin(enuTR_TYPE type) {
+    if (type < TR_BOV_EOV) return GetMlString(1150, {});
+    return GetMlString(type < TR_STG_EOV_10e ? 1151 : 1152, {});
 }
 
 std::span<const NationalInfo> NationalInfos() { return kInfos; }

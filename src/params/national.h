@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 
 #include "model/records.h"
 
@@ -38,6 +39,10 @@ struct NationalInfo {
     double accuracy;
     NationalArea area;
 };
+
+/// Which constants of a national transformation are published, and how far to trust the others, in
+/// the current language.
+std::string NationalOrigin(enuTR_TYPE type);
 
 /// All national transformations by ascending type.
 std::span<const NationalInfo> NationalInfos();

@@ -40,19 +40,7 @@ void frmChooseDAT2M1::lstTr(int row) {
 }
 
 std::string frmChooseDAT2M1::Origin() const {
-    if (selected_ < 0) return {};
-    const int type = TR_STG_HER + selected_;
-    if (type < TR_BOV_EOV) {
-        return GetMlString(1150, "A 0-3. együttható közzétett állandó, a magasabbak számítottak.");
-    }
-    if (type < TR_STG_EOV_10e) {
-        return GetMlString(1151,
-                           "A 0-3. együttható közzétett állandó, a magasabbak becsültek. "
-                           "Budapestre való.");
-    }
-    return GetMlString(1152,
-                       "A 0-3. együttható közzétett állandó, a magasabbak becsültek, nem a "
-                       "hivatalos számjegyek.");
+    return selected_ < 0 ? "" : NationalOrigin(static_cast<enuTR_TYPE>(TR_STG_HER + selected_));
 }
 
 bool frmChooseDAT2M1::cmdOk() {

@@ -219,6 +219,7 @@ constexpr MlString kEnglishStrings[] = {
     {1087, "Not everything could be written"},
     {1088, "The file could not be read to its end"},
     {1089, "A line is too long for a text file"},
+    {1090, "The parameters were not saved, because of the message above."},
     {1110, "Print..."},
     {1111, "Save picture..."},
     {1112, "SVG picture (*.svg)|*.svg|PNG picture (*.png)|*.png"},

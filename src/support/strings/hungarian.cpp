@@ -220,6 +220,7 @@ constexpr MlString kHungarianStrings[] = {
     {1087, "Nem sikerült mindent kiírni"},
     {1088, "A fájlt nem sikerült végigolvasni"},
     {1089, "Egy sor túl hosszú egy szövegfájlhoz"},
+    {1090, "A paraméterek nem íródtak ki: előbb a fenti üzenetet kell elintézni."},
     {1110, "Nyomtatás..."},
     {1111, "Kép mentése..."},
     {1112, "SVG kép (*.svg)|*.svg|PNG kép (*.png)|*.png"},
