@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <iostream>
 #include <set>
 
@@ -66,19 +67,29 @@ bool PrepareAndFit(clsTrCalc& engine, const AdjustOptions& options) {
     return Fit(engine);
 }
 
-void SaveFiles(clsTrCalc& engine, const AdjustOptions& options) {
+/// Saves a file that was asked for; one that cannot be written does not keep the others from it.
+void Save(const std::string& fileName, const std::function<void()>& save) {
+    if (fileName.empty()) return;
     try {
-        if (!options.log.empty()) engine.SaveLog(options.log);
-        if (!options.savePoints.empty()) engine.bSaveXYs4Tr(options.savePoints);
-        if (!options.saveParams.empty()) SaveParameters(engine.udtTrPrm(), options.saveParams);
-        if (!options.plot.empty()) {
-            SavePicture(options.plot, SvgOf(PageOf(engine, {}, GraphPage::kPictureWidth,
-                                                   GraphPage::kPictureHeight)));
-        }
+        save();
     } catch (const RuntimeError& error) {
         if (error.Number() == ErrorNumber::kFileNotOpen) return;  // has been reported
         ShowMessage(error.what(), Icon::kExclamation);
     }
+}
+
+/// Parameters are saved only of a fit without trouble: nothing in their file would tell of it.
+void SaveFiles(clsTrCalc& engine, const AdjustOptions& options, bool trouble) {
+    Save(options.log, [&] { engine.SaveLog(options.log); });
+    Save(options.savePoints, [&] { engine.bSaveXYs4Tr(options.savePoints); });
+    Save(options.saveParams, [&] {
+        if (trouble) return PrintNote(Text(TextId::kParametersNotSaved));
+        SaveParameters(engine.udtTrPrm(), options.saveParams);
+    });
+    Save(options.plot, [&] {
+        SavePicture(options.plot,
+                    SvgOf(PageOf(engine, {}, GraphPage::kPictureWidth, GraphPage::kPictureHeight)));
+    });
 }
 
 /// Marks the last lines of a piece, one for each pair, where the residual is beyond the limit.
@@ -92,7 +103,8 @@ std::string Marked(const std::string& piece, const std::vector<typeXYs4Tr>& pair
         std::string text = piece.substr(begin, end - begin);
         begin = end + 2;
         if (line + pairs.size() >= lines) {
-            if (ResidualLength(pairs[line + pairs.size() - lines]) > limit) {
+            const double residual = ResidualLength(pairs[line + pairs.size() - lines]);
+            if (!(residual <= limit)) {  // or not a number
                 text += "  > " + FormatFixed(limit, 3, 0);
                 if (colour) text.insert(0, "\x1b[31m").append("\x1b[0m");
             }
@@ -171,13 +183,14 @@ int RunAdjust(const AdjustOptions& options) {
     if (options.decimalComma) DecimalSeparator(',');
     clsTrCalc engine;
     engine.eTrType(TypeNamed(options.type));
-    if (!options.limit.empty()) engine.gdErrLimit = *ParseNumber(options.limit);
+    if (!options.limit.empty()) engine.gdErrLimit = *ParseNumber(options.limit, true);
     std::vector<std::int32_t> events;
     const Subscription subscription =
         engine.TypeChanched.Subscribe([&events](enuTR_TYPE& type) { events.push_back(type); });
 
+    const MessageCount shown;
     const bool fitted = PrepareAndFit(engine, options);
-    if (fitted) SaveFiles(engine, options);
+    if (fitted) SaveFiles(engine, options, shown > 0);
     if (options.json) {
         PrintJson(engine, fitted, events);
     } else if (fitted) {
@@ -199,7 +212,7 @@ Run AddAdjust(CLI::App& command) {
     command.add_option("--limit", options->limit, Text(TextId::kLimit))
         ->type_name("M")
         ->check([](const std::string& text) {
-            const auto number = ParseNumber(text);
+            const auto number = ParseNumber(text, true);
             return number && *number >= 0.0 ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
         });
     command.add_option("--log", options->log, Text(TextId::kLog))->type_name("FILE");

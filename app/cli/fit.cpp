@@ -6,9 +6,9 @@
 #include <array>
 
 #include "cli/host.h"
-#include "common/decimal_commas.h"
 #include "common/point_reading.h"
 #include "model/transformation_type.h"
+#include "support/decimal_commas.h"
 #include "support/errors.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
@@ -52,11 +52,11 @@ void AddTypeOption(CLI::App& command, std::string& keyword) {
 }
 
 bool LoadPoints(clsTrCalc& engine, const std::string& fileName) {
-    const auto before = ReportedMessages().size();
+    const MessageCount shown;
     engine.bLoadXYsFromFile(fileName, false);
-    const auto shown = ReportedMessages().size() - before;
     if (shown == 1) PrintNote(host::BadPointLine(fileName));  // two: the file did not open
-    if (shown == 0 && host::PointsMayHaveDecimalCommas(fileName)) {
+    if (shown > 0) engine.AddXY4Tr({}, false);  // not what was read before the trouble
+    if (shown == 0 && PointsMayHaveDecimalCommas(fileName)) {
         PrintNote(Text(TextId::kCommasSeparate, {fileName}));
     }
     return shown == 0;

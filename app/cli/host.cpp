@@ -66,7 +66,9 @@ void InstallHost(std::int32_t language) {
     DecimalSeparator('.');
 }
 
-void PrintNote(const std::string& text) { std::cerr << text << std::endl; }
+void PrintNote(const std::string& text) {
+    if (!text.empty()) std::cerr << text << std::endl;
+}
 
 std::int32_t ChosenLanguage(const std::vector<std::string>& arguments) {
     const std::string option = "--language";

@@ -6,12 +6,12 @@
 
 #include "cli/fit.h"
 #include "cli/host.h"
-#include "common/decimal_commas.h"
 #include "common/parameter_reading.h"
 #include "model/transformation_type.h"
 #include "model/type_names.h"
 #include "params/affine_record.h"
 #include "params/national.h"
+#include "support/decimal_commas.h"
 #include "support/errors.h"
 #include "support/file_names.h"
 #include "support/message.h"
@@ -52,8 +52,11 @@ void CheckType(const clsTr& transformation, const ParameterSource& source) {
 void Invert(clsTr& transformation) {
     try {
         AFFIN_PRM inverse;
-        if (transformation.bGetInversePrm(inverse)) return transformation.udtTrAffinPrm(inverse);
-        Complain(TextId::kNoInverseOfType, {transformation.sTrTypeName()});
+        if (!transformation.bGetInversePrm(inverse)) {
+            return Complain(TextId::kNoInverseOfType, {transformation.sTrTypeName()});
+        }
+        if (!IsFinite(inverse)) return Complain(TextId::kNoInverse);
+        transformation.udtTrAffinPrm(inverse);
     } catch (const RuntimeError& error) {
         if (error.Number() != ErrorNumber::kDivisionByZero) throw;
         Complain(TextId::kNoInverse);
@@ -64,7 +67,7 @@ void LoadFile(clsTr& transformation, const ParameterSource& source) {
     const enuTR_TYPE linearType = source.type.empty() ? TR_AFFIN : TypeNamed(source.type);
     if (!HasExtension(source.params, "all") && !FormatHolds("trp", linearType, source.params))
         return;
-    if (!source.decimalComma && host::ParametersHaveDecimalCommas(source.params)) {
+    if (!source.decimalComma && ParametersHaveDecimalCommas(source.params)) {
         return Complain(TextId::kDecimalCommas, {source.params});
     }
     const char writing = DecimalSeparator();
@@ -105,6 +108,7 @@ int LoadParameters(clsTr& transformation, const ParameterSource& source) {
     }
     if (!source.points.empty() && source.type.empty()) return WrongUsage(TextId::kTypeNeeded);
 
+    const MessageCount shown;
     if (!source.points.empty()) {
         FitParameters(transformation, source);
     } else if (!source.national.empty()) {
@@ -112,9 +116,9 @@ int LoadParameters(clsTr& transformation, const ParameterSource& source) {
     } else {
         LoadFile(transformation, source);
     }
-    if (ReportedMessages().empty()) CheckType(transformation, source);
-    if (ReportedMessages().empty() && source.inverse) Invert(transformation);
-    return ReportedMessages().empty() ? kDone : kReported;
+    if (shown == 0) CheckType(transformation, source);
+    if (shown == 0 && source.inverse) Invert(transformation);
+    return shown == 0 ? kDone : kReported;
 }
 
 std::string CheckExtension(const std::string& fileName) {

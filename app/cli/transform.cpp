@@ -102,6 +102,7 @@ bool TransformAll(Input& input, Output& output, const TR_PRM& record,
             }};
     const auto result = host::TransformText(input.Source(), to, record, options.coordinates);
     host::ReportBadLines(result, input.Name());
+    if (result.mayHaveDecimalCommas) PrintNote(Text(TextId::kCommasSeparate, {input.Name()}));
     return result.Complete();
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "common/excerpt.h"
+#include "support/decimal_commas.h"
 #include "support/errors.h"
 #include "support/line_reader.h"
 #include "support/message.h"
@@ -51,6 +52,8 @@ private:
             if (!result_.Complete()) return false;
             throw;
         }
+        if (!read_) result_.mayHaveDecimalCommas = HaveDecimalCommas(block);
+        read_ = true;
         constexpr std::size_t kSmall = 1 << 14;
         const auto when = processors_ == 1 || block.size() < kSmall
                               ? std::launch::deferred
@@ -59,6 +62,17 @@ private:
             return TransformLines(lines, record_, options_);
         }));
         return true;
+    }
+
+    /// Whether the first lines of a text look like it.
+    bool HaveDecimalCommas(std::string_view text) const {
+        constexpr int kEnough = 30;
+        for (int line = 0; line < kEnough && !text.empty(); ++line) {
+            const std::string_view fields = TakeLine(text).text;
+            if (HasDecimalCommas(options_.noId ? fields : WithoutIdentifier(fields), 2))
+                return true;
+        }
+        return false;
     }
 
     /// Writes the oldest blocks until no more than so many are left, or the work ends.
@@ -84,6 +98,7 @@ private:
     std::deque<std::future<TransformedLines>> underWay_;
     CoordinateResult result_;
     std::uint64_t bytes_ = 0;
+    bool read_ = false;  // a block
 };
 
 }  // namespace

@@ -14,13 +14,12 @@ namespace kv_tr::host {
 std::string BadPointLine(const std::string& fileName) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(fileName, error)) return {};
-    int number = 0;
+    int number = 1;
     std::string line;
     try {
         clsFile file;
         file.OpenIt(fileName, true);
-        while (!file.AtEnd()) {
-            ++number;
+        for (; !file.AtEnd(); ++number) {
             line = file.ReadLine();
             typeXYs4Tr ignored;
             if (!line.empty() && !ReadPair(line, ignored)) break;

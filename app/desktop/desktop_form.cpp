@@ -3,14 +3,15 @@
 
 #include <optional>
 
-#include "common/decimal_commas.h"
 #include "common/languages.h"
 #include "common/parameter_reading.h"
 #include "common/point_reading.h"
 #include "engine/control_point_file.h"
 #include "model/formula_text.h"
+#include "params/affine_record.h"
 #include "support/clsFile.h"
 #include "support/component.h"
+#include "support/decimal_commas.h"
 #include "support/errors.h"
 #include "support/file_names.h"
 #include "support/message.h"
@@ -113,9 +114,13 @@ void DesktopForm::ChooseNational() {
 void DesktopForm::Invert() {
     Take([this] {
         AFFIN_PRM inverse;
+        bool exists = false;
         try {
             if (!transformation_.bGetInversePrm(inverse)) return false;
-        } catch (const RuntimeError&) {
+            exists = IsFinite(inverse);
+        } catch (const RuntimeError&) {  // says less than the message
+        }
+        if (!exists) {
             ShowMessage(GetMlString(1057,
                                     "A paramétereknek nincs inverzük: egy egyenesre vagy egy "
                                     "pontra képezik le a síkot."),
@@ -163,10 +168,10 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
 }
 
 bool DesktopForm::LoadParameters(const std::string& fileName) {
-    const char separator = DecimalSeparator();
-    if (host::ParametersHaveDecimalCommas(fileName)) DecimalSeparator(',');
-    const auto [record, complaint] = host::ReadParameters(fileName, TR_AFFIN);
-    DecimalSeparator(separator);
+    const auto [record, complaint] = [&fileName] {
+        const SeparatorOfFile separator(fileName);
+        return host::ReadParameters(fileName, TR_AFFIN);
+    }();
     if (!complaint.empty()) {
         ShowMessage(GetMlString(74, "Hibás fájl formátum!") + "\r\n" + complaint,
                     Icon::kExclamation);
@@ -184,14 +189,7 @@ void DesktopForm::FitTo(const std::string& fileName) {
         if (!complaint.empty()) ShowMessage(complaint, Icon::kExclamation);
         return;
     }
-    if (host::PointsMayHaveDecimalCommas(fileName)) {
-        ShowMessage(FillPlaces(GetMlString(1073,
-                                           "{0}: a vessző itt elválasztójel; a "
-                                           "tizedesvesszőt cserélje pontra."),
-                               {fileName}),
-                    Icon::kExclamation);
-        return;
-    }
+    if (ReportDecimalCommas(fileName)) return;
     clsTrCalc& engine = *transformation_.oCalcTr();
     engine.bLoadXYsFromFile(fileName, false);
     engine.eTrType(FirstType(engine));

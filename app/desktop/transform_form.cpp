@@ -127,6 +127,9 @@ bool TransformForm::Run(const Progress& progress) const {
     const auto result = Write(progress);
     if (!result) return false;
     host::ReportBadLines(*result, input_);
+    if (result->mayHaveDecimalCommas) {
+        ShowMessage(FillPlaces(GetMlString(1073, {}), {input_}), Icon::kExclamation);
+    }
     if (result->cancelled) ShowMessage(GetMlString(1193, "Megszakítva; semmi sem íródott ki."));
     if (!result->Complete()) return false;
     ShowMessage(FillPlaces(GetMlString(1192, "{0} sor átszámítva ide: {1}"),

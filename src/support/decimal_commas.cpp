@@ -1,60 +1,102 @@
 // Files written with decimal commas, which the readers would silently take for other numbers.
-#include "common/decimal_commas.h"
+#include "support/decimal_commas.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
+#include <vector>
 
 #include "support/clsFile.h"
 #include "support/file_names.h"
+#include "support/message.h"
+#include "support/ml_strings.h"
+#include "support/number_text.h"
 
-namespace kv_tr::host {
+namespace kv_tr {
 namespace {
 
-/// The commas between digits; none in a line that has decimal points.
-int DecimalCommas(const std::string& line) {
-    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-    if (line.find('.') != line.npos) return 0;
-    int count = 0;
-    for (std::size_t i = 1; i + 1 < line.size(); ++i) {
-        if (line[i] == ',' && isDigit(line[i - 1]) && isDigit(line[i + 1])) ++count;
-    }
-    return count;
+constexpr const char* kSeparators = " \t;\n";
+
+/// Takes the first field off a text; empty when there is none.
+std::string_view TakeField(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(kSeparators), text.size()));
+    const auto field = text.substr(0, text.find_first_of(kSeparators));
+    text.remove_prefix(field.size());
+    return field;
 }
 
-/// How many of the first lines of a file hold numbers with decimal commas, lines being cut to
-/// their numbers first. A file that can be read only once is not looked at.
-int LinesWithDecimalCommas(const std::string& fileName, int commas,
-                           const std::function<std::string(int, const std::string&)>& numbersOf) {
+/// Whether a comma stands between two digits.
+bool HasComma(std::string_view text) {
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    for (std::size_t i = 1; i + 1 < text.size(); ++i) {
+        if (text[i] == ',' && isDigit(text[i - 1]) && isDigit(text[i + 1])) return true;
+    }
+    return false;
+}
+
+std::vector<std::string> FirstLines(const std::string& fileName) {
     constexpr int kEnough = 30;
+    std::vector<std::string> lines;
     std::error_code error;
-    if (!std::filesystem::is_regular_file(fileName, error)) return 0;
+    if (!std::filesystem::is_regular_file(fileName, error)) return lines;
     clsFile file;
     file.OpenIt(fileName, true);
-    int lines = 0;
-    for (int number = 0; number < kEnough && file.IsOpen() && !file.AtEnd(); ++number) {
-        if (DecimalCommas(numbersOf(number, file.ReadLine())) >= commas) ++lines;
+    while (file.IsOpen() && std::ssize(lines) < kEnough && !file.AtEnd()) {
+        lines.push_back(file.ReadLine());
     }
     return lines;
 }
 
 }  // namespace
 
+bool HasDecimalCommas(std::string_view text, int numbers) {
+    bool comma = false;
+    for (int i = 0; i < numbers; ++i) {
+        const auto field = TakeField(text);
+        if (!ParseNumber(field, true)) return false;
+        comma |= HasComma(field);
+    }
+    return comma;
+}
+
+std::string_view WithoutIdentifier(std::string_view line) {
+    TakeField(line);
+    return line;
+}
+
 bool ParametersHaveDecimalCommas(const std::string& fileName) {
-    const bool polynomial = HasExtension(fileName, "all");
-    const int titles = polynomial ? 2 : 0;
-    const int lines =
-        LinesWithDecimalCommas(fileName, 1, [titles](int number, const std::string& line) {
-            return number < titles ? std::string() : line;
-        });
-    return lines >= (polynomial ? 1 : 6);
+    const auto lines = FirstLines(fileName);
+    if (HasExtension(fileName, "all")) {  // where a comma never separates
+        constexpr std::size_t kTitles = 2;
+        return std::any_of(
+            lines.begin() + std::min(kTitles, lines.size()), lines.end(),
+            [](const std::string& line) { return line.find('.') == line.npos && HasComma(line); });
+    }
+    std::string text;
+    for (const std::string& line : lines) text += line + "\n";
+    return HasDecimalCommas(text, 6);
 }
 
 bool PointsMayHaveDecimalCommas(const std::string& fileName) {
-    return LinesWithDecimalCommas(fileName, 4, [](int, const std::string& line) {
-               const auto identifierEnd = line.find_first_of(" \t;", line.find_first_not_of(" \t"));
-               return line.substr(std::min(identifierEnd, line.size()));
-           }) > 0;
+    return std::ranges::any_of(FirstLines(fileName), [](const std::string& line) {
+        return HasDecimalCommas(WithoutIdentifier(line), 4);
+    });
 }
 
-}  // namespace kv_tr::host
+bool ReportDecimalCommas(const std::string& pointsFileName) {
+    if (!PointsMayHaveDecimalCommas(pointsFileName)) return false;
+    ShowMessage(FillPlaces(GetMlString(1073,
+                                       "{0}: a vessző itt elválasztójel; a tizedesvesszőt "
+                                       "cserélje pontra."),
+                           {pointsFileName}),
+                Icon::kExclamation);
+    return true;
+}
+
+SeparatorOfFile::SeparatorOfFile(const std::string& parameterFileName)
+    : before_(DecimalSeparator()) {
+    if (ParametersHaveDecimalCommas(parameterFileName)) DecimalSeparator(',');
+}
+
+SeparatorOfFile::~SeparatorOfFile() { DecimalSeparator(before_); }
+
+}  // namespace kv_tr

@@ -2,14 +2,38 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
-namespace kv_tr::host {
+namespace kv_tr {
 
-/// Whether the numbers of a parameter file have decimal commas. In a file of six numbers commas
-/// may separate; it has decimal ones when there are too many for that.
+/// Whether the first fields of a text are this many numbers, at least one of them with a decimal
+/// comma, when blanks, semicolons and line ends separate fields but commas do not.
+bool HasDecimalCommas(std::string_view text, int numbers);
+
+/// A line without its first field.
+std::string_view WithoutIdentifier(std::string_view line);
+
+/// Whether the numbers of a parameter file have decimal commas. A file that can be read only once
+/// is not looked at, here and below.
 bool ParametersHaveDecimalCommas(const std::string& fileName);
 
-/// Whether a control-point file looks like it: commas make twice as many fields of its lines.
+/// Whether the first lines of a control-point file look like it.
 bool PointsMayHaveDecimalCommas(const std::string& fileName);
 
-}  // namespace kv_tr::host
+/// Tells the user when they do.
+bool ReportDecimalCommas(const std::string& pointsFileName);
+
+/// While it lives, numbers are read and written with the decimal separator that this parameter
+/// file was written with.
+class SeparatorOfFile {
+public:
+    explicit SeparatorOfFile(const std::string& parameterFileName);
+    ~SeparatorOfFile();
+    SeparatorOfFile(const SeparatorOfFile&) = delete;
+    SeparatorOfFile& operator=(const SeparatorOfFile&) = delete;
+
+private:
+    char before_;
+};
+
+}  // namespace kv_tr

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "params/affine_record.h"
+#include "support/decimal_commas.h"
 #include "support/file_names.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
@@ -64,6 +65,7 @@ void frmAffinTrPrm::cmdOlMeter() { Take(FathomToMetre()); }
 void frmAffinTrPrm::cmdLoad() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4LoadAffinTrPrm);
     if (!fileName) return;
+    const SeparatorOfFile separator(*fileName);
     const bool readable = std::ifstream(*fileName).is_open();  // the loader does not tell
     if (parameters_->bLoadAffinTrPrmFromFile(*fileName, HasExtension(*fileName, "prm")) &&
         readable) {

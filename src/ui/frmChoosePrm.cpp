@@ -1,6 +1,7 @@
 // The chooser of where parameters come from, without its window.
 #include "ui/frmChoosePrm.h"
 
+#include "support/decimal_commas.h"
 #include "support/ml_strings.h"
 #include "ui/choose_file.h"
 
@@ -27,7 +28,7 @@ bool frmChoosePrm::cmdPoli() {
 bool frmChoosePrm::cmdCalc() {
     clsTrCalc& engine = *parameters_->oCalcTr();
     const auto fileName = ChooseFile(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (!fileName || !engine.bLoadXYsFromFile(*fileName, false) ||
+    if (!fileName || ReportDecimalCommas(*fileName) || !engine.bLoadXYsFromFile(*fileName, false) ||
         !parameters_->bShowXYs4Tr(*fileName)) {
         return false;
     }

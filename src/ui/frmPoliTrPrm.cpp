@@ -6,6 +6,7 @@
 #include "params/parameter_listing.h"
 #include "support/clsFile.h"
 #include "support/component.h"
+#include "support/decimal_commas.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
 #include "support/working_folder.h"
@@ -35,7 +36,10 @@ void frmPoliTrPrm::cmdLoad() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4LoadPoliTrPrm);
     if (!fileName) return;
     TR_PRM record;
-    const PolynomialReading reading = ReadPolynomialFile(*fileName, record);
+    const PolynomialReading reading = [&] {
+        const SeparatorOfFile separator(*fileName);
+        return ReadPolynomialFile(*fileName, record);
+    }();
     if (reading.accepted) {
         Show(record);
     } else if (reading.opened) {

@@ -5,7 +5,6 @@
 #include <array>
 
 #include "model/transformation_type.h"
-#include "params/clsTr.h"
 #include "support/GCommonDialog.h"
 #include "support/errors.h"
 #include "support/file_names.h"
@@ -13,6 +12,7 @@
 #include "support/ml_strings.h"
 #include "support/number_text.h"
 #include "support/settings.h"
+#include "ui/scratch_transformation.h"
 
 namespace kv_tr {
 namespace {
@@ -126,13 +126,10 @@ void frmTr::cmdSaveLog() {
 
 void frmTr::cmdSavePrm() {
     std::string folder = InitDir();
-    const std::int32_t language = CurrentMlLanguage();
     std::string fileName;
-    clsTr parameters;  // takes the host's language and the folder of the settings
-    SetMlLanguage(language, {});
+    ScratchTransformation parameters;
     parameters.udtTrPrm(engine_->udtTrPrm());
     parameters.bChooseFileAndSaveTrPrm(fileName, folder);
-    parameters.TearDown();
     Remember(fileName, folder);
 }
 

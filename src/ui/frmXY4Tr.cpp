@@ -3,10 +3,12 @@
 
 #include "engine/control_point_file.h"
 #include "support/clsFile.h"
+#include "support/decimal_commas.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
 #include "support/working_folder.h"
 #include "ui/choose_file.h"
+#include "ui/scratch_transformation.h"
 
 namespace kv_tr {
 
@@ -28,17 +30,15 @@ std::string frmXY4Tr::Title() const {
 }
 
 void frmXY4Tr::cmdLoad() {
-    const std::string folder = InitDir();
-    clsTr other;
-    InitDir(folder);  // a new object goes back to the one that was remembered last
+    ScratchTransformation other;
     clsTrCalc& engine = *other.oCalcTr();
     const auto fileName = ChooseFile(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (fileName && engine.bLoadXYsFromFile(*fileName, false)) {
+    if (!fileName || ReportDecimalCommas(*fileName)) return;
+    if (engine.bLoadXYsFromFile(*fileName, false)) {
         nameLine_ = *fileName + "\r\n";
         text_ = nameLine_ + engine.sListXYs();
         Changed.Raise();
     }
-    other.TearDown();
 }
 
 void frmXY4Tr::cmdSave() {

@@ -68,7 +68,7 @@ QString FilterText(const FileFilter& filter) {
     const QString description = QString::fromStdString(filter.description);
     const QString patterns =
         QString::fromStdString(filter.pattern).replace("*.*", "*").replace(';', ' ').trimmed();
-    return description.section('(', 0, 0).trimmed() + " (" + patterns + ")";
+    return description.section("(*", 0, 0).trimmed() + " (" + patterns + ")";
 }
 
 /// "txt" of "Log (*.txt)", nothing for all files.
