@@ -135,7 +135,8 @@ void DesktopForm::Invert() {
 void DesktopForm::OpenParameters() {
     const auto choose = transformation_.bTypeIsPolinom() ? &clsTr::bChooseFile4LoadPoliTrPrm
                                                          : &clsTr::bChooseFile4LoadAffinTrPrm;
-    if (const auto fileName = ChooseFile(transformation_, choose)) OpenFile(*fileName);
+    const auto fileName = ChooseFile(transformation_, choose);
+    if (fileName) Take([&] { return LoadParameters(*fileName); });
 }
 
 void DesktopForm::SaveParameters() {
@@ -192,6 +193,10 @@ void DesktopForm::FitTo(const std::string& fileName) {
     if (ReportDecimalCommas(fileName)) return;
     clsTrCalc& engine = *transformation_.oCalcTr();
     engine.bLoadXYsFromFile(fileName, false);
+    if (engine.lFullCnt() == 0) {
+        ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
+        return;
+    }
     engine.eTrType(FirstType(engine));
     recent_.Add(fileName);
     Adjust();

@@ -106,11 +106,11 @@ QGroupBox* HostWindow::MakePoint() {
 QGroupBox* HostWindow::MakeDirection() {
     QGroupBox* group = MakeGroup(1179);
     direction_ = MakeInput("direction");
+    unit_ = new QComboBox(group);
     length_ = MakeInput("length");
     length_->setText("1000");
     directionImage_ = MakeResult("directionImage");
     uncertainty_ = new QLabel(group);
-    unit_ = new QComboBox(group);
     unit_->setObjectName("unit");
     for (const host::AngleUnit& unit : host::AngleUnits()) {
         unit_->addItem(QLatin1String(unit.name.data(), qsizetype(unit.name.size())));

@@ -58,7 +58,9 @@ void HostWindow::MakeMenus() {
     QAction* transform = AddAction(file, 1173, [this] { TransformFile({}); });
     transform->setShortcut(Qt::CTRL | Qt::Key_T);
     file->addSeparator();
-    startPage_ = AddAction(file, 1185, [this] { pages_->setCurrentIndex(0); });
+    startPage_ =
+        AddAction(file, 1185, [this] { pages_->setCurrentIndex(startPage_->isChecked() ? 0 : 1); });
+    startPage_->setCheckable(true);
     AddAction(file, 1166, [this] { close(); })->setShortcut(QKeySequence::Quit);
     needParameters_ = {save, transform};
 
@@ -131,6 +133,7 @@ void HostWindow::Redraw() {
     adjust_->setEnabled(form_.HasControlPoints());
     invert_->setEnabled(form_.CanInvert());
     startPage_->setEnabled(form_.HasParameters());
+    startPage_->setChecked(!form_.HasParameters());
     pages_->setCurrentIndex(form_.HasParameters() ? 1 : 0);
     RedrawRecent();
     type_->setText(QString::fromStdString(form_.TypeText()));

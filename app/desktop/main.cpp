@@ -2,7 +2,9 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QIcon>
+#include <QLibraryInfo>
 #include <QLocale>
+#include <QTranslator>
 
 #include "common/languages.h"
 #include "desktop/host_window.h"
@@ -18,6 +20,19 @@ using namespace kv_tr;
 std::int32_t LanguageNamed(const QString& name) {
     const std::int32_t id = host::LanguageCoded(name.toStdString());
     return id == 0 ? kEnglish : id;
+}
+
+/// Gives Qt's own windows the component's language, as far as Qt has been translated.
+void TranslateQt(QTranslator& texts) {
+    QCoreApplication::removeTranslator(&texts);
+    for (const host::Language& language : host::Languages()) {
+        if (language.id != CurrentMlLanguage()) continue;
+        const QString code =
+            QString::fromUtf8(language.code.data(), qsizetype(language.code.size()));
+        if (texts.load("qtbase_" + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+            QCoreApplication::installTranslator(&texts);
+        }
+    }
 }
 
 }  // namespace
@@ -48,6 +63,9 @@ int main(int argc, char* argv[]) {
             : desktop::DesktopForm::RememberedLanguage(switchable.HostLanguage());
     switchable.SwitchLanguage(language, {});
 
+    QTranslator ownTexts;
+    TranslateQt(ownTexts);
+    const Subscription languageChanged = OnLanguageChange([&ownTexts] { TranslateQt(ownTexts); });
     desktop::DesktopForm form(switchable);
     desktop::HostWindow window(form, KV_TR_VERSION);
     window.show();

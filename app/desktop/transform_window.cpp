@@ -139,6 +139,7 @@ void TransformWindow::Run() {
             QApplication::processEvents();
             sinceDrawn.start();
         }
+        if (done >= 1.0) bar.hide();  // what came of it is told next
         return !bar.wasCanceled();
     };
     try {

@@ -2,6 +2,7 @@
 #include "ui/frmChoosePrm.h"
 
 #include "support/decimal_commas.h"
+#include "support/message.h"
 #include "support/ml_strings.h"
 #include "ui/choose_file.h"
 
@@ -30,6 +31,10 @@ bool frmChoosePrm::cmdCalc() {
     const auto fileName = ChooseFile(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr);
     if (!fileName || ReportDecimalCommas(*fileName) || !engine.bLoadXYsFromFile(*fileName, false) ||
         !parameters_->bShowXYs4Tr(*fileName)) {
+        return false;
+    }
+    if (engine.lFullCnt() == 0) {
+        ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
         return false;
     }
     engine.eTrType(TR_AFFIN);

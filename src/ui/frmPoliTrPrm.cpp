@@ -40,7 +40,7 @@ void frmPoliTrPrm::cmdLoad() {
         const SeparatorOfFile separator(*fileName);
         return ReadPolynomialFile(*fileName, record);
     }();
-    if (reading.accepted) {
+    if (reading.accepted && reading.badLine == 0) {
         Show(record);
     } else if (reading.opened) {
         ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);

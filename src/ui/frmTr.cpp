@@ -78,7 +78,7 @@ void frmTr::chkInverz() {
 
 bool frmTr::txtLimit(const std::string& text) {
     if (text == limitText_) return true;  // the limit may have more decimals than are shown
-    const auto limit = ParseNumber(text, true);
+    const auto limit = ParseNumber(CleanNumberLine(text, true));
     if (!limit) {
         ShowMessage(text, Icon::kExclamation, GetMlString(84, "Hibás érték!"));
         return false;
@@ -104,6 +104,8 @@ void frmTr::cmdRemoveExt() {
         return;
     }
     engine_->AddXY4Tr(used, false);
+    editor_.visible = false;
+    currentRow_ = std::min(currentRow_, RowCount() - 1);
     SelectTypeOf(engine_->eTrType());
     ShowResult();
 }

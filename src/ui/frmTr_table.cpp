@@ -121,7 +121,7 @@ void frmTr::Grid1MouseUp(int anchorRow, int row) {
 }
 
 void frmTr::Grid1KeyPress(const std::string& character) {
-    if (currentRow_ == 0) return;
+    if (currentRow_ == 0 || currentRow_ >= RowCount()) return;
     const bool printable = !character.empty() && static_cast<unsigned char>(character[0]) > 32;
     if (printable) {
         OpenEditor(character, 1);

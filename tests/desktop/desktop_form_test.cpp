@@ -35,6 +35,7 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
         {"bad.trp", "0 1 x", Kind::kParameters, false, "Invalid file format!\r\n"},
         {"gone.all", "", Kind::kParameters, false, "File open error:"},
         {"broken.dat", points + "D 5 x 1 1\n", Kind::kControlPoints, false, "{}, line 4: "},
+        {"empty.dat", "\n\n", Kind::kCoordinates, false, ""},
         {"commas.dat", "A 1,5 2,5 3,5 4,5\n", Kind::kControlPoints, false, "{}: commas "},
         {"shift.trp", "100,000\n1,0\n0,0\n200,000\n0,0\n1,0\n", Kind::kParameters, true, ""},
         {"order1.all", "t\n\n sy = 0 sx = 0\n1 5 6\n2 1 0\n3 0 1\n", Kind::kParameters, true, ""},
@@ -53,17 +54,24 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
         }
     }
     EXPECT_EQ(form.Image({"1", "2"}).first, "6.000");
+    platform.choices = {FileChoice{File("six.txt", "1 2 3 4 5 6")},
+                        FileChoice{folder.File("empty.dat")}};
+    form.OpenParameters();
+    EXPECT_EQ(form.Image({"1", "2"}).first, "9.000") << "whatever the name says";
+    form.OpenControlPoints();
+    EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{GetMlString(97, {})});
+    EXPECT_TRUE(platform.opened.empty());
 
     platform.confirm = false;
     EXPECT_EQ(form.OpenFile(File("good.dat", points)), Kind::kControlPoints);
     EXPECT_EQ(platform.opened, std::vector<std::string>{"apply"});
-    EXPECT_EQ(form.Image({"1", "2"}).first, "6.000") << "a cancelled fit takes nothing";
+    EXPECT_EQ(form.Image({"1", "2"}).first, "9.000") << "a cancelled fit takes nothing";
     platform.confirm = true;
     form.Adjust();
     EXPECT_EQ(form.Record().eType, TR_AFFIN);
 
-    const std::vector<std::string> recent{folder.File("good.dat"), folder.File("order1.all"),
-                                          folder.File("shift.trp")};
+    const std::vector<std::string> recent{folder.File("good.dat"), folder.File("six.txt"),
+                                          folder.File("order1.all"), folder.File("shift.trp")};
     EXPECT_EQ(form.Recent(), recent);
     EXPECT_EQ(DesktopForm(*platform.texts).Recent(), recent);
 }

@@ -56,7 +56,16 @@ TEST_F(WindowsOfForms, ForwardWhatTheUserDoes) {
         Click(window, "cmdOk");
         EXPECT_FALSE(window.isVisible());
     })));
-    EXPECT_EQ(double{transformation.udtTrPrm().dB0}, 12.5);
+    EXPECT_FALSE((Open<frmAffinTrPrmWindow, frmAffinTrPrm>([](frmAffinTrPrmWindow& window) {
+        for (const auto& [name, text] : {std::pair{"txtTrPrm(1)", "x"}, {"txtTrPrm(3)", "13.5"}}) {
+            auto* box = window.findChild<QLineEdit*>(name);
+            box->clear();
+            QTest::keyClicks(box, text);
+        }
+        Click(window, "cmdNok");
+    })));
+    EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{});
+    EXPECT_EQ(double{transformation.udtTrPrm().dB0}, 13.5);
 
     EXPECT_TRUE((Open<frmChoosePrmWindow, frmChoosePrm>([&](frmChoosePrmWindow& window) {
         Click(window, "cmdPoli");

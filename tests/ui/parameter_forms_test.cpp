@@ -168,7 +168,8 @@ TEST_F(PoliTrPrm, AsksOnlyAboutAChangedTextAndTakesItWholeOrNotAtAll) {
 }
 
 TEST_F(PoliTrPrm, LoadsChoosesAndSavesTheTextAsItStands) {
-    const std::string cases[] = {"", "t\n\n1 2\n1 1 1\n2 2 2\n3 3 3\n4 4 4\n5 5 5\n"};
+    const std::string cases[] = {"", "t\n\n1 2\n1 1 1\n2 2 2\n3 3 3\n4 4 4\n5 5 5\n",
+                                 "t\n\n1 2\n1 1 1\n2 2 2\n3 3 3\n4 4 1..2\n"};
     transformation.udtTrPrmByDAT2M1(TR_STG_HKR);
     Open<frmPoliTrPrm>([&](frmPoliTrPrm& form) {
         const std::string listing = form.rtBox();

@@ -8,6 +8,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSet>
+#include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "support/errors.h"
 #include "support/message.h"
@@ -62,15 +65,19 @@ void FormWindow::Follow(Event<>& changed) {
 }
 
 void FormWindow::ShowCaptions(const Captions& captions) {
-    QSet<QChar> taken;
+    std::vector<std::pair<QWidget*, QString>> texts;
     for (const Caption& row : captions.Rows()) {
         const auto name = QString::fromUtf8(row.control.data(), qsizetype(row.control.size()));
         QWidget* control = name == objectName() ? this : findChild<QWidget*>(name);
         if (control == nullptr) continue;
-        SetCaption(*control, QString::fromStdString(captions.Text(row.control)).remove('\r'),
-                   taken);
+        texts.emplace_back(control,
+                           QString::fromStdString(captions.Text(row.control)).remove('\r'));
         control->setToolTip(QString::fromStdString(captions.ToolTip(row.control)));
     }
+    // The short ones have the fewest letters to choose from.
+    std::ranges::stable_sort(texts, {}, [](const auto& text) { return text.second.size(); });
+    QSet<QChar> taken;
+    for (const auto& [control, text] : texts) SetCaption(*control, text, taken);
 }
 
 void FormWindow::Act(const std::function<void()>& action) {

@@ -64,6 +64,8 @@ QGroupBox* frmAffinTrPrmWindow::MakeSample() {
 QLayout* frmAffinTrPrmWindow::MakeButtons() {
     fathomButtons_ = {MakeButton("cmdMeterOl", [this] { form_.cmdMeterOl(); }),
                       MakeButton("cmdOlMeter", [this] { form_.cmdOlMeter(); })};
+    QPushButton* load = MakeButton("cmdLoad", [this] { form_.cmdLoad(); });
+    QPushButton* save = MakeButton("cmdSave", [this] { form_.cmdSave(); });
     QPushButton* ok = MakeButton("cmdOk", [this] {
         if (form_.cmdOk()) accept();
     });
@@ -74,8 +76,8 @@ QLayout* frmAffinTrPrmWindow::MakeButtons() {
     auto* row = new QHBoxLayout;
     for (QPushButton* button : fathomButtons_) row->addWidget(button);
     row->addStretch();
-    row->addWidget(MakeButton("cmdLoad", [this] { form_.cmdLoad(); }));
-    row->addWidget(MakeButton("cmdSave", [this] { form_.cmdSave(); }));
+    row->addWidget(load);
+    row->addWidget(save);
     row->addWidget(ok);
     row->addWidget(cancel);
     for (auto* button : findChildren<QPushButton*>()) {
@@ -102,6 +104,19 @@ void frmAffinTrPrmWindow::Act(const std::function<void()>& action) {
         if (!Settle(i)) return;
     }
     FormWindow::Act(action);
+}
+
+/// Leaves with the numbers that were typed; other texts no longer matter.
+void frmAffinTrPrmWindow::reject() {
+    for (int i = 0; i < frmAffinTrPrm::kBoxes; ++i) {
+        QLineEdit* box = boxes_[static_cast<std::size_t>(i)];
+        if (frmAffinTrPrm::IsNumber(box->text().toStdString())) {
+            Settle(i);
+        } else {
+            box->setModified(false);
+        }
+    }
+    FormWindow::reject();
 }
 
 /// Hands a changed text to the form; when that refuses it, the box keeps the focus.

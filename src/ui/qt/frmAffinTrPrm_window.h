@@ -20,6 +20,7 @@ public:
 protected:
     void Redraw() override;
     void Act(const std::function<void()>& action) override;
+    void reject() override;
 
 private:
     QGroupBox* MakeBoxes();

@@ -34,10 +34,13 @@ QGroupBox* MakeFrame(const QString& name, QWidget* parent) {
 }  // namespace
 
 frmTrWindow::frmTrWindow(frmTr& form) : FormWindow("frmTr", {1040, 680}), form_(form) {
-    const auto act = [this](const std::function<void()>& action) { Act(action); };
+    const auto act = [this](const std::function<void()>& action) { ActOnCells(action); };
     grid_ = new PairGrid(form, act, this);
     picture_ = new GraphArea(form, act, this);
     auto* layout = new QHBoxLayout(this);
+    for (QWidget* view : std::initializer_list<QWidget*>{grid_, picture_}) {
+        view->setMinimumWidth(320);
+    }
     layout->addWidget(grid_, 1);
     layout->addWidget(picture_, 1);
     layout->addWidget(MakePanel());
@@ -175,7 +178,16 @@ void frmTrWindow::Redraw() {
     picture_->update();
 }
 
+/// A button pressed by its letter leaves the focus where it is: what stands in the cell editor
+/// belongs to the rows as they are now.
 void frmTrWindow::Act(const std::function<void()>& action) {
+    ActOnCells([&] {
+        form_.Grid1GotFocus();
+        action();
+    });
+}
+
+void frmTrWindow::ActOnCells(const std::function<void()>& action) {
     if (SettleLimit()) FormWindow::Act(action);
     Redraw();  // a refused button has marked itself already
 }

@@ -35,6 +35,7 @@ private:
     QGroupBox* MakeStatistics();
     QWidget* MakePanel();
     QLabel* MakeLabel(const QString& name, QBoxLayout& layout);
+    void ActOnCells(const std::function<void()>& action);
     bool SettleLimit();
 
     frmTr& form_;

@@ -3,12 +3,14 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
 #include <algorithm>
 #include <array>
 
 #include "support/GCommonDialog.h"
+#include "support/message.h"
 #include "support/ml_strings.h"
 #include "ui/dialogs.h"
 #include "ui/qt/cursor_scope.h"
@@ -41,6 +43,15 @@ QMessageBox::Icon IconOf(Icon icon) {
     }
 }
 
+/// Makes a message box at least as wide as its title, which may say what the text is.
+void MakeRoomForTitle(QMessageBox& box) {
+    constexpr int kButtonsOfFrame = 160;
+    const int width = box.fontMetrics().horizontalAdvance(box.windowTitle()) + kButtonsOfFrame;
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
+        grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+    }
+}
+
 class QtMessages : public MessageBox {
 public:
     Answer Show(const Message& message) override {
@@ -56,6 +67,7 @@ public:
             button->setText(QString::fromStdString(GetMlString(text.textId, {})));
             if (text.answer == message.defaultAnswer) box.setDefaultButton(button);
         }
+        MakeRoomForTitle(box);
         const CursorScope arrow(Qt::ArrowCursor);
         const int pressed = box.exec();
         const auto answer = std::ranges::find(texts, pressed, &ButtonText::button);
@@ -76,6 +88,14 @@ QString ExtensionOf(const QString& filterText) {
     return filterText.section("*.", 1, 1).section(' ', 0, 0).remove(')');
 }
 
+bool MayReplace(const std::string& fileName) {
+    return Ask({.text = FillPlaces(GetMlString(1191, {}), {fileName}),
+                .title = GetMlString(83, {}),
+                .icon = Icon::kExclamation,
+                .buttons = Buttons::kYesNo,
+                .defaultAnswer = Answer::kNo}) == Answer::kYes;
+}
+
 class QtFiles : public FileChooser {
 public:
     std::optional<FileChoice> ChooseToOpen(const FileRequest& request) override {
@@ -87,9 +107,15 @@ public:
     std::optional<FileChoice> ChooseToSave(const FileRequest& request) override {
         QFileDialog dialog(QApplication::activeWindow());
         dialog.setAcceptMode(QFileDialog::AcceptSave);
-        dialog.setOption(QFileDialog::DontConfirmOverwrite,
-                         (request.flags & kOverwritePrompt) == 0);
-        return Choose(dialog, request, 16);
+        dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked in the user's language
+        const bool ask = (request.flags & kOverwritePrompt) != 0;
+        auto choice = Choose(dialog, request, 16);
+        while (choice && ask && QFile::exists(QString::fromStdString(choice->path)) &&
+               !MayReplace(choice->path)) {
+            dialog.selectFile(QString::fromStdString(choice->path));
+            choice = Run(dialog, request);
+        }
+        return choice;
     }
 
 private:
@@ -115,9 +141,13 @@ private:
             const QString extension = ExtensionOf(filter);
             if (!extension.isEmpty()) dialog.setDefaultSuffix(extension);
         });
+        return Run(dialog, request);
+    }
+
+    static std::optional<FileChoice> Run(QFileDialog& dialog, const FileRequest& request) {
         const CursorScope arrow(Qt::ArrowCursor);
         if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-        const auto chosenFilter = filters.indexOf(dialog.selectedNameFilter());
+        const auto chosenFilter = dialog.nameFilters().indexOf(dialog.selectedNameFilter());
         return FileChoice{.path = dialog.selectedFiles().value(0).toStdString(),
                           .filterIndex = static_cast<std::int32_t>(chosenFilter) + 1,
                           .flags = request.flags};

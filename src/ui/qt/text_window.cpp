@@ -13,10 +13,17 @@ void TextWindow::LayOut(const QList<QPushButton*>& buttons, const std::function<
     box_->setObjectName("rtBox");
     box_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     box_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    box_->setTabChangesFocus(true);
+    box_->setFocus();
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(box_);
     auto* row = new QHBoxLayout;
-    for (QPushButton* button : buttons) row->addWidget(button);
+    QWidget* before = box_;
+    for (QPushButton* button : buttons) {
+        row->addWidget(button);
+        setTabOrder(before, button);
+        before = button;
+    }
     row->addStretch();
     row->addWidget(MakeButton("cmdOk", [this, confirm] {
         if (confirm()) accept();

@@ -167,6 +167,18 @@ TEST_F(FrmTrWindow, EditsCells) {
         QTest::keyClick(&edit, Qt::Key_Escape);
         QTest::keyClick(&grid, Qt::Key_Escape);
         EXPECT_TRUE(window.isVisible());
+
+        engine.ExcludeByIx(0, true);
+        const int last = engine.lFullCnt() - 1;
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, last, 2));
+        edit.setText("6");
+        Click(window, "cmdRemoveExt");  // as its letter does, the focus staying in the editor
+        EXPECT_EQ(engine.lFullCnt(), last);
+        EXPECT_EQ(engine.Pairs().back().dXsour, 6);
+        EXPECT_FALSE(edit.isVisible());
+        QTest::keyClick(&grid, Qt::Key_F2);
+        EXPECT_EQ(edit.text(), "6.000") << "the current row exists";
+        QTest::keyClick(&edit, Qt::Key_Escape);
         Click(window, "opMode(0)");
         QTest::keyClick(&grid, Qt::Key_Escape);
         EXPECT_FALSE(window.isVisible()) << "Esc leaves by cmdExit";
