@@ -11,6 +11,13 @@
 namespace kv_tr::python {
 namespace {
 
+/// A coordinate; what is too large for one raises what float() would.
+double Coordinate(const py::object& given, const char* name) {
+    const double value = PyFloat_AsDouble(given.ptr());
+    if (value == -1.0 && PyErr_Occurred() != nullptr) throw py::error_already_set();
+    return Finite(value, name);
+}
+
 py::tuple Evaluate(const TR_PRM& record, const py::object& first, const py::object& second,
                    const py::object& out) {
     const auto isNumber = [](const py::object& given) {
@@ -18,8 +25,8 @@ py::tuple Evaluate(const TR_PRM& record, const py::object& first, const py::obje
     };
     if (isNumber(first) && isNumber(second) && !py::isinstance<py::array>(first) &&
         !py::isinstance<py::array>(second)) {
-        const PlanePoint image = EvalTrPrm(record, {Finite(first.cast<double>(), "first"),
-                                                    Finite(second.cast<double>(), "second")});
+        const PlanePoint image =
+            EvalTrPrm(record, {Coordinate(first, "first"), Coordinate(second, "second")});
         return py::make_tuple(image.first, image.second);
     }
     auto [firstOut, secondOut] = TransformArrays(record, {first, "first"}, {second, "second"}, out);

@@ -239,6 +239,17 @@ void PrintMessage(const Message& message) {
     py::print(text, py::arg("file") = py::module_::import("sys").attr("stderr"));
 }
 
+/// Without texts of the caller's own a language has to be one of the component's.
+void CheckLanguage(std::int32_t language) {
+    std::string known;
+    for (const std::int32_t id : MlLanguages()) {
+        if (id == language) return;
+        known += (known.empty() ? "" : ", ") + std::to_string(id);
+    }
+    throw py::value_error("language is " + std::to_string(language) + ", it must be one of " +
+                          known);
+}
+
 /// Installs the ports; the objects are let go when the interpreter ends.
 void Install(const py::object& messages, const py::object& toOpen, const py::object& toSave,
              const py::object& settings, const py::object& dialogs, const py::object& texts,
@@ -249,6 +260,7 @@ void Install(const py::object& messages, const py::object& toOpen, const py::obj
     CheckSettings(settings);
     CheckDialogs(dialogs);
     CheckCallable(texts, "texts");
+    if (texts.is_none()) CheckLanguage(language);
 
     std::vector<std::weak_ptr<py::object>> all;
     const auto hold = [&all](const py::object& given) {

@@ -117,6 +117,11 @@ void AddRecord(py::module_& module, const char* name, const char* doc,
 
 /// A pair from a tuple of its fields; complaints say at which place it was given.
 typeXYs4Tr PairFrom(const py::object& type, const py::tuple& values, const std::string& place) {
+    constexpr std::size_t kNeeded = 5;
+    if (values.size() < kNeeded) {
+        throw py::type_error(place + " must have an identifier and four coordinates, it has " +
+                             std::to_string(values.size()) + " fields");
+    }
     try {
         return type(*values).cast<typeXYs4Tr>();
     } catch (py::error_already_set& error) {

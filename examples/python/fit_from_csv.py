@@ -11,6 +11,7 @@ remain than the type needs.
 import argparse
 import csv
 import math
+import os
 import sys
 
 import kv_tr
@@ -52,8 +53,10 @@ def fit(engine, limit):
             break
         kind = engine.eTrType
         engine.ExcludeByIx(worst, False)
-        if engine.eTrType != kind:  # the type was lowered: no point can be spared
-            engine.ExcludeByIx(worst, False)
+        spared = engine.lNotUsedCnt > len(pairs) - len(used)
+        if not spared or engine.eTrType != kind:  # the last two points stay, and so does the type
+            if spared:
+                engine.ExcludeByIx(worst, False)
             engine.eTrType = kind
             print(f"{pairs[worst].sId} is above the limit but needed", file=sys.stderr)
             break
@@ -68,13 +71,26 @@ def report(engine):
     print(f"rms {engine.dRmsErr:.3f} m with {engine.lFullCnt - engine.lNotUsedCnt} points")
 
 
+def save_parameters(tr, name):
+    """Saves in the format that the extension names; it has to suit the type."""
+    extension = os.path.splitext(name)[1].lower()
+    if extension not in ((".all",) if tr.bTypeIsPolinom() else (".trp", ".prm")):
+        sys.exit(f"{name}: polynomials go to .all, other types to .trp or .prm")
+    if tr.bTypeIsPolinom():
+        tr.bSavePoliTrPrm(name)
+    else:
+        tr.bSaveAffinTrPrm(name, extension == ".prm")
+    if not os.path.isfile(name):
+        sys.exit(1)  # the component has said why
+
+
 def main():
     parser = argparse.ArgumentParser(description="Fits a transformation to control points.")
     parser.add_argument("points", help="CSV file with the columns id, y1, x1, y2, x2")
     parser.add_argument("--type", choices=TYPES, default="helmert")
     parser.add_argument("--limit", type=float, help="greatest residual allowed, metres")
     parser.add_argument("--log", help="write the transformation log to this file")
-    parser.add_argument("--save", help="write the parameters to this file (.trp or .all)")
+    parser.add_argument("--save", help="write the parameters to this file (.trp, .prm or .all)")
     options = parser.parse_args()
 
     kv_tr.install_platform(language=2057)
@@ -90,9 +106,7 @@ def main():
             engine.SaveLog(options.log)
         tr.udtTrPrm = engine.udtTrPrm
         if options.save:
-            save = tr.bSavePoliTrPrm if tr.bTypeIsPolinom() else tr.bSaveAffinTrPrm
-            if not save(options.save):
-                sys.exit(1)
+            save_parameters(tr, options.save)
 
 
 if __name__ == "__main__":

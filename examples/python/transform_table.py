@@ -2,7 +2,7 @@
 """Transforms two columns of a table, whatever else it holds.
 
     transform_table.py boundary_points.csv new.csv --params town.trp
-    transform_table.py boundary_points.csv new.csv --national STG_EOV_10e --columns y x
+    transform_table.py stg_points.csv eov_points.csv --national STG_EOV_10e --columns y x
 """
 
 import argparse

@@ -1,7 +1,7 @@
 import builtins
 import enum
 import os
-from collections.abc import Callable, Iterable, Mapping, MutableMapping
+from collections.abc import Callable, Iterable, MutableMapping
 from typing import Any, Final, Literal, overload
 
 import numpy as np
@@ -354,7 +354,7 @@ def install_platform(
     choose_to_open: Callable[[FileRequest], _Path | None] | None = None,
     choose_to_save: Callable[[FileRequest], _Path | None] | None = None,
     settings: MutableMapping[str, str] | None = None,
-    dialogs: Mapping[str, Callable[..., Any]] | None = None,
+    dialogs: dict[str, Callable[..., Any]] | None = None,
     texts: Callable[[int, int], str | None] | None = None,
     language: int = 1038,
 ) -> None: ...
