@@ -1,15 +1,17 @@
-# What `cmake --install` gives other programs: the library with its headers, a CMake package and a
-# pkg-config file, both of which work wherever the folder is moved.
+# What `cmake --install` gives other programs: the library with its headers, the windows if they are
+# built, a CMake package and a pkg-config file, both of which work wherever the folder is moved.
 include(CMakePackageConfigHelpers)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/kv_tr)
 
-install(TARGETS kv_tr EXPORT kv_tr FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kv_tr)
-install(
-  EXPORT kv_tr
-  NAMESPACE kv_tr::
-  FILE kv_tr-config.cmake
-  DESTINATION ${package_folder})
+install(TARGETS kv_tr EXPORT kv_tr-targets FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kv_tr)
+install(EXPORT kv_tr-targets NAMESPACE kv_tr:: DESTINATION ${package_folder})
+if(KV_TR_QT) # the component `qt` of the package
+  install(TARGETS kv_tr_qt EXPORT kv_tr-qt-targets FILE_SET HEADERS
+          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kv_tr)
+  install(EXPORT kv_tr-qt-targets NAMESPACE kv_tr:: DESTINATION ${package_folder})
+endif()
+install(FILES cmake/kv_tr-config.cmake DESTINATION ${package_folder})
 write_basic_package_version_file(
   ${PROJECT_BINARY_DIR}/kv_tr-config-version.cmake
   COMPATIBILITY SameMinorVersion)

@@ -1,7 +1,8 @@
 # Installs the built project into a clean folder and builds the example host against that copy,
 # once with the CMake package and once with pkg-config; the Python package is imported from there.
 # Run as a script, with BUILD (the build tree), EXAMPLE (the host's folder), COMPILER, FLAGS,
-# BUILD_TYPE and PYTHON (the interpreter, if the package was built for one it can load).
+# BUILD_TYPE, QT (whether there are windows, for which EXAMPLE_qt is the host) and PYTHON (the
+# interpreter, if the package was built for one it can load).
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -57,10 +58,18 @@ run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${folder}/prefix)
 file(RENAME ${folder}/prefix ${prefix})
 check_headers(${prefix}/include/kv_tr)
 
-run(${CMAKE_COMMAND} -S ${EXAMPLE} -B ${folder}/build -G Ninja -DCMAKE_PREFIX_PATH=${prefix}
-    -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=${BUILD_TYPE})
-run(${CMAKE_COMMAND} --build ${folder}/build)
+# build_host(SOURCE NAME): in folder/NAME, with the CMake package.
+function(build_host source name)
+  run(${CMAKE_COMMAND} -S ${source} -B ${folder}/${name} -G Ninja -DCMAKE_PREFIX_PATH=${prefix}
+      -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=${BUILD_TYPE})
+  run(${CMAKE_COMMAND} --build ${folder}/${name})
+endfunction()
+
+build_host(${EXAMPLE} build)
 check_host(${folder}/build/host)
+if(QT)
+  build_host(${EXAMPLE}_qt build_qt)
+endif()
 
 find_program(pkg_config pkg-config)
 if(pkg_config)

@@ -1,0 +1,11 @@
+# The package kv_tr: the target kv_tr::kv_tr, and with the component `qt` also kv_tr::qt.
+include(${CMAKE_CURRENT_LIST_DIR}/kv_tr-targets.cmake)
+if(qt IN_LIST kv_tr_FIND_COMPONENTS)
+  include(CMakeFindDependencyMacro)
+  find_dependency(Qt6 6.4 COMPONENTS Widgets PrintSupport)
+  include(${CMAKE_CURRENT_LIST_DIR}/kv_tr-qt-targets.cmake OPTIONAL RESULT_VARIABLE kv_tr_qt_FOUND)
+  if(kv_tr_FIND_REQUIRED_qt AND NOT kv_tr_qt_FOUND)
+    set(kv_tr_FOUND FALSE)
+    set(kv_tr_NOT_FOUND_MESSAGE "kv_tr was installed without its windows (KV_TR_QT)")
+  endif()
+endif()

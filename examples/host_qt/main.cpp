@@ -1,0 +1,29 @@
+// A host with windows: the user chooses parameters in the component's dialogs, and points typed on
+// the standard input come out transformed.
+#include <QApplication>
+#include <clocale>
+#include <cstdio>
+
+#include "params/clsTr.h"
+#include "support/component.h"
+#include "support/ml_strings.h"
+#include "support/number_text.h"
+#include "ui/qt/qt_platform.h"
+
+int main(int argc, char* argv[]) {
+    const QApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");  // Qt took the user's, scanf shall read points
+    kv_tr::InstallPlatform(kv_tr::QtPlatform(kv_tr::kEnglish));
+    kv_tr::DecimalSeparator('.');
+
+    kv_tr::clsTr transformation;
+    const bool chosen = transformation.bChooseTrPrm();
+    double first = 0.0;
+    double second = 0.0;
+    while (chosen && std::scanf("%lf %lf", &first, &second) == 2) {
+        transformation.TrXY(first, second, first, second);
+        std::printf("%.3f %.3f\n", first, second);
+    }
+    transformation.TearDown();
+    return chosen ? 0 : 1;
+}
