@@ -237,8 +237,7 @@ std::int32_t DesktopForm::RememberedLanguage(std::int32_t fallback) {
 
 void DesktopForm::ShowAbout(const std::string& version, const std::string& toolkitVersion) const {
     ShowMessage("KV_Tr: " + GetMlString(1002, "Síkbeli transzformációk illesztése közös pontokra") +
-                    "\r\n\r\n" +
-                    FillPlaces(GetMlString(1196, "{0}. változat"), {version, toolkitVersion}),
+                    "\r\n\r\n" + FillPlaces(GetMlString(1196, {}), {version, toolkitVersion}),
                 Icon::kInformation, "KV_Tr");
 }
 

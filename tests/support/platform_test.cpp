@@ -79,17 +79,5 @@ TEST(Event, MayGoAwayBeforeItsSubscriptionsAndInsideAHandler) {
     EXPECT_EQ(calls, 2);
 }
 
-TEST(FollowHostLanguage, ListensAsLongAsTheSubscriptionLives) {
-    const test::RecordingPlatform platform;
-    SetMlLanguage(kHungarian, {});
-    std::optional<Subscription> subscription = FollowHostLanguage();
-    EXPECT_EQ(CurrentMlLanguage(), kEnglish);
-    platform.texts->SwitchLanguage(kRomanian, "");
-    EXPECT_EQ(CurrentMlLanguage(), kRomanian);
-    subscription.reset();
-    platform.texts->SwitchLanguage(kVietnamese, "");
-    EXPECT_EQ(CurrentMlLanguage(), kRomanian);
-}
-
 }  // namespace
 }  // namespace kv_tr
