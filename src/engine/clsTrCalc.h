@@ -53,8 +53,9 @@ public:
     void GetXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt, bool bUsed) const;
     /// All pairs without copying them, valid until the set changes.
     std::span<const typeXYs4Tr> Pairs() const { return points_.All(); }
-    /// How many pairs there are, and how many of them are excluded.
+    /// How many pairs there are.
     std::int32_t lFullCnt() const { return points_.FullCount(); }
+    /// How many of them are excluded.
     std::int32_t lNotUsedCnt() const { return points_.NotUsedCount(); }
     /// The extent of all destination coordinates; -100000000 to 100000000 until points are added.
     void GetRect4Dest(double& dXmin, double& dYmin, double& dXmax, double& dYmax) const;
@@ -72,11 +73,13 @@ public:
 
     // Type and parameters.
 
-    /// The type that is fitted. Setting it changes nothing else.
+    /// The type that is fitted.
     enuTR_TYPE eTrType() const { return record_.eType; }
+    /// Sets the type that the next fit fits, and nothing else.
     void eTrType(enuTR_TYPE type) { record_.eType = type; }
     /// The whole record: the type, and the coefficients of the last fit.
     TR_PRM udtTrPrm() const { return record_; }
+    /// Takes a record, its type included; residuals and figures stay.
     void udtTrPrm(const TR_PRM& record) { record_ = record; }
     /// Whether the type is 1 or more: the polynomials, the bilinear and the national types.
     bool bTypeIsPolinom() const;
@@ -90,19 +93,23 @@ public:
     /// what comes out. Throws RuntimeError kDivisionByZero, with nothing changed, when the first
     /// source point of a TR_AFFIN_5 fit is the source centroid.
     void DoCalcTr();
-    /// The iterative fits, with at most iterCntMax + 1 passes (text 77 or 76 when they do not
-    /// converge before the last). For any other current type they are DoCalcTr.
+    /// DoCalcTr for TR_HELMERT_3 with at most iterCntMax + 1 passes; text 77 when it does not
+    /// converge before the last. For any other current type it is DoCalcTr.
     void DoCalc_Helmert3(std::int16_t iterCntMax = 20);
+    /// The same for TR_AFFIN_5, with text 76.
     void DoCalc_Affin5(std::int16_t iterCntMax = 50);
 
     // Accuracy figures of the last fit over the used pairs, 0 before the first.
 
-    /// Root mean square error of a point, and of its first and second coordinates, metres.
+    /// Root mean square error of a point, both coordinates together, metres.
     double dRmsErr() const { return statistics_.rms; }
+    /// Root mean square error of the first coordinates, metres.
     double dRmsErrX() const { return statistics_.rmsFirst; }
+    /// Root mean square error of the second coordinates, metres.
     double dRmsErrY() const { return statistics_.rmsSecond; }
-    /// Mean residuals of the first and second coordinates, metres.
+    /// Mean residual of the first coordinates, metres.
     double dMiddleErrX() const { return statistics_.meanFirst; }
+    /// Mean residual of the second coordinates, metres.
     double dMiddleErrY() const { return statistics_.meanSecond; }
 
     // Applying the parameters.
@@ -125,10 +132,11 @@ public:
     /// that cannot be read is shown to the user (texts 70 and 74); what was read before is taken
     /// all the same. False when that was fewer than two pairs; see ReadControlPoints.
     bool bLoadXYsFromFile(const std::string& sFileXYs, bool bAppend);
-    /// Ask the user for a control-point file; they neither read nor write it. sFileName is the
-    /// suggestion and then the choice, empty after a cancel.
+    /// Asks the user for a control-point file without reading it. sFileName is the suggestion and
+    /// then the choice, empty after a cancel.
     bool bChooseFile4LoadXYs4Tr(std::string& sFileName, std::string& sInitDir,
                                 std::int32_t Owner = -1);
+    /// The same for a file to save to, without writing it.
     bool bChooseFile4SaveXYs4Tr(std::string& sFileName, std::string& sInitDir,
                                 std::int32_t Owner = -1);
     /// Writes the log of the current fit. A LanguageID other than 0 becomes the component's
@@ -138,6 +146,7 @@ public:
 
     // Surroundings.
 
+    /// The object's number in the trace registry.
     std::int32_t lDebugId() const { return trace_.Id(); }
     /// Opens the adjustment dialog; true when the user confirmed.
     bool bDoModal(bool bShowApplyButton);

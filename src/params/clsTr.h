@@ -33,15 +33,15 @@ public:
     clsTr(const clsTr&) = delete;
     clsTr& operator=(const clsTr&) = delete;
 
-    std::string gName;     ///< folder of the parameter file loaded last
-    std::int32_t gId = 0;  ///< the host's own
-    /// What TrAngle folds directions with, radians. RAD_180 and RAD_270 are for hosts.
-    double PI = AngleConstants{}.pi;
-    double RAD_90 = PI / 2.0;
-    double RAD_180 = PI;
-    double RAD_270 = RAD_90 + PI;
-    double RAD_360 = PI + PI;
+    std::string gName;                ///< folder of the parameter file loaded last
+    std::int32_t gId = 0;             ///< the host's own
+    double PI = AngleConstants{}.pi;  ///< what TrAngle folds directions with, radians
+    double RAD_90 = PI / 2.0;         ///< likewise
+    double RAD_180 = PI;              ///< for hosts
+    double RAD_270 = RAD_90 + PI;     ///< for hosts
+    double RAD_360 = PI + PI;         ///< what TrAngle folds directions with
 
+    /// The object's number in the trace registry.
     std::int32_t lDebugId() const { return trace_.Id(); }
     /// Lets the engine go. Call it before the last reference to the object is dropped.
     void TearDown();
@@ -53,6 +53,7 @@ public:
     std::int32_t lNumberOfParameters() const;
     /// The whole record, its type included. The engine's record is another one.
     TR_PRM udtTrPrm() const { return record_; }
+    /// Takes a whole record.
     void udtTrPrm(const TR_PRM& record) { record_ = record; }
     /// Takes type and six coefficients; the other coefficients stay.
     void udtTrAffinPrm(const AFFIN_PRM& record);
@@ -63,25 +64,30 @@ public:
     bool bLoadByDAT2M1();
     /// The six coefficients; false, with the arguments as they were, for a polynomial record.
     bool bGetAffinPrm(double& a0, double& a1, double& a2, double& b0, double& b1, double& b2) const;
+    /// The same as bGetAffinPrm.
     bool bGetHelmertPrm(double& a0, double& a1, double& a2, double& b0, double& b1,
                         double& b2) const;
     /// The record that maps back; false, with the argument as it was, for a polynomial record.
     /// Throws RuntimeError kDivisionByZero for a record that has no inverse.
     bool bGetInversePrm(AFFIN_PRM& udtInvAFFIN_PRM) const;
+    /// The name of the record's type in the current language.
     std::string sTrTypeName() const;
     /// Transforms a point; see EvalTrPrm.
     void TrXY(double dX, double dY, double& dXtr, double& dYtr) const;
 
     // Parameter files; docs/file-formats.md lays them out.
 
-    /// Ask the user for a file; they neither read nor write it. sFileName is the suggestion and
-    /// then the choice, empty after a cancel.
+    /// Asks the user for a file of six parameters without reading it. sFileName is the suggestion
+    /// and then the choice, empty after a cancel.
     bool bChooseFile4LoadAffinTrPrm(std::string& sFileName, std::string& sInitDir,
                                     std::int32_t Owner = -1);
+    /// The same for a file to save to, without writing it.
     bool bChooseFile4SaveAffinTrPrm(std::string& sFileName, std::string& sInitDir,
                                     std::int32_t Owner = -1);
+    /// The same for a polynomial file.
     bool bChooseFile4LoadPoliTrPrm(std::string& sFileName, std::string& sInitDir,
                                    std::int32_t Owner = -1);
+    /// The same for a polynomial file to save to.
     bool bChooseFile4SavePoliTrPrm(std::string& sFileName, std::string& sInitDir,
                                    std::int32_t Owner = -1);
     /// Whether the type is 1 or more: the polynomials, the bilinear and the national types.
@@ -117,8 +123,11 @@ public:
 
     // Dialogs; true when the user confirmed.
 
+    /// Opens the editor of six parameters on the record.
     bool bShowAffinTrPrm();
+    /// Opens the viewer of polynomial parameters on the record.
     bool bShowPoliTrPrm();
+    /// Shows the engine's control points as text; an empty title stands for the dialog's own.
     bool bShowXYs4Tr(const std::string& sTitle);
 
     /// Transforms a direction at a point, into [0, 2π). It is that of a vector of dLength metres,

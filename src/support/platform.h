@@ -28,6 +28,7 @@ struct Message {
     Answer defaultAnswer = Answer::kOk;
 };
 
+/// The port for messages.
 class MessageBox {
 public:
     virtual ~MessageBox() = default;
@@ -53,17 +54,20 @@ struct FileRequest {
     std::int32_t owner = -1;  ///< window handle, -1 for none
 };
 
+/// What the user chose, with the entry of the type list and the flags.
 struct FileChoice {
     std::string path;
     std::int32_t filterIndex = 1;
     std::int32_t flags = 0;
 };
 
+/// The port for choosing files.
 class FileChooser {
 public:
     virtual ~FileChooser() = default;
-    /// The chosen file, or nothing when the user cancelled.
+    /// The file to open, or nothing when the user cancelled.
     virtual std::optional<FileChoice> ChooseToOpen(const FileRequest& request) = 0;
+    /// The file to save to, or nothing when the user cancelled.
     virtual std::optional<FileChoice> ChooseToSave(const FileRequest& request) = 0;
 };
 
@@ -74,6 +78,7 @@ struct SettingKey {
     std::string key;
 };
 
+/// The port for what is remembered between runs.
 class SettingsStore {
 public:
     virtual ~SettingsStore() = default;
@@ -83,6 +88,7 @@ public:
     virtual void Write(const SettingKey& key, const std::string& value) = 0;
 };
 
+/// The port for texts and for the language of the host.
 class TextSource {
 public:
     virtual ~TextSource() = default;
@@ -98,11 +104,11 @@ public:
     Event<std::int32_t, const std::string&> LanguageChanged;
 };
 
+/// The port for the component's own dialogs. Each function opens one and waits until it is closed;
+/// true when the user confirmed.
 class Dialogs {
 public:
     virtual ~Dialogs() = default;
-    // Each opens a dialog and waits until it is closed; true when the user confirmed.
-
     /// Lets the user steer an adjustment.
     virtual bool Adjust(clsTrCalc& engine, bool showApplyButton) = 0;
     /// Lets the user say where parameters come from, and get them from there.
