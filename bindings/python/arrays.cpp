@@ -26,8 +26,8 @@ bool AllFinite(std::span<const double> values) {
 
 /// Complains of the first value that is not finite. `start` is where the values begin.
 void CheckFinite(std::span<const double> values, const char* name, std::size_t start) {
-    if (AllFinite(values)) return;
     const auto bad = std::ranges::find_if_not(values, [](double v) { return std::isfinite(v); });
+    if (bad == values.end()) return;
     const auto index = start + static_cast<std::size_t>(bad - values.begin());
     Finite(*bad, std::string(name) + "[" + std::to_string(index) + "]");
 }
@@ -91,15 +91,17 @@ std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first
     const std::span<double> secondImages(secondOut.mutable_data(), firstIn.size());
 
     const py::gil_scoped_release unlocked;
-    constexpr std::size_t kPart = 512;  // checked and transformed while it is in the cache
+    constexpr std::size_t kPart = 16384;  // whose images are checked while they are in the cache
     for (std::size_t start = 0; start < firstImages.size(); start += kPart) {
         const std::size_t count = std::min(kPart, firstImages.size() - start);
         const auto firsts = ReadOnly(firstIn).subspan(start, count);
         const auto seconds = ReadOnly(secondIn).subspan(start, count);
+        const auto firstPart = firstImages.subspan(start, count);
+        const auto secondPart = secondImages.subspan(start, count);
+        EvalTrPrmArrays(record, firsts, seconds, firstPart, secondPart);
+        if (AllFinite(firstPart) && AllFinite(secondPart)) continue;  // as all that led there
         CheckFinite(firsts, first.name, start);
         CheckFinite(seconds, second.name, start);
-        EvalTrPrmArrays(record, firsts, seconds, firstImages.subspan(start, count),
-                        secondImages.subspan(start, count));
     }
     return {std::move(firstOut), std::move(secondOut)};
 }

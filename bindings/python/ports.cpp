@@ -244,7 +244,8 @@ void CheckLanguage(std::int32_t language) {
     std::string known;
     for (const std::int32_t id : MlLanguages()) {
         if (id == language) return;
-        known += (known.empty() ? "" : ", ") + std::to_string(id);
+        if (!known.empty()) known += ", ";
+        known += std::to_string(id);
     }
     throw py::value_error("language is " + std::to_string(language) + ", it must be one of " +
                           known);
