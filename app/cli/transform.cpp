@@ -84,10 +84,6 @@ private:
     std::optional<ReplacingFile> file_;
 };
 
-void ReportOpenFailure(const std::string& name) {
-    ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + name, Icon::kExclamation);
-}
-
 /// Transforms all lines; false when a bad line ended the work.
 bool TransformAll(Input& input, Output& output, const TR_PRM& record,
                   const TransformOptions& options) {

@@ -54,7 +54,7 @@ void TranslateHelp(CLI::App& program) {
 }
 
 std::string Complaint(const CLI::App& program, const CLI::ParseError& error) {
-    const std::string text = error.what();
+    std::string text = error.what();
     const std::string fromOption = text.substr(std::min(text.find("--"), text.size()));
     const std::string option = fromOption.substr(0, fromOption.find_first_of(": "));
     switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {

@@ -19,6 +19,7 @@ std::string BadPointLine(const std::string& fileName) {
     try {
         clsFile file;
         file.OpenIt(fileName, true);
+        if (!file.IsOpen()) return {};
         for (; !file.AtEnd(); ++number) {
             line = file.ReadLine();
             typeXYs4Tr ignored;

@@ -154,7 +154,8 @@ void DesktopForm::OpenControlPoints() {
 
 void DesktopForm::Adjust() {
     Take([this] {
-        clsTrCalc& engine = *transformation_.oCalcTr();
+        const auto owner = transformation_.oCalcTr();
+        clsTrCalc& engine = *owner;
         const bool applied = engine.bDoModal(true);
         if (applied) transformation_.udtTrPrm(engine.udtTrPrm());
         return applied;
@@ -185,18 +186,20 @@ bool DesktopForm::LoadParameters(const std::string& fileName) {
 
 /// Fits to the points of a file that can be read to its end.
 void DesktopForm::FitTo(const std::string& fileName) {
-    if (ReadControlPoints(fileName).failed) {
+    const ControlPointReading reading = ReadControlPoints(fileName);
+    if (reading.failed) {
         const std::string complaint = host::BadPointLine(fileName);
         if (!complaint.empty()) ShowMessage(complaint, Icon::kExclamation);
         return;
     }
     if (ReportDecimalCommas(fileName)) return;
-    clsTrCalc& engine = *transformation_.oCalcTr();
-    engine.bLoadXYsFromFile(fileName, false);
-    if (engine.lFullCnt() == 0) {
+    if (reading.pairs.empty()) {
         ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
         return;
     }
+    const auto owner = transformation_.oCalcTr();
+    clsTrCalc& engine = *owner;
+    engine.AddXY4Tr(reading.pairs, false);
     engine.eTrType(FirstType(engine));
     recent_.Add(fileName);
     Adjust();

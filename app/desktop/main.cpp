@@ -5,6 +5,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QTranslator>
+#include <filesystem>
 
 #include "common/languages.h"
 #include "desktop/host_window.h"
@@ -62,6 +63,9 @@ int main(int argc, char* argv[]) {
             ? LanguageNamed(arguments.value("language"))
             : desktop::DesktopForm::RememberedLanguage(switchable.HostLanguage());
     switchable.SwitchLanguage(language, {});
+    SetMlLanguage(language, {});
+    UseTextFile(std::filesystem::exists(TextFile()));
+    InitMlStrings();
 
     QTranslator ownTexts;
     TranslateQt(ownTexts);

@@ -30,10 +30,6 @@ FileDialogArguments Arguments(const std::string& fileName, int titleId) {
             .DlgTitle = GetMlString(titleId, {})};
 }
 
-void ReportOpenFailure(const std::string& name) {
-    ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + name, Icon::kExclamation);
-}
-
 bool CanBeRead(const std::string& name) {
     std::error_code error;
     return !fs::is_directory(name, error) && std::ifstream(name).is_open();
@@ -111,9 +107,9 @@ std::optional<host::CoordinateResult> TransformForm::Write(const Progress& progr
                 return progress(std::min(static_cast<double>(bytes) / size, 1.0));
             }};
     const auto result = host::TransformText(*source.rdbuf(), to, record_, options);
+    progress(1.0);
     if (result.Complete() && !file.Commit()) {
-        throw RuntimeError(ErrorNumber::kWriteFailed,
-                           GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + output);
+        throw WriteFailure(output);
     }
     return result;
 }

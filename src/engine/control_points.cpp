@@ -25,8 +25,7 @@ void ControlPoints::Add(std::span<const typeXYs4Tr> pairs, bool append) {
         pairs_ = std::move(added);
     }
     fullCount_ = static_cast<std::int32_t>(pairs_.size());
-    hasPoints_ = fullCount_ != 0;
-    if (!hasPoints_) return;
+    if (!HasPoints()) return;
     UpdateMeans();
     UpdateExtent();
 }

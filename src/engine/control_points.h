@@ -34,7 +34,7 @@ public:
     std::int32_t NotUsedCount() const { return notUsedCount_; }
     std::int32_t UsedCount() const { return fullCount_ - notUsedCount_; }
     /// Whether the last Add left any pair in the set.
-    bool HasPoints() const { return hasPoints_; }
+    bool HasPoints() const { return fullCount_ != 0; }
 
     /// Means over all pairs, excluded ones included.
     PlanePoint SourceMean() const { return sourceMean_; }
@@ -54,7 +54,6 @@ private:
     std::vector<typeXYs4Tr> pairs_;
     std::int32_t fullCount_ = 0;
     std::int32_t notUsedCount_ = 0;
-    bool hasPoints_ = false;
     PlanePoint sourceMean_;
     PlanePoint destinationMean_;
     Extent extent_;

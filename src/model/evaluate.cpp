@@ -24,6 +24,11 @@ static_assert(FLT_EVAL_METHOD == 0, "double arithmetic must round every operatio
 namespace kv_tr {
 namespace {
 
+/// How many doubles a number is.
+template <class Number>
+constexpr std::size_t kLanes = sizeof(Number) /
+                               sizeof(double);  // NOLINT(bugprone-sizeof-expression)
+
 /// The coefficients of a record as numbers, each with the same value for all points of a group.
 template <class Number>
 struct Spread {
@@ -39,7 +44,7 @@ struct Spread {
 
 private:
     static void Fill(Number& number, double value) {
-        double values[sizeof(Number) / sizeof(double)];
+        double values[kLanes<Number>];
         std::ranges::fill(values, value);
         std::memcpy(&number, values, sizeof number);
     }
@@ -156,9 +161,9 @@ template <bool forWriting>
 KV_TR_INLINE void Prefetch([[maybe_unused]] const double* place) {
 #if defined(__GNUC__)
     constexpr std::uintptr_t kAhead = 256;  // bytes; it may lie behind the array
-    __builtin_prefetch(
-        reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(place) + kAhead),
-        forWriting ? 1 : 0);
+    const auto ahead = reinterpret_cast<std::uintptr_t>(place) + kAhead;
+    __builtin_prefetch(reinterpret_cast<const void*>(ahead),  // NOLINT(performance-no-int-to-ptr)
+                       forWriting ? 1 : 0);
 #endif
 }
 
@@ -196,7 +201,7 @@ struct Alternating {
     double* Result() const { return pairsOut; }
     template <class Number>
     KV_TR_INLINE void Load(std::size_t at, Number& firsts, Number& seconds) const {
-        constexpr std::size_t kPoints = sizeof(Number) / sizeof(double);
+        constexpr std::size_t kPoints = kLanes<Number>;
         double split[2][kPoints];
         for (std::size_t i = 0; i < kPoints; ++i) {
             split[0][i] = pairs[2 * (at + i)];
@@ -207,7 +212,7 @@ struct Alternating {
     }
     template <class Number>
     KV_TR_INLINE void Store(std::size_t at, const Number& firsts, const Number& seconds) const {
-        constexpr std::size_t kPoints = sizeof(Number) / sizeof(double);
+        constexpr std::size_t kPoints = kLanes<Number>;
         double split[2][kPoints];
         std::memcpy(split[0], &firsts, sizeof firsts);
         std::memcpy(split[1], &seconds, sizeof seconds);
@@ -231,7 +236,7 @@ struct MapManyPoints {
 
     template <enuTR_TYPE kind>
     KV_TR_INLINE void At() const {
-        constexpr std::size_t kPoints = sizeof(Group) / sizeof(double);
+        constexpr std::size_t kPoints = kLanes<Group>;
         const Layout fixed = layout;  // as far as the compiler knows, results may lie in members
         const std::size_t end = count;
         std::size_t at = 0;

@@ -38,7 +38,7 @@ bool clsFile::OpenIt(const std::string& sInpFileName, bool bInput) {
     if (open_) {
         Register();
     } else {
-        ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + sInpFileName, Icon::kExclamation);
+        ReportOpenFailure(sInpFileName);
     }
     return true;
 }
@@ -72,10 +72,7 @@ void clsFile::CloseIt() {
     reader_.reset();
     stream_.close();
     const auto output = std::move(output_);
-    if (output && !output->Commit()) {
-        throw RuntimeError(ErrorNumber::kWriteFailed,
-                           GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + name_);
-    }
+    if (output && !output->Commit()) throw WriteFailure(name_);
 }
 
 bool clsFile::AtEnd() {

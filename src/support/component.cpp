@@ -55,18 +55,18 @@ void InstallPlatform(Platform platform) {
 }
 
 std::filesystem::path ComponentFolder() {
-    static const char withinTheComponent = 0;
+    static const char kWithinTheComponent = 0;
 #ifdef _WIN32
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                       reinterpret_cast<LPCWSTR>(&withinTheComponent), &module);
+                       reinterpret_cast<LPCWSTR>(&kWithinTheComponent), &module);
     std::wstring path(32768, L'\0');
     path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
     return std::filesystem::path(path).parent_path();
 #else
     Dl_info info{};
     link_map* map = nullptr;
-    dladdr1(&withinTheComponent, &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP);
+    dladdr1(&kWithinTheComponent, &info, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP);
     const bool inTheProgram = map == nullptr || *map->l_name == '\0';
     std::error_code error;
     const std::filesystem::path module = inTheProgram ? "/proc/self/exe" : map->l_name;

@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <vector>
 
-#include "support/clsFile.h"
+#include "support/errors.h"
 #include "support/file_names.h"
+#include "support/line_reader.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
 #include "support/number_text.h"
@@ -33,15 +35,17 @@ bool HasComma(std::string_view text) {
     return false;
 }
 
+/// As far as they can be read: whoever reads the file next tells what is wrong with it.
 std::vector<std::string> FirstLines(const std::string& fileName) {
     constexpr int kEnough = 30;
     std::vector<std::string> lines;
     std::error_code error;
     if (!std::filesystem::is_regular_file(fileName, error)) return lines;
-    clsFile file;
-    file.OpenIt(fileName, true);
-    while (file.IsOpen() && std::ssize(lines) < kEnough && !file.AtEnd()) {
-        lines.push_back(file.ReadLine());
+    std::ifstream stream(fileName, std::ios::binary);
+    try {
+        LineReader reader(*stream.rdbuf());
+        while (std::ssize(lines) < kEnough && !reader.AtEnd()) lines.emplace_back(reader.Next());
+    } catch (const RuntimeError&) {
     }
     return lines;
 }
@@ -66,9 +70,9 @@ std::string_view WithoutIdentifier(std::string_view line) {
 bool ParametersHaveDecimalCommas(const std::string& fileName) {
     const auto lines = FirstLines(fileName);
     if (HasExtension(fileName, "all")) {  // where a comma never separates
-        constexpr std::size_t kTitles = 2;
+        constexpr std::ptrdiff_t kTitles = 2;
         return std::any_of(
-            lines.begin() + std::min(kTitles, lines.size()), lines.end(),
+            lines.begin() + std::min(kTitles, std::ssize(lines)), lines.end(),
             [](const std::string& line) { return line.find('.') == line.npos && HasComma(line); });
     }
     std::string text;

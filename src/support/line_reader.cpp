@@ -51,10 +51,12 @@ bool BlockReader::Append(std::string& text) {
     using Traits = std::char_traits<char>;
     try {
         if (Traits::eq_int_type(source_.sgetc(), Traits::eof())) return false;
-        const auto count = std::min(static_cast<std::size_t>(source_.in_avail()), kBlockSize / 4);
+        constexpr std::streamsize kMost = kBlockSize / 4;
+        const auto count = std::clamp<std::streamsize>(source_.in_avail(), 1, kMost);
         const std::size_t before = text.size();
-        text.resize(before + count);
-        source_.sgetn(text.data() + before, static_cast<std::streamsize>(count));
+        text.resize(before + static_cast<std::size_t>(count));
+        const auto got = source_.sgetn(text.data() + before, count);
+        text.resize(before + static_cast<std::size_t>(got));
         return true;
     } catch (const std::ios_base::failure&) {
         throw RuntimeError(ErrorNumber::kDeviceError,

@@ -2,11 +2,21 @@
 #include "support/message.h"
 
 #include "support/component.h"
+#include "support/ml_strings.h"
 
 namespace kv_tr {
 
 void ShowMessage(const std::string& text, Icon icon, const std::string& title) {
     TheComponent().platform.messages->Show({.text = text, .title = title, .icon = icon});
+}
+
+void ReportOpenFailure(const std::string& fileName) {
+    ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + fileName, Icon::kExclamation);
+}
+
+RuntimeError WriteFailure(const std::string& fileName) {
+    return {ErrorNumber::kWriteFailed,
+            GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + fileName};
 }
 
 Answer Ask(const Message& question) { return TheComponent().platform.messages->Show(question); }

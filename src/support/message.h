@@ -3,12 +3,19 @@
 
 #include <string>
 
+#include "support/errors.h"
 #include "support/platform.h"
 
 namespace kv_tr {
 
 /// Shows a message with an OK button and waits for it. Without a title the host's own is shown.
 void ShowMessage(const std::string& text, Icon icon = Icon::kNone, const std::string& title = {});
+
+/// Tells the user that a file does not open (text 70).
+void ReportOpenFailure(const std::string& fileName);
+
+/// The error of a file that could not be written completely.
+RuntimeError WriteFailure(const std::string& fileName);
 
 /// Asks a question with the buttons of the message and waits for the answer.
 Answer Ask(const Message& question);

@@ -91,10 +91,7 @@ Subscription OnLanguageChange(std::function<void()> handler) {
 
 void EmbeddedTexts::LoadFrom(const std::string& path) {
     std::ifstream stream(path, std::ios::binary);
-    if (!stream) {
-        ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + path, Icon::kExclamation);
-        return;
-    }
+    if (!stream) return ReportOpenFailure(path);
     auto [texts, badLine] = ReadTextTable(*stream.rdbuf(), kLanguages, HungarianStrings());
     if (badLine == 0) {
         loaded_ = std::move(texts);

@@ -1,6 +1,7 @@
 // A file that takes the place of an older one only when it is complete.
 #include "support/replacing_file.h"
 
+#include <array>
 #include <cerrno>
 #include <random>
 #include <utility>
@@ -9,12 +10,13 @@ namespace kv_tr {
 namespace fs = std::filesystem;
 namespace {
 
-/// Creates a new file next to the destination; its name is returned beside it.
+/// Creates a new file next to the destination; its name, short since that of the destination may
+/// be as long as a name can be, is returned beside it.
 std::pair<std::FILE*, fs::path> CreateBeside(const fs::path& destination) {
     std::random_device random;
     for (int attempt = 0; attempt < 100; ++attempt) {
         fs::path name = destination;
-        name += "." + std::to_string(random()) + ".tmp";
+        name.replace_filename(".kv_tr-" + std::to_string(random()) + ".tmp");
         errno = 0;
         if (std::FILE* stream = std::fopen(name.string().c_str(), "wbx")) return {stream, name};
         if (errno != EEXIST) break;
@@ -26,6 +28,20 @@ bool CanBeWritten(const fs::path& existing) {
     std::FILE* stream = std::fopen(existing.string().c_str(), "ab");
     if (stream != nullptr) std::fclose(stream);
     return stream != nullptr;
+}
+
+/// Copies a file from its start; false when not everything could be copied.
+bool Copy(std::FILE* source, const fs::path& destination) {
+    std::rewind(source);
+    std::FILE* stream = std::fopen(destination.string().c_str(), "wb");
+    if (stream == nullptr) return false;
+    std::array<char, 1 << 16> buffer{};
+    std::size_t count = 0;
+    while ((count = std::fread(buffer.data(), 1, buffer.size(), source)) > 0) {
+        std::fwrite(buffer.data(), 1, count, stream);
+    }
+    const bool complete = std::ferror(source) == 0 && std::ferror(stream) == 0;
+    return std::fclose(stream) == 0 && complete;
 }
 
 }  // namespace
@@ -42,7 +58,12 @@ ReplacingFile::ReplacingFile(const std::string& path) : destination_(path) {
         std::tie(stream_, temporary_) = CreateBeside(destination_);
         if (IsOpen() && regular) fs::permissions(temporary_, status.permissions(), error);
     }
-    if (!IsOpen() && exists) stream_ = std::fopen(destination_.string().c_str(), "wb");
+    if (!IsOpen() && regular) {
+        stream_ = std::tmpfile();
+        copied_ = true;
+    } else if (!IsOpen() && exists) {
+        stream_ = std::fopen(destination_.string().c_str(), "wb");
+    }
 }
 
 ReplacingFile::~ReplacingFile() {
@@ -57,7 +78,8 @@ void ReplacingFile::Write(std::string_view bytes) {
 }
 
 bool ReplacingFile::Commit() {
-    const bool written = std::fflush(stream_) == 0 && std::ferror(stream_) == 0;
+    bool written = std::fflush(stream_) == 0 && std::ferror(stream_) == 0;
+    if (copied_) written = written && Copy(stream_, destination_);
     const bool closed = std::fclose(std::exchange(stream_, nullptr)) == 0;
     if (temporary_.empty()) return written && closed;
     std::error_code error;

@@ -9,8 +9,8 @@
 namespace kv_tr {
 
 /// Writes beside the destination and moves there on Commit, so that a failure or a second writer
-/// never leaves half a file. Devices and pipes, and files in folders where nothing can be
-/// created, are written directly.
+/// never leaves half a file. In a folder where nothing can be created the bytes wait elsewhere and
+/// are copied on Commit. Devices and pipes are written directly.
 class ReplacingFile {
 public:
     /// Opens for writing; IsOpen tells whether that worked. A destination that exists but cannot
@@ -29,7 +29,8 @@ public:
 
 private:
     std::filesystem::path destination_;
-    std::filesystem::path temporary_;  // empty when written directly
+    std::filesystem::path temporary_;  // beside the destination
+    bool copied_ = false;              // from a file without a name
     std::FILE* stream_ = nullptr;
 };
 

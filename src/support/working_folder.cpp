@@ -4,8 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "support/errors.h"
-#include "support/ml_strings.h"
+#include "support/message.h"
 #include "support/replacing_file.h"
 
 namespace kv_tr {
@@ -27,21 +26,19 @@ fs::path CacheFolder() {
 }  // namespace
 
 std::string WriteWorkingFile(const std::string& fileName, std::string_view text) {
-    const fs::path folder = CacheFolder() / "KV_Tr";
+    const fs::path caches = CacheFolder();
+    if (caches.empty()) throw WriteFailure(fileName);
+    const fs::path folder = caches / "KV_Tr";
     std::error_code error;
     fs::create_directories(folder, error);
     fs::permissions(folder, fs::perms::owner_all, error);
-    if (!error) {
-        const std::string path = (folder / fileName).string();
-        ReplacingFile file(path);
-        if (file.IsOpen()) {
-            file.Write("\xEF\xBB\xBF");
-            file.Write(text);
-            if (file.Commit()) return path;
-        }
-    }
-    throw RuntimeError(ErrorNumber::kWriteFailed,
-                       GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + fileName);
+    std::string path = (folder / fileName).string();
+    ReplacingFile file(error ? std::string() : path);
+    if (!file.IsOpen()) throw WriteFailure(path);
+    file.Write("\xEF\xBB\xBF");
+    file.Write(text);
+    if (!file.Commit()) throw WriteFailure(path);
+    return path;
 }
 
 }  // namespace kv_tr

@@ -27,7 +27,8 @@ bool frmChoosePrm::cmdPoli() {
 }
 
 bool frmChoosePrm::cmdCalc() {
-    clsTrCalc& engine = *parameters_->oCalcTr();
+    const auto owner = parameters_->oCalcTr();  // a host may let it go while a dialog is open
+    clsTrCalc& engine = *owner;
     const auto fileName = ChooseFile(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr);
     if (!fileName || ReportDecimalCommas(*fileName) || !engine.bLoadXYsFromFile(*fileName, false) ||
         !parameters_->bShowXYs4Tr(*fileName)) {

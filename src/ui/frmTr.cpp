@@ -21,10 +21,6 @@ namespace {
 constexpr std::array kTypes{TR_HELMERT, TR_AFFIN,  TR_POLI_1,  TR_POLI_2,    TR_POLI_3,
                             TR_POLI_4,  TR_POLI_5, TR_AFFIN_5, TR_HELMERT_3, TR_BILINEAR};
 
-void Remember(const std::string& fileName, const std::string& folder) {
-    InitDir(fileName.empty() ? folder : GetFolderPart(fileName));
-}
-
 }  // namespace
 
 bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
@@ -123,7 +119,7 @@ void frmTr::cmdSaveLog() {
                                   .DefaultExt = "txt"};
     if (!GCommonDialog().VBGetSaveFileName(arguments)) return;
     engine_->SaveLog(arguments.Filename);
-    Remember(arguments.Filename, InitDir());
+    RememberFolderOf(arguments.Filename);
 }
 
 void frmTr::cmdSavePrm() {
@@ -132,7 +128,7 @@ void frmTr::cmdSavePrm() {
     ScratchTransformation parameters;
     parameters.udtTrPrm(engine_->udtTrPrm());
     parameters.bChooseFileAndSaveTrPrm(fileName, folder);
-    Remember(fileName, folder);
+    if (!fileName.empty()) RememberFolderOf(fileName);
 }
 
 void frmTr::cmdExit() {

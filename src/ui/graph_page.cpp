@@ -55,10 +55,9 @@ GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double widt
 
 void SavePicture(const std::string& path, const std::string& bytes) {
     ReplacingFile file(path);
-    if (file.IsOpen()) file.Write(bytes);
-    if (!file.IsOpen() || !file.Commit()) {
-        ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + path, Icon::kExclamation);
-    }
+    if (!file.IsOpen()) return ReportOpenFailure(path);
+    file.Write(bytes);
+    if (!file.Commit()) throw WriteFailure(path);
 }
 
 }  // namespace kv_tr

@@ -39,7 +39,8 @@ std::string ExcludedCountOf(const clsTrCalc& engine);
 /// The page as an SVG document, UTF-8.
 std::string SvgOf(const GraphPage& page);
 
-/// Writes a picture file; trouble is shown to the user (text 70).
+/// Writes a picture file. One that does not open is shown to the user; throws RuntimeError
+/// kWriteFailed when not everything could be written.
 void SavePicture(const std::string& path, const std::string& bytes);
 
 }  // namespace kv_tr

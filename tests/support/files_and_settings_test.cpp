@@ -76,10 +76,11 @@ TEST(clsFile, ReportsWhatDoesNotOpenAndStillReturnsTrue) {
 
 TEST(ReplacingFile, ReplacesOnCommitAndNeverBefore) {
     const TemporaryFolder folder;
-    const std::string name = folder.File("out");
+    const std::string longest(255, 'n');
+    const std::string name = folder.File(longest);
     WriteFile(name, "old");
     fs::permissions(name, fs::perms{0640});
-    fs::create_symlink("out", folder.File("link"));
+    fs::create_symlink(longest, folder.File("link"));
     ReplacingFile(name).Write("never committed");
     EXPECT_EQ(ReadFile(name), "old");
 
@@ -104,9 +105,10 @@ TEST(ReplacingFile, ObeysPermissions) {
     fs::permissions(folder.File("closed"), fs::perms{0500});
     if (std::ofstream(folder.File("closed/new"))) GTEST_SKIP() << "this user may do everything";
     EXPECT_FALSE(ReplacingFile(folder.File("protected")).IsOpen());
-    ReplacingFile direct(folder.File("closed/open"));
-    direct.Write("new");
-    EXPECT_TRUE(direct.Commit());
+    ReplacingFile copied(folder.File("closed/open"));
+    copied.Write("new");
+    EXPECT_EQ(ReadFile(folder.File("closed/open")), "old");
+    EXPECT_TRUE(copied.Commit());
     EXPECT_EQ(ReadFile(folder.File("closed/open")), "new");
     fs::permissions(folder.File("closed"), fs::perms{0700});
 }

@@ -67,10 +67,7 @@ void ChooseAndSavePicture(const frmTr& form) {
     InitDir(GetFolderPart(path));
     const bool png = HasExtension(path, "png");
     if (!png && !HasExtension(path, "svg")) {
-        QString refusal = QString::fromStdString(GetMlString(1116, {}));
-        return ShowMessage(refusal.replace("{1}", ".svg, .png")
-                               .replace("{0}", QString::fromStdString(path))
-                               .toStdString(),
+        return ShowMessage(FillPlaces(GetMlString(1116, {}), {path, ".svg, .png"}),
                            Icon::kExclamation);
     }
     const GraphPage page = form.PicturePage(GraphPage::kPictureWidth, GraphPage::kPictureHeight);
