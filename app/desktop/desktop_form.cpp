@@ -25,13 +25,9 @@ namespace {
 constexpr const char* kSection = "Desktop";
 constexpr const char* kLanguage = "Language";
 
-std::optional<double> Number(const std::string& text) {
-    return ParseNumber(CleanNumberLine(text, true));
-}
-
 std::optional<PlanePoint> PointOf(const DesktopForm::PointTexts& texts) {
-    const auto first = Number(texts.first);
-    const auto second = Number(texts.second);
+    const auto first = TypedNumber(texts.first);
+    const auto second = TypedNumber(texts.second);
     if (!first || !second) return std::nullopt;
     return PlanePoint{*first, *second};
 }
@@ -218,8 +214,8 @@ DesktopForm::DirectionTexts DesktopForm::ImageOfDirection(const std::string& dir
                                                           const std::string& length,
                                                           const PointTexts& texts) const {
     const auto point = PointOf(texts);
-    const auto angle = Number(direction);
-    const auto metres = Number(length);
+    const auto angle = TypedNumber(direction);
+    const auto metres = TypedNumber(length);
     if (!point || !angle || !metres) return {};
     return {host::TransformedDirection(transformation_, *angle, unit, *point, *metres),
             host::DirectionUncertainty(transformation_, unit, *point, *metres)};

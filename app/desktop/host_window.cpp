@@ -19,12 +19,11 @@
 #include "desktop/ui_text.h"
 #include "support/errors.h"
 #include "support/message.h"
-#include "support/settings.h"
+#include "ui/qt/form_window.h"
 
 namespace kv_tr::desktop {
 namespace {
 
-constexpr const char* kSection = "Windows";
 constexpr const char* kName = "Desktop";
 
 }  // namespace
@@ -38,9 +37,7 @@ HostWindow::HostWindow(DesktopForm& form, std::string version)
     pages_->addWidget(MakeStartPage());
     pages_->addWidget(MakeWorkPage());
     setCentralWidget(pages_);
-    const auto kept = QString::fromStdString(Setting(kSection, kName, "")).split('x');
-    const QSize size(kept.value(0).toInt(), kept.value(1).toInt());
-    resize(size.isEmpty() ? QSize(960, 600) : size);
+    resize(RememberedSize(kName, {960, 600}));
     changed_ = form_.Changed.Subscribe([this] { Redraw(); });
     Redraw();
 }
@@ -188,7 +185,7 @@ void HostWindow::dropEvent(QDropEvent* event) {
 }
 
 void HostWindow::closeEvent(QCloseEvent* event) {
-    SaveSetting(kSection, kName, std::to_string(width()) + "x" + std::to_string(height()));
+    RememberSize(kName, size());
     QMainWindow::closeEvent(event);
 }
 

@@ -80,7 +80,7 @@ template <enuTR_TYPE kind, class Number, class Use, std::size_t... k>
 KV_TR_INLINE void EachTerm(const Number& u, const Number& v, Number* term, const Use& use,
                            std::index_sequence<k...>) {
     constexpr auto kSteps = TermSteps<kind>();
-    term[0] = 1.0 - Number{};
+    term[0] = 1.0 - Number{};  // what has several lanes takes no plain 1
     ((term[k + 1] = term[kSteps[k + 1].earlier] * (kSteps[k + 1].timesU ? u : v), use(k + 1)), ...);
 }
 

@@ -193,4 +193,8 @@ std::optional<double> ParseNumber(std::string_view text, bool commaIsDecimal) {
     return negative ? -value : value;
 }
 
+std::optional<double> TypedNumber(std::string_view text) {
+    return ParseNumber(CleanNumberLine(text, true));
+}
+
 }  // namespace kv_tr

@@ -45,4 +45,7 @@ std::string_view NextField(std::string_view& line);
 /// text and for a value beyond the range of a double.
 std::optional<double> ParseNumber(std::string_view text, bool commaIsDecimal = false);
 
+/// The number that a user typed: blanks around it do not matter, and a comma is a decimal sign too.
+std::optional<double> TypedNumber(std::string_view text);
+
 }  // namespace kv_tr

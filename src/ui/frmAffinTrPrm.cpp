@@ -2,7 +2,6 @@
 #include "ui/frmAffinTrPrm.h"
 
 #include <fstream>
-#include <optional>
 
 #include "params/affine_record.h"
 #include "support/decimal_commas.h"
@@ -13,13 +12,6 @@
 #include "ui/choose_file.h"
 
 namespace kv_tr {
-namespace {
-
-std::optional<double> NumberOf(const std::string& text) {
-    return ParseNumber(CleanNumberLine(text, true));
-}
-
-}  // namespace
 
 bool frmAffinTrPrm::bDoModal(clsTr& parameters, const std::function<void()>& showModal) {
     parameters_ = &parameters;
@@ -54,10 +46,8 @@ std::string frmAffinTrPrm::SampleText(int line) const {
            "] * Y + [" + BoxText(first + 2) + "] * X";
 }
 
-bool frmAffinTrPrm::IsNumber(const std::string& text) { return NumberOf(text).has_value(); }
-
 bool frmAffinTrPrm::txtTrPrm(int box, const std::string& text) {
-    const auto number = NumberOf(text);
+    const auto number = TypedNumber(text);
     if (number) {
         // What was shown is not the whole value: leaving the box as it is must not round it.
         if (text != BoxText(box)) values_[static_cast<std::size_t>(box)] = *number;

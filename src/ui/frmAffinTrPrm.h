@@ -31,7 +31,6 @@ public:
     /// Whether cmdMeterOl and cmdOlMeter are there: in the Hungarian interface only, deliberately.
     bool FathomButtonsVisible() const { return fathomButtonsVisible_; }
 
-    static bool IsNumber(const std::string& text);
     /// Takes the text of a box; false, with a message, if it is no number.
     bool txtTrPrm(int box, const std::string& text);
     void cmdMeterOl();

@@ -16,7 +16,7 @@ namespace kv_tr {
 
 bool frmPoliTrPrm::bDoModal(clsTr& parameters, const std::function<void()>& showModal) {
     parameters_ = &parameters;
-    Show(parameters.udtTrPrm());
+    Take(parameters.udtTrPrm());
     nationalVisible_ = CurrentMlLanguage() == kHungarian;
     confirmed_ = false;
     showModal();
@@ -25,11 +25,10 @@ bool frmPoliTrPrm::bDoModal(clsTr& parameters, const std::function<void()>& show
     return confirmed_;
 }
 
-void frmPoliTrPrm::Show(const TR_PRM& record) {
+void frmPoliTrPrm::Take(const TR_PRM& record) {
     working_ = record;
-    reference_ = ListPolynomial(record, std::nullopt);
-    text_ = reference_;
-    Changed.Raise();
+    const std::string listing = ListPolynomial(record, std::nullopt);
+    Show(listing, listing);
 }
 
 void frmPoliTrPrm::cmdLoad() {
@@ -41,7 +40,7 @@ void frmPoliTrPrm::cmdLoad() {
         return ReadPolynomialFile(*fileName, record);
     }();
     if (reading.accepted && reading.badLine == 0) {
-        Show(record);
+        Take(record);
     } else if (reading.opened) {
         ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
     }
@@ -50,24 +49,16 @@ void frmPoliTrPrm::cmdLoad() {
 void frmPoliTrPrm::cmdDAT2M1() {
     enuTR_TYPE type = working_.eType;
     if (!OpenDialogs().ChooseNational(type)) return;
-    if (const auto record = NationalRecord(type)) Show(*record);
+    if (const auto record = NationalRecord(type)) Take(*record);
 }
 
 void frmPoliTrPrm::cmdSave() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4SavePoliTrPrm);
-    if (fileName) WriteTextFile(*fileName, text_);
+    if (fileName) WriteTextFile(*fileName, rtBox());
 }
 
-bool frmPoliTrPrm::cmdOk() {
-    Answer keep = Answer::kNo;
-    if (text_ != reference_) {
-        keep = Ask({.text = GetMlString(85, "A megváltozott adatokat akarod megtartani ?"),
-                    .title = GetMlString(86, "1-5 fokú polinom transzformációs paraméterek"),
-                    .buttons = Buttons::kYesNoCancel,
-                    .defaultAnswer = Answer::kNo});
-    }
-    confirmed_ = keep == Answer::kNo || (keep == Answer::kYes && TakeText());
-    return confirmed_;
+std::string frmPoliTrPrm::QuestionTitle() const {
+    return GetMlString(86, "1-5 fokú polinom transzformációs paraméterek");
 }
 
 /// Reads the text into the working record; false, with a message, when not every line can be read:
@@ -75,7 +66,7 @@ bool frmPoliTrPrm::cmdOk() {
 bool frmPoliTrPrm::TakeText() {
     TR_PRM record;
     const PolynomialReading reading =
-        ReadPolynomialFile(WriteWorkingFile("tmp-PoliPrm.all", text_), record);
+        ReadPolynomialFile(WriteWorkingFile("tmp-PoliPrm.all", rtBox()), record);
     const bool read = reading.accepted && reading.badLine == 0;
     if (read) {
         working_ = record;

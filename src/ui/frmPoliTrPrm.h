@@ -5,17 +5,15 @@
 #include <string>
 
 #include "params/clsTr.h"
-#include "ui/form.h"
+#include "ui/text_form.h"
 
 namespace kv_tr {
 
 /// Shows polynomial parameters as a listing that can be edited, loads and saves it, and lets the
 /// user take a national transformation.
-///
-/// cmdOk is true when it closes the dialog. Texts have CR LF between lines.
-class frmPoliTrPrm : public Form {
+class frmPoliTrPrm : public TextForm {
 public:
-    frmPoliTrPrm() : Form(PoliTrPrmCaptions()) {}
+    frmPoliTrPrm() : TextForm(PoliTrPrmCaptions()) {}
 
     /// Shows the dialog by calling showModal and waits until that returns; true when the user
     /// confirmed. Only then the object changes.
@@ -24,24 +22,19 @@ public:
     /// Whether cmdDAT2M1 is there: in the Hungarian interface only, deliberately.
     bool NationalVisible() const { return nationalVisible_; }
 
-    const std::string& rtBox() const { return text_; }
-    void rtBox(const std::string& text) { text_ = text; }
     void cmdLoad();
     void cmdDAT2M1();
     /// Saves the text as it stands.
     void cmdSave();
-    bool cmdOk();
 
 private:
-    void Show(const TR_PRM& record);
-    bool TakeText();
+    void Take(const TR_PRM& record);
+    std::string QuestionTitle() const override;
+    bool TakeText() override;
 
     clsTr* parameters_ = nullptr;
-    TR_PRM working_;
-    std::string reference_;  // the working record's listing
-    std::string text_;
+    TR_PRM working_;  // whose listing is the reference
     bool nationalVisible_ = false;
-    bool confirmed_ = false;
 };
 
 }  // namespace kv_tr

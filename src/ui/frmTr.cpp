@@ -74,7 +74,7 @@ void frmTr::chkInverz() {
 
 bool frmTr::txtLimit(const std::string& text) {
     if (text == limitText_) return true;  // the limit may have more decimals than are shown
-    const auto limit = ParseNumber(CleanNumberLine(text, true));
+    const auto limit = TypedNumber(text);
     if (!limit) {
         ShowMessage(text, Icon::kExclamation, GetMlString(84, "Hibás érték!"));
         return false;

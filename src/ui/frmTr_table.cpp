@@ -173,7 +173,7 @@ bool frmTr::Accept(typeXYs4Tr& pair, int column) const {
         return true;
     }
     if (column < kFirstCoordinate || column > kLastCoordinate) return false;
-    const auto number = ParseNumber(Trimmed(editor_.text), true);
+    const auto number = TypedNumber(editor_.text);
     if (!number) return false;
     const std::array coordinates{&pair.dXsour, &pair.dYsour, &pair.dXdest, &pair.dYdest};
     *coordinates[static_cast<std::size_t>(column - kFirstCoordinate)] = *number;

@@ -17,8 +17,8 @@ bool frmXY4Tr::bDoModal(clsTrCalc& engine, const std::string& title,
     engine_ = &engine;
     title_ = title;
     original_ = engine.sListXYs();
-    text_ = original_;
     nameLine_.clear();
+    Show(original_, original_);
     confirmed_ = false;
     showModal();
     engine_ = nullptr;
@@ -36,34 +36,23 @@ void frmXY4Tr::cmdLoad() {
     if (!fileName || ReportDecimalCommas(*fileName)) return;
     if (engine.bLoadXYsFromFile(*fileName, false)) {
         nameLine_ = *fileName + "\r\n";
-        text_ = nameLine_ + engine.sListXYs();
-        Changed.Raise();
+        Show(nameLine_ + engine.sListXYs(), original_);
     }
 }
 
 void frmXY4Tr::cmdSave() {
     const auto fileName = ChooseFile(*engine_, &clsTrCalc::bChooseFile4SaveXYs4Tr, "");
-    if (fileName) WriteTextFile(*fileName, text_);
+    if (fileName) WriteTextFile(*fileName, rtBox());
 }
 
-bool frmXY4Tr::cmdOk() {
-    Answer keep = Answer::kNo;
-    if (text_ != original_) {
-        keep = Ask({.text = GetMlString(85, "A megváltozott adatokat akarod megtartani ?"),
-                    .title = GetMlString(114, "Közös pontok adatai"),
-                    .buttons = Buttons::kYesNoCancel,
-                    .defaultAnswer = Answer::kNo});
-    }
-    confirmed_ = keep == Answer::kNo || (keep == Answer::kYes && TakeText());
-    return confirmed_;
-}
+std::string frmXY4Tr::QuestionTitle() const { return GetMlString(114, "Közös pontok adatai"); }
 
 /// Makes the engine's points those of the text, or leaves them as they were. The loader takes the
 /// lines above a bad one and says that it succeeded; here that would lose the points below.
 bool frmXY4Tr::TakeText() {
-    const bool named = !nameLine_.empty() && text_.starts_with(nameLine_);
+    const bool named = !nameLine_.empty() && rtBox().starts_with(nameLine_);
     const std::string file = WriteWorkingFile(
-        "tmp-XYs4Tr.dat", std::string_view(text_).substr(named ? nameLine_.size() : 0));
+        "tmp-XYs4Tr.dat", std::string_view(rtBox()).substr(named ? nameLine_.size() : 0));
     const std::vector before(engine_->Pairs().begin(), engine_->Pairs().end());
     if (engine_->bLoadXYsFromFile(file, false) && !ReadControlPoints(file).failed) {
         return true;

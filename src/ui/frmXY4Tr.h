@@ -5,16 +5,15 @@
 #include <string>
 
 #include "params/clsTr.h"
-#include "ui/form.h"
+#include "ui/text_form.h"
 
 namespace kv_tr {
 
-/// Shows an engine's control points as text that can be checked and edited.
-///
-/// cmdOk is true when it closes the dialog. Texts have CR LF between lines.
-class frmXY4Tr : public Form {
+/// Shows an engine's control points as text that can be checked and edited; a changed text becomes
+/// the engine's points.
+class frmXY4Tr : public TextForm {
 public:
-    frmXY4Tr() : Form(XY4TrCaptions()) {}
+    frmXY4Tr() : TextForm(XY4TrCaptions()) {}
 
     /// Shows the dialog by calling showModal and waits until that returns; true when the user
     /// confirmed. An empty title stands for the dialog's own.
@@ -23,25 +22,19 @@ public:
 
     std::string Title() const;
 
-    const std::string& rtBox() const { return text_; }
-    void rtBox(const std::string& text) { text_ = text; }
     /// Shows the points of a file below its name; the engine changes only with cmdOk.
     void cmdLoad();
     /// Saves the text as it stands, the name of a loaded file included.
     void cmdSave();
-    /// Asks whether a changed text is to become the engine's points. A text that cannot be read to
-    /// its end changes nothing and keeps the dialog open.
-    bool cmdOk();
 
 private:
-    bool TakeText();
+    std::string QuestionTitle() const override;
+    bool TakeText() override;
 
     clsTrCalc* engine_ = nullptr;
     std::string title_;
     std::string original_;  // the text at first
     std::string nameLine_;  // of a loaded file, with its line end
-    std::string text_;
-    bool confirmed_ = false;
 };
 
 }  // namespace kv_tr

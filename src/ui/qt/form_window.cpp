@@ -50,13 +50,25 @@ void SetCaption(QWidget& control, const QString& caption, QSet<QChar>& taken) {
 
 }  // namespace
 
+QString Numbered(const char* name, int index) {
+    return QString("%1(%2)").arg(QLatin1String(name)).arg(index);
+}
+
+QSize RememberedSize(const char* name, QSize otherwise) {
+    const auto kept = QString::fromStdString(Setting(kSection, name, "")).split('x');
+    const QSize size(kept.value(0).toInt(), kept.value(1).toInt());
+    return size.isEmpty() ? otherwise : size;
+}
+
+void RememberSize(const char* name, QSize size) {
+    SaveSetting(kSection, name, std::to_string(size.width()) + "x" + std::to_string(size.height()));
+}
+
 FormWindow::FormWindow(const char* name, QSize size) : QDialog(QApplication::activeWindow()) {
     setObjectName(name);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
-    const auto kept = QString::fromStdString(Setting(kSection, name, "")).split('x');
-    const QSize keptSize(kept.value(0).toInt(), kept.value(1).toInt());
-    resize(keptSize.isEmpty() ? size : keptSize);
+    resize(RememberedSize(name, size));
 }
 
 void FormWindow::Follow(Event<>& changed) {
@@ -105,8 +117,7 @@ QCheckBox* FormWindow::MakeCheckBox(const QString& name, const std::function<voi
 }
 
 void FormWindow::done(int result) {
-    SaveSetting(kSection, objectName().toStdString(),
-                std::to_string(width()) + "x" + std::to_string(height()));
+    RememberSize(objectName().toUtf8(), size());
     QDialog::done(result);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QString>
 #include <functional>
 
 #include "support/event.h"
@@ -11,6 +12,13 @@ class QCheckBox;
 class QPushButton;
 
 namespace kv_tr {
+
+/// The object name of one control of an array, "RadioTrType(3)".
+QString Numbered(const char* name, int index);
+
+/// The size that a window of this name was left with, else the one given; and keeps it.
+QSize RememberedSize(const char* name, QSize otherwise);
+void RememberSize(const char* name, QSize size);
 
 /// How the parts of a window run what the user asks for.
 using ActFunction = std::function<void(const std::function<void()>& action)>;

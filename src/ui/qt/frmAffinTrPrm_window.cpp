@@ -8,15 +8,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "support/number_text.h"
+
 namespace kv_tr {
-namespace {
-
-QString Numbered(const char* name, int index) {
-    return QString("%1(%2)").arg(QLatin1String(name)).arg(index);
-}
-
-}  // namespace
-
 frmAffinTrPrmWindow::frmAffinTrPrmWindow(frmAffinTrPrm& form)
     : FormWindow("frmAffinTrPrm", {620, 320}), form_(form) {
     auto* layout = new QVBoxLayout(this);
@@ -110,7 +104,7 @@ void frmAffinTrPrmWindow::Act(const std::function<void()>& action) {
 void frmAffinTrPrmWindow::reject() {
     for (int i = 0; i < frmAffinTrPrm::kBoxes; ++i) {
         QLineEdit* box = boxes_[static_cast<std::size_t>(i)];
-        if (frmAffinTrPrm::IsNumber(box->text().toStdString())) {
+        if (TypedNumber(box->text().toStdString())) {
             Settle(i);
         } else {
             box->setModified(false);

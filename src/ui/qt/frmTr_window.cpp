@@ -21,10 +21,6 @@
 namespace kv_tr {
 namespace {
 
-QString Numbered(const char* name, int index) {
-    return QString("%1(%2)").arg(QLatin1String(name)).arg(index);
-}
-
 QGroupBox* MakeFrame(const QString& name, QWidget* parent) {
     auto* frame = new QGroupBox(parent);
     frame->setObjectName(name);
