@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <set>
@@ -78,9 +79,19 @@ void Save(const std::string& fileName, const std::function<void()>& save) {
     }
 }
 
+/// Whether a file may be written: the control points are not replaced by something else.
+bool MayWrite(const std::string& fileName, const std::string& points) {
+    std::error_code error;
+    if (!std::filesystem::equivalent(fileName, points, error)) return true;
+    ShowMessage(Text(TextId::kTakesPlaceOfInput), Icon::kExclamation);
+    return false;
+}
+
 /// Parameters are saved only of a fit without trouble: nothing in their file would tell of it.
 void SaveFiles(clsTrCalc& engine, const AdjustOptions& options, bool trouble) {
-    Save(options.log, [&] { engine.SaveLog(options.log); });
+    Save(options.log, [&] {
+        if (MayWrite(options.log, options.points)) engine.SaveLog(options.log);
+    });
     Save(options.savePoints, [&] { engine.bSaveXYs4Tr(options.savePoints); });
     Save(options.saveParams, [&] {
         if (trouble) return PrintNote(Text(TextId::kParametersNotSaved));
@@ -196,7 +207,7 @@ int RunAdjust(const AdjustOptions& options) {
     } else if (fitted) {
         PrintLog(engine);
     }
-    return ReportedMessages().empty() ? kDone : kReported;
+    return shown == 0 ? kDone : kReported;
 }
 
 }  // namespace

@@ -25,15 +25,18 @@ int RunAngle(const AngleOptions& options) {
     clsTr transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) return code;
     const auto unit = std::ranges::find(host::AngleUnits(), options.unit, &host::AngleUnit::name);
+    const PlanePoint point{*ParseNumber(options.first), *ParseNumber(options.second)};
+    const double length = *ParseNumber(options.length);
     const std::string image = host::TransformedDirection(
-        transformation, *ParseNumber(options.angle), *unit,
-        {*ParseNumber(options.first), *ParseNumber(options.second)}, *ParseNumber(options.length));
+        transformation, *ParseNumber(options.angle), *unit, point, length);
     if (image.empty()) {
         ShowMessage(Text(TextId::kUnsuitableNumber, {options.first + " " + options.second}),
                     Icon::kExclamation);
         return kReported;
     }
     std::cout << image << '\n';
+    PrintNote("± " + host::DirectionUncertainty(transformation, *unit, point, length) + " " +
+              options.unit + ": " + Text(TextId::kSinglePrecision));
     return kDone;
 }
 

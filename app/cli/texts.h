@@ -91,6 +91,8 @@ enum class TextId {
     kPlot = 1115,
     kPictureExtension = 1116,
     kAccuracyMeaning = 1157,
+    kTakesPlaceOfInput = 1197,
+    kSinglePrecision = 1198,
 };
 
 /// A text in the current language, its places {0}, {1}, ... filled with the values.

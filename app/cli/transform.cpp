@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "cli/host.h"
+#include "cli/interruption.h"
 #include "cli/parameters.h"
 #include "cli/terminal.h"
 #include "common/coordinate_file.h"
@@ -58,7 +59,9 @@ private:
 class Output {
 public:
     explicit Output(const std::string& name) {
-        if (!name.empty()) file_.emplace(name);
+        if (name.empty()) return;
+        file_.emplace(name);
+        guard_.emplace(file_->Temporary());
     }
 
     bool IsOpen() const { return !file_ || file_->IsOpen(); }
@@ -82,6 +85,7 @@ public:
 
 private:
     std::optional<ReplacingFile> file_;
+    std::optional<RemovedWhenInterrupted> guard_;
 };
 
 /// Transforms all lines; false when a bad line ended the work.
@@ -103,6 +107,7 @@ bool TransformAll(Input& input, Output& output, const TR_PRM& record,
 }
 
 int RunTransform(const TransformOptions& options) {
+    const MessageCount shown;
     clsTr transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) {
         if (code == kReported) PrintNote(Text(TextId::kNothingTransformed));
@@ -120,9 +125,10 @@ int RunTransform(const TransformOptions& options) {
     }
     if (!TransformAll(input, output, transformation.udtTrPrm(), options)) return kReported;
     if (!output.Commit()) {
+        if (!options.output.empty()) throw WriteFailure(options.output);
         throw RuntimeError(ErrorNumber::kWriteFailed, Text(TextId::kWriteFailed));
     }
-    return ReportedMessages().empty() ? kDone : kReported;
+    return shown == 0 ? kDone : kReported;
 }
 
 }  // namespace

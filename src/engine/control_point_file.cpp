@@ -1,7 +1,9 @@
 // Control points as text: one pair a line, an identifier and four coordinates.
 #include "engine/control_point_file.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "support/clsFile.h"
 #include "support/errors.h"
@@ -23,12 +25,20 @@ bool ReadPairs(clsFile& file, std::vector<typeXYs4Tr>& pairs) {
     return true;
 }
 
+/// An identifier as the reader takes it for one field.
+std::string IdentifierField(std::string id) {
+    if (id.empty()) return "_";
+    std::ranges::replace_if(
+        id, [](char c) { return std::strchr(" ,;'\"", c) != nullptr || (c > 0 && c < ' '); }, '_');
+    return id;
+}
+
 }  // namespace
 
 std::string ListPairs(std::span<const typeXYs4Tr> pairs) {
     std::string listing;
     for (const typeXYs4Tr& pair : pairs) {
-        listing += PadLeft(pair.sId, 20);
+        listing += PadLeft(IdentifierField(pair.sId), 20);
         for (const auto coordinate : kCoordinates) listing += FormatFixed(pair.*coordinate, 3, 15);
         listing += "\r\n";
     }

@@ -21,6 +21,8 @@ public:
     ReplacingFile& operator=(const ReplacingFile&) = delete;
 
     bool IsOpen() const { return stream_ != nullptr; }
+    /// The file that is written until Commit; empty when it has no name or is the destination.
+    const std::filesystem::path& Temporary() const { return temporary_; }
     void Write(std::string_view bytes);
 
     /// Finishes the file; false when not everything could be written, and the destination then

@@ -120,7 +120,7 @@ std::string SettingsFile::Read(const SettingKey& key, const std::string& fallbac
 }
 
 void SettingsFile::Write(const SettingKey& key, const std::string& value) {
-    if (folder_.empty()) return;
+    if (folder_.empty() || value.find_first_of("\r\n") != value.npos) return;
     auto known = ReadLines(PathOf(key));
     if (!known) return;
     auto& lines = *known;

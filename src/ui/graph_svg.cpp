@@ -1,6 +1,7 @@
 // The page of the residual graph as an SVG document.
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "support/number_text.h"
 #include "ui/graph_page.h"
@@ -19,7 +20,13 @@ std::string Attribute(const char* name, double value) {
     return " " + std::string(name) + "=\"" + Number(value) + "\"";
 }
 
-std::string Escaped(const std::string& text) {
+/// The text as XML may have it; what XML lacks becomes a blank.
+std::string Escaped(std::string text) {
+    for (const char* none : {"\uFFFE", "\uFFFF"}) {
+        for (auto at = text.find(none); at != text.npos; at = text.find(none)) {
+            text.replace(at, std::strlen(none), " ");
+        }
+    }
     std::string escaped;
     for (const char c : text) {
         switch (c) {

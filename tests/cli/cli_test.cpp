@@ -114,11 +114,12 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"echo 1 2 | kv_tr transform --params new.trp --inverse", 0, "^-99\\.000 -198.000\n$", ""},
         {"echo 1 2 | kv_tr transform --national METER_OL --inverse --decimals 6", 0,
          "^1\\.896484 3\\.792968\n$", "^$"},
-        {"kv_tr angle 1.5 2 3 --params new.trp", 0, "^1\\.(5000|4999)\\d{5}\n$", "^$"},
-        {"kv_tr angle 359.99999999 0 0 --national OL_METER --unit deg", 0, "^0\\.0{7}\n$", "^$"},
+        {"kv_tr angle 1.5 2 3 --params new.trp", 0, "^1\\.(5000|4999)\\d{5}\n$",
+         "^± 0.0\\d+ rad: "},
+        {"kv_tr angle 359.99999999 0 0 --national OL_METER --unit deg", 0, "^0\\.0{7}\n$", "."},
         {"kv_tr angle 1 1e200 1e200 --national STG_HER", 1, "^$", "1e200 1e200\n"},
         {"echo 'A;1,5;2' | kv_tr transform --params new.trp", 0, ".", "input: commas separate"},
-        {"kv_tr angle -90 -2 3 --params new.trp --unit deg", 0, "^270\\.000\\d{4}\n$", "^$"},
+        {"kv_tr angle -90 -2 3 --params new.trp --unit deg", 0, "^270\\.000\\d{4}\n$", "."},
         {"printf '1,5\\n2,5\\n3,0\\n4,0\\n5,0\\n6,0\\n' >c.trp", 0, "", ""},
         {"kv_tr params c.trp", 1, "^$", "^c\\.trp: .*--decimal-comma"},
         {"kv_tr params c.trp --decimal-comma --format trp", 0, "^1\\.500\n2\\.5", "^$"},
@@ -136,6 +137,7 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"echo 1034 >>KV_Tr.res && ./kv_tr types; rm kv_tr KV_Tr.res", 0, "^type  ",
          "^/.*/KV_Tr\\.res, line 3: damaged"},
         {"kv_tr types --language ro", 0, "Transformare HELMERT", "^$"},
+        {"kv_tr adjust shift --log shift", 1, "a0 = ", "cannot take the place"},
         {"kv_tr national --language hu", 0,
          "\nBOV_EOV +20 +BOV +EOV +0\\.050 +Budapest\n(.*\n)*20-25: .* becsültek", "^$"},
         {"kv_tr params --national EOV_STG_10e --format all", 0,
@@ -207,6 +209,13 @@ TEST_F(CommandLine, AnswersEachLineBeforeItWaitsForTheNext) {
         "exec 3>ask 4<answer; for i in 1 2; do echo $i 0 >&3; timeout 60 head -n 1 <&4; done; "
         "exec 3>&-; wait");
     EXPECT_EQ(out, "101.000 200.000\n102.000 200.000\n");
+}
+
+TEST_F(CommandLine, LeavesNothingBehindWhenItIsInterrupted) {
+    const auto before = Files();
+    Run("mkfifo ../ask; kv_tr transform ../ask --points shift --type affine --output old & "
+        "exec 3>../ask; yes A 1 2 | head -n 100000 >&3; kill $!; wait $!");
+    EXPECT_EQ(Files(), before);
 }
 
 TEST_F(CommandLine, SavesTheLogAndThePointsInTheCodePageWithCrLfAndThePlot) {

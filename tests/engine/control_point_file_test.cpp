@@ -11,11 +11,11 @@ using ControlPointFile = test::EngineTest;
 TEST_F(ControlPointFile, HoldsPairsInFixedColumnsAndIsReadBack) {
     const std::vector<typeXYs4Tr> pairs = {
         {.sId = "Győr-12", .dXsour = 1, .dYsour = -2.0005, .dXdest = 1e6, .dYdest = -0.0001},
-        {.sId = "1234567890123456789012345", .dXdest = -123456789.123, .bNotUsed = true}};
+        {.sId = "1234567890 2345,78\t0'2345", .dXdest = -123456789.123, .bNotUsed = true}};
     engine.AddXY4Tr(pairs, false);
     EXPECT_EQ(engine.sListXYs(),
               "             Győr-12          1.000         -2.001    1000000.000          0.000\r\n"
-              "1234567890123456789012345          0.000          0.000 -123456789.123          "
+              "1234567890_2345_78_0_2345          0.000          0.000 -123456789.123          "
               "0.000\r\n");
     EXPECT_TRUE(engine.bSaveXYs4Tr(name));
     EXPECT_EQ(test::ReadFile(name).find("Gy\xF5r-12"), 13u);
