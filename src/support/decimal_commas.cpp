@@ -67,6 +67,21 @@ std::string_view WithoutIdentifier(std::string_view line) {
     return line;
 }
 
+std::string WithDecimalPoints(std::string_view points) {
+    std::string text;
+    while (!points.empty()) {
+        const auto [line, ending] = TakeLine(points);
+        const auto numbers = WithoutIdentifier(line);
+        text += line.substr(0, line.size() - numbers.size());
+        const std::size_t begin = text.size();
+        text += numbers;
+        if (HasDecimalCommas(numbers, 4))
+            std::replace(text.begin() + static_cast<std::ptrdiff_t>(begin), text.end(), ',', '.');
+        text += ending;
+    }
+    return text;
+}
+
 bool ParametersHaveDecimalCommas(const std::string& fileName) {
     const auto lines = FirstLines(fileName);
     if (HasExtension(fileName, "all")) {  // where a comma never separates

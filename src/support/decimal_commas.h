@@ -13,6 +13,9 @@ bool HasDecimalCommas(std::string_view text, int numbers);
 /// A line without its first field.
 std::string_view WithoutIdentifier(std::string_view line);
 
+/// The text of control points with points for the decimal commas of lines that have them.
+std::string WithDecimalPoints(std::string_view points);
+
 /// Whether the numbers of a parameter file have decimal commas. A file that can be read only once
 /// is not looked at, here and below.
 bool ParametersHaveDecimalCommas(const std::string& fileName);

@@ -52,7 +52,8 @@ std::string frmXY4Tr::QuestionTitle() const { return GetMlString(114, "Közös p
 bool frmXY4Tr::TakeText() {
     const bool named = !nameLine_.empty() && rtBox().starts_with(nameLine_);
     const std::string file = WriteWorkingFile(
-        "tmp-XYs4Tr.dat", std::string_view(rtBox()).substr(named ? nameLine_.size() : 0));
+        "tmp-XYs4Tr.dat",
+        WithDecimalPoints(std::string_view(rtBox()).substr(named ? nameLine_.size() : 0)));
     const std::vector before(engine_->Pairs().begin(), engine_->Pairs().end());
     if (engine_->bLoadXYsFromFile(file, false) && !ReadControlPoints(file).failed) {
         return true;

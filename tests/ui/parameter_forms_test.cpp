@@ -288,6 +288,16 @@ TEST_F(XY4Tr, LeavesTheNameOfALoadedFileOutOfThePoints) {
     const auto pairs = transformation.oCalcTr()->Pairs();
     ASSERT_EQ(pairs.size(), 2U);
     EXPECT_EQ(pairs[0].sId, "α") << "no code page may lose a letter";
+
+    DecimalSeparator(',');
+    platform.answers = {Answer::kYes};
+    EXPECT_TRUE(OpenPoints([](frmXY4Tr& form) {
+        form.rtBox(form.rtBox() + "C 1,5 2,5 3,5 4,5");
+        EXPECT_TRUE(form.cmdOk());
+    }));
+    ASSERT_EQ(transformation.oCalcTr()->lFullCnt(), 3);
+    EXPECT_EQ(transformation.oCalcTr()->Pairs()[1].dXdest, 110.0);
+    EXPECT_EQ(transformation.oCalcTr()->Pairs()[2].dYdest, 4.5);
 }
 
 using WorkingFolder = ParameterForms;

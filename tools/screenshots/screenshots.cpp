@@ -58,7 +58,7 @@ void TakeAdjustment(const Camera& camera) {
     frmTr form;
     form.bDoModal(engine, true, [&] {
         frmTrWindow window(form);
-        window.resize(940, 560);
+        window.resize(940, 700);
         camera.Take(window, "adjustment-table");
         form.opMode(frmTr::Mode::kEdit);
         form.Grid1Click(5, 2);

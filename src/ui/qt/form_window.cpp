@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QSet>
 #include <algorithm>
 #include <utility>
@@ -57,7 +58,9 @@ QString Numbered(const char* name, int index) {
 QSize RememberedSize(const char* name, QSize otherwise) {
     const auto kept = QString::fromStdString(Setting(kSection, name, "")).split('x');
     const QSize size(kept.value(0).toInt(), kept.value(1).toInt());
-    return size.isEmpty() ? otherwise : size;
+    constexpr QSize kFrame(16, 48);
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize() - kFrame;
+    return (size.isEmpty() ? otherwise : size).boundedTo(screen);
 }
 
 void RememberSize(const char* name, QSize size) {
@@ -93,7 +96,7 @@ void FormWindow::ShowCaptions(const Captions& captions) {
 }
 
 void FormWindow::Act(const std::function<void()>& action) {
-    const CursorScope wait(Qt::WaitCursor);
+    const WaitCursor wait;
     try {
         action();
     } catch (const RuntimeError& error) {

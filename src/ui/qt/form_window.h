@@ -16,7 +16,8 @@ namespace kv_tr {
 /// The object name of one control of an array, "RadioTrType(3)".
 QString Numbered(const char* name, int index);
 
-/// The size that a window of this name was left with, else the one given; and keeps it.
+/// The size that a window of this name was left with, else the one given, as far as the screen has
+/// room for it; and keeps it.
 QSize RememberedSize(const char* name, QSize otherwise);
 void RememberSize(const char* name, QSize size);
 

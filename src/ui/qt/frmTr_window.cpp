@@ -1,9 +1,11 @@
 // The window of the adjustment dialog.
 #include "ui/qt/frmTr_window.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QButtonGroup>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
@@ -11,9 +13,12 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QTimer>
 
+#include "support/number_text.h"
 #include "ui/qt/graph_area.h"
 #include "ui/qt/page_output.h"
 #include "ui/qt/pair_grid.h"
@@ -25,6 +30,17 @@ QGroupBox* MakeFrame(const QString& name, QWidget* parent) {
     auto* frame = new QGroupBox(parent);
     frame->setObjectName(name);
     return frame;
+}
+
+/// On a small screen the controls scroll.
+QScrollArea* Scrollable(QWidget* panel) {
+    auto* area = new QScrollArea(panel->parentWidget());
+    area->setWidget(panel);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setFocusPolicy(Qt::NoFocus);
+    return area;
 }
 
 }  // namespace
@@ -39,9 +55,12 @@ frmTrWindow::frmTrWindow(frmTr& form) : FormWindow("frmTr", {1040, 680}), form_(
     }
     layout->addWidget(grid_, 1);
     layout->addWidget(picture_, 1);
-    layout->addWidget(MakePanel());
-    connect(new QShortcut(QKeySequence::Copy, this), &QShortcut::activated,
-            [this] { grid_->Copy(); });
+    panel_ = Scrollable(MakePanel());
+    auto* side = new QVBoxLayout;
+    side->addWidget(panel_);
+    side->addLayout(MakeEnds());
+    layout->addLayout(side);
+    connect(new QShortcut(QKeySequence::Copy, this), &QShortcut::activated, [this] { Copy(); });
     Follow(form.Changed);
     grid_->setFocus();
 }
@@ -65,22 +84,27 @@ QWidget* frmTrWindow::MakePanel() {
     layout->addWidget(print_);
     layout->addWidget(savePicture_);
     layout->addStretch();
+    return panel;
+}
+
+QLayout* frmTrWindow::MakeEnds() {
     apply_ = MakeButton("cmdApplyResult", [this] {
         form_.cmdApplyResult();
         accept();
     });
-    exit_ = new QPushButton(panel);  // no entry in a box can keep the user from leaving
+    exit_ = new QPushButton(this);  // no entry in a box can keep the user from leaving
     exit_->setObjectName("cmdExit");
     exit_->setAutoDefault(false);
+    exit_->setFocusPolicy(Qt::TabFocus);  // a click must not have the limit checked before it
     connect(exit_, &QPushButton::clicked, [this] {
+        TakeWhatIsTyped();
         form_.cmdExit();
         accept();
     });
     auto* ends = new QHBoxLayout;
     ends->addWidget(apply_);
     ends->addWidget(exit_);
-    layout->addLayout(ends);
-    return panel;
+    return ends;
 }
 
 QWidget* frmTrWindow::MakeModes() {
@@ -172,6 +196,20 @@ void frmTrWindow::Redraw() {
     if (!limit_->isModified()) limit_->setText(QString::fromStdString(form_.LimitText()));
     grid_->Redraw();
     picture_->update();
+    FitPanel();
+}
+
+void frmTrWindow::resizeEvent(QResizeEvent* event) {
+    FormWindow::resizeEvent(event);
+    FitPanel();
+}
+
+/// Makes the panel as wide as its controls, and its scroll bar where there is one, need it.
+void frmTrWindow::FitPanel() {
+    const QSize needed = panel_->widget()->sizeHint();
+    const bool scrolls = needed.height() > panel_->height();
+    const int bar = scrolls ? panel_->verticalScrollBar()->sizeHint().width() : 0;
+    panel_->setFixedWidth(needed.width() + bar);
 }
 
 /// A button pressed by its letter leaves the focus where it is: what stands in the cell editor
@@ -186,6 +224,23 @@ void frmTrWindow::Act(const std::function<void()>& action) {
 void frmTrWindow::ActOnCells(const std::function<void()>& action) {
     if (SettleLimit()) FormWindow::Act(action);
     Redraw();  // a refused button has marked itself already
+}
+
+/// Copies what is selected in the statistics, else the table.
+void frmTrWindow::Copy() {
+    for (const QLabel* label : findChildren<QLabel*>()) {
+        if (label->hasSelectedText())
+            return QApplication::clipboard()->setText(label->selectedText());
+    }
+    grid_->Copy();
+}
+
+/// Takes what stands in the cell editor and in the limit box, without a word on what is no number.
+void frmTrWindow::TakeWhatIsTyped() {
+    FormWindow::Act([this] { form_.Grid1GotFocus(); });
+    const std::string limit = limit_->text().toStdString();
+    if (limit_->isModified() && TypedNumber(limit)) form_.txtLimit(limit);
+    limit_->setModified(false);
 }
 
 /// Hands a changed limit to the form; when that refuses it, the box keeps the focus.

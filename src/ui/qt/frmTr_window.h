@@ -11,6 +11,7 @@ class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QRadioButton;
+class QScrollArea;
 
 namespace kv_tr {
 
@@ -26,6 +27,7 @@ protected:
     void Act(const std::function<void()>& action) override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -34,13 +36,18 @@ private:
     QGroupBox* MakeDisplay();
     QGroupBox* MakeStatistics();
     QWidget* MakePanel();
+    QLayout* MakeEnds();
     QLabel* MakeLabel(const QString& name, QBoxLayout& layout);
     void ActOnCells(const std::function<void()>& action);
     bool SettleLimit();
+    void TakeWhatIsTyped();
+    void FitPanel();
+    void Copy();
 
     frmTr& form_;
     PairGrid* grid_;
     GraphArea* picture_;
+    QScrollArea* panel_ = nullptr;
     std::array<QPushButton*, 3> modes_{};
     std::array<QRadioButton*, 10> types_{};
     QCheckBox* inverse_ = nullptr;

@@ -47,12 +47,13 @@ void PreviewAndPrint(const frmTr& form, QWidget* parent) {
     preview.setWindowTitle(QString::fromStdString(form.ControlTexts().Text("cmdPrint")));
     QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&form](QPrinter* paper) {
         QPainter painter(paper);
+        if (!painter.isActive()) return ReportOpenFailure(paper->outputFileName().toStdString());
         const double dotsPerUnit = paper->resolution() / kUnitsPerInch;
         const QSizeF size = QSizeF(painter.viewport().size()) / dotsPerUnit;
         painter.scale(dotsPerUnit, dotsPerUnit);
         PaintPage(painter, form.PicturePage(size.width(), size.height()));
     });
-    const CursorScope arrow(Qt::ArrowCursor);
+    const OwnCursors cursors;
     preview.exec();
 }
 

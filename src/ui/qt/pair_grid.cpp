@@ -144,6 +144,7 @@ PairGrid::PairGrid(frmTr& form, ActFunction act, QWidget* parent)
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     for (int column = 0; column < frmTr::kColumns; ++column) setColumnWidth(column, 0);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, [this] { ShowEditor(); });
     connect(horizontalHeader(), &QHeaderView::sectionClicked, [this](int column) {
         if (form_.DisplayMode() != frmTr::Mode::kEdit) return;
         selectionModel()->clear();

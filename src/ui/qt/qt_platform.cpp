@@ -68,7 +68,7 @@ public:
             if (text.answer == message.defaultAnswer) box.setDefaultButton(button);
         }
         MakeRoomForTitle(box);
-        const CursorScope arrow(Qt::ArrowCursor);
+        const OwnCursors cursors;
         const int pressed = box.exec();
         const auto answer = std::ranges::find(texts, pressed, &ButtonText::button);
         return answer == texts.end() ? message.defaultAnswer : answer->answer;
@@ -145,7 +145,7 @@ private:
     }
 
     static std::optional<FileChoice> Run(QFileDialog& dialog, const FileRequest& request) {
-        const CursorScope arrow(Qt::ArrowCursor);
+        const OwnCursors cursors;
         if (dialog.exec() != QDialog::Accepted) return std::nullopt;
         const auto chosenFilter = dialog.nameFilters().indexOf(dialog.selectedNameFilter());
         return FileChoice{.path = dialog.selectedFiles().value(0).toStdString(),

@@ -15,7 +15,7 @@ namespace {
 /// Opens the window of a form and waits until it is closed.
 template <class Window>
 constexpr auto kShow = [](auto& form) {
-    const CursorScope arrow(Qt::ArrowCursor);  // the window below may be waiting
+    const OwnCursors cursors;  // the window below may be waiting
     Window(form).exec();
 };
 

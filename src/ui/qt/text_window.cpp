@@ -37,7 +37,8 @@ void TextWindow::ShowText(const std::string& text) {
 }
 
 std::string TextWindow::Text() const {
-    return box_->toPlainText().replace('\n', "\r\n").toStdString();
+    constexpr QChar kParagraph(0x2029);  // between lines; toPlainText would change blanks
+    return box_->document()->toRawText().replace(kParagraph, "\r\n").toStdString();
 }
 
 PolynomialWindow::PolynomialWindow(frmPoliTrPrm& form)

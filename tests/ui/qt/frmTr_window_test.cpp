@@ -208,11 +208,11 @@ TEST_F(FrmTrWindow, KeepsAWrongLimitUntilItIsRight) {
 
 TEST_F(FrmTrWindow, ComesBackInItsSize) {
     Open([](frmTrWindow& window) {
-        window.resize(1234, 777);
+        window.resize(780, 700);
         window.close();
     });
     EXPECT_FALSE(confirmed);
-    Open([](frmTrWindow& window) { EXPECT_EQ(window.size(), QSize(1234, 777)); });
+    Open([](frmTrWindow& window) { EXPECT_EQ(window.size(), QSize(780, 700)); });
 }
 
 }  // namespace
