@@ -24,8 +24,11 @@ void RemoveAndEnd(int signal) {
     std::raise(signal);
 }
 
+/// What is ignored, as under nohup, stays so.
 void HandleSignals(void (*handler)(int)) {
-    for (const int signal : kSignals) std::signal(signal, handler);
+    for (const int signal : kSignals) {
+        if (std::signal(signal, handler) == SIG_IGN) std::signal(signal, SIG_IGN);
+    }
 }
 
 }  // namespace
