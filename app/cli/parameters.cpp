@@ -70,10 +70,10 @@ void LoadFile(clsTr& transformation, const ParameterSource& source) {
     if (!source.decimalComma && ParametersHaveDecimalCommas(source.params)) {
         return Complain(TextId::kDecimalCommas, {source.params});
     }
-    const char writing = DecimalSeparator();
-    if (source.decimalComma) DecimalSeparator(',');
-    const auto [record, complaint] = host::ReadParameters(source.params, linearType);
-    DecimalSeparator(writing);
+    const auto [record, complaint] = [&] {
+        const DecimalCommaScope commas(source.decimalComma);
+        return host::ReadParameters(source.params, linearType);
+    }();
     if (record) transformation.udtTrPrm(*record);
     if (complaint.empty()) return;
     ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);

@@ -167,7 +167,7 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
 
 bool DesktopForm::LoadParameters(const std::string& fileName) {
     const auto [record, complaint] = [&fileName] {
-        const SeparatorOfFile separator(fileName);
+        const DecimalCommaScope commas(ParametersHaveDecimalCommas(fileName));
         return host::ReadParameters(fileName, TR_AFFIN);
     }();
     if (!complaint.empty()) {

@@ -81,11 +81,7 @@ bool TransformForm::MayWrite() const {
                     Icon::kExclamation);
         return false;
     }
-    return Ask({.text = FillPlaces(GetMlString(1191, "{0} már létezik. Felülírható?"), {output}),
-                .title = GetMlString(83, "Figyelmeztetés"),
-                .icon = Icon::kExclamation,
-                .buttons = Buttons::kYesNo,
-                .defaultAnswer = Answer::kNo}) == Answer::kYes;
+    return MayReplace(output);
 }
 
 /// Nothing after a file that does not open has been shown. A result file that is not finished is

@@ -111,11 +111,10 @@ bool ReportDecimalCommas(const std::string& pointsFileName) {
     return true;
 }
 
-SeparatorOfFile::SeparatorOfFile(const std::string& parameterFileName)
-    : before_(DecimalSeparator()) {
-    if (ParametersHaveDecimalCommas(parameterFileName)) DecimalSeparator(',');
+DecimalCommaScope::DecimalCommaScope(bool comma) : before_(DecimalSeparator()) {
+    if (comma) DecimalSeparator(',');
 }
 
-SeparatorOfFile::~SeparatorOfFile() { DecimalSeparator(before_); }
+DecimalCommaScope::~DecimalCommaScope() { DecimalSeparator(before_); }
 
 }  // namespace kv_tr

@@ -26,14 +26,13 @@ bool PointsMayHaveDecimalCommas(const std::string& fileName);
 /// Tells the user when they do.
 bool ReportDecimalCommas(const std::string& pointsFileName);
 
-/// While it lives, numbers are read and written with the decimal separator that this parameter
-/// file was written with.
-class SeparatorOfFile {
+/// While it lives, numbers are read and written with a decimal comma, if there is one.
+class DecimalCommaScope {
 public:
-    explicit SeparatorOfFile(const std::string& parameterFileName);
-    ~SeparatorOfFile();
-    SeparatorOfFile(const SeparatorOfFile&) = delete;
-    SeparatorOfFile& operator=(const SeparatorOfFile&) = delete;
+    explicit DecimalCommaScope(bool comma);
+    ~DecimalCommaScope();
+    DecimalCommaScope(const DecimalCommaScope&) = delete;
+    DecimalCommaScope& operator=(const DecimalCommaScope&) = delete;
 
 private:
     char before_;

@@ -21,4 +21,12 @@ RuntimeError WriteFailure(const std::string& fileName) {
 
 Answer Ask(const Message& question) { return TheComponent().platform.messages->Show(question); }
 
+bool MayReplace(const std::string& fileName) {
+    return Ask({.text = FillPlaces(GetMlString(1191, "{0} már létezik. Felülírható?"), {fileName}),
+                .title = GetMlString(83, "Figyelmeztetés"),
+                .icon = Icon::kExclamation,
+                .buttons = Buttons::kYesNo,
+                .defaultAnswer = Answer::kNo}) == Answer::kYes;
+}
+
 }  // namespace kv_tr

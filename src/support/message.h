@@ -20,4 +20,7 @@ RuntimeError WriteFailure(const std::string& fileName);
 /// Asks a question with the buttons of the message and waits for the answer.
 Answer Ask(const Message& question);
 
+/// Asks whether a file that exists may be replaced (text 1191).
+bool MayReplace(const std::string& fileName);
+
 }  // namespace kv_tr

@@ -65,7 +65,7 @@ void frmAffinTrPrm::cmdOlMeter() { Take(FathomToMetre()); }
 void frmAffinTrPrm::cmdLoad() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4LoadAffinTrPrm);
     if (!fileName) return;
-    const SeparatorOfFile separator(*fileName);
+    const DecimalCommaScope commas(ParametersHaveDecimalCommas(*fileName));
     const bool readable = std::ifstream(*fileName).is_open();  // the loader does not tell
     if (parameters_->bLoadAffinTrPrmFromFile(*fileName, HasExtension(*fileName, "prm")) &&
         readable) {

@@ -36,7 +36,7 @@ void frmPoliTrPrm::cmdLoad() {
     if (!fileName) return;
     TR_PRM record;
     const PolynomialReading reading = [&] {
-        const SeparatorOfFile separator(*fileName);
+        const DecimalCommaScope commas(ParametersHaveDecimalCommas(*fileName));
         return ReadPolynomialFile(*fileName, record);
     }();
     if (reading.accepted && reading.badLine == 0) {

@@ -88,14 +88,6 @@ QString ExtensionOf(const QString& filterText) {
     return filterText.section("*.", 1, 1).section(' ', 0, 0).remove(')');
 }
 
-bool MayReplace(const std::string& fileName) {
-    return Ask({.text = FillPlaces(GetMlString(1191, {}), {fileName}),
-                .title = GetMlString(83, {}),
-                .icon = Icon::kExclamation,
-                .buttons = Buttons::kYesNo,
-                .defaultAnswer = Answer::kNo}) == Answer::kYes;
-}
-
 class QtFiles : public FileChooser {
 public:
     std::optional<FileChoice> ChooseToOpen(const FileRequest& request) override {
