@@ -22,7 +22,12 @@ clsTrCalc::clsTrCalc()
     LoadInitDir();
 }
 
-clsTrCalc::~clsTrCalc() { SaveInitDir(); }
+clsTrCalc::~clsTrCalc() {
+    try {
+        SaveInitDir();
+    } catch (...) {  // nobody can be told; the folder remembered before stays
+    }
+}
 
 void clsTrCalc::AddXY4Tr(std::span<const typeXYs4Tr> tXY4Tr, bool bAppend) {
     points_.Add(tXY4Tr, bAppend);

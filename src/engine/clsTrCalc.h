@@ -18,7 +18,8 @@ namespace kv_tr {
 /// Holds control points, fits a transformation to those in use, and keeps every residual.
 ///
 /// All coordinates and residuals are metres. Trouble is shown to the user as a message and the
-/// call returns normally; what throws says so. Objects belong to one thread.
+/// call returns normally; what throws says so. An object belongs to one thread at a time;
+/// different objects may be used in different threads at once.
 ///
 ///     kv_tr::clsTrCalc engine;
 ///     engine.bLoadXYsFromFile("points.dat", false);

@@ -16,18 +16,24 @@ void ControlPoints::Add(std::span<const typeXYs4Tr> pairs, bool append) {
         notUsedCount_ = 0;
     }
     std::vector<typeXYs4Tr> added(pairs.begin(), pairs.end());  // they may be pairs of this set
-    notUsedCount_ += static_cast<std::int32_t>(
-        std::ranges::count_if(added, [](const typeXYs4Tr& pair) { return bool{pair.bNotUsed}; }));
     if (append) {
         pairs_.insert(pairs_.end(), std::make_move_iterator(added.begin()),
                       std::make_move_iterator(added.end()));
     } else {
         pairs_ = std::move(added);
     }
+    const auto before = append ? static_cast<std::size_t>(fullCount_) : 0;
     fullCount_ = static_cast<std::int32_t>(pairs_.size());
-    if (!HasPoints()) return;
-    UpdateMeans();
-    UpdateExtent();
+    const auto fresh = std::span<const typeXYs4Tr>(pairs_).subspan(before);
+    notUsedCount_ += static_cast<std::int32_t>(
+        std::ranges::count_if(fresh, [](const typeXYs4Tr& pair) { return bool{pair.bNotUsed}; }));
+    if (fresh.empty()) return;
+    if (before == 0) {
+        sourceSum_ = destinationSum_ = {};
+        extent_.least = extent_.greatest = {fresh[0].dXdest, fresh[0].dYdest};
+    }
+    UpdateMeans(fresh);
+    Widen(fresh);
 }
 
 void ControlPoints::Release() {
@@ -59,8 +65,11 @@ void ControlPoints::Swap() {
         std::swap(pair.dXsour, pair.dXdest);
         std::swap(pair.dYsour, pair.dYdest);
     }
+    std::swap(sourceSum_, destinationSum_);
     std::swap(sourceMean_, destinationMean_);
-    UpdateExtent();
+    if (pairs_.empty()) return;
+    extent_.least = extent_.greatest = {pairs_.front().dXdest, pairs_.front().dYdest};
+    Widen(pairs_);
 }
 
 void ControlPoints::UseAll() {
@@ -74,24 +83,20 @@ void ControlPoints::Toggle(std::int32_t index) {
     notUsedCount_ += pair.bNotUsed ? 1 : -1;
 }
 
-void ControlPoints::UpdateMeans() {
-    sourceMean_ = {};
-    destinationMean_ = {};
-    for (const typeXYs4Tr& pair : pairs_) {
-        sourceMean_.first += pair.dXsour;
-        sourceMean_.second += pair.dYsour;
-        destinationMean_.first += pair.dXdest;
-        destinationMean_.second += pair.dYdest;
+void ControlPoints::UpdateMeans(std::span<const typeXYs4Tr> added) {
+    for (const typeXYs4Tr& pair : added) {
+        sourceSum_.first += pair.dXsour;
+        sourceSum_.second += pair.dYsour;
+        destinationSum_.first += pair.dXdest;
+        destinationSum_.second += pair.dYdest;
     }
     const double count = fullCount_;
-    sourceMean_ = {sourceMean_.first / count, sourceMean_.second / count};
-    destinationMean_ = {destinationMean_.first / count, destinationMean_.second / count};
+    sourceMean_ = {sourceSum_.first / count, sourceSum_.second / count};
+    destinationMean_ = {destinationSum_.first / count, destinationSum_.second / count};
 }
 
-void ControlPoints::UpdateExtent() {
-    if (pairs_.empty()) return;
-    extent_.least = extent_.greatest = {pairs_.front().dXdest, pairs_.front().dYdest};
-    for (const typeXYs4Tr& pair : pairs_) {
+void ControlPoints::Widen(std::span<const typeXYs4Tr> pairs) {
+    for (const typeXYs4Tr& pair : pairs) {
         extent_.least.first = std::min(extent_.least.first, pair.dXdest);
         extent_.least.second = std::min(extent_.least.second, pair.dYdest);
         extent_.greatest.first = std::max(extent_.greatest.first, pair.dXdest);

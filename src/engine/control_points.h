@@ -48,12 +48,16 @@ public:
     void Toggle(std::int32_t index);
 
 private:
-    void UpdateMeans();
-    void UpdateExtent();
+    // Both continue where the pairs before ended, so that adding pairs one by one costs no more
+    // than adding them at once, and yields the same bits.
+    void UpdateMeans(std::span<const typeXYs4Tr> added);
+    void Widen(std::span<const typeXYs4Tr> added);
 
     std::vector<typeXYs4Tr> pairs_;
     std::int32_t fullCount_ = 0;
     std::int32_t notUsedCount_ = 0;
+    PlanePoint sourceSum_;  // in the order of the pairs
+    PlanePoint destinationSum_;
     PlanePoint sourceMean_;
     PlanePoint destinationMean_;
     Extent extent_;

@@ -124,10 +124,11 @@ void clsTr::bChooseFileAndSaveTrPrm(std::string& sFileName, std::string& sInitDi
 
 bool clsTr::bSaveAffinTrPrm(const std::string& sFileTrPrm, bool bItr25Format) {
     if (bTypeIsPolinom()) return false;
+    const auto lines = LinearFileLines(record_, FormatOf(bItr25Format));
     clsFile file;
     file.OpenIt(sFileTrPrm);
     if (!file.IsOpen()) return false;
-    for (const auto& line : LinearFileLines(record_, FormatOf(bItr25Format))) file.Print(line);
+    for (const std::string& line : lines) file.Print(line);
     file.CloseIt();
     return true;
 }
@@ -153,10 +154,7 @@ bool clsTr::bLoadPoliTrPrmFromFile(const std::string& sFileTrPrm) {
 bool clsTr::bSavePoliTrPrm(const std::string& sFileTrPrm,
                            const std::optional<std::string>& vTitle) {
     if (!bTypeIsPolinom()) return false;
-    clsFile file;
-    file.OpenIt(sFileTrPrm);
-    if (file.IsOpen()) file.Print(sListPoliTrPrm(vTitle));
-    file.CloseIt();
+    WriteTextFile(sFileTrPrm, sListPoliTrPrm(vTitle) + "\r\n");
     return true;
 }
 

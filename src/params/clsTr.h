@@ -17,8 +17,8 @@ namespace kv_tr {
 /// adjustment engine that finds parameters from control points.
 ///
 /// Coordinates are metres, directions radians from the first axis towards the second. Trouble is
-/// shown to the user as a message and the call returns normally; what throws says so. Objects
-/// belong to one thread.
+/// shown to the user as a message and the call returns normally; what throws says so. An object
+/// belongs to one thread at a time; different objects may be used in different threads at once.
 ///
 ///     kv_tr::clsTr transformation;
 ///     transformation.oCalcTr()->bLoadXYsFromFile("points.dat", false);

@@ -58,10 +58,10 @@ std::string_view TakeField(std::string_view& text) {
 }
 
 /// The type that has so many coefficients a coordinate.
-std::optional<enuTR_TYPE> TypeWithTerms(int count) {
+std::optional<enuTR_TYPE> TypeWithTerms(std::uint64_t count) {
     for (const enuTR_TYPE type :
          {TR_POLI_1, TR_BILINEAR, TR_POLI_2, TR_POLI_3, TR_POLI_4, TR_POLI_5}) {
-        if (TermCount(type) == count) return type;
+        if (static_cast<std::uint64_t>(TermCount(type)) == count) return type;
     }
     return std::nullopt;
 }
@@ -110,7 +110,7 @@ public:
         while (!file_.AtEnd()) {
             const std::string line = NextLine();
             double beyond = 0.0;
-            const auto k = static_cast<std::size_t>(count_) + 1;
+            const std::size_t k = count_ + 1;
             const bool stored = k < a.size();
             if (line.empty() || !Take(line, stored ? a[k] : beyond, stored ? b[k] : beyond, 0)) {
                 return;
@@ -119,8 +119,8 @@ public:
         }
     }
 
-    int Count() const { return count_; }      // of coefficient lines
-    int BadLine() const { return badLine_; }  // first that was not complete, 0 for none
+    std::uint64_t Count() const { return count_; }      // of coefficient lines
+    std::uint64_t BadLine() const { return badLine_; }  // first that was not complete, 0 for none
 
 private:
     std::string NextLine() {
@@ -138,9 +138,9 @@ private:
 
     clsFile& file_;
     Coefficients& coefficients_;
-    int lineNumber_ = 0;
-    int count_ = 0;
-    int badLine_ = 0;
+    std::uint64_t lineNumber_ = 0;
+    std::uint64_t count_ = 0;
+    std::uint64_t badLine_ = 0;
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string>
 
 #include "model/records.h"
@@ -25,7 +26,7 @@ bool ReadLinearFile(clsFile& file, LinearFormat format, TR_PRM& record);
 struct PolynomialReading {
     bool opened = false;
     bool accepted = false;  // the number of coefficient lines is that of a type
-    int badLine = 0;        // first line from which not everything could be taken, from 1; 0: none
+    std::uint64_t badLine = 0;  // first line, from 1, that could not be taken whole; 0 for none
 };
 
 /// Reads a polynomial file into the record; a file that does not open is shown to the user.

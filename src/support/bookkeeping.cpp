@@ -5,18 +5,28 @@
 
 namespace kv_tr {
 
-TraceEntry::TraceEntry(const std::string& className) : id_(TheComponent().nextTraceId++) {
-    TheComponent().traceObjects[id_] = className;
+TraceEntry::TraceEntry(const std::string& className)
+    : id_(TheComponent().WithRegisters([&](Registers& registers) {
+          registers.traceObjects[registers.nextTraceId] = className;
+          return registers.nextTraceId++;
+      })) {}
+
+TraceEntry::~TraceEntry() {
+    TheComponent().WithRegisters(
+        [this](Registers& registers) { registers.traceObjects.erase(id_); });
 }
 
-TraceEntry::~TraceEntry() { TheComponent().traceObjects.erase(id_); }
+std::string clsComponent::sAppTitle() const {
+    return TheComponent().WithRegisters([](Registers& registers) { return registers.appTitle; });
+}
 
-std::string clsComponent::sAppTitle() const { return TheComponent().appTitle; }
-
-void clsComponent::sAppTitle(const std::string& title) { TheComponent().appTitle = title; }
+void clsComponent::sAppTitle(const std::string& title) {
+    TheComponent().WithRegisters([&](Registers& registers) { registers.appTitle = title; });
+}
 
 std::map<std::int32_t, std::string> clsDebug::colTraceObj() const {
-    return TheComponent().traceObjects;
+    return TheComponent().WithRegisters(
+        [](Registers& registers) { return registers.traceObjects; });
 }
 
 }  // namespace kv_tr

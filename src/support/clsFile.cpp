@@ -19,9 +19,10 @@ CodePage FilesCodePage() {
 }  // namespace
 
 clsFile::~clsFile() {
+    if (halfWritten_ || std::uncaught_exceptions() > exceptions_) output_.reset();
     try {
         CloseIt();
-    } catch (const RuntimeError&) {  // a destructor has nobody to tell
+    } catch (...) {  // a destructor has nobody to tell
     }
 }
 
@@ -34,6 +35,7 @@ bool clsFile::OpenIt(const std::string& sInpFileName, bool bInput) {
         output_ = std::make_unique<ReplacingFile>(sInpFileName);
         if (!output_->IsOpen()) output_.reset();
     }
+    halfWritten_ = false;
     open_ = reader_ != nullptr || output_ != nullptr;
     if (open_) {
         Register();
@@ -50,7 +52,7 @@ void clsFile::OpenForReading(const std::string& name) {
     if (!stream_.is_open()) return;
     try {
         auto reader = std::make_unique<LineReader>(*stream_.rdbuf());
-        utf8_ = reader->SkipUtf8Mark();
+        utf8_ = reader->SkipUtf8Mark() ? std::optional(true) : std::nullopt;
         reader_ = std::move(reader);
     } catch (const RuntimeError&) {  // opens, but cannot be read
         stream_.close();
@@ -58,21 +60,24 @@ void clsFile::OpenForReading(const std::string& name) {
 }
 
 void clsFile::Register() {
-    auto& numbers = TheComponent().fileNumbers;
-    fileNr_ = 1;
-    while (numbers.contains(fileNr_)) ++fileNr_;
-    numbers.insert(fileNr_);
-    registeredNr_ = fileNr_;
+    registeredNr_ = TheComponent().WithRegisters([](Registers& registers) {
+        std::int16_t number = 1;
+        while (registers.fileNumbers.contains(number)) ++number;
+        registers.fileNumbers.insert(number);
+        return number;
+    });
+    fileNr_ = registeredNr_;
 }
 
 void clsFile::CloseIt() {
     if (!open_) return;
     open_ = false;
-    TheComponent().fileNumbers.erase(registeredNr_);
+    TheComponent().WithRegisters(
+        [this](Registers& registers) { registers.fileNumbers.erase(registeredNr_); });
     reader_.reset();
     stream_.close();
     const auto output = std::move(output_);
-    if (output && !output->Commit()) throw WriteFailure(name_);
+    if (output && (halfWritten_ || !output->Commit())) throw WriteFailure(name_);
 }
 
 bool clsFile::AtEnd() {
@@ -83,12 +88,16 @@ bool clsFile::AtEnd() {
 std::string clsFile::ReadLine() {
     if (AtEnd()) throw RuntimeError(ErrorNumber::kPastEnd, "Reading beyond the end: " + name_);
     const std::string_view line = reader_->Next();
-    return utf8_ ? ValidUtf8(line) : FromCodePage(line, FilesCodePage());
+    if (IsAscii(line)) return std::string(line);
+    if (!utf8_) utf8_ = IsUtf8(line) && IsUtf8(reader_->Ahead());
+    return *utf8_ ? ValidUtf8(line) : FromCodePage(line, FilesCodePage());
 }
 
 void clsFile::Write(std::string_view text) {
     if (!output_) throw RuntimeError(ErrorNumber::kFileNotOpen, "File not open: " + name_);
+    halfWritten_ = true;  // until the conversion has succeeded
     output_->Write(ToCodePage(text, FilesCodePage()));
+    halfWritten_ = false;
 }
 
 void clsFile::Print(std::string_view text) {

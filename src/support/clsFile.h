@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,12 +18,15 @@ namespace kv_tr {
 /// A text file that is read or written from start to end, line by line.
 ///
 /// Texts are UTF-8 inside the program and single-byte in the file: windows-1258 while the current
-/// language is Vietnamese, windows-1250 otherwise. A file that begins with a UTF-8 mark is read as
-/// UTF-8. Lines are written with CR LF and read with CR LF, LF or CR.
+/// language is Vietnamese, windows-1250 otherwise. A file is read as UTF-8 when it begins with a
+/// UTF-8 mark, or when its first part with letters beyond ASCII is valid UTF-8. Lines are written
+/// with CR LF and read with CR LF, LF or CR; bytes 26 at the end of a file are not read.
 class clsFile {
 public:
     clsFile() = default;
-    ~clsFile();  // closes the file; what could not be written is lost silently
+    /// Closes the file; what could not be written is lost silently. A file that an exception
+    /// leaves half written is discarded, and an older one of its name stays.
+    ~clsFile();
     clsFile(const clsFile&) = delete;
     clsFile& operator=(const clsFile&) = delete;
 
@@ -58,6 +63,7 @@ public:
 private:
     void OpenForReading(const std::string& name);
     void Register();
+    void Release();
 
     Bool16 open_;
     std::int16_t fileNr_ = 0;
@@ -65,7 +71,9 @@ private:
     std::string name_;
     std::ifstream stream_;
     std::unique_ptr<LineReader> reader_;
-    bool utf8_ = false;
+    std::optional<bool> utf8_;  // not known while all lines were ASCII
+    bool halfWritten_ = false;  // a part of what was to be written is missing
+    int exceptions_ = std::uncaught_exceptions();
     std::unique_ptr<ReplacingFile> output_;
 };
 

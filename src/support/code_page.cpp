@@ -143,19 +143,6 @@ constexpr PageLetters SortedByCodePoint(const UpperHalf& page) {
 constexpr PageLetters kLetters1250 = SortedByCodePoint(kWindows1250);
 constexpr PageLetters kLetters1258 = SortedByCodePoint(kWindows1258);
 
-/// Looks at eight bytes at a time: most lines are no more than this test.
-bool IsAscii(std::string_view text) {
-    constexpr std::uint64_t kHighBits = 0x8080808080808080;
-    std::uint64_t any = 0;
-    for (; text.size() >= sizeof any; text.remove_prefix(sizeof any)) {
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, text.data(), sizeof eight);
-        any |= eight;
-    }
-    for (const char byte : text) any |= static_cast<unsigned char>(byte);
-    return (any & kHighBits) == 0;
-}
-
 constexpr bool IsCombiningMark(char32_t codePoint) {
     return codePoint >= U'\u0300' && codePoint <= U'\u036F';
 }
@@ -282,6 +269,18 @@ void AppendUtf8(std::string& utf8, char32_t codePoint) {
 
 }  // namespace
 
+bool IsAscii(std::string_view text) {  // eight bytes at a time: most lines need no more
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
+    std::uint64_t any = 0;
+    for (; text.size() >= sizeof any; text.remove_prefix(sizeof any)) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, text.data(), sizeof eight);
+        any |= eight;
+    }
+    for (const char byte : text) any |= static_cast<unsigned char>(byte);
+    return (any & kHighBits) == 0;
+}
+
 std::string ToCodePage(std::string_view utf8, CodePage page) {
     if (IsAscii(utf8)) return std::string(utf8);
 
@@ -309,6 +308,8 @@ std::string FromCodePage(std::string_view bytes, CodePage page) {
     for (const char32_t letter : letters) AppendUtf8(utf8, letter);
     return utf8;
 }
+
+bool IsUtf8(std::string_view text) { return IsAscii(text) || ValidUtf8(text) == text; }
 
 std::string ValidUtf8(std::string_view text) {
     if (IsAscii(text)) return std::string(text);

@@ -25,6 +25,11 @@ std::string ToCodePage(std::string_view utf8, CodePage page);
 /// letter where there is one; any other mark stays as it is.
 std::string FromCodePage(std::string_view bytes, CodePage page);
 
+bool IsAscii(std::string_view text);
+
+/// Whether a text is valid UTF-8.
+bool IsUtf8(std::string_view text);
+
 /// The text itself when it is valid UTF-8, else with every ill-formed part replaced by U+FFFD.
 ///
 /// An ill-formed part is a byte that cannot begin a code point, or the longest beginning of a

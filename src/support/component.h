@@ -1,10 +1,12 @@
 // The one shared object: everything that all objects of the component have in common.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <set>
 #include <string>
 
@@ -12,21 +14,38 @@
 
 namespace kv_tr {
 
-/// Component-wide state. Free functions of this room read and change it; other rooms do so only
-/// through them (GetMlString, ShowMessage, InitDir, DecimalSeparator, OpenDialogs, ...).
-struct Component {
-    explicit Component(Platform surroundings);
-
-    Platform platform;          // every port is present
-    std::int32_t language = 0;  // 0 until a language is set
-    bool stringsInitialised = false;
-    bool useTextFile = false;  // texts come from a separate file
-    std::string initDir;       // where file choosers open
-    std::string appTitle;      // names the settings, "KV_Tr" when empty
-    char decimalSeparator;     // '.' or ',', the user's when the component starts
+/// What objects of several threads read and change, one at a time.
+struct Registers {
+    std::string initDir;                               // where file choosers open
+    std::string appTitle;                              // names the settings, "KV_Tr" when empty
     std::map<std::int32_t, std::string> traceObjects;  // living public objects, id and class
     std::int32_t nextTraceId = 1;
     std::set<std::int16_t> fileNumbers;  // of the text files that are open
+};
+
+/// Component-wide state. Free functions of this room read and change it; other rooms do so only
+/// through them (GetMlString, ShowMessage, InitDir, DecimalSeparator, OpenDialogs, ...).
+///
+/// Several threads may do so at once. The platform is the exception: it is installed before the
+/// first object is created, and each port is called from the thread of the object that needs it.
+struct Component {
+    explicit Component(Platform surroundings);
+
+    Platform platform;                       // every port is present
+    std::atomic<std::int32_t> language = 0;  // 0 until a language is set
+    std::atomic<bool> stringsInitialised = false;
+    std::atomic<bool> useTextFile = false;  // texts come from a separate file
+    std::atomic<char> decimalSeparator;     // '.' or ',', the user's when the component starts
+
+    /// Yields what a function makes of the registers. It must not call a port.
+    auto WithRegisters(auto function) {
+        const std::scoped_lock lock(mutex_);
+        return function(registers_);
+    }
+
+private:
+    std::mutex mutex_;
+    Registers registers_;
 };
 
 Component& TheComponent();

@@ -80,6 +80,8 @@ bool BlockReader::Next(std::string& block) {
         const std::size_t before = block.size();
         try {
             if (!Append(block)) {
+                constexpr char kEndOfText = 26;
+                block.resize(block.find_last_not_of(kEndOfText) + 1);
                 whole = block.size();
                 break;
             }

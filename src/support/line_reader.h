@@ -19,6 +19,7 @@ TextLine TakeLine(std::string_view& text);
 
 /// Reads a text in blocks of whole lines.
 ///
+/// Bytes 26, with which old programs end a text, are not read where the text ends with them.
 /// Memory stays bounded: a line of more than kLongestLine bytes is RuntimeError kLineTooLong, a
 /// failure of the system RuntimeError kDeviceError, either after the lines before it.
 class BlockReader {
@@ -54,6 +55,8 @@ public:
     bool AtEnd();
     /// The next line without its end, valid until another is read. There must be one.
     std::string_view Next() { return TakeLine(rest_).text; }
+    /// Lines that have been read already and come next, valid until AtEnd is called.
+    std::string_view Ahead() const { return rest_; }
 
 private:
     BlockReader blocks_;

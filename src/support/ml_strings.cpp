@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <utility>
 
@@ -45,8 +46,11 @@ std::int32_t CurrentMlLanguage() { return TheComponent().language; }
 std::string FillPlaces(std::string_view text, std::initializer_list<std::string> values) {
     std::string filled;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '{') {
-            filled += std::data(values)[text[i + 1] - '0'];
+        const auto value = i + 2 < text.size() && text[i] == '{' && text[i + 2] == '}'
+                               ? static_cast<std::size_t>(text[i + 1]) - '0'
+                               : values.size();
+        if (value < values.size()) {
+            filled += std::data(values)[value];
             i += 2;  // digit and brace
         } else {
             filled += text[i];
@@ -63,12 +67,9 @@ std::string MlLanguageName(std::size_t index) {
 
 void InitMlStrings() {
     Component& component = TheComponent();
-    if (component.stringsInitialised) return;
-    if (component.useTextFile) {
-        component.platform.texts->LoadFrom(TextFile());
-        if (component.language == 0) component.language = kHungarian;
-    }
-    component.stringsInitialised = true;
+    if (component.stringsInitialised.exchange(true) || !component.useTextFile) return;
+    component.platform.texts->LoadFrom(TextFile());
+    if (component.language == 0) component.language = kHungarian;
 }
 
 void UseTextFile(bool separate) { TheComponent().useTextFile = separate; }
@@ -90,10 +91,14 @@ Subscription OnLanguageChange(std::function<void()> handler) {
 }
 
 void EmbeddedTexts::LoadFrom(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream) return ReportOpenFailure(path);
+    std::error_code error;
+    std::ifstream stream;
+    // A pipe of that name would make every start wait for its writer.
+    if (std::filesystem::is_regular_file(path, error)) stream.open(path, std::ios::binary);
+    if (!stream.is_open()) return ReportOpenFailure(path);
     auto [texts, badLine] = ReadTextTable(*stream.rdbuf(), kLanguages, HungarianStrings());
     if (badLine == 0) {
+        const std::scoped_lock lock(mutex_);
         loaded_ = std::move(texts);
         return;
     }
@@ -103,6 +108,7 @@ void EmbeddedTexts::LoadFrom(const std::string& path) {
 }
 
 std::string EmbeddedTexts::Text(int id, std::int32_t languageId) {
+    const std::scoped_lock lock(mutex_);
     for (const std::int32_t language : {languageId, kHungarian}) {
         if (const auto found = loaded_.find({language, id}); found != loaded_.end()) {
             return found->second;

@@ -1,11 +1,13 @@
 // Texts by number in the current language.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <map>
+#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -35,7 +37,7 @@ void SetMlLanguage(std::int32_t LanguageID, std::string_view sName);
 /// The current language; 0 before the first SetMlLanguage.
 std::int32_t CurrentMlLanguage();
 
-/// Fills the places {0}, {1}, ... of a text with the values.
+/// Fills the places {0}, {1}, ... of a text with the values; a place beyond them stays.
 std::string FillPlaces(std::string_view text, std::initializer_list<std::string> values);
 
 /// The languages there are, in the order in which hosts list them.
@@ -67,7 +69,8 @@ std::string TextFile();
 /// Texts by language and id.
 using TextTable = std::map<std::pair<std::int32_t, int>, std::string>;
 
-/// The string tables compiled into the component, and in front of them those of a file.
+/// The string tables compiled into the component, and in front of them those of a file. Objects in
+/// several threads may use it at once.
 class EmbeddedTexts : public TextSource {
 public:
     explicit EmbeddedTexts(std::int32_t hostLanguage) : hostLanguage_(hostLanguage) {}
@@ -81,7 +84,8 @@ public:
     void SwitchLanguage(std::int32_t languageId, const std::string& name);
 
 private:
-    std::int32_t hostLanguage_;
+    std::atomic<std::int32_t> hostLanguage_;
+    std::mutex mutex_;
     TextTable loaded_;
 };
 

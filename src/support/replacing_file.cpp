@@ -1,7 +1,7 @@
 // A file that takes the place of an older one only when it is complete.
 #include "support/replacing_file.h"
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <random>
 #include <utility>
@@ -10,18 +10,26 @@ namespace kv_tr {
 namespace fs = std::filesystem;
 namespace {
 
-/// Creates a new file next to the destination; its name, short since that of the destination may
-/// be as long as a name can be, is returned beside it.
-std::pair<std::FILE*, fs::path> CreateBeside(const fs::path& destination) {
-    std::random_device random;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        fs::path name = destination;
-        name.replace_filename(".kv_tr-" + std::to_string(random()) + ".tmp");
-        errno = 0;
-        if (std::FILE* stream = std::fopen(name.string().c_str(), "wbx")) return {stream, name};
-        if (errno != EEXIST) break;
+// Short, since the name of the destination may be as long as a name can be.
+constexpr std::string_view kPrefix = ".kv_tr-";
+constexpr std::string_view kSuffix = ".tmp";
+
+bool IsTemporaryName(std::string_view name) {
+    if (!name.starts_with(kPrefix) || !name.ends_with(kSuffix)) return false;
+    name.remove_prefix(kPrefix.size());
+    name.remove_suffix(std::min(kSuffix.size(), name.size()));
+    return name.find_first_not_of("0123456789") == name.npos;
+}
+
+/// Removes what writers left that were killed.
+void RemoveDeadFiles(const fs::path& folder) {
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (!IsTemporaryName(entry->path().filename().string()) || !IsDead(entry->path())) continue;
+        std::error_code ignored;
+        fs::remove(entry->path(), ignored);
     }
-    return {nullptr, {}};
 }
 
 bool CanBeWritten(const fs::path& existing) {
@@ -30,47 +38,62 @@ bool CanBeWritten(const fs::path& existing) {
     return stream != nullptr;
 }
 
-/// Copies a file from its start; false when not everything could be copied.
-bool Copy(std::FILE* source, const fs::path& destination) {
-    std::rewind(source);
-    std::FILE* stream = std::fopen(destination.string().c_str(), "wb");
-    if (stream == nullptr) return false;
-    std::array<char, 1 << 16> buffer{};
-    std::size_t count = 0;
-    while ((count = std::fread(buffer.data(), 1, buffer.size(), source)) > 0) {
-        std::fwrite(buffer.data(), 1, count, stream);
+/// Where a path leads when its links are followed, whether there is a file or not.
+fs::path Followed(const std::string& name) {
+    constexpr int kMostLinks = 40;
+    std::error_code error;
+    fs::path path = fs::absolute(name, error);
+    for (int link = 0; link < kMostLinks && fs::is_symlink(path, error); ++link) {
+        const fs::path target = fs::read_symlink(path, error);
+        if (error) break;
+        path = path.parent_path() / target;
     }
-    const bool complete = std::ferror(source) == 0 && std::ferror(stream) == 0;
-    return std::fclose(stream) == 0 && complete;
+    return path;
 }
 
 }  // namespace
 
-ReplacingFile::ReplacingFile(const std::string& path) : destination_(path) {
+ReplacingFile::ReplacingFile(const std::string& path) : destination_(Followed(path)) {
     if (path.empty()) return;
     std::error_code error;
-    if (const auto target = fs::canonical(destination_, error); !error) destination_ = target;
     const fs::file_status status = fs::status(destination_, error);
-    const bool exists = fs::exists(status);
-    const bool regular = fs::is_regular_file(status);
-    if (regular && !CanBeWritten(destination_)) return;
-    if (regular || !exists) {
-        std::tie(stream_, temporary_) = CreateBeside(destination_);
-        if (IsOpen() && regular) fs::permissions(temporary_, status.permissions(), error);
-    }
-    if (!IsOpen() && regular) {
-        stream_ = std::tmpfile();
-        copied_ = true;
-    } else if (!IsOpen() && exists) {
+    if (fs::is_regular_file(status)) {
+        if (CanBeWritten(destination_)) OpenInPlaceOf(true);
+    } else if (fs::exists(status)) {
         stream_ = std::fopen(destination_.string().c_str(), "wb");
+        direct_ = true;
+    } else if (status.type() == fs::file_type::not_found) {
+        OpenInPlaceOf(false);
     }
 }
 
-ReplacingFile::~ReplacingFile() {
+void ReplacingFile::OpenInPlaceOf(bool existing) {
+    const auto known = existing ? RightsOf(destination_) : std::nullopt;
+    if (existing && !known) return;
+    RemoveDeadFiles(destination_.parent_path());
+    std::random_device random;
+    int failure = EEXIST;
+    for (int attempt = 0; attempt < 100 && !IsOpen() && failure == EEXIST; ++attempt) {
+        temporary_ = destination_;
+        temporary_.replace_filename(std::string(kPrefix) + std::to_string(random()) +
+                                    std::string(kSuffix));
+        stream_ = CreateLocked(temporary_, rights_);
+        failure = errno;
+    }
+    if (known) rights_ = *known;
+    if (IsOpen()) return;
+    temporary_.clear();
+    const std::error_code error(failure, std::generic_category());
+    if (existing && ForbidsReplacing(error)) stream_ = std::tmpfile();
+}
+
+ReplacingFile::~ReplacingFile() { Discard(); }
+
+void ReplacingFile::Discard() {
     if (!IsOpen()) return;
-    std::fclose(stream_);
     std::error_code ignored;
     if (!temporary_.empty()) fs::remove(temporary_, ignored);
+    std::fclose(std::exchange(stream_, nullptr));
 }
 
 void ReplacingFile::Write(std::string_view bytes) {
@@ -78,15 +101,19 @@ void ReplacingFile::Write(std::string_view bytes) {
 }
 
 bool ReplacingFile::Commit() {
-    bool written = std::fflush(stream_) == 0 && std::ferror(stream_) == 0;
-    if (copied_) written = written && Copy(stream_, destination_);
-    const bool closed = std::fclose(std::exchange(stream_, nullptr)) == 0;
-    if (temporary_.empty()) return written && closed;
-    std::error_code error;
-    if (written && closed) fs::rename(temporary_, destination_, error);
-    if (written && closed && !error) return true;
-    fs::remove(temporary_, error);
-    return false;
+    const bool written = std::fflush(stream_) == 0 && std::ferror(stream_) == 0;
+    bool done = false;
+    if (direct_) {
+        done = std::fclose(std::exchange(stream_, nullptr)) == 0 && written;
+    } else if (written && temporary_.empty()) {
+        done = CopyInto(stream_, destination_);
+    } else if (written && Synchronise(stream_)) {
+        GiveRights(stream_, rights_);
+        const std::error_code error = MoveAndClose(stream_, temporary_, destination_);
+        done = !error || (ForbidsReplacing(error) && IsOpen() && CopyInto(stream_, destination_));
+    }
+    Discard();
+    return done;
 }
 
 }  // namespace kv_tr

@@ -20,7 +20,8 @@ constexpr const char* kSection = "Settings";
 constexpr const char* kPath = "Path";
 
 SettingKey KeyOf(const std::string& section, const std::string& key) {
-    const std::string& title = TheComponent().appTitle;
+    const std::string title =
+        TheComponent().WithRegisters([](Registers& registers) { return registers.appTitle; });
     return {.application = title.empty() ? "KV_Tr" : title, .section = section, .key = key};
 }
 
@@ -29,13 +30,15 @@ std::string Environment(const char* name) {
     return value == nullptr ? "" : value;
 }
 
-/// All lines of a file, none of a missing one; nothing when it cannot be read to its end.
+/// All lines of a file, none of a missing one; nothing when it cannot be examined or read to its
+/// end.
 std::optional<std::vector<std::string>> ReadLines(const fs::path& path) {
     std::vector<std::string> lines;
     std::error_code error;
-    if (!fs::exists(path, error)) return lines;
+    const fs::file_status status = fs::status(path, error);
+    if (status.type() == fs::file_type::not_found) return lines;
     std::ifstream stream;
-    if (fs::is_regular_file(path, error)) stream.open(path, std::ios::binary);
+    if (fs::is_regular_file(status)) stream.open(path, std::ios::binary);
     if (!stream.is_open()) return std::nullopt;
     try {
         for (LineReader reader(*stream.rdbuf()); !reader.AtEnd();)
@@ -65,9 +68,13 @@ Place Find(const std::vector<std::string>& lines, const SettingKey& key) {
 
 }  // namespace
 
-std::string InitDir() { return TheComponent().initDir; }
+std::string InitDir() {
+    return TheComponent().WithRegisters([](Registers& registers) { return registers.initDir; });
+}
 
-void InitDir(const std::string& folder) { TheComponent().initDir = folder; }
+void InitDir(const std::string& folder) {
+    TheComponent().WithRegisters([&](Registers& registers) { registers.initDir = folder; });
+}
 
 void RememberFolderOf(const std::string& fileName) { InitDir(GetFolderPart(fileName)); }
 
@@ -88,7 +95,8 @@ void LoadInitDir() {
 }
 
 void SaveInitDir() {
-    SaveSetting(kSection, kPath, InitDir().empty() ? DefaultFolder() : InitDir());
+    const std::string folder = InitDir();
+    SaveSetting(kSection, kPath, folder.empty() ? DefaultFolder() : folder);
 }
 
 std::string Setting(const std::string& section, const std::string& key,

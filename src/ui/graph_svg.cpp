@@ -1,7 +1,7 @@
 // The page of the residual graph as an SVG document.
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <string_view>
 
 #include "support/number_text.h"
 #include "ui/graph_page.h"
@@ -21,14 +21,16 @@ std::string Attribute(const char* name, double value) {
 }
 
 /// The text as XML may have it; what XML lacks becomes a blank.
-std::string Escaped(std::string text) {
-    for (const char* none : {"\uFFFE", "\uFFFF"}) {
-        for (auto at = text.find(none); at != text.npos; at = text.find(none)) {
-            text.replace(at, std::strlen(none), " ");
-        }
-    }
+std::string Escaped(std::string_view text) {
     std::string escaped;
-    for (const char c : text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const auto three = text.substr(i, 3);
+        if (three == "\uFFFE" || three == "\uFFFF") {
+            escaped += ' ';
+            i += 2;
+            continue;
+        }
         switch (c) {
             case '&': escaped += "&amp;"; break;
             case '<': escaped += "&lt;"; break;

@@ -30,6 +30,29 @@ TEST_F(Engine, AddsReplacesAndSelectsPairs) {
     EXPECT_EQ(pairs.size(), 4u) << "nothing to copy leaves the array as it was";
 }
 
+TEST_F(Engine, TakesPairsOneByOneAsItTakesThemAtOnce) {
+    // So many that summing up all of them for each one would not end.
+    auto pairs = ShiftedPairs(300000);
+    pairs[7].bNotUsed = true;
+    pairs[9].dYdest = -7.1;
+    clsTrCalc other;
+    other.AddXY4Tr(ShiftedPairs(2), false);
+    other.AddXY4Tr({}, false);
+    for (const typeXYs4Tr& pair : pairs) other.AddXY4Tr({&pair, 1}, true);
+    engine.AddXY4Tr(pairs, false);
+    for (clsTrCalc* each : {&engine, &other}) {
+        each->eTrType(TR_POLI_1);
+        each->DoCalcTr();
+    }
+    EXPECT_EQ(other.udtTrPrm().dA0, engine.udtTrPrm().dA0);
+    EXPECT_EQ(other.udtTrPrm().dB1, engine.udtTrPrm().dB1);
+    EXPECT_EQ(other.lNotUsedCnt(), 1);
+    double extent[4];
+    other.GetRect4Dest(extent[0], extent[1], extent[2], extent[3]);
+    EXPECT_EQ(extent[1], -7.1);
+    EXPECT_EQ(extent[2], 2095.0);
+}
+
 TEST_F(Engine, SwapsThereAndBack) {
     const auto pairs = ShiftedPairs(4);
     engine.AddXY4Tr(pairs, false);
@@ -42,6 +65,15 @@ TEST_F(Engine, SwapsThereAndBack) {
     engine.SwapSourDest();
     engine.DoCalcTr();
     EXPECT_NEAR(engine.udtTrPrm().dA0, 100.0, 1e-9);
+
+    engine.SwapSourDest();
+    engine.AddXY4Tr(pairs, true);  // goes on with the sums as they were swapped
+    engine.SwapSourDest();
+    engine.eTrType(TR_POLI_1);
+    engine.DoCalcTr();
+    double mean = 0.0;
+    for (const typeXYs4Tr& pair : pairs) mean += pair.dXsour / 4.0;
+    EXPECT_EQ(engine.udtTrPrm().dA0, mean + 50.0);
 }
 
 TEST_F(Engine, RefusesToExcludeOneOfTwoUsedPairs) {
@@ -189,6 +221,18 @@ TEST_F(Engine, ChoosesFilesWithACaptionThatTheChoiceReplaces) {
     EXPECT_EQ(platform.requests[0].flags, 0x1000);
     EXPECT_EQ(platform.requests[1].title, "town.dat saving");
     EXPECT_EQ(platform.requests[1].flags, 0);
+}
+
+TEST(clsTrCalc, GoesAwayEvenWhenItsFolderCannotBeRemembered) {
+    struct Full : SettingsStore {
+        std::string Read(const SettingKey&, const std::string&) override { return {}; }
+        void Write(const SettingKey&, const std::string&) override { throw std::bad_alloc(); }
+    };
+    Platform platform;
+    platform.settings = std::make_unique<Full>();
+    const ComponentScope scope(std::move(platform));
+    { const clsTrCalc engine; }
+    EXPECT_TRUE(clsDebug().colTraceObj().empty());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// File names, text files of every form, how files are replaced, and the settings file.
+// File names, text files of every form, and the settings file.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -41,6 +41,12 @@ TEST(clsFile, ReadsEveryKindOfLineAndWritesCrLfInTheCodePageOfTheLanguage) {
           {kHungarian, "t\xFBr\xF5\r\n", {"tűrő"}, "t\xFBr\xF5\r\n"},
           {kVietnamese, "Vi\xEA\xF2t\n", {"Việt"}, "Vi\xEA\xF2t\r\n"},
           {kVietnamese, "\xEF\xBB\xBFtűrő\n\xFF", {"tűrő", "\uFFFD"}, "t?r?\r\n?\r\n"},
+          {kEnglish,
+           "a\nGyőr\n\xFF\nű",
+           {"a", "Gy\xC4\xB9\xE2\x80\x98r", "˙", "Ĺ±"},
+           "a\r\nGy\xC5\x91r\r\n\xFF\r\n\xC5\xB1\r\n"},  // valid in parts is not UTF-8
+          {kEnglish, "a\nGyőr\nű\x1A\x1A", {"a", "Győr", "ű"}, "a\r\nGy\xF5r\r\n\xFB\r\n"},
+          {kEnglish, "a\x1A\r\n\x1A", {"a\x1A"}, "a\x1A\r\n"},
           {kEnglish, "\xEF\xBB", {"ď»"}, "\xEF\xBB\r\n"}}) {  // begins like a UTF-8 mark
         SetMlLanguage(language, {});
         WriteFile(folder.File("in"), bytes);
@@ -55,6 +61,25 @@ TEST(clsFile, ReadsEveryKindOfLineAndWritesCrLfInTheCodePageOfTheLanguage) {
         out.CloseIt();
         EXPECT_EQ(ReadFile(folder.File("out")), written);
     }
+}
+
+TEST(clsFile, KeepsTheOlderFileWhenAnExceptionLeavesHalfANewOne) {
+    const RecordingPlatform platform;
+    const TemporaryFolder folder;
+    const std::string name = folder.File("town.dat");
+    const auto write = [&name](auto finish) {
+        WriteFile(name, "old");
+        clsFile file;
+        file.OpenIt(name);
+        file.Print("half");
+        finish(file);
+    };
+    EXPECT_THROW(write([](clsFile&) { throw std::runtime_error("text server gone"); }),
+                 std::runtime_error);
+    EXPECT_EQ(ReadFile(name), "old");
+    write([](clsFile&) {});  // closed as it goes away
+    EXPECT_EQ(ReadFile(name), "half\r\n");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.File("")), {}), 1);
 }
 
 TEST(clsFile, ReportsWhatDoesNotOpenAndStillReturnsTrue) {
@@ -72,45 +97,6 @@ TEST(clsFile, ReportsWhatDoesNotOpenAndStillReturnsTrue) {
         EXPECT_THROW(file.Print("x"), RuntimeError);
     }
     EXPECT_TRUE(fs::is_empty(folder.File("")));
-}
-
-TEST(ReplacingFile, ReplacesOnCommitAndNeverBefore) {
-    const TemporaryFolder folder;
-    const std::string longest(255, 'n');
-    const std::string name = folder.File(longest);
-    WriteFile(name, "old");
-    fs::permissions(name, fs::perms{0640});
-    fs::create_symlink(longest, folder.File("link"));
-    ReplacingFile(name).Write("never committed");
-    EXPECT_EQ(ReadFile(name), "old");
-
-    ReplacingFile slow(folder.File("link"));
-    ReplacingFile quick(name);
-    slow.Write("slow");
-    quick.Write("quick");
-    EXPECT_TRUE(quick.Commit());
-    EXPECT_EQ(ReadFile(name), "quick");
-    EXPECT_TRUE(slow.Commit());
-    EXPECT_EQ(ReadFile(name), "slow");
-    EXPECT_EQ(fs::status(name).permissions(), fs::perms{0640});
-    EXPECT_TRUE(fs::is_symlink(folder.File("link")));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder.File("")), {}), 2);
-}
-
-TEST(ReplacingFile, ObeysPermissions) {
-    const TemporaryFolder folder;
-    fs::create_directory(folder.File("closed"));
-    for (const char* name : {"protected", "closed/open"}) WriteFile(folder.File(name), "old");
-    fs::permissions(folder.File("protected"), fs::perms{0400});
-    fs::permissions(folder.File("closed"), fs::perms{0500});
-    if (std::ofstream(folder.File("closed/new"))) GTEST_SKIP() << "this user may do everything";
-    EXPECT_FALSE(ReplacingFile(folder.File("protected")).IsOpen());
-    ReplacingFile copied(folder.File("closed/open"));
-    copied.Write("new");
-    EXPECT_EQ(ReadFile(folder.File("closed/open")), "old");
-    EXPECT_TRUE(copied.Commit());
-    EXPECT_EQ(ReadFile(folder.File("closed/open")), "new");
-    fs::permissions(folder.File("closed"), fs::perms{0700});
 }
 
 const SettingKey kPath{"KV_Tr", "Settings", "Path"};
@@ -151,12 +137,15 @@ TEST(SettingsFile, CreatesItsFolderOrStaysAsItIs) {
     WriteFile(folder.File("file"), "");
     fs::create_directories(folder.File("taken/KV_Tr.ini"));
     fs::create_directories(folder.File("damaged"));
+    fs::create_directories(folder.File("loop"));
+    fs::create_symlink("KV_Tr.ini", folder.File("loop/KV_Tr.ini"));
     const std::string damaged = std::string(2 << 20, 'x') + "\n[Settings]\nPath=/x\n";
     WriteFile(folder.File("damaged/KV_Tr.ini"), damaged);
     for (const auto& [name, expected] : {std::pair{folder.File("new/deep"), "value"},
                                          {folder.File("file/below"), "fallback"},
                                          {folder.File("taken"), "fallback"},
                                          {folder.File("damaged"), "fallback"},
+                                         {folder.File("loop"), "fallback"},
                                          {"", "fallback"}}) {
         SettingsFile settings(name);
         EXPECT_EQ(settings.Read(kPath, "fallback"), "fallback");
@@ -164,6 +153,7 @@ TEST(SettingsFile, CreatesItsFolderOrStaysAsItIs) {
         EXPECT_EQ(settings.Read(kPath, "fallback"), expected);
     }
     EXPECT_TRUE(ReadFile(folder.File("damaged/KV_Tr.ini")) == damaged) << "the rest would be lost";
+    EXPECT_TRUE(fs::is_symlink(folder.File("loop/KV_Tr.ini")));
 }
 
 TEST(SettingsFile, StaysWholeWhileTwoProgramsWrite) {

@@ -70,6 +70,20 @@ TEST(Event, CallsInOrderAndLetsHandlersDisconnectAnyOfThem) {
     EXPECT_EQ(calls, "a1b1d2");
 }
 
+TEST(Event, CallsAHandlerThatReconnectsItselfOnce) {
+    Event<> event;
+    int calls = 0;
+    Subscription subscription;
+    std::function<void()> handler = [&] {
+        if (++calls < 100) subscription = event.Subscribe(handler);
+    };
+    subscription = event.Subscribe(handler);
+    event.Raise();
+    EXPECT_EQ(calls, 1);
+    event.Raise();
+    EXPECT_EQ(calls, 2);
+}
+
 TEST(Event, MayGoAwayBeforeItsSubscriptionsAndInsideAHandler) {
     auto event = std::make_unique<Event<>>();
     int calls = 0;

@@ -1,5 +1,6 @@
 // Numbers, code pages and the tables of texts.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <charconv>
@@ -282,6 +283,10 @@ TEST(MlLanguageName, GoesWithTheList) {
     EXPECT_EQ(MlLanguages()[5], kSerbian);
 }
 
+TEST(FillPlaces, LeavesPlacesThatNobodyFills) {
+    EXPECT_EQ(FillPlaces("{1} of {0}, {2} {/}{} {0", {"a", "b"}), "b of a, {2} {/}{} {0");
+}
+
 TEST(TextFile, TakesThePlaceOfTheTextsItHas) {
     const test::RecordingPlatform platform;
     const test::TemporaryFolder folder;
@@ -313,6 +318,10 @@ TEST(TextFile, IsRefusedAsAWholeAtTheFirstBadLine) {
                                                ": damaged, so the built-in texts stay in use.");
         EXPECT_EQ(GetMlString(97, {}), "To few GCPs for this transformation!");
     }
+    const std::string pipe = folder.File("pipe");  // which nobody would ever write to
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    platform.texts->LoadFrom(pipe);
+    EXPECT_EQ(platform.TakeTexts(), std::vector{"File open error:" + pipe});
     UseTextFile(true);  // nothing lies beside this program
     InitMlStrings();
     EXPECT_EQ(platform.TakeTexts(), std::vector{"File open error:" + TextFile()});

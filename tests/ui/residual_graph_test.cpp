@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -116,6 +117,14 @@ TEST_F(ResidualGraph, IsDrawnAsAnSvgDocument) {
         EXPECT_NE(svg.find(part), std::string::npos) << part << '\n' << svg;
     }
     EXPECT_EQ(svg.find("NaN"), std::string::npos);
+
+    std::string id;  // so long that looking for each letter from the start would not end
+    for (int i = 0; i < 1000000; ++i) id += "\uFFFE\uFFFF\uFFFD";
+    pairs[0].sId = id;
+    engine.AddXY4Tr(pairs, false);
+    const std::string odd = SvgOf(PageOf(engine, {}, 400, 300));
+    EXPECT_EQ(odd.find("\uFFFE"), std::string::npos);
+    EXPECT_EQ(std::ranges::count(odd, '\xBD'), 1000000);
 }
 
 }  // namespace
