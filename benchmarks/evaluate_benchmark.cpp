@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "kv_tr/model/evaluate.h"
+#include "model/coefficients.h"
 #include "model/evaluate.h"
 #include "samples.h"
 
@@ -66,10 +68,10 @@ void Count(benchmark::State& state, std::size_t points) {
 void ToOtherArrays(benchmark::State& state, enuTR_TYPE type, InstructionSet set,
                    std::size_t points) {
     Arrays arrays(points);
-    const TR_PRM record = AlmostIdentity(type);
+    const Transformation transformation = TransformationOf(AlmostIdentity(type));
     for (auto _ : state) {
-        EvalTrPrmArrays(record, arrays.first, arrays.second, arrays.firstOut, arrays.secondOut,
-                        set);
+        ApplyWith(set, transformation, arrays.first, arrays.second, arrays.firstOut,
+                  arrays.secondOut);
         benchmark::ClobberMemory();
     }
     Count(state, points);

@@ -2,7 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include "engine/clsTrCalc.h"
-#include "engine/statistics.h"
+#include "engine/pairs.h"
 #include "samples.h"
 
 #ifdef KV_TR_HAS_GDAL
@@ -23,9 +23,12 @@ void Fit(benchmark::State& state, enuTR_TYPE type, std::size_t count) {
 }
 
 void ResidualsAndFigures(benchmark::State& state, enuTR_TYPE type) {
-    auto pairs = Pairs(kMany);
-    const TR_PRM record = AlmostIdentity(type);
-    for (auto _ : state) benchmark::DoNotOptimize(UpdateResiduals(pairs, record));
+    std::vector<ControlPoint> points;
+    for (const typeXYs4Tr& pair : Pairs(kMany)) points.push_back(ControlPointOf(pair));
+    const Transformation transformation = TransformationOf(AlmostIdentity(type));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(StatisticsOf(points, ResidualsOf(points, transformation)));
+    }
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kMany));
 }
 

@@ -12,7 +12,7 @@
 #include "cli/json_text.h"
 #include "cli/parameters.h"
 #include "cli/terminal.h"
-#include "engine/statistics.h"
+#include "engine/pairs.h"
 #include "engine/transformation_log.h"
 #include "model/type_names.h"
 #include "support/errors.h"

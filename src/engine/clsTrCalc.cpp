@@ -3,12 +3,14 @@
 
 #include "engine/control_point_chooser.h"
 #include "engine/control_point_file.h"
-#include "engine/linear_fit.h"
+#include "engine/pairs.h"
 #include "engine/transformation_log.h"
-#include "model/evaluate.h"
+#include "model/coefficients.h"
+#include "model/matrix_routines.h"
 #include "model/transformation_type.h"
 #include "support/clsFile.h"
 #include "support/component.h"
+#include "support/errors.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
 #include "support/settings.h"
@@ -16,9 +18,8 @@
 namespace kv_tr {
 
 clsTrCalc::clsTrCalc()
-    : hostLanguage_(FollowHostLanguage()),
-      noInverseText_(GetMlString(182, "A transzformáció nem számítható (inverz matrix)!")),
-      fileCaption_(GetMlString(181, "Közös pontok állomány")) {
+    : hostLanguage_(FollowHostLanguage()), fileCaption_(GetMlString(181, "Közös pontok állomány")) {
+    adjustment_.SetResult({.a = {}, .b = {}});
     LoadInitDir();
 }
 
@@ -29,90 +30,145 @@ clsTrCalc::~clsTrCalc() {
     }
 }
 
+const Adjustment& clsTrCalc::Held() const {
+    if (released_ && fullCount_ > 0) {
+        throw RuntimeError(ErrorNumber::kSubscript, "The control points have been released");
+    }
+    return adjustment_;
+}
+
+Adjustment& clsTrCalc::Held() {
+    std::as_const(*this).Held();
+    return adjustment_;
+}
+
+void clsTrCalc::TearDown() {
+    notUsedCount_ = lNotUsedCnt();
+    released_ = true;
+    adjustment_.Assign({});
+}
+
+std::int32_t clsTrCalc::lNotUsedCnt() const {
+    return released_ ? notUsedCount_ : static_cast<std::int32_t>(adjustment_.ExcludedCount());
+}
+
 void clsTrCalc::AddXY4Tr(std::span<const typeXYs4Tr> tXY4Tr, bool bAppend) {
-    points_.Add(tXY4Tr, bAppend);
+    if (bAppend) std::as_const(*this).Held();  // not to pairs that have been released
+    std::vector<ControlPoint> points;
+    std::vector<Residual> residuals;
+    for (const typeXYs4Tr& pair : tXY4Tr) {
+        points.push_back(ControlPointOf(pair));
+        residuals.push_back({pair.dXerr, pair.dYerr});
+    }
+    if (bAppend) {
+        adjustment_.Append(points);
+    } else {
+        adjustment_.Assign(points);
+    }
+    adjustment_.SetLastResiduals(residuals);
+    released_ = false;
+    fullCount_ = static_cast<std::int32_t>(adjustment_.Points().size());
+}
+
+std::vector<typeXYs4Tr> clsTrCalc::Pairs() const {
+    const auto points = Held().Points();
+    std::vector<typeXYs4Tr> pairs;
+    pairs.reserve(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i)
+        pairs.push_back(PairOf(points[i], adjustment_.Residuals()[i]));
+    return pairs;
 }
 
 void clsTrCalc::GetAllXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt) const {
-    const auto all = points_.All();
-    tXY.assign(all.begin(), all.end());
+    tXY = Pairs();
     lCnt = lFullCnt();
 }
 
 void clsTrCalc::GetXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt, bool bUsed) const {
-    lCnt = bUsed ? points_.UsedCount() : points_.NotUsedCount();
-    if (lCnt > 0) tXY = points_.Selected(bUsed);
+    lCnt = bUsed ? lFullCnt() - lNotUsedCnt() : lNotUsedCnt();
+    if (lCnt == 0) return;
+    tXY = Pairs();
+    std::erase_if(tXY, [bUsed](const typeXYs4Tr& pair) { return pair.bNotUsed == bUsed; });
 }
 
 void clsTrCalc::GetRect4Dest(double& dXmin, double& dYmin, double& dXmax, double& dYmax) const {
-    const auto& [least, greatest] = points_.DestinationExtent();
+    constexpr double kAllEnclosing = 100000000.0;  // until points are added
+    const auto [least, greatest] = adjustment_.DestinationExtent().value_or(
+        Extent{{-kAllEnclosing, -kAllEnclosing}, {kAllEnclosing, kAllEnclosing}});
     dXmin = least.first;
     dYmin = least.second;
     dXmax = greatest.first;
     dYmax = greatest.second;
 }
 
-void clsTrCalc::SwapSourDest() { points_.Swap(); }
+void clsTrCalc::SwapSourDest() { Held().Swap(); }
 
 void clsTrCalc::ResetAllNotUsed() {
-    points_.UseAll();
+    Held().UseAll();
     DoCalcTr();
 }
 
 void clsTrCalc::ExcludeByIx(std::int32_t lIx, bool bRecalc) {
     if (lIx < 0 || lIx >= lFullCnt()) return;
-    const bool used = !points_.All()[static_cast<std::size_t>(lIx)].bNotUsed;
-    if (used && points_.UsedCount() == 2) {
+    if (!Held().Toggle(static_cast<std::size_t>(lIx))) {
         ShowMessage(GetMlString(79, "Nem lehet 2-nél kevesebb pont!"), Icon::kExclamation);
         return;
     }
-    points_.Toggle(lIx);
-    while (!bXYCntIsValid4TrType(record_.eType)) {
-        const auto lower = StepDown(record_.eType);
-        if (!lower) break;
-        record_.eType = *lower;
-        enuTR_TYPE announced = *lower;
+    while (const auto lower = adjustment_.LowerType()) {
+        enuTR_TYPE announced = PublishedType(*lower);
         TypeChanched.Raise(announced);
     }
     if (bRecalc) DoCalcTr();
 }
 
-bool clsTrCalc::bTypeIsPolinom() const { return IsPolynomial(record_.eType); }
+enuTR_TYPE clsTrCalc::eTrType() const { return PublishedType(adjustment_.FitType()); }
+
+void clsTrCalc::eTrType(enuTR_TYPE type) { adjustment_.SetType(TypeOf(type)); }
+
+Transformation clsTrCalc::Current() const {
+    Transformation current = adjustment_.Result();
+    current.type = adjustment_.FitType();
+    return current;
+}
+
+TR_PRM clsTrCalc::udtTrPrm() const { return RecordOf(Current()); }
+
+void clsTrCalc::udtTrPrm(const TR_PRM& record) { adjustment_.SetResult(TransformationOf(record)); }
+
+bool clsTrCalc::bTypeIsPolinom() const { return IsPolynomial(eTrType()); }
 
 bool clsTrCalc::bXYCntIsValid4TrType(enuTR_TYPE eTrType4Check) const {
-    return points_.UsedCount() >= MinimumPoints(eTrType4Check);
+    return lFullCnt() - lNotUsedCnt() >= MinimumPoints(eTrType4Check);
 }
 
-void clsTrCalc::DoCalcTr() {
-    if (!points_.HasPoints()) return;
-    if (record_.eType == TR_HELMERT_3) return DoCalc_Helmert3();
-    if (record_.eType == TR_AFFIN_5) return DoCalc_Affin5();
-    if (!FitLinear(points_, record_)) ShowMessage(noInverseText_, Icon::kExclamation);
-    statistics_ = UpdateResiduals(points_.All(), record_);
-}
+void clsTrCalc::DoCalcTr() { Calculate({}); }
 
 void clsTrCalc::DoCalc_Helmert3(std::int16_t iterCntMax) {
-    if (!points_.HasPoints()) return;
-    if (record_.eType != TR_HELMERT_3) return DoCalcTr();
-    FinishIteration(FitHelmert3(points_, iterCntMax, record_), 77,
-                    "A transzformáció nem számítható!");
+    Calculate({.passLimit = eTrType() == TR_HELMERT_3 ? std::optional(iterCntMax) : std::nullopt});
 }
 
 void clsTrCalc::DoCalc_Affin5(std::int16_t iterCntMax) {
-    if (!points_.HasPoints()) return;
-    if (record_.eType != TR_AFFIN_5) return DoCalcTr();
-    FinishIteration(FitAffine5(points_, iterCntMax, record_), 76,
-                    "A transzformáció nem számítható !");
+    Calculate({.passLimit = eTrType() == TR_AFFIN_5 ? std::optional(iterCntMax) : std::nullopt});
 }
 
-void clsTrCalc::FinishIteration(FitOutcome outcome, int notConvergedId, const char* hungarian) {
-    if (outcome == FitOutcome::kSingular) ShowMessage(noInverseText_, Icon::kExclamation);
-    if (outcome == FitOutcome::kNotConverged) ShowMessage(GetMlString(notConvergedId, hungarian));
-    statistics_ = UpdateResiduals(points_.All(), record_);
+void clsTrCalc::Calculate(const FitOptions& options) {
+    if (lFullCnt() == 0) return;
+    const FitOutcome outcome = Held().Fit(options);
+    if (outcome.trouble == FitTrouble::kNoStart) {
+        throw RuntimeError(ErrorNumber::kDivisionByZero, "Division by zero");
+    }
+    if (eTrType() > TR_EOV_HDR_10e) {
+        for (std::size_t used = adjustment_.UsedCount(); used > 0; --used)
+            ShowMessage("KORVANEL --> mudtTR_PRM.eType=" + std::to_string(eTrType()));
+    }
+    for (int system = 0; system < outcome.singularSystems; ++system) ReportSingularMatrix();
+    if (outcome.converged) return;
+    ShowMessage(eTrType() == TR_HELMERT_3 ? GetMlString(77, "A transzformáció nem számítható!")
+                                          : GetMlString(76, "A transzformáció nem számítható !"));
 }
 
 void clsTrCalc::TrXY(double dXsour, double dYsour, double& dXdest, double& dYdest) const {
-    const PlanePoint image = EvalTrPrm(record_, {dXsour, dYsour});
+    const Point image = Current().Apply({dXsour, dYsour});
     dXdest = image.first;
     dYdest = image.second;
 }
@@ -122,11 +178,11 @@ bool clsTrCalc::bTrXYArr(const std::vector<double>& dX, const std::vector<double
     if (dX.size() != dY.size()) return false;
     dXtr.resize(dX.size());
     dYtr.resize(dY.size());
-    EvalTrPrmArrays(record_, dX, dY, dXtr, dYtr);
+    Current().Apply(dX, dY, dXtr, dYtr);
     return true;
 }
 
-std::string clsTrCalc::sListXYs() const { return ListPairs(points_.All()); }
+std::string clsTrCalc::sListXYs() const { return ListPairs(Pairs()); }
 
 bool clsTrCalc::bSaveXYs4Tr(const std::string& sFileName) {
     const std::string listing = sListXYs();

@@ -6,9 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/constrained_fit.h"
-#include "engine/control_points.h"
-#include "engine/statistics.h"
+#include "kv_tr/fit/adjustment.h"
 #include "model/records.h"
 #include "support/bookkeeping.h"
 #include "support/event.h"
@@ -52,12 +50,16 @@ public:
     /// Copies the used (bUsed) or the excluded pairs to tXY and their number to lCnt. When there
     /// are none, lCnt is 0 and tXY stays as it was.
     void GetXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt, bool bUsed) const;
-    /// All pairs without copying them, valid until the set changes.
-    std::span<const typeXYs4Tr> Pairs() const { return points_.All(); }
+    /// Copies of all pairs.
+    std::vector<typeXYs4Tr> Pairs() const;
+    /// The adjustment that the engine works with, for programs that want its points without copies.
+    /// RuntimeError kSubscript after TearDown.
+    const Adjustment& Held() const;
+    Adjustment& Held();
     /// How many pairs there are.
-    std::int32_t lFullCnt() const { return points_.FullCount(); }
+    std::int32_t lFullCnt() const { return fullCount_; }
     /// How many of them are excluded.
-    std::int32_t lNotUsedCnt() const { return points_.NotUsedCount(); }
+    std::int32_t lNotUsedCnt() const;
     /// The extent of all destination coordinates; -100000000 to 100000000 until points are added.
     void GetRect4Dest(double& dXmin, double& dYmin, double& dXmax, double& dYmax) const;
     /// Exchanges source and destination of all pairs. Parameters and residuals stay.
@@ -70,18 +72,18 @@ public:
     void ExcludeByIx(std::int32_t lIx, bool bRecalc);
     /// Lets the pairs go; afterwards only AddXY4Tr makes sense, anything that needs pairs is
     /// RuntimeError kSubscript. The owner calls it before it lets the engine go.
-    void TearDown() { points_.Release(); }
+    void TearDown();
 
     // Type and parameters.
 
     /// The type that is fitted.
-    enuTR_TYPE eTrType() const { return record_.eType; }
+    enuTR_TYPE eTrType() const;
     /// Sets the type that the next fit fits, and nothing else.
-    void eTrType(enuTR_TYPE type) { record_.eType = type; }
+    void eTrType(enuTR_TYPE type);
     /// The whole record: the type, and the coefficients of the last fit.
-    TR_PRM udtTrPrm() const { return record_; }
+    TR_PRM udtTrPrm() const;
     /// Takes a record, its type included; residuals and figures stay.
-    void udtTrPrm(const TR_PRM& record) { record_ = record; }
+    void udtTrPrm(const TR_PRM& record);
     /// Whether the type is 1 or more: the polynomials, the bilinear and the national types.
     bool bTypeIsPolinom() const;
     /// Whether enough pairs are in use for a type.
@@ -103,15 +105,15 @@ public:
     // Accuracy figures of the last fit over the used pairs, 0 before the first.
 
     /// Root mean square error of a point, both coordinates together, metres.
-    double dRmsErr() const { return statistics_.rms; }
+    double dRmsErr() const { return adjustment_.Figures().rms; }
     /// Root mean square error of the first coordinates, metres.
-    double dRmsErrX() const { return statistics_.rmsFirst; }
+    double dRmsErrX() const { return adjustment_.Figures().rmsFirst; }
     /// Root mean square error of the second coordinates, metres.
-    double dRmsErrY() const { return statistics_.rmsSecond; }
+    double dRmsErrY() const { return adjustment_.Figures().rmsSecond; }
     /// Mean residual of the first coordinates, metres.
-    double dMiddleErrX() const { return statistics_.meanFirst; }
+    double dMiddleErrX() const { return adjustment_.Figures().meanFirst; }
     /// Mean residual of the second coordinates, metres.
-    double dMiddleErrY() const { return statistics_.meanSecond; }
+    double dMiddleErrY() const { return adjustment_.Figures().meanSecond; }
 
     // Applying the parameters.
 
@@ -157,15 +159,16 @@ public:
     void setLanguageID(std::int32_t LanguageID);
 
 private:
-    void FinishIteration(FitOutcome outcome, int notConvergedId, const char* hungarian);
+    void Calculate(const FitOptions& options);
+    Transformation Current() const;
 
     TraceEntry trace_{"clsTrCalc"};
     Subscription hostLanguage_;
-    ControlPoints points_;
-    TR_PRM record_;
-    Statistics statistics_;
-    std::string noInverseText_;  // fetched once: they keep the language of the creation
-    std::string fileCaption_;
+    Adjustment adjustment_;
+    std::int32_t fullCount_ = 0;  // both stay after TearDown
+    std::int32_t notUsedCount_ = 0;
+    bool released_ = false;
+    std::string fileCaption_;  // fetched once: it keeps the language of the creation
 };
 
 }  // namespace kv_tr

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engine/clsTrCalc.h"
-#include "engine/statistics.h"
+#include "engine/pairs.h"
 #include "model/coefficients.h"
 #include "model/formula_text.h"
 #include "model/transformation_type.h"

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "kv_tr/model/transformation.h"
 #include "model/records.h"
 
 namespace kv_tr {
@@ -30,6 +31,18 @@ inline TR_PRM MakeRecord(enuTR_TYPE type, const Coefficients& coefficients) {
     std::memcpy(bytes + offsetof(TR_PRM, dA0), &coefficients.a, sizeof coefficients.a);
     std::memcpy(bytes + offsetof(TR_PRM, dB0), &coefficients.b, sizeof coefficients.b);
     return record;
+}
+
+/// What a record means.
+inline Transformation TransformationOf(const TR_PRM& record) {
+    const auto [a, b] = CoefficientsOf(record);
+    return {.type = static_cast<Type>(record.eType), .a = a, .b = b};
+}
+
+/// The published record of a transformation.
+inline TR_PRM RecordOf(const Transformation& transformation) {
+    return MakeRecord(static_cast<enuTR_TYPE>(transformation.type),
+                      {transformation.a, transformation.b});
 }
 
 }  // namespace kv_tr

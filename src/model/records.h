@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "kv_tr/model/point.h"
 #include "support/bool16.h"
 
 namespace kv_tr {
@@ -92,10 +93,6 @@ struct typeXYs4Tr {
     Bool16 bNotUsed{};  ///< excluded from the fit
 };
 
-/// A point of the plane, metres.
-struct PlanePoint {
-    double first = 0;
-    double second = 0;
-};
+using PlanePoint = Point;
 
 }  // namespace kv_tr

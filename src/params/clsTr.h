@@ -7,7 +7,7 @@
 #include <string>
 
 #include "engine/clsTrCalc.h"
-#include "model/direction.h"
+#include "kv_tr/model/direction.h"
 #include "model/records.h"
 #include "support/bookkeeping.h"
 

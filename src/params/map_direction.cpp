@@ -19,7 +19,7 @@ double MapDirection(const TR_PRM& record, double angle, PlanePoint point, double
     const PlanePoint from = EvalTrPrm(record, point);
     const PlanePoint to = EvalTrPrm(
         record, {point.first + std::cos(angle) * length, point.second + std::sin(angle) * length});
-    return Direction(SingleDifference(to.first, from.first),
+    return DirectionOf(SingleDifference(to.first, from.first),
                      SingleDifference(to.second, from.second), constants);
 }
 

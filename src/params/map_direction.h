@@ -1,7 +1,7 @@
 // A direction through a transformation.
 #pragma once
 
-#include "model/direction.h"
+#include "kv_tr/model/direction.h"
 #include "model/records.h"
 
 namespace kv_tr {

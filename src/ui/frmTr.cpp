@@ -164,8 +164,8 @@ void frmTr::Fit(const std::function<void()>& fit) {
         if (error.Number() != ErrorNumber::kDivisionByZero) throw;
         ShowMessage(GetMlString(76, "A transzformáció nem számítható !"));
         const enuTR_TYPE failed = engine_->eTrType();
-        engine_->eTrType(failed == fittedType_ ? StepDown(failed).value_or(TR_HELMERT)
-                                               : fittedType_);
+        const Type lower = StepDown(TypeOf(failed)).value_or(Type::kHelmert);
+        engine_->eTrType(failed == fittedType_ ? PublishedType(lower) : fittedType_);
         engine_->DoCalcTr();
         SelectTypeOf(engine_->eTrType());
     }

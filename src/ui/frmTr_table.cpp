@@ -3,7 +3,7 @@
 #include <array>
 #include <charconv>
 
-#include "engine/statistics.h"
+#include "engine/pairs.h"
 #include "support/ml_strings.h"
 #include "support/number_text.h"
 #include "ui/frmTr.h"

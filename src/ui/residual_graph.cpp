@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/statistics.h"
+#include "engine/pairs.h"
 #include "support/number_text.h"
 
 namespace kv_tr {

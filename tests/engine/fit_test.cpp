@@ -4,7 +4,7 @@
 #include <limits>
 #include <sstream>
 
-#include "engine/statistics.h"
+#include "engine/pairs.h"
 #include "helpers/engine_test.h"
 #include "helpers/sample_points.h"
 #include "model/coefficients.h"
@@ -153,19 +153,6 @@ TEST_F(FitTest, AgreesWithExactSolutionsAtEveryPoint) {
     EXPECT_EQ(points, 170);
     EXPECT_EQ(residuals, 684);
     EXPECT_EQ(platform.TakeTexts(), Texts{});
-}
-
-TEST(UpdateResiduals, DividesByTheUsedPairsLessOne) {
-    TR_PRM identity;
-    identity.dA1 = identity.dB2 = 1.0;
-    std::vector<typeXYs4Tr> pairs = {{.dXdest = -0.1, .dYdest = 0.1},
-                                     {.dXdest = 0.1, .dYdest = -0.1}};
-    EXPECT_NEAR(UpdateResiduals(pairs, identity).rms, 0.2, 1e-15);
-    EXPECT_EQ(pairs[0].dXerr, 0.1);  // computed minus measured
-    pairs[1].bNotUsed = true;
-    EXPECT_TRUE(std::isinf(UpdateResiduals(pairs, identity).rms));
-    pairs[0].dXdest = pairs[0].dYdest = 0.0;
-    EXPECT_TRUE(std::isnan(UpdateResiduals(pairs, identity).rms));
 }
 
 }  // namespace

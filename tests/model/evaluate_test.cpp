@@ -1,4 +1,4 @@
-#include "model/evaluate.h"
+#include "kv_tr/model/evaluate.h"
 
 #include <gtest/gtest.h>
 
@@ -8,31 +8,33 @@
 #include <random>
 #include <vector>
 
+#include "kv_tr/model/direction.h"
 #include "model/coefficients.h"
+#include "model/evaluate.h"
 #include "support/errors.h"
 
 namespace kv_tr {
 namespace {
 
-TEST(EvalTrPrm, GivesEachCoefficientOfTheOrderItsOwnTerm) {
+TEST(Transformation, GivesEachCoefficientOfTheOrderItsOwnTerm) {
     // By coefficient: the exponents of u = 3 and v = 2, as two digits.
     constexpr int kExponents[] = {0,  10, 1,  20, 11, 2,  30, 21, 12, 3, 40,
                                   31, 22, 13, 4,  50, 41, 32, 23, 14, 5};
     const struct {
-        enuTR_TYPE type;
+        Type type;
         std::size_t last;
-    } cases[] = {{TR_POLI_1, 3},   {TR_POLI_2, 6},       {TR_POLI_3, 10},
-                 {TR_POLI_4, 15},  {TR_POLI_5, 21},      {TR_BILINEAR, 4},
-                 {TR_STG_HER, 21}, {TR_EOV_HDR_10e, 21}, {enuTR_TYPE{8}, 21}};
+    } cases[] = {{Type::kPolynomial1, 3},    {Type::kPolynomial2, 6},   {Type::kPolynomial3, 10},
+                 {Type::kPolynomial4, 15},   {Type::kPolynomial5, 21},  {Type::kBilinear, 4},
+                 {Type::kFirstNational, 21}, {Type::kLastNational, 21}, {Type{8}, 21}};
     for (const auto& [type, last] : cases) {
         for (std::size_t k = 1; k <= 21; ++k) {
-            SCOPED_TRACE(testing::Message() << "type " << type << ", coefficient " << k);
-            Coefficients only{.a = {100.0}, .b = {200.0}};
+            SCOPED_TRACE(testing::Message() << "type " << NumberOf(type) << ", coefficient " << k);
+            Transformation only{.type = type, .a = {100.0}, .b = {200.0}};
             only.a[k] = 7.0;
             only.b[k] = -7.0;
-            const int exponents = type == TR_BILINEAR && k == 4 ? 11 : kExponents[k - 1];
+            const int exponents = type == Type::kBilinear && k == 4 ? 11 : kExponents[k - 1];
             const double term = std::pow(3.0, exponents / 10) * std::pow(2.0, exponents % 10);
-            const PlanePoint image = EvalTrPrm(MakeRecord(type, only), {103.0, 202.0});
+            const Point image = only.Apply({103.0, 202.0});
             EXPECT_EQ(image.first, k <= last ? 7.0 * term : 0.0);
             EXPECT_EQ(image.second, -image.first);
         }
@@ -42,7 +44,7 @@ TEST(EvalTrPrm, GivesEachCoefficientOfTheOrderItsOwnTerm) {
 TEST(ReducedTerms, MultipliesPowersFromLeftToRight) {
     const double u = 0.1;
     const double v = 0.3;
-    const Terms terms = ReducedTerms(TR_POLI_5, u, v);
+    const Terms terms = ReducedTerms(Type::kPolynomial5, u, v);
     EXPECT_EQ(terms.value[18], u * u * v * v * v);
     EXPECT_EQ(terms.value[20], v * v * v * v * v);
 }
@@ -52,18 +54,18 @@ std::uint64_t Bits(double value) {
     return std::bit_cast<std::uint64_t>(std::isnan(value) ? std::nan("") : value);
 }
 
-void ExpectImages(const TR_PRM& record, InstructionSet set, const std::vector<double>& first,
+void ExpectImages(const Transformation& t, InstructionSet set, const std::vector<double>& first,
                   const std::vector<double>& second) {
-    SCOPED_TRACE(testing::Message() << "type " << record.eType << ", instruction set "
+    SCOPED_TRACE(testing::Message() << "type " << NumberOf(t.type) << ", instruction set "
                                     << static_cast<int>(set) << ", " << first.size() << " points");
     std::vector<double> firstOut(first.size());
     std::vector<double> swapped = first;  // also takes the second results
     std::vector<double> pairs;
     for (std::size_t i = 0; i < first.size(); ++i) pairs.insert(pairs.end(), {first[i], second[i]});
-    EvalTrPrmArrays(record, swapped, second, firstOut, swapped, set);
-    EvalTrPrmPairs(record, pairs, pairs, set);
+    ApplyWith(set, t, swapped, second, firstOut, swapped);
+    ApplyToPairsWith(set, t, pairs, pairs);
     for (std::size_t i = 0; i < first.size(); ++i) {
-        const PlanePoint image = EvalTrPrm(record, {first[i], second[i]});
+        const Point image = t.Apply({first[i], second[i]});
         ASSERT_EQ(Bits(firstOut[i]), Bits(image.first)) << i;
         ASSERT_EQ(Bits(swapped[i]), Bits(image.second)) << i;
         ASSERT_EQ(Bits(pairs[2 * i]), Bits(image.first)) << i;
@@ -71,7 +73,7 @@ void ExpectImages(const TR_PRM& record, InstructionSet set, const std::vector<do
     }
 }
 
-TEST(EvalTrPrmArrays, GivesTheBitsOfEvalTrPrmWithEveryInstructionSet) {
+TEST(Transformation, GivesArraysTheBitsOfPointsWithEveryInstructionSet) {
     using Limits = std::numeric_limits<double>;
     constexpr double kExtremes[] = {
         0.0,           -0.0,           Limits::infinity(),   -Limits::infinity(), Limits::max(),
@@ -87,15 +89,15 @@ TEST(EvalTrPrmArrays, GivesTheBitsOfEvalTrPrmWithEveryInstructionSet) {
         if (!IsAvailable(set)) continue;
         for (int type = TR_METER_OL; type <= TR_STG_HER; ++type) {
             for (std::size_t count = 0; count < 40; ++count) {
-                Coefficients c;
+                Transformation t{.type = Type{type}};
                 const unsigned extremes = count % 2 == 0 ? 1000000 : 20;
-                for (double& coefficient : c.a) coefficient = number(extremes, 1.0);
-                for (double& coefficient : c.b) coefficient = number(extremes, 1.0);
+                for (double& coefficient : t.a) coefficient = number(extremes, 1.0);
+                for (double& coefficient : t.b) coefficient = number(extremes, 1.0);
                 std::vector<double> first(count);
                 std::vector<double> second(count);
                 for (double& coordinate : first) coordinate = number(10, 1e5);
                 for (double& coordinate : second) coordinate = number(10, 1e5);
-                ExpectImages(MakeRecord(enuTR_TYPE{type}, c), set, first, second);
+                ExpectImages(t, set, first, second);
             }
         }
     }
@@ -108,6 +110,49 @@ TEST(EvalTrPrmArrays, RefusesArraysOfDifferentLengths) {
     EXPECT_THROW(EvalTrPrmArrays({}, three, four, three, three), RuntimeError);
     EXPECT_THROW(EvalTrPrmPairs({}, three, three), RuntimeError);
     EXPECT_THROW(EvalTrPrmPairs({}, four, three), RuntimeError);
+}
+
+/// A transformation of the type whose coefficients are all different.
+Transformation Sample(Type type) {
+    Transformation t{.type = type, .a = {10.0, 0.9, 0.2}, .b = {20.0, -0.1, 1.2}};
+    double size = 1.0;
+    for (std::size_t k = IsPolynomial(type) ? 1 : 22; k < t.a.size(); ++k) {
+        size *= k == 4 || k == 7 || k == 11 || k == 16 ? 0.02 : 1.0;
+        t.a[k] = size * (1.3 - 0.21 * static_cast<double>(k % 5));
+        t.b[k] = size * (0.3 + 0.17 * static_cast<double>(k % 7));
+    }
+    return t;
+}
+
+TEST(Transformation, TakesDirectionsAlongItsDerivative) {
+    for (const Type type : {Type::kHelmert, Type::kBilinear, Type::kPolynomial1, Type::kPolynomial3,
+                            Type::kPolynomial5, Type::kFirstNational}) {
+        const Transformation t = Sample(type);
+        for (const double angle : {0.3, 2.0, 4.4, 6.0}) {
+            constexpr double kStep = 1e-4;  // the difference misses the derivative by its square
+            const auto image = [&](double step) {
+                return t.Apply({13.0 + step * std::cos(angle), 18.5 + step * std::sin(angle)});
+            };
+            const Point to = image(kStep);
+            const Point from = image(-kStep);
+            EXPECT_NEAR(t.Direction(angle, {13.0, 18.5}).value(),
+                        DirectionOf(to.first - from.first, to.second - from.second), 1e-8)
+                << NumberOf(type);
+        }
+    }
+    EXPECT_FALSE(Transformation({.a = {}, .b = {}}).Direction(1.0, {0, 0}));
+    EXPECT_FALSE(Transformation({.a = {0, HUGE_VAL}}).Direction(1.0, {0, 0}));
+}
+
+TEST(Transformation, HasAnInverseWhereItIsLinearAndOneToOne) {
+    const Transformation t = Sample(Type::kAffine);
+    const Point back = t.Inverse().value().Apply(t.Apply({1234.5, -77.25}));
+    EXPECT_NEAR(back.first, 1234.5, 1e-9);
+    EXPECT_NEAR(back.second, -77.25, 1e-9);
+    EXPECT_EQ(t.Inverse()->type, Type::kAffine);
+    EXPECT_FALSE(Sample(Type::kPolynomial1).Inverse());
+    EXPECT_FALSE(Transformation({.a = {0, 1, 2}, .b = {0, 2, 4}}).Inverse());
+    EXPECT_FALSE(Transformation({.a = {0, 1e-200}, .b = {0, 0, 1e-200}}).Inverse());
 }
 
 TEST(Records, HoldMinusOneForTrueAndTheirCoefficientsInOrder) {

@@ -1,8 +1,7 @@
-#include "model/matrix.h"
-
 #include <gtest/gtest.h>
 
 #include "helpers/recording_platform.h"
+#include "model/matrix_routines.h"
 #include "support/errors.h"
 
 namespace kv_tr {

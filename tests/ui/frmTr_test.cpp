@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/statistics.h"
+#include "engine/pairs.h"
 #include "helpers/engine_test.h"
 #include "helpers/sample_points.h"
 #include "support/settings.h"

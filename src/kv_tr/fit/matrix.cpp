@@ -1,20 +1,13 @@
 // The dense matrix operations of the fits.
-#include "model/matrix.h"
+#include "kv_tr/fit/matrix.h"
 
 #include <algorithm>
 #include <cmath>
 #include <optional>
 #include <utility>
 
-#include "support/errors.h"
-#include "support/message.h"
-
 namespace kv_tr {
 namespace {
-
-[[noreturn]] void ThrowSubscript() {
-    throw RuntimeError(ErrorNumber::kSubscript, "Subscript out of range");
-}
 
 struct Cell {
     std::size_t row;
@@ -77,30 +70,16 @@ void Unscramble(Matrix& matrix, std::vector<double>& pivots) {
 
 }  // namespace
 
-void MatrixTimesTranspose(const Matrix& design, Matrix& normal) {
-    const std::size_t unknowns = design.Columns();
-    if (normal.Rows() != unknowns || normal.Columns() != unknowns) ThrowSubscript();
-    for (std::size_t i = 0; i < unknowns; ++i) {
-        for (std::size_t j = i; j < unknowns; ++j) {
-            double sum = 0.0;
-            for (std::size_t k = 0; k < design.Rows(); ++k) sum += design(k, i) * design(k, j);
-            normal(i, j) = normal(j, i) = sum;
-        }
-    }
-}
-
-bool MatrixInverse(Matrix& matrix) {
+bool Invert(Matrix& matrix) {
     const std::size_t n = matrix.Rows();
-    if (matrix.Columns() != n) ThrowSubscript();
     std::vector<double> pivots(n);  // row numbers from 1, negative once used
     for (std::size_t k = 0; k < n; ++k) pivots[k] = static_cast<double>(k + 1);
 
+    bool regular = true;
     for (std::size_t step = 0; step < n; ++step) {
         const auto cell = FindPivot(matrix, pivots);
-        if (!cell) {
-            ShowMessage("KORVANEL --> matrix inv.: DET=0 !");
-            break;
-        }
+        regular = cell.has_value();
+        if (!regular) break;
         if (cell->row != cell->column) {
             SwapRows(matrix, cell->row, cell->column);
             std::swap(pivots[cell->row], pivots[cell->column]);
@@ -110,24 +89,15 @@ bool MatrixInverse(Matrix& matrix) {
     }
     for (double& pivot : pivots) pivot = -pivot;
     Unscramble(matrix, pivots);
-    return true;
+    return regular;
 }
 
-void fMAtrix_Mul_Vector(const Matrix& matrix, const std::vector<double>& vector,
-                        std::vector<double>& result) {
-    if (matrix.Columns() != vector.size()) {
-        ShowMessage("KORVANEL --> fMAtrix_Mul_Vector/ Hiba=1");
-    }
-    if (matrix.Rows() > result.size()) ShowMessage("KORVANEL --> fMAtrix_Mul_Vector/ Hiba=2");
+std::vector<double> Multiply(const Matrix& matrix, const std::vector<double>& vector) {
+    std::vector<double> result(matrix.Rows());
     for (std::size_t i = 0; i < matrix.Rows(); ++i) {
-        double sum = 0.0;
-        for (std::size_t j = 0; j < matrix.Columns(); ++j) {
-            if (j >= vector.size()) ThrowSubscript();
-            sum += matrix(i, j) * vector[j];
-        }
-        if (i >= result.size()) ThrowSubscript();
-        result[i] = sum;
+        for (std::size_t j = 0; j < matrix.Columns(); ++j) result[i] += matrix(i, j) * vector[j];
     }
+    return result;
 }
 
 }  // namespace kv_tr

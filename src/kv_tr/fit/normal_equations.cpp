@@ -1,5 +1,5 @@
 // Normal equations summed observation by observation.
-#include "engine/normal_equations.h"
+#include "kv_tr/fit/normal_equations.h"
 
 namespace kv_tr {
 

@@ -1,14 +1,13 @@
 // The fits whose coefficients are functions of fewer unknowns.
-#include "engine/constrained_fit.h"
+#include "kv_tr/fit/constrained_fit.h"
 
 #include <array>
 #include <cmath>
 #include <vector>
 
-#include "engine/normal_equations.h"
-#include "model/direction.h"
-#include "model/matrix.h"
-#include "support/errors.h"
+#include "kv_tr/fit/matrix.h"
+#include "kv_tr/fit/normal_equations.h"
+#include "kv_tr/model/direction.h"
 
 namespace kv_tr {
 namespace {
@@ -58,7 +57,7 @@ struct Affine5Model {
         return {{0.0, 1.0, y * s, x * c, kY * c * y - kX * s * x}, kX * c * x + kY * s * y + tX};
     }
     /// Turns a negative kY positive. This is no equivalent parametrisation, as kX keeps its sign;
-    /// the iteration goes on from the changed values, deliberately.
+    /// the iteration goes on from the changed values, which published results contain.
     static void Correct(Vector<kCount>& p) {
         if (p[2] >= 0.0) return;
         p[4] += kTwoPi / 2.0;
@@ -76,16 +75,17 @@ double Folded(double angle) {
 }
 
 template <class Model, std::size_t count = Model::kCount>
-NormalEquations Linearised(const ControlPoints& points, const Vector<count>& unknowns) {
+NormalEquations Linearised(std::span<const ControlPoint> points, const Vector<count>& unknowns) {
     const double s = std::sin(unknowns.back());
     const double c = std::cos(unknowns.back());
     NormalEquations equations(count);
     for (const bool first : {true, false}) {
-        for (const typeXYs4Tr& pair : points.All()) {
-            if (pair.bNotUsed) continue;
+        for (const ControlPoint& point : points) {
+            if (!point.used) continue;
             const auto equation = (first ? Model::First : Model::Second)(
-                unknowns, s, c, pair.dXsour / kScale, pair.dYsour / kScale);
-            const double measured = (first ? pair.dXdest : pair.dYdest) / kScale;
+                unknowns, s, c, point.source.first / kScale, point.source.second / kScale);
+            const Point image = point.destination;
+            const double measured = (first ? image.first : image.second) / kScale;
             equations.Add(equation.row, measured - equation.computed);
         }
     }
@@ -93,17 +93,15 @@ NormalEquations Linearised(const ControlPoints& points, const Vector<count>& unk
 }
 
 template <class Model, std::size_t count = Model::kCount>
-FitOutcome Iterate(const ControlPoints& points, int passLimit, Vector<count>& unknowns) {
+FitOutcome Iterate(std::span<const ControlPoint> points, int passLimit, Vector<count>& unknowns) {
+    FitOutcome outcome;
     bool converged = false;
     int passes = 0;
     do {
-        if (converged) return FitOutcome::kConverged;
         const NormalEquations equations = Linearised<Model>(points, unknowns);
         Matrix inverse = equations.Normal();
-        if (!MatrixInverse(inverse)) return FitOutcome::kSingular;
-        std::vector<double> correction(count);
-        fMAtrix_Mul_Vector(inverse, equations.Right(), correction);
-
+        if (!Invert(inverse)) ++outcome.singularSystems;
+        const auto correction = Multiply(inverse, equations.Right());
         for (std::size_t i = 0; i < count; ++i) unknowns[i] += correction[i];
         unknowns.back() = Folded(unknowns.back());
         Model::Correct(unknowns);
@@ -113,66 +111,70 @@ FitOutcome Iterate(const ControlPoints& points, int passLimit, Vector<count>& un
             converged = converged && std::abs(correction[i]) <= Model::kThresholds[i];
         }
         ++passes;
-    } while (passes <= passLimit);
-    return FitOutcome::kNotConverged;
+    } while (passes <= passLimit && !converged);
+    outcome.converged = passes <= passLimit;
+    if (!outcome.converged) outcome.trouble = FitTrouble::kNotConverged;
+    if (outcome.singularSystems > 0) outcome.trouble = FitTrouble::kSingular;
+    return outcome;
 }
 
-/// From the source and from the destination centroid to the first pair.
-struct FirstPair {
-    PlanePoint source;
-    PlanePoint destination;
+/// From the source and from the destination centroid to the first point.
+struct FirstPoint {
+    Point source;
+    Point destination;
 };
 
-FirstPair FromCentroids(const ControlPoints& points) {
-    const typeXYs4Tr& pair = points.All().front();
-    const PlanePoint source = points.SourceMean();
-    const PlanePoint destination = points.DestinationMean();
-    return {{pair.dXsour - source.first, pair.dYsour - source.second},
-            {pair.dXdest - destination.first, pair.dYdest - destination.second}};
+Point Between(Point from, Point to) { return {to.first - from.first, to.second - from.second}; }
+
+FirstPoint FromCentroids(const ControlPoint& point, const PointMeans& means) {
+    return {Between(means.source, point.source), Between(means.destination, point.destination)};
 }
 
-double StartAngle(const FirstPair& pair) {
-    return Direction(pair.destination.first, pair.destination.second) -
-           Direction(pair.source.first, pair.source.second);
+double StartAngle(const FirstPoint& point) {
+    return DirectionOf(point.destination.first, point.destination.second) -
+           DirectionOf(point.source.first, point.source.second);
 }
 
-double Length(PlanePoint vector) {
+double Length(Point vector) {
     return std::sqrt(vector.first * vector.first + vector.second * vector.second);
 }
 
-PlanePoint StartShift(const ControlPoints& points) {
-    return {(points.DestinationMean().first - points.SourceMean().first) / kScale,
-            (points.DestinationMean().second - points.SourceMean().second) / kScale};
+Point StartShift(const PointMeans& means) {
+    const Point shift = Between(means.source, means.destination);
+    return {shift.first / kScale, shift.second / kScale};
 }
 
-void Store(PlanePoint shift, double kY, double kX, double angle, TR_PRM& record) {
+void Store(Point shift, double kY, double kX, double angle, Transformation& t) {
     const double s = std::sin(angle);
     const double c = std::cos(angle);
-    record.dA0 = shift.first * kScale;
-    record.dA1 = kY * c;
-    record.dA2 = -kX * s;
-    record.dB0 = shift.second * kScale;
-    record.dB1 = kY * s;
-    record.dB2 = kX * c;
+    t.a[0] = shift.first * kScale;
+    t.a[1] = kY * c;
+    t.a[2] = -kX * s;
+    t.b[0] = shift.second * kScale;
+    t.b[1] = kY * s;
+    t.b[2] = kX * c;
 }
 
 }  // namespace
 
-FitOutcome FitHelmert3(const ControlPoints& points, int passLimit, TR_PRM& record) {
-    const PlanePoint shift = StartShift(points);
-    Vector<3> unknowns{shift.first, shift.second, StartAngle(FromCentroids(points))};
+FitOutcome FitHelmert3(std::span<const ControlPoint> points, const PointMeans& means, int passLimit,
+                       Transformation& transformation) {
+    const Point shift = StartShift(means);
+    Vector<3> unknowns{shift.first, shift.second, StartAngle(FromCentroids(points.front(), means))};
     const FitOutcome outcome = Iterate<Helmert3Model>(points, passLimit, unknowns);
-    Store({unknowns[0], unknowns[1]}, 1.0, 1.0, unknowns[2], record);
+    Store({unknowns[0], unknowns[1]}, 1.0, 1.0, unknowns[2], transformation);
     return outcome;
 }
 
-FitOutcome FitAffine5(const ControlPoints& points, int passLimit, TR_PRM& record) {
-    const FirstPair pair = FromCentroids(points);
-    const double scale = Divide(Length(pair.destination), Length(pair.source));
-    const PlanePoint shift = StartShift(points);
-    Vector<5> unknowns{shift.first, shift.second, scale, scale, StartAngle(pair)};
+FitOutcome FitAffine5(std::span<const ControlPoint> points, const PointMeans& means, int passLimit,
+                      Transformation& transformation) {
+    const FirstPoint first = FromCentroids(points.front(), means);
+    if (Length(first.source) == 0.0) return {.trouble = FitTrouble::kNoStart};
+    const double scale = Length(first.destination) / Length(first.source);
+    const Point shift = StartShift(means);
+    Vector<5> unknowns{shift.first, shift.second, scale, scale, StartAngle(first)};
     const FitOutcome outcome = Iterate<Affine5Model>(points, passLimit, unknowns);
-    Store({unknowns[0], unknowns[1]}, unknowns[2], unknowns[3], unknowns[4], record);
+    Store({unknowns[0], unknowns[1]}, unknowns[2], unknowns[3], unknowns[4], transformation);
     return outcome;
 }
 

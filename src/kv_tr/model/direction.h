@@ -1,4 +1,4 @@
-// The direction of a difference of coordinates.
+// The direction of a vector.
 #pragma once
 
 #include <cmath>
@@ -15,6 +15,6 @@ struct AngleConstants {
 /// The direction of the vector (dFirst, dSecond) in radians from the first axis towards the
 /// second, in [0, 2π); 0 for a vector without length. The arctangent is taken of the smaller
 /// component over the larger one and folded by quadrant.
-double Direction(double dFirst, double dSecond, const AngleConstants& constants = {});
+double DirectionOf(double dFirst, double dSecond, const AngleConstants& constants = {});
 
 }  // namespace kv_tr

@@ -1,9 +1,9 @@
 // The direction of a difference of coordinates.
-#include "model/direction.h"
+#include "kv_tr/model/direction.h"
 
 namespace kv_tr {
 
-double Direction(double dFirst, double dSecond, const AngleConstants& constants) {
+double DirectionOf(double dFirst, double dSecond, const AngleConstants& constants) {
     if (dFirst == 0.0 && dSecond == 0.0) return 0.0;
     const double a = std::abs(dFirst);
     const double b = std::abs(dSecond);

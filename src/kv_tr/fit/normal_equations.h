@@ -5,12 +5,12 @@
 #include <span>
 #include <vector>
 
-#include "model/matrix.h"
+#include "kv_tr/fit/matrix.h"
 
 namespace kv_tr {
 
 /// N = AᵀA and n = Aᵀl of a design that is never stored: rows are added one after the other, so
-/// every sum runs over ascending observations, from 0, as MatrixTimesTranspose would run it.
+/// every sum runs over ascending observations, from 0.
 ///
 /// A row may serve two observations at once (one design for both coordinates); each then has a
 /// right-hand side of its own.
