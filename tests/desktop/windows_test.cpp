@@ -3,8 +3,10 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -95,6 +97,26 @@ TEST_F(WindowsOfForms, ForwardWhatTheUserDoes) {
         Click(window, "cmdOk");
     }));
     EXPECT_EQ(type, TR_EOV_STG_10e);
+}
+
+TEST_F(WindowsOfForms, OutliveAnEmptyClipboard) {
+    const auto paste = [](QDialog& window) {
+        auto* box = window.findChild<QPlainTextEdit*>("rtBox");
+        box->clear();
+        QApplication::clipboard()->setMimeData(new QMimeData);
+        QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+        EXPECT_EQ(box->toPlainText(), "");
+        QApplication::clipboard()->setText("1 2\n3");
+        QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+        EXPECT_EQ(box->toPlainText(), "1 2\n3");
+    };
+    Open<PolynomialWindow, frmPoliTrPrm>(paste);
+    frmXY4Tr points;
+    points.bDoModal(*transformation.oCalcTr(), {}, [&] {
+        ControlPointWindow window(points);
+        window.show();
+        paste(window);
+    });
 }
 
 TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
