@@ -73,7 +73,7 @@ void frmTr::chkInverz() {
 }
 
 bool frmTr::txtLimit(const std::string& text) {
-    if (text == limitText_) return true;  // the limit may have more decimals than are shown
+    if (text == limitText_) return true;
     const auto limit = TypedNumber(text);
     if (!limit) {
         ShowMessage(text, Icon::kExclamation, GetMlString(84, "Hibás érték!"));
@@ -86,7 +86,7 @@ bool frmTr::txtLimit(const std::string& text) {
 }
 
 void frmTr::Activate() {
-    limitText_ = FormatFixed(engine_->gdErrLimit, 2, 0);
+    limitText_ = LimitTextOf(*engine_);
     Changed.Raise();
 }
 

@@ -48,16 +48,14 @@ std::vector<GraphMark> GraphMarks(std::span<const typeXYs4Tr> pairs, double limi
     const auto coordinate = [](double value) { return FormatFixed(value, 3, 0); };
     std::vector<GraphMark> marks;
     marks.reserve(pairs.size());
-    bool bold = false;
     for (const typeXYs4Tr& pair : pairs) {
         const double error = ResidualLength(pair);
         const bool within = error < limit;
-        if (!pair.bNotUsed) bold = !within;
         GraphMark mark{.place = scale.ToSurface({pair.dXdest, pair.dYdest}),
                        .colour = pair.bNotUsed ? kBlack
                                  : within      ? kBlue
                                                : kRed,
-                       .bold = bold};
+                       .bold = !pair.bNotUsed && !within};
         if (!IsFinite(mark.place)) continue;
         if (labels.identifier) mark.labels[GraphMark::kUpperLeft] = " " + pair.sId;
         if (labels.total) mark.labels[GraphMark::kLowerLeft] = " " + coordinate(error);

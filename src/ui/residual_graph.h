@@ -39,6 +39,10 @@ struct GraphLabels {
 /// The arms of a cross reach this many units to each side.
 inline constexpr double kCrossArm = 5;
 
+/// The texts of a cross begin and end this far to the side of it, so that two of them do not run
+/// together.
+inline constexpr double kLabelGap = 3;
+
 /// A cross with its texts, each at the corner that its place names; empty ones are not shown.
 struct GraphMark {
     enum Corner { kUpperLeft, kLowerLeft, kUpperRight, kLowerRight };
@@ -50,8 +54,7 @@ struct GraphMark {
 };
 
 /// A mark for every pair, in their order. Black: excluded; blue: within the limit; red and bold:
-/// equal to it, beyond it or no number. An excluded pair takes the weight of the one before it.
-/// Pairs without a place on the surface have no mark.
+/// equal to it, beyond it or no number. Pairs without a place on the surface have no mark.
 std::vector<GraphMark> GraphMarks(std::span<const typeXYs4Tr> pairs, double limit,
                                   const GraphScale& scale, const GraphLabels& labels);
 
