@@ -8,14 +8,17 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include "desktop/host_window.h"
 #include "desktop/transform_window.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
+#include "params/affine_record.h"
 #include "ui/qt/frmAffinTrPrm_window.h"
 #include "ui/qt/frmChooseDAT2M1_window.h"
 #include "ui/qt/frmChoosePrm_window.h"
@@ -145,6 +148,63 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     transformWindow.show();
     Click(transformWindow, "run");
     EXPECT_EQ(ReadFile(folder.File("in_tr.txt")), "A 101.000 202.000\n");
+}
+
+class TransformationOfAFile : public testing::Test {
+protected:
+    RecordingPlatform platform;
+    const TemporaryFolder folder;
+    desktop::TransformForm form{IdentityRecord()};
+
+    TransformationOfAFile() {
+        std::string lines;
+        while (lines.size() < (4U << 20)) lines += "A 1.000 2.000\n";  // several blocks
+        WriteFile(folder.File("in.txt"), lines);
+        form.Input(folder.File("in.txt"));
+    }
+};
+
+TEST_F(TransformationOfAFile, ShowsHowFarItIsOnlyWhileItGoesOn) {
+    WriteFile(form.output, "older");
+    platform.answers = {Answer::kYes};
+    desktop::TransformWindow window(form, nullptr, std::chrono::milliseconds(0));
+    window.show();
+    bool bar = false;
+    bool before = false;
+    platform.whileShown = [&] { before |= window.findChild<QProgressDialog*>() != nullptr; };
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout,
+                     [&] { bar |= window.findChild<QProgressDialog*>() != nullptr; });
+    timer.start(0);
+    Click(window, "run");
+    EXPECT_EQ(platform.messages.size(), 2U) << "the question and the outcome";
+    EXPECT_FALSE(before) << "there is nothing to see or to cancel then";
+    EXPECT_TRUE(bar);
+    EXPECT_FALSE(window.isVisible());
+
+    desktop::TransformWindow patient(form, nullptr, std::chrono::hours(1));
+    platform.answers = {Answer::kYes};
+    bar = false;
+    Click(patient, "run");
+    EXPECT_EQ(platform.messages.size(), 4U);
+    EXPECT_FALSE(bar || before);
+}
+
+TEST_F(TransformationOfAFile, WritesNothingOnceItIsCancelled) {
+    desktop::TransformWindow window(form, nullptr, std::chrono::milliseconds(0));
+    window.show();
+    window.resize(700, 500);
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        if (auto* bar = window.findChild<QProgressDialog*>()) bar->cancel();
+    });
+    timer.start(0);
+    Click(window, "run");
+    EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{"Cancelled; nothing was written."});
+    EXPECT_FALSE(std::filesystem::exists(form.output));
+    EXPECT_TRUE(window.isVisible());
+    window.close();
+    EXPECT_EQ(desktop::TransformWindow(form, nullptr).size(), QSize(700, 500));
 }
 
 }  // namespace
