@@ -26,6 +26,7 @@ clsTrCalc::~clsTrCalc() { SaveInitDir(); }
 
 void clsTrCalc::AddXY4Tr(std::span<const typeXYs4Tr> tXY4Tr, bool bAppend) {
     points_.Add(tXY4Tr, bAppend);
+    inverse_ = inverse_ && bAppend;
 }
 
 void clsTrCalc::GetAllXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt) const {
@@ -47,7 +48,10 @@ void clsTrCalc::GetRect4Dest(double& dXmin, double& dYmin, double& dXmax, double
     dYmax = greatest.second;
 }
 
-void clsTrCalc::SwapSourDest() { points_.Swap(); }
+void clsTrCalc::SwapSourDest() {
+    points_.Swap();
+    inverse_ = !inverse_;
+}
 
 void clsTrCalc::ResetAllNotUsed() {
     points_.UseAll();

@@ -61,6 +61,10 @@ public:
     void GetRect4Dest(double& dXmin, double& dYmin, double& dXmax, double& dYmax) const;
     /// Exchanges source and destination of all pairs. Parameters and residuals stay.
     void SwapSourDest();
+    /// Whether they are exchanged, as the adjustment dialog shows: SwapSourDest toggles it, and
+    /// pairs put in the place of others are not. Whoever puts back what are the same pairs sets it.
+    bool Inverse() const { return inverse_; }
+    void Inverse(bool inverse) { inverse_ = inverse; }
     /// Takes every excluded pair back and fits again.
     void ResetAllNotUsed();
     /// Excludes pair lIx (from 0) or takes it back, lowers the type while too few pairs are in use
@@ -161,6 +165,7 @@ private:
     TraceEntry trace_{"clsTrCalc"};
     Subscription hostLanguage_;
     ControlPoints points_;
+    bool inverse_ = false;
     TR_PRM record_;
     Statistics statistics_;
     std::string noInverseText_;  // fetched once: they keep the language of the creation

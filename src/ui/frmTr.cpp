@@ -12,6 +12,7 @@
 #include "support/ml_strings.h"
 #include "support/number_text.h"
 #include "support/settings.h"
+#include "ui/save_parameters.h"
 #include "ui/scratch_transformation.h"
 
 namespace kv_tr {
@@ -66,7 +67,6 @@ void frmTr::RadioTrType(int index) {
 }
 
 void frmTr::chkInverz() {
-    inverse_ = !inverse_;
     engine_->SwapSourDest();
     if (mode_ == Mode::kGraph) CalcScale4Pic();
     Recalculate();
@@ -99,7 +99,7 @@ void frmTr::cmdRemoveExt() {
                     Icon::kInformation, GetMlString(113, "Kizárt pontok törlése"));
         return;
     }
-    engine_->AddXY4Tr(used, false);
+    Replace(used);
     editor_.visible = false;
     currentRow_ = std::min(currentRow_, RowCount() - 1);
     SelectTypeOf(engine_->eTrType());
@@ -123,12 +123,9 @@ void frmTr::cmdSaveLog() {
 }
 
 void frmTr::cmdSavePrm() {
-    std::string folder = InitDir();
-    std::string fileName;
     ScratchTransformation parameters;
     parameters.udtTrPrm(engine_->udtTrPrm());
-    parameters.bChooseFileAndSaveTrPrm(fileName, folder);
-    if (!fileName.empty()) RememberFolderOf(fileName);
+    ChooseFileAndSave(parameters);
 }
 
 void frmTr::cmdExit() {
@@ -153,6 +150,13 @@ void frmTr::ShowResult() {
 void frmTr::Recalculate() {
     Fit([this] { engine_->DoCalcTr(); });
     ShowResult();
+}
+
+/// Gives the engine its pairs back, changed.
+void frmTr::Replace(std::span<const typeXYs4Tr> pairs) {
+    const bool inverse = engine_->Inverse();
+    engine_->AddXY4Tr(pairs, false);
+    engine_->Inverse(inverse);
 }
 
 /// Runs what ends with a fit. When there is none, the user is told and the type goes back to the

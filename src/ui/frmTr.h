@@ -44,7 +44,7 @@ public:
     /// Whether Esc presses cmdExit; while cells are edited it belongs to the editor.
     bool EscLeaves() const { return mode_ != Mode::kEdit; }
     int SelectedType() const { return selectedType_; }
-    bool InverseChecked() const { return inverse_; }
+    bool InverseChecked() const { return engine_->Inverse(); }
     const GraphLabels& Labels() const { return labels_; }
     std::string LimitText() const { return limitText_; }
 
@@ -125,6 +125,7 @@ private:
     void ShowResult();
     void CalcScale4Pic();
     void Recalculate();
+    void Replace(std::span<const typeXYs4Tr> pairs);
     void Fit(const std::function<void()>& fit);
     void ToggleLabel(bool& label);
     void OpenEditor(const std::string& text, int caret);
@@ -140,7 +141,6 @@ private:
     bool exited_ = false;
     Mode mode_ = Mode::kTable;
     int selectedType_ = 0;
-    bool inverse_ = false;
     std::string limitText_;
     int currentRow_ = 1;
     int currentColumn_ = 1;

@@ -161,7 +161,7 @@ void frmTr::CommitEdit() {
     if (!Accept(pairs[static_cast<std::size_t>(currentRow_ - 1)], currentColumn_)) {
         return Changed.Raise();
     }
-    engine_->AddXY4Tr(pairs, false);
+    Replace(pairs);
     Recalculate();
 }
 

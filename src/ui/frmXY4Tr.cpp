@@ -55,11 +55,11 @@ bool frmXY4Tr::TakeText() {
         "tmp-XYs4Tr.dat",
         WithDecimalPoints(std::string_view(rtBox()).substr(named ? nameLine_.size() : 0)));
     const std::vector before(engine_->Pairs().begin(), engine_->Pairs().end());
-    if (engine_->bLoadXYsFromFile(file, false) && !ReadControlPoints(file).failed) {
-        return true;
-    }
-    engine_->AddXY4Tr(before, false);
-    return false;
+    const bool inverse = engine_->Inverse();
+    const bool read = engine_->bLoadXYsFromFile(file, false) && !ReadControlPoints(file).failed;
+    if (!read) engine_->AddXY4Tr(before, false);
+    engine_->Inverse(inverse && !(read && named));
+    return read;
 }
 
 }  // namespace kv_tr

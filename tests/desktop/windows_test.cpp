@@ -10,6 +10,7 @@
 #include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QStackedWidget>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
@@ -141,6 +142,13 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
                   "&" + GetMlString(1160, {}));
     }
     EXPECT_EQ(CurrentMlLanguage(), kSerbian);
+    auto* pages = window.findChild<QStackedWidget*>();
+    EXPECT_EQ(pages->currentIndex(), 1);
+    form.ShowStartPage(true);
+    window.menuBar()->actions()[2]->menu()->actions()[0]->trigger();
+    EXPECT_EQ(pages->currentIndex(), 0) << "the language changes the texts only";
+    form.ShowStartPage(false);
+    EXPECT_EQ(pages->currentIndex(), 1);
 
     desktop::TransformForm transform(form.Record());
     transform.Input(folder.File("in.txt"));

@@ -348,6 +348,8 @@ TEST_F(FrmTr, SwapsDeletesAndResumes) {
         form.chkInverz();
         EXPECT_TRUE(form.InverseChecked());
         EXPECT_NEAR(engine.udtTrPrm().dA0, -there.dA0, 10);
+        frmTr again;
+        again.bDoModal(engine, true, [&] { EXPECT_TRUE(again.InverseChecked()); });
         form.chkInverz();
         EXPECT_EQ(double{engine.udtTrPrm().dA0}, double{there.dA0});
 
@@ -393,6 +395,11 @@ TEST_F(FrmTr, SavesLogAndParametersAndRemembersTheFolder) {
         EXPECT_NE(ReadFile(folder.File("p.all")), "");
         EXPECT_EQ(InitDir() + "/", folder.File(""));
         EXPECT_EQ(CurrentMlLanguage(), kHungarian);
+        platform.TakeTexts();
+        platform.choices = {FileChoice{folder.File("p.trp")}};
+        form.cmdSavePrm();
+        EXPECT_EQ(platform.TakeTexts().size(), 1U);
+        EXPECT_FALSE(std::filesystem::exists(folder.File("p.trp")));
     });
 }
 

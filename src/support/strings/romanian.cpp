@@ -276,6 +276,8 @@ constexpr MlString kRomanianStrings[] = {
     {1196, "Versiunea {0}\r\n\r\nSoftware liber, sub licența MIT. Ferestrele sunt desenate de Qt {1}, sub LGPL versiunea 3."},
     {1197, "Rezultatul nu poate lua locul fișierului de coordonate."},
     {1198, "Atât poate fi efectul rotunjirii coordonatelor la precizie simplă; scade cu lungimea."},
+    {1215, "Parametrii pentru „{1}” se salvează într-un fișier cu terminația {2}, nu în acesta: {0}"},
+    {1216, "{0}\r\n\r\nConține acest fișier puncte comune, pe fiecare linie un punct în două sisteme? Numerele nu arată așa; pot fi și coordonate cu cote.\r\n\r\nDa: determinarea transformării din ele ca puncte comune.\r\nNu: transformarea coordonatelor."},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));
