@@ -50,7 +50,6 @@ TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
                                 const CoordinateOptions& options) {
     TransformedLines done;
     done.text.reserve(text.size() + text.size() / 4);
-    done.bytes = text.size();
     while (!text.empty()) {
         const auto [line, ending] = TakeLine(text);
         ++done.lines;
@@ -63,6 +62,7 @@ TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
             done.text += line;
         }
         done.text += ending;
+        done.bytes += line.size() + ending.size();
     }
     return done;
 }

@@ -21,7 +21,7 @@ struct CoordinateOptions {
 struct TransformedLines {
     std::string text;
     std::uint64_t lines = 0;
-    std::uint64_t bytes = 0;  // of these lines in the input
+    std::uint64_t bytes = 0;  // of the lines in the text, as they were
     std::uint64_t badLines = 0;
     std::optional<std::string> stoppedAt;  // the bad line that ended the work, not in the text
 };

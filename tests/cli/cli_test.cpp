@@ -193,6 +193,10 @@ TEST_F(CommandLine, TransformsLongInputsInTheirOrder) {
     EXPECT_EQ(out, shifted);
     EXPECT_EQ(Run("cat ../in - | " + line, input), 0) << err;
     EXPECT_EQ(out, shifted + shifted);
+    const std::string noThread =
+        "ulimit -s 137438953472 && ";  // their stacks would fill the memory
+    EXPECT_EQ(Run(noThread + line, input), 0) << err;
+    EXPECT_EQ(out, shifted);
 
     const std::string tooLong = std::string(2 << 20, '7') + "\n";
     EXPECT_EQ(Run(line, input + tooLong + input), 1);
