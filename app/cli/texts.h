@@ -93,6 +93,9 @@ enum class TextId {
     kAccuracyMeaning = 1157,
     kTakesPlaceOfInput = 1197,
     kSinglePrecision = 1198,
+    kSameFile = 1201,
+    kPointsHaveDecimalCommas = 1202,
+    kCommasMayBeDecimal = 1203,
 };
 
 /// A text in the current language, its places {0}, {1}, ... filled with the values.

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string_view>
 
+#include "cli/file_options.h"
 #include "cli/host.h"
 #include "cli/interruption.h"
 #include "cli/parameters.h"
@@ -107,6 +108,10 @@ bool TransformAll(Input& input, Output& output, const TR_PRM& record,
 }
 
 int RunTransform(const TransformOptions& options) {
+    if (!AreDistinct({{"--output", options.output}},
+                     {{"--points", options.source.points}, {"--params", options.source.params}})) {
+        return kWrongUsage;
+    }
     const MessageCount shown;
     clsTr transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) {
@@ -137,7 +142,7 @@ Run AddTransform(CLI::App& command) {
     const auto options = std::make_shared<TransformOptions>();
     command.add_option("FILE", options->input, Text(TextId::kFile));
     AddSourceOptions(command, options->source);
-    command.add_option("--output", options->output, Text(TextId::kOutput))->type_name("FILE");
+    AddFileOption(command, "--output", options->output, TextId::kOutput);
     const auto setDecimals = [options](const std::string& text) {
         options->coordinates.decimals = static_cast<int>(*ParseNumber(text));
     };

@@ -1,0 +1,80 @@
+// What the program refuses, and what it survives, so that no data are lost or misread.
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "cli/command_line.h"
+
+namespace kv_tr::test {
+namespace {
+
+constexpr char kTransform[] = "kv_tr transform --points shift --type affine --keep-going ";
+
+TEST_F(CommandLine, KeepsItsMessagesOutOfItsFilesWhenStandardStreamsAreClosed) {
+    const std::string bad = Files()["bad"];
+    ASSERT_EQ(Run(kTransform, bad), 1);
+    const std::string image = out;
+    EXPECT_EQ(Run("kv_tr adjust shift"), 0);
+    const std::string log = out;
+
+    EXPECT_EQ(Run(kTransform + std::string("--output new 2>&-"), bad), 1);
+    EXPECT_EQ(Files()["new"], image);
+    EXPECT_EQ(Run("kv_tr adjust shift --log log >&- | cat; tr -d '\\r' <log"), 0);
+    EXPECT_EQ(out, log);
+    EXPECT_NE(err.find("written"), err.npos) << err;
+    EXPECT_EQ(Run("kv_tr types >&-"), 1);
+    EXPECT_EQ(Run(kTransform + std::string("<&-")), 1);
+    EXPECT_EQ(Run("kv_tr transform bad --keep-going --points shift --type affine <&- >&- 2>&-"), 1);
+}
+
+TEST_F(CommandLine, SaysWhenTheStandardOutputTakesNothing) {
+    WriteFile(work + "p.trp", "0 1 0 0 0 1");
+    for (const char* line :
+         {"--help", "adjust --help", "--version", "types", "national", "adjust shift",
+          "adjust shift --json", "params p.trp", "params p.trp --format json",
+          "transform bad --params p.trp --keep-going", "angle 1 2 3 --params p.trp"}) {
+        EXPECT_EQ(Run("kv_tr " + std::string(line) + " >/dev/full"), 1) << line;
+        EXPECT_NE(err.find("could be written"), err.npos) << line << ": " << err;
+    }
+}
+
+TEST_F(CommandLine, ReadsAndWritesNoFileUnderTwoNames) {
+    WriteFile(work + "p.trp", "0 1 0 0 0 1");
+    std::filesystem::create_symlink("shift", work + "link");
+    std::filesystem::create_hard_link(work + "shift", work + "hard");
+    std::filesystem::create_symlink("later", work + "dangling");
+    std::filesystem::create_directory(work + "folder");
+    for (const char* line : {
+             "adjust shift --log new --save-points new",
+             "adjust shift --log new --save-points folder/../new",
+             "adjust shift --save-params later --plot dangling",
+             "adjust shift --save-params x.trp --log ./x.trp",
+             "adjust shift --save-points dangling --log later",
+             "adjust bad --save-points link --log hard",
+             "transform bad --points shift --type affine --output shift",
+             "transform bad --points shift --type affine --output $PWD/link",
+             "transform bad --points link --type affine --output hard",
+             "transform bad --params p.trp --output folder/../p.trp",
+         }) {
+        const auto before = Files();
+        EXPECT_EQ(Run("kv_tr " + std::string(line)), 2) << line << err;
+        EXPECT_EQ(Files(), before) << line;
+    }
+    EXPECT_EQ(Run("kv_tr adjust shift --plot dangling.svg --save-points link"), 0) << err;
+    EXPECT_EQ(Run("kv_tr adjust shift --log /dev/null --save-points /dev/null"), 0) << err;
+}
+
+TEST_F(CommandLine, TakesNoOptionForTheNameOfAFile) {
+    const auto before = Files();
+    for (const char* option :
+         {"adjust shift --log", "adjust shift --save-points", "adjust shift --save-params",
+          "adjust shift --plot", "transform bad --points", "transform bad --params",
+          "transform bad --points shift --type affine --output"}) {
+        EXPECT_EQ(Run("kv_tr " + std::string(option) + " --decimal-comma"), 2) << option;
+        EXPECT_NE(err.find("value is missing: --"), err.npos) << err;
+    }
+    EXPECT_EQ(Files(), before);
+}
+
+}  // namespace
+}  // namespace kv_tr::test
