@@ -13,7 +13,8 @@ namespace kv_tr {
 
 /// The listing of the pairs, one line each, lines ended by CR LF: the identifier right-aligned in
 /// 20 columns, then the four coordinates with three decimals in 15 columns each, without further
-/// separators. What would separate fields in an identifier, and an empty one, becomes "_". Excluded
+/// separators. What would separate fields in an identifier, a control character, and an empty one
+/// become "_". Excluded
 /// pairs are listed like the others.
 std::string ListPairs(std::span<const typeXYs4Tr> pairs);
 

@@ -64,6 +64,44 @@ TEST_F(CommandLine, ReadsAndWritesNoFileUnderTwoNames) {
     EXPECT_EQ(Run("kv_tr adjust shift --log /dev/null --save-points /dev/null"), 0) << err;
 }
 
+TEST_F(CommandLine, NeverPassesControlCharactersOnToTheTerminal) {
+    const std::string escapes =
+        "\x1B[31m\x7F\xC2\x9B"
+        "Ő";
+    WriteFile(work + "p",
+              "\xEF\xBB\xBF"
+              "A" +
+                  escapes + " 0 0 1 1\nB 1 0 2 1\nC 0 1 1 2\n");
+    WriteFile(work + "bad" + escapes, "x" + escapes + "\n");
+    WriteFile(work + "p.trp", "0 1 0 0 0 1");
+    const std::regex controls("[\\x01-\\x09\\x0B-\\x1F\\x7F]|\xC2[\x80-\x9F]");
+    const std::string name = "\"$(printf '\\033[31m\\177\\302\\233Ő')\"";
+    for (const auto& [line, shown] : {
+             std::pair<std::string, std::string>{"adjust p | tr -d '\\t'", "A_[31m__Ő   "},
+             {"adjust p --json", "\"A\\u001b[31m\\u007f\\u009bŐ\""},
+             {"adjust p --exclude " + name, "_[31m__Ő"},
+             {"adjust bad" + name, "bad_[31m__Ő"},
+             {"adjust gone" + name, "gone_[31m__Ő"},
+             {"adjust p --log no" + name + "/x", "no_[31m__Ő/x"},
+             {"adjust p --log /dev/full", "/dev/full"},
+             {"adjust p --log x" + name + " --plot " + name, "_[31m__Ő"},
+             {"transform bad" + name + " --params p.trp", "bad_[31m__Ő, line 1: "},
+             {"transform bad" + name + " --params p.trp --keep-going --output new", "1 of"},
+             {"transform bad --params p.trp --output no" + name + "/x", "no_[31m__Ő/x"},
+             {"params " + name, "_[31m__Ő"},
+             {"params " + name + ".all", "_[31m__Ő.all"},
+             {name, "_[31m__Ő"},
+             {"types --language " + name, "_[31m__Ő"},
+         }) {
+        Run("kv_tr " + line);
+        EXPECT_NE((out + err).find(shown), out.npos) << line << "\n" << out << err;
+        EXPECT_FALSE(
+            std::regex_search(std::regex_replace(out, std::regex("\t"), "") + err, controls))
+            << line << "\n"
+            << out << err;
+    }
+}
+
 TEST_F(CommandLine, TakesNoOptionForTheNameOfAFile) {
     const auto before = Files();
     for (const char* option :
