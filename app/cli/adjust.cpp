@@ -59,7 +59,7 @@ bool Exclude(clsTrCalc& engine, const std::vector<std::string>& identifiers) {
 }
 
 bool PrepareAndFit(clsTrCalc& engine, const AdjustOptions& options) {
-    if (!LoadPoints(engine, options.points)) return false;
+    if (!LoadPoints(engine, options.points, options.decimalComma)) return false;
     if (options.inverse) engine.SwapSourDest();
     if (!ChooseType(engine, TypeNamed(options.type), options.points)) return false;
     if (!Exclude(engine, options.exclude)) return false;

@@ -28,7 +28,7 @@ void Complain(TextId id, std::initializer_list<std::string> values = {}) {
 
 void FitParameters(clsTr& transformation, const ParameterSource& source) {
     clsTrCalc& engine = *transformation.oCalcTr();
-    if (LoadPoints(engine, source.points) &&
+    if (LoadPoints(engine, source.points, source.decimalComma) &&
         ChooseType(engine, TypeNamed(source.type), source.points) && Fit(engine)) {
         transformation.udtTrPrm(engine.udtTrPrm());
     }

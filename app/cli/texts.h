@@ -73,7 +73,6 @@ enum class TextId {
     kUnknownValue = 1069,
     kReadDecimalComma = 1071,
     kDecimalCommas = 1072,
-    kCommasSeparate = 1073,
     kUsage = 1074,
     kOptionsHeading = 1075,
     kOptionsPlace = 1076,

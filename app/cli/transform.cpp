@@ -103,7 +103,7 @@ bool TransformAll(Input& input, Output& output, const TR_PRM& record,
             }};
     const auto result = host::TransformText(input.Source(), to, record, options.coordinates);
     host::ReportBadLines(result, input.Name());
-    if (result.mayHaveDecimalCommas) PrintNote(Text(TextId::kCommasSeparate, {input.Name()}));
+    if (result.mayHaveDecimalCommas) PrintNote(Text(TextId::kCommasMayBeDecimal));
     return result.Complete();
 }
 
@@ -157,8 +157,12 @@ Run AddTransform(CLI::App& command) {
         });
     command.add_flag("--no-id", options->coordinates.noId, Text(TextId::kNoId));
     command.add_flag("--keep-going", options->coordinates.keepGoing, Text(TextId::kKeepGoing));
+    command.get_option("--decimal-comma")->description(Text(TextId::kDecimalComma));
     AddLanguageOption(command);
-    return [options] { return RunTransform(*options); };
+    return [options] {
+        options->coordinates.decimalComma = options->source.decimalComma;
+        return RunTransform(*options);
+    };
 }
 
 }  // namespace kv_tr::cli

@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "common/excerpt.h"
-#include "support/decimal_commas.h"
 #include "support/errors.h"
 #include "support/line_reader.h"
 #include "support/message.h"
@@ -83,25 +82,12 @@ private:
             if (!result_.Complete()) return false;
             throw;
         }
-        if (!read_) result_.mayHaveDecimalCommas = HaveDecimalCommas(block);
-        read_ = true;
         bytesRead_ += block.size();
         constexpr std::size_t kSmall = 1 << 14;
         const bool pays = processors_ > 1 && block.size() >= kSmall;
         underWay_.emplace_back(std::move(block), record_, options_);
         if (pays) underWay_.back().StartThread();
         return true;
-    }
-
-    /// Whether the first lines of a text look like it.
-    bool HaveDecimalCommas(std::string_view text) const {
-        constexpr int kEnough = 30;
-        for (int line = 0; line < kEnough && !text.empty(); ++line) {
-            const std::string_view fields = TakeLine(text).text;
-            if (HasDecimalCommas(options_.noId ? fields : WithoutIdentifier(fields), 2))
-                return true;
-        }
-        return false;
     }
 
     /// The error of a text whose lines have not all come out.
@@ -119,6 +105,7 @@ private:
             output_.write(done.text);
             result_.lines += done.lines;
             result_.badLines += done.badLines;
+            result_.mayHaveDecimalCommas |= done.mayHaveDecimalCommas;
             bytesDone_ += done.bytes;
             result_.endedBy = std::move(done.stoppedAt);
             result_.cancelled = !output_.goOn(result_.lines, bytesDone_);
@@ -135,7 +122,6 @@ private:
     CoordinateResult result_;
     std::uint64_t bytesRead_ = 0;
     std::uint64_t bytesDone_ = 0;
-    bool read_ = false;  // a block
 };
 
 }  // namespace

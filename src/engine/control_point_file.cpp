@@ -47,10 +47,10 @@ std::string ListPairs(std::span<const typeXYs4Tr> pairs) {
     return listing;
 }
 
-bool ReadPair(std::string_view line, typeXYs4Tr& pair) {
-    pair.sId = NextField(line);
+bool ReadPair(std::string_view line, typeXYs4Tr& pair, bool commaIsDecimal) {
+    pair.sId = NextField(line, commaIsDecimal);
     for (const auto coordinate : kCoordinates) {
-        const auto number = ParseNumber(NextField(line));
+        const auto number = ParseNumber(NextField(line, commaIsDecimal), commaIsDecimal);
         if (!number) return false;
         pair.*coordinate = *number;
     }

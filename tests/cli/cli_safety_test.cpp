@@ -64,6 +64,56 @@ TEST_F(CommandLine, ReadsAndWritesNoFileUnderTwoNames) {
     EXPECT_EQ(Run("kv_tr adjust shift --log /dev/null --save-points /dev/null"), 0) << err;
 }
 
+TEST_F(CommandLine, RefusesNumbersWithDecimalCommasUnlessToldOfThem) {
+    const std::string fit = "transform --points shift --type affine ";
+    for (const auto& [line, text, bad] : {
+             std::tuple<std::string, std::string, std::string>{
+                 "adjust c --save-params x.trp", "a 0 0 0 0\nb;0,5;1,5;2,5;3,5\n", "c, line 2: "},
+             {"adjust /dev/stdin --log x <c", "b 0,5 1 2 3\n", "stdin, line 1: "},
+             {"adjust c --json", "\"b\"\t'1'\t'2'\t3\t\"4,5\"\n", "c, line 1: "},
+             {"transform bad --points c --type affine", "\nb\t1\t2,5\t3\t4\r\n", "c, line 2: "},
+             {"angle 1 2 3 --points c --type affine", "b 1 2 3 4\r\rb 1,5 2,5 3 4", "c, line 3: "},
+             {fit + "c --output x", "a 1 2\nb 1,5 2\n", "c, line 2: "},
+             {fit + "c --no-id", "1,5;2 rest\n", "c, line 1: "},
+             {fit + "<c", "1,5 2,5\n", "input, line 1: "},
+             {fit + "c --keep-going --output x", "a 1 2\nb;1;2,5;7\n", "1 of 2 lines"},
+         }) {
+        WriteFile(work + "c", text);
+        auto files = Files();
+        EXPECT_EQ(Run("kv_tr " + line), 1) << line;
+        EXPECT_NE(err.find(bad), err.npos) << err;
+        EXPECT_NE(err.find("--decimal-comma"), err.npos) << err;
+        if (line.ends_with("--keep-going --output x"))
+            files["x"] = "a 101.000 202.000\nb;1;2,5;7\n";
+        EXPECT_EQ(Files(), files) << line;
+    }
+}
+
+TEST_F(CommandLine, ReadsBackWhatItWroteWithDecimalCommas) {
+    const std::string adjust = "kv_tr adjust --type helmert --json ";
+    Run(adjust + "examples/textbook_conformal_3.dat");
+    const std::string report = out;
+    Run(adjust + "examples/textbook_conformal_3.dat --decimal-comma --save-points p");
+    EXPECT_EQ(Files()["p"].find('.'), std::string::npos);
+    EXPECT_EQ(Run(adjust + "p --decimal-comma"), 0) << err;
+    EXPECT_EQ(out, report);
+
+    const std::string lines =
+        "Győr,1;121,622\t-128,066\t\"rest 1,5\"\r\n\nB 141.228 187.718 x\n7 8\n";
+    const std::string transform = "kv_tr transform --points p --type helmert --decimal-comma ";
+    EXPECT_EQ(Run(transform, lines), 0) << err;
+    const std::string image = out;
+    EXPECT_TRUE(image.starts_with("Győr,1;1049422,")) << out;
+    EXPECT_NE(image.find("\t\"rest 1,5\"\r\n\nB 1049414,"), std::string::npos) << out;
+    EXPECT_EQ(Run(transform + "--keep-going", "A,1.5,2.5\nA 1,5\nA 1,5 2,x\n"), 1);
+    EXPECT_EQ(out, "A,1.5,2.5\nA 1,5\nA 1,5 2,x\n") << "commas do not separate";
+
+    for (const char* bad : {"a 1,5 2,5 3,5\n", "a,1,5 2,5 3,5 4,5\n", "a 1 2 3 4,x\n"}) {
+        WriteFile(work + "c", bad);
+        EXPECT_EQ(Run(adjust + "c --decimal-comma"), 1) << bad;
+    }
+}
+
 TEST_F(CommandLine, NeverPassesControlCharactersOnToTheTerminal) {
     const std::string escapes =
         "\x1B[31m\x7F\xC2\x9B"
