@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "support/component.h"
+#include "support/control_characters.h"
 #include "support/errors.h"
 #include "support/message.h"
 #include "support/strings/table.h"
@@ -46,7 +47,7 @@ std::string FillPlaces(std::string_view text, std::initializer_list<std::string>
     std::string filled;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '{') {
-            filled += std::data(values)[text[i + 1] - '0'];
+            filled += WithoutControls(std::data(values)[text[i + 1] - '0']);
             i += 2;  // digit and brace
         } else {
             filled += text[i];
