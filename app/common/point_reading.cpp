@@ -1,8 +1,6 @@
 // Control-point files, read whole, and what is wrong with one.
 #include "common/point_reading.h"
 
-#include <filesystem>
-
 #include "common/excerpt.h"
 #include "engine/control_point_file.h"
 #include "support/clsFile.h"
@@ -43,13 +41,6 @@ PointReading ReadPoints(const std::string& fileName, Comma comma) {
 std::string Complaint(const PointReading& reading, const std::string& fileName) {
     return FillPlaces(GetMlString(1029, "{0}, {1}. sor: azonosító és négy koordináta kellene: {2}"),
                       {fileName, std::to_string(reading.badLine), Excerpt(reading.badText)});
-}
-
-std::string BadPointLine(const std::string& fileName) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(fileName, error)) return {};
-    const PointReading reading = ReadPoints(fileName, Comma::kSeparator);
-    return reading.Complete() || !reading.opened ? "" : Complaint(reading, fileName);
 }
 
 }  // namespace kv_tr::host

@@ -29,8 +29,4 @@ PointReading ReadPoints(const std::string& fileName, Comma comma);
 /// Says which line of a file is no pair.
 std::string Complaint(const PointReading& reading, const std::string& fileName);
 
-/// Names the first line of a control-point file that is no pair, whose number the loader's message
-/// does not tell; empty for a file that cannot be read twice.
-std::string BadPointLine(const std::string& fileName);
-
 }  // namespace kv_tr::host

@@ -6,8 +6,8 @@
 
 #include "common/languages.h"
 #include "common/parameter_reading.h"
-#include "common/point_reading.h"
 #include "desktop/likely_pairs.h"
+#include "engine/control_point_file.h"
 #include "model/formula_text.h"
 #include "params/affine_record.h"
 #include "support/clsFile.h"
@@ -53,10 +53,10 @@ DesktopForm::FileKind KindOf(const std::string& fileName) {
     return ReadPair(line, ignored) ? kControlPoints : kCoordinates;
 }
 
-/// Whether a file is the user's choice for a fit: when what was read does not look like pairs, it
-/// may be coordinates that something else stands behind.
-Answer AreMeantAsPairs(std::span<const typeXYs4Tr> pairs, const std::string& fileName) {
-    if (PointsMayHaveDecimalCommas(fileName) || AreLikelyPairs(pairs)) return Answer::kYes;
+/// Whether a file is meant for a fit: when what was read does not look like pairs, it may be
+/// coordinates that something else stands behind.
+Answer AreMeantAsPairs(const host::PointReading& reading, const std::string& fileName) {
+    if (reading.hasDecimalCommas || AreLikelyPairs(reading.pairs)) return Answer::kYes;
     return Ask({.text = FillPlaces(GetMlString(1216, {}), {fileName}),
                 .title = GetMlString(83, "Figyelmeztetés"),
                 .icon = Icon::kExclamation,
@@ -65,16 +65,15 @@ Answer AreMeantAsPairs(std::span<const typeXYs4Tr> pairs, const std::string& fil
 }
 
 /// Whether a file of control points could be read to its end; the user is told why not.
-bool IsWhole(const ControlPointReading& reading, const std::string& fileName) {
-    if (reading.failed) {
-        const std::string complaint = host::BadPointLine(fileName);
-        if (!complaint.empty()) ShowMessage(complaint, Icon::kExclamation);
-        return false;
+bool IsWhole(const host::PointReading& reading, const std::string& fileName) {
+    if (reading.hasDecimalCommas) {
+        ShowMessage(FillPlaces(GetMlString(1073, {}), {fileName}), Icon::kExclamation);
+    } else if (reading.opened && !reading.Complete()) {
+        ShowMessage(host::Complaint(reading, fileName), Icon::kExclamation);
+    } else if (reading.Complete() && reading.pairs.empty()) {
+        ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
     }
-    if (ReportDecimalCommas(fileName)) return false;
-    if (!reading.pairs.empty()) return true;
-    ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
-    return false;
+    return reading.Complete() && !reading.pairs.empty();
 }
 
 }  // namespace
@@ -203,7 +202,7 @@ void DesktopForm::SaveParameters() { ChooseFileAndSave(transformation_); }
 void DesktopForm::OpenControlPoints() {
     const auto fileName =
         ChooseFile(*transformation_.oCalcTr(), &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (fileName) FitTo(ReadControlPoints(*fileName), *fileName);
+    if (fileName) FitTo(host::ReadPoints(*fileName, host::Comma::kSuspect), *fileName);
 }
 
 void DesktopForm::Adjust() {
@@ -221,8 +220,8 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
     const FileKind kind = KindOf(fileName);
     if (kind == FileKind::kParameters) Take([&] { return LoadParameters(fileName); });
     if (kind != FileKind::kControlPoints) return kind;
-    const ControlPointReading reading = ReadControlPoints(fileName);
-    const Answer arePairs = AreMeantAsPairs(reading.pairs, fileName);
+    const auto reading = host::ReadPoints(fileName, host::Comma::kSuspect);
+    const Answer arePairs = AreMeantAsPairs(reading, fileName);
     if (arePairs == Answer::kNo) return FileKind::kCoordinates;
     if (arePairs == Answer::kYes) FitTo(reading, fileName);
     return kind;
@@ -244,7 +243,7 @@ bool DesktopForm::LoadParameters(const std::string& fileName) {
 }
 
 /// Fits to what could be read of a file, if that is all of it.
-void DesktopForm::FitTo(const ControlPointReading& reading, const std::string& fileName) {
+void DesktopForm::FitTo(const host::PointReading& reading, const std::string& fileName) {
     if (!IsWhole(reading, fileName)) return;
     Take([&] {
         const auto engine = transformation_.oCalcTr();

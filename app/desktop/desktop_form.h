@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "common/angle_units.h"
+#include "common/point_reading.h"
 #include "desktop/recent_files.h"
-#include "engine/control_point_file.h"
 #include "params/clsTr.h"
 #include "support/event.h"
 #include "support/ml_strings.h"
@@ -87,7 +87,7 @@ private:
     bool AreParametersFitted() const;
     bool Adjusted();
     bool LoadParameters(const std::string& fileName);
-    void FitTo(const ControlPointReading& reading, const std::string& fileName);
+    void FitTo(const host::PointReading& reading, const std::string& fileName);
 
     EmbeddedTexts& texts_;
     clsTr transformation_;

@@ -118,6 +118,7 @@ TransformWindow::TransformWindow(TransformForm& form, QWidget* parent,
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
     layout->addWidget(MakeCheckBox(1019, &host::CoordinateOptions::noId));
+    layout->addWidget(MakeCheckBox(1071, &host::CoordinateOptions::decimalComma));
     layout->addWidget(MakeCheckBox(1020, &host::CoordinateOptions::keepGoing));
     layout->addWidget(frame, 1);
     layout->addLayout(ends);

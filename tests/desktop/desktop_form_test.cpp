@@ -136,6 +136,26 @@ TEST_F(Desktop, WritesAWholeResultFileOrNone) {
     EXPECT_EQ(files(), 2);
 }
 
+TEST_F(Desktop, TransformsDecimalCommasOnlyWhenItIsToldOfThem) {
+    TR_PRM shift = IdentityRecord();
+    shift.dA0 = 100;
+    TransformForm transform(shift);
+    transform.Input(File("in.txt", "A 650012,31 240001,17\r\nB 1 2,5 3,5\r\n"));
+    const auto run = [&transform] { return transform.Run([](double) { return true; }); };
+    EXPECT_EQ(transform.Preview()[0].image, "");
+    EXPECT_FALSE(run());
+    EXPECT_EQ(platform.TakeTexts(),
+              std::vector<std::string>{
+                  transform.Input() +
+                  ": the coordinates seem to have decimal commas. If so, tick \"The numbers of the "
+                  "file have decimal commas\". If the commas separate fields, replace them by "
+                  "semicolons."});
+    EXPECT_FALSE(std::filesystem::exists(transform.output));
+    transform.options.decimalComma = true;
+    EXPECT_TRUE(run());
+    EXPECT_EQ(ReadFile(transform.output), "A 650112,310 240001,170\r\nB 101,000 2,500 3,5\r\n");
+}
+
 TEST_F(Desktop, RefusesNamesThatBelongToTheOtherKindOfParameters) {
     const auto save = [&](const std::string& name) {
         platform.choices = {FileChoice{folder.File(name)}};

@@ -3,6 +3,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -156,6 +157,15 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     transformWindow.show();
     Click(transformWindow, "run");
     EXPECT_EQ(ReadFile(folder.File("in_tr.txt")), "A 101.000 202.000\n");
+
+    transform.Input(folder.File("commas.txt"));
+    WriteFile(transform.Input(), "A 1,5 2,5\n");
+    desktop::TransformWindow other(transform, &window);
+    for (auto* box : other.findChildren<QCheckBox*>()) {
+        if (box->text().toStdString() == GetMlString(1071, {})) box->click();
+    }
+    Click(other, "run");
+    EXPECT_EQ(ReadFile(folder.File("commas_tr.txt")), "A 101,500 202,500\n");
 }
 
 class TransformationOfAFile : public testing::Test {

@@ -276,12 +276,13 @@ constexpr MlString kEnglishStrings[] = {
     {1196, "Version {0}\r\n\r\nFree software under the MIT licence. Its windows are drawn by Qt {1}, under the LGPL, version 3."},
     {1197, "The result cannot take the place of the coordinate file."},
     {1198, "So much may come from the coordinates being rounded to single precision; less with a greater length."},
-    {1215, "Parameters of \"{1}\" are saved in a file that ends in {2}, not in this one: {0}"},
-    {1216, "{0}\r\n\r\nDoes this file hold control points, on each line a point in two systems? Its numbers do not look like that; they may be coordinates with heights.\r\n\r\nYes: fit to them as control points.\r\nNo: transform the coordinates."},
     {1200, "Only {0} of {1} bytes were transformed"},
     {1201, "{0} and {1} name the same file: {2}"},
     {1202, "{0}, line {1}: the numbers have decimal commas (--decimal-comma reads them): {2}"},
     {1203, "Are the commas decimal signs? --decimal-comma reads and writes them so. If they separate fields, replace them by semicolons."},
+    {1215, "Parameters of \"{1}\" are saved in a file that ends in {2}, not in this one: {0}"},
+    {1216, "{0}\r\n\r\nDoes this file hold control points, on each line a point in two systems? Its numbers do not look like that; they may be coordinates with heights.\r\n\r\nYes: fit to them as control points.\r\nNo: transform the coordinates."},
+    {1217, "{0}: the coordinates seem to have decimal commas. If so, tick \"{1}\". If the commas separate fields, replace them by semicolons."},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

@@ -276,12 +276,13 @@ constexpr MlString kRomanianStrings[] = {
     {1196, "Versiunea {0}\r\n\r\nSoftware liber, sub licența MIT. Ferestrele sunt desenate de Qt {1}, sub LGPL versiunea 3."},
     {1197, "Rezultatul nu poate lua locul fișierului de coordonate."},
     {1198, "Atât poate fi efectul rotunjirii coordonatelor la precizie simplă; scade cu lungimea."},
-    {1215, "Parametrii pentru „{1}” se salvează într-un fișier cu terminația {2}, nu în acesta: {0}"},
-    {1216, "{0}\r\n\r\nConține acest fișier puncte comune, pe fiecare linie un punct în două sisteme? Numerele nu arată așa; pot fi și coordonate cu cote.\r\n\r\nDa: determinarea transformării din ele ca puncte comune.\r\nNu: transformarea coordonatelor."},
     {1200, "Au fost transformați doar {0} din {1} octeți"},
     {1201, "{0} și {1} indică același fișier: {2}"},
     {1202, "{0}, linia {1}: numerele au virgule zecimale (se citesc cu --decimal-comma): {2}"},
     {1203, "Sunt virgulele semne zecimale? --decimal-comma le citește și le scrie așa. Dacă separă câmpuri, înlocuiți-le cu punct și virgulă."},
+    {1215, "Parametrii pentru „{1}” se salvează într-un fișier cu terminația {2}, nu în acesta: {0}"},
+    {1216, "{0}\r\n\r\nConține acest fișier puncte comune, pe fiecare linie un punct în două sisteme? Numerele nu arată așa; pot fi și coordonate cu cote.\r\n\r\nDa: determinarea transformării din ele ca puncte comune.\r\nNu: transformarea coordonatelor."},
+    {1217, "{0}: coordonatele par să aibă virgule zecimale. Dacă așa este, bifați „{1}”. Dacă virgulele separă câmpuri, înlocuiți-le cu punct și virgulă."},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

@@ -276,12 +276,13 @@ constexpr MlString kSerbianStrings[] = {
     {1196, "Verzija {0}\r\n\r\nSlobodan softver pod licencom MIT. Prozore crta Qt {1}, pod licencom LGPL, verzija 3."},
     {1197, "Rezultat ne može da zameni datoteku koordinata."},
     {1198, "Toliko može da iznosi zaokruživanje koordinata na jednostruku tačnost; manje je sa većom dužinom."},
-    {1215, "Parametri za „{1}” čuvaju se u datoteci koja se završava na {2}, a ne u ovoj: {0}"},
-    {1216, "{0}\r\n\r\nDa li su u ovoj datoteci zajedničke tačke, u svakom redu po jedna tačka u dva sistema? Brojevi ne izgledaju tako; to mogu biti i koordinate sa visinama.\r\n\r\nDa: izravnanje zajedničkih tačaka.\r\nNe: transformacija koordinata."},
     {1200, "Transformisano je samo {0} od {1} bajtova"},
     {1201, "{0} i {1} navode istu datoteku: {2}"},
     {1202, "{0}, red {1}: brojevi imaju decimalni zarez (čita ih --decimal-comma): {2}"},
     {1203, "Da li su zarezi decimalni? --decimal-comma ih tako čita i piše. Ako razdvajaju polja, zamenite ih tačkom i zarezom."},
+    {1215, "Parametri za „{1}” čuvaju se u datoteci koja se završava na {2}, a ne u ovoj: {0}"},
+    {1216, "{0}\r\n\r\nDa li su u ovoj datoteci zajedničke tačke, u svakom redu po jedna tačka u dva sistema? Brojevi ne izgledaju tako; to mogu biti i koordinate sa visinama.\r\n\r\nDa: izravnanje zajedničkih tačaka.\r\nNe: transformacija koordinata."},
+    {1217, "{0}: koordinate izgleda imaju decimalne zareze. Ako je tako, označite „{1}”. Ako zarezi razdvajaju polja, zamenite ih tačkom i zarezom."},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));
