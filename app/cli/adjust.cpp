@@ -7,6 +7,7 @@
 #include <iostream>
 #include <set>
 
+#include "cli/file_options.h"
 #include "cli/fit.h"
 #include "cli/host.h"
 #include "cli/json_text.h"
@@ -58,7 +59,7 @@ bool Exclude(clsTrCalc& engine, const std::vector<std::string>& identifiers) {
 }
 
 bool PrepareAndFit(clsTrCalc& engine, const AdjustOptions& options) {
-    if (!LoadPoints(engine, options.points)) return false;
+    if (!LoadPoints(engine, options.points, options.decimalComma)) return false;
     if (options.inverse) engine.SwapSourDest();
     if (!ChooseType(engine, TypeNamed(options.type), options.points)) return false;
     if (!Exclude(engine, options.exclude)) return false;
@@ -79,25 +80,23 @@ void Save(const std::string& fileName, const std::function<void()>& save) {
     }
 }
 
-/// Whether a file may be written: the control points are not replaced by something else.
-bool MayWrite(const std::string& fileName, const std::string& points) {
+/// Saves a file in which the control points, which it must not replace, cannot live on.
+void SaveBesidePoints(const std::string& fileName, const std::string& points,
+                      const std::function<void()>& save) {
     std::error_code error;
-    if (!std::filesystem::equivalent(fileName, points, error)) return true;
+    if (!std::filesystem::equivalent(fileName, points, error)) return Save(fileName, save);
     ShowMessage(Text(TextId::kTakesPlaceOfInput), Icon::kExclamation);
-    return false;
 }
 
 /// Parameters are saved only of a fit without trouble: nothing in their file would tell of it.
 void SaveFiles(clsTrCalc& engine, const AdjustOptions& options, bool trouble) {
-    Save(options.log, [&] {
-        if (MayWrite(options.log, options.points)) engine.SaveLog(options.log);
-    });
+    SaveBesidePoints(options.log, options.points, [&] { engine.SaveLog(options.log); });
     Save(options.savePoints, [&] { engine.bSaveXYs4Tr(options.savePoints); });
-    Save(options.saveParams, [&] {
+    SaveBesidePoints(options.saveParams, options.points, [&] {
         if (trouble) return PrintNote(Text(TextId::kParametersNotSaved));
         SaveParameters(engine.udtTrPrm(), options.saveParams);
     });
-    Save(options.plot, [&] {
+    SaveBesidePoints(options.plot, options.points, [&] {
         SavePicture(options.plot,
                     SvgOf(PageOf(engine, {}, GraphPage::kPictureWidth, GraphPage::kPictureHeight)));
     });
@@ -191,6 +190,12 @@ void PrintJson(const clsTrCalc& engine, bool fitted, const std::vector<std::int3
 }
 
 int RunAdjust(const AdjustOptions& options) {
+    if (!AreDistinct({{"--log", options.log},
+                      {"--save-points", options.savePoints},
+                      {"--save-params", options.saveParams},
+                      {"--plot", options.plot}})) {
+        return kWrongUsage;
+    }
     if (options.decimalComma) DecimalSeparator(',');
     clsTrCalc engine;
     engine.eTrType(TypeNamed(options.type));
@@ -226,14 +231,11 @@ Run AddAdjust(CLI::App& command) {
             const auto number = ParseNumber(text, true);
             return number && *number >= 0.0 ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
         });
-    command.add_option("--log", options->log, Text(TextId::kLog))->type_name("FILE");
-    command.add_option("--save-points", options->savePoints, Text(TextId::kSavePoints))
-        ->type_name("FILE");
-    command.add_option("--save-params", options->saveParams, Text(TextId::kSaveParams))
-        ->type_name("FILE")
+    AddFileOption(command, "--log", options->log, TextId::kLog);
+    AddFileOption(command, "--save-points", options->savePoints, TextId::kSavePoints);
+    AddFileOption(command, "--save-params", options->saveParams, TextId::kSaveParams)
         ->check(CheckExtension);
-    command.add_option("--plot", options->plot, Text(TextId::kPlot))
-        ->type_name("FILE")
+    AddFileOption(command, "--plot", options->plot, TextId::kPlot)
         ->check([](const std::string& name) {
             return HasExtension(name, "svg")
                        ? ""

@@ -8,7 +8,6 @@
 #include "cli/host.h"
 #include "common/point_reading.h"
 #include "model/transformation_type.h"
-#include "support/decimal_commas.h"
 #include "support/errors.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
@@ -51,15 +50,22 @@ void AddTypeOption(CLI::App& command, std::string& keyword) {
         });
 }
 
-bool LoadPoints(clsTrCalc& engine, const std::string& fileName) {
-    const MessageCount shown;
-    engine.bLoadXYsFromFile(fileName, false);
-    if (shown == 1) PrintNote(host::BadPointLine(fileName));  // two: the file did not open
-    if (shown > 0) engine.AddXY4Tr({}, false);  // not what was read before the trouble
-    if (shown == 0 && PointsMayHaveDecimalCommas(fileName)) {
-        PrintNote(Text(TextId::kCommasSeparate, {fileName}));
+bool LoadPoints(clsTrCalc& engine, const std::string& fileName, bool decimalComma) {
+    const auto reading = host::ReadPoints(
+        fileName, decimalComma ? host::Comma::kDecimalSign : host::Comma::kSuspect);
+    if (reading.Complete()) {
+        engine.AddXY4Tr(reading.pairs, false);
+    } else if (reading.hasDecimalCommas) {
+        ShowMessage(Text(TextId::kPointsHaveDecimalCommas,
+                         {fileName, std::to_string(reading.badLine), Excerpt(reading.badText)}),
+                    Icon::kExclamation);
+        PrintNote(Text(TextId::kCommasMayBeDecimal));
+    } else if (reading.opened) {
+        ShowMessage(
+            GetMlString(74, "Hibás fájl formátum!") + "\r\n" + host::Complaint(reading, fileName),
+            Icon::kExclamation);
     }
-    return shown == 0;
+    return reading.Complete();
 }
 
 bool ChooseType(clsTrCalc& engine, enuTR_TYPE type, const std::string& fileName) {

@@ -25,8 +25,9 @@ enuTR_TYPE TypeNamed(const std::string& keyword);
 /// Adds the option --type with its check.
 void AddTypeOption(CLI::App& command, std::string& keyword);
 
-/// Loads a control-point file; false after anything was reported. A note names the bad line.
-bool LoadPoints(clsTrCalc& engine, const std::string& fileName);
+/// Loads a control-point file; false, with nothing loaded, after what is wrong has been shown.
+/// Numbers with decimal commas are wrong unless the user says so.
+bool LoadPoints(clsTrCalc& engine, const std::string& fileName, bool decimalComma);
 
 /// Sets the type; false, with text 97 shown, when the file has too few points for it.
 bool ChooseType(clsTrCalc& engine, enuTR_TYPE type, const std::string& fileName);

@@ -13,6 +13,7 @@
 #include "common/languages.h"
 #include "support/component.h"
 #include "support/console_platform.h"
+#include "support/control_characters.h"
 #include "support/ml_strings.h"
 #include "support/number_text.h"
 
@@ -67,7 +68,7 @@ void InstallHost(std::int32_t language) {
 }
 
 void PrintNote(const std::string& text) {
-    if (!text.empty()) std::cerr << text << std::endl;
+    if (!text.empty()) std::cerr << WithoutControls(text, "\n\t") << std::endl;
 }
 
 std::int32_t ChosenLanguage(const std::vector<std::string>& arguments) {

@@ -5,6 +5,7 @@
 
 #include "cli/host.h"
 #include "cli/wording.h"
+#include "common/standard_streams.h"
 #include "support/errors.h"
 
 namespace kv_tr::cli {
@@ -24,6 +25,12 @@ constexpr Command kCommands[] = {
     {"national", TextId::kNationalCommand, AddNational},
     {"angle", TextId::kAngleCommand, AddAngle},
 };
+
+/// The exit code of what has been done, if all that was printed has also been written.
+int WhenWritten(int code) {
+    if (std::cout.flush()) return code;
+    throw RuntimeError(ErrorNumber::kWriteFailed, Text(TextId::kWriteFailed));
+}
 
 int RunCommandLine(int argc, char** argv) {
     InstallHost(ChosenLanguage({argv + 1, argv + argc}));
@@ -45,17 +52,13 @@ int RunCommandLine(int argc, char** argv) {
     try {
         program.parse(argc, argv);
     } catch (const CLI::Success& wish) {  // help or version
-        return program.exit(wish);
+        return WhenWritten(program.exit(wish));
     } catch (const CLI::ParseError& error) {
         PrintNote(Complaint(program, error));
         PrintNote(Text(TextId::kSeeHelp));
         return kWrongUsage;
     }
-    const int code = run();
-    if (!std::cout.flush()) {
-        throw RuntimeError(ErrorNumber::kWriteFailed, Text(TextId::kWriteFailed));
-    }
-    return code;
+    return WhenWritten(run());
 }
 
 }  // namespace
@@ -63,6 +66,7 @@ int RunCommandLine(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     using namespace kv_tr::cli;
+    if (!kv_tr::host::OpenMissingStandardStreams()) return kReported;
     try {
         return RunCommandLine(argc, argv);
     } catch (const std::exception& error) {

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "cli/file_options.h"
 #include "cli/fit.h"
 #include "cli/host.h"
 #include "common/parameter_reading.h"
@@ -27,7 +28,7 @@ void Complain(TextId id, std::initializer_list<std::string> values = {}) {
 
 void FitParameters(clsTr& transformation, const ParameterSource& source) {
     clsTrCalc& engine = *transformation.oCalcTr();
-    if (LoadPoints(engine, source.points) &&
+    if (LoadPoints(engine, source.points, source.decimalComma) &&
         ChooseType(engine, TypeNamed(source.type), source.points) && Fit(engine)) {
         transformation.udtTrPrm(engine.udtTrPrm());
     }
@@ -95,10 +96,8 @@ void AddBuiltInOptions(CLI::App& command, ParameterSource& source) {
 }
 
 void AddSourceOptions(CLI::App& command, ParameterSource& source) {
-    command.add_option("--points", source.points, Text(TextId::kPoints))->type_name("POINTS");
-    command.add_option("--params", source.params, Text(TextId::kParams))
-        ->type_name("FILE")
-        ->check(CheckExtension);
+    AddFileOption(command, "--points", source.points, TextId::kPoints)->type_name("POINTS");
+    AddFileOption(command, "--params", source.params, TextId::kParams)->check(CheckExtension);
     AddBuiltInOptions(command, source);
 }
 

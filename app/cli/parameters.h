@@ -18,7 +18,7 @@ struct ParameterSource {
     std::string params;  // parameter file
     std::string national;
     bool inverse = false;
-    bool decimalComma = false;  // in the parameter file
+    bool decimalComma = false;  // in the files
 };
 
 /// Adds the options --points, --params, --national, --type, --inverse and --decimal-comma.

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "support/code_page.h"
+#include "support/control_characters.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -26,7 +27,8 @@ void PrintTable(const std::vector<Column>& columns) {
     const auto printRow = [&columns](const auto& cellOf) {
         std::string line;
         for (const Column& column : columns) line += Aligned(cellOf(column), column) + "  ";
-        std::cout << line.substr(0, line.find_last_not_of(' ') + 1) << '\n';
+        line.erase(line.find_last_not_of(' ') + 1);
+        std::cout << WithoutControls(line) << '\n';
     };
     printRow([](const Column& column) { return column.heading; });
     for (std::size_t row = 0; row < columns.front().cells.size(); ++row) {

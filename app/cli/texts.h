@@ -73,7 +73,6 @@ enum class TextId {
     kUnknownValue = 1069,
     kReadDecimalComma = 1071,
     kDecimalCommas = 1072,
-    kCommasSeparate = 1073,
     kUsage = 1074,
     kOptionsHeading = 1075,
     kOptionsPlace = 1076,
@@ -93,6 +92,9 @@ enum class TextId {
     kAccuracyMeaning = 1157,
     kTakesPlaceOfInput = 1197,
     kSinglePrecision = 1198,
+    kSameFile = 1201,
+    kPointsHaveDecimalCommas = 1202,
+    kCommasMayBeDecimal = 1203,
 };
 
 /// A text in the current language, its places {0}, {1}, ... filled with the values.

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string_view>
 
+#include "cli/file_options.h"
 #include "cli/host.h"
 #include "cli/interruption.h"
 #include "cli/parameters.h"
@@ -102,11 +103,15 @@ bool TransformAll(Input& input, Output& output, const TR_PRM& record,
             }};
     const auto result = host::TransformText(input.Source(), to, record, options.coordinates);
     host::ReportBadLines(result, input.Name());
-    if (result.mayHaveDecimalCommas) PrintNote(Text(TextId::kCommasSeparate, {input.Name()}));
+    if (result.mayHaveDecimalCommas) PrintNote(Text(TextId::kCommasMayBeDecimal));
     return result.Complete();
 }
 
 int RunTransform(const TransformOptions& options) {
+    if (!AreDistinct({{"--output", options.output}},
+                     {{"--points", options.source.points}, {"--params", options.source.params}})) {
+        return kWrongUsage;
+    }
     const MessageCount shown;
     clsTr transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) {
@@ -137,7 +142,7 @@ Run AddTransform(CLI::App& command) {
     const auto options = std::make_shared<TransformOptions>();
     command.add_option("FILE", options->input, Text(TextId::kFile));
     AddSourceOptions(command, options->source);
-    command.add_option("--output", options->output, Text(TextId::kOutput))->type_name("FILE");
+    AddFileOption(command, "--output", options->output, TextId::kOutput);
     const auto setDecimals = [options](const std::string& text) {
         options->coordinates.decimals = static_cast<int>(*ParseNumber(text));
     };
@@ -152,8 +157,12 @@ Run AddTransform(CLI::App& command) {
         });
     command.add_flag("--no-id", options->coordinates.noId, Text(TextId::kNoId));
     command.add_flag("--keep-going", options->coordinates.keepGoing, Text(TextId::kKeepGoing));
+    command.get_option("--decimal-comma")->description(Text(TextId::kDecimalComma));
     AddLanguageOption(command);
-    return [options] { return RunTransform(*options); };
+    return [options] {
+        options->coordinates.decimalComma = options->source.decimalComma;
+        return RunTransform(*options);
+    };
 }
 
 }  // namespace kv_tr::cli

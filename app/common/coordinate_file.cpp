@@ -5,11 +5,11 @@
 #include <chrono>
 #include <deque>
 #include <future>
+#include <system_error>
 #include <thread>
 #include <utility>
 
 #include "common/excerpt.h"
-#include "support/decimal_commas.h"
 #include "support/errors.h"
 #include "support/line_reader.h"
 #include "support/message.h"
@@ -17,6 +17,36 @@
 
 namespace kv_tr::host {
 namespace {
+
+/// Lines on their way: transformed by another thread, or by the caller's when they are taken. The
+/// lines stay here until then, so that none are lost with a thread that does not start.
+class Block {
+public:
+    Block(std::string lines, const TR_PRM& record, const CoordinateOptions& options)
+        : lines_(std::move(lines)), record_(record), options_(options) {}
+
+    void StartThread() {
+        try {
+            done_ = std::async(std::launch::async, [this] { return Transformed(); });
+        } catch (const std::system_error&) {  // no thread is to be had
+        }
+    }
+
+    bool IsReady() const {
+        constexpr std::chrono::microseconds kMoment{100};
+        return !done_.valid() || done_.wait_for(kMoment) == std::future_status::ready;
+    }
+
+    TransformedLines Take() { return done_.valid() ? done_.get() : Transformed(); }
+
+private:
+    TransformedLines Transformed() const { return TransformLines(lines_, record_, options_); }
+
+    const std::string lines_;
+    const TR_PRM& record_;
+    const CoordinateOptions& options_;
+    std::future<TransformedLines> done_;  // the last member: its end waits for the thread
+};
 
 /// Transforms the blocks of a text, several at a time, and writes them in their order.
 class Pipeline {
@@ -30,19 +60,19 @@ public:
         while (result_.Complete() && ReadBlock()) {
             WriteUntil(processors_);
             while (!underWay_.empty() && reader_.IsWaiting()) {
-                constexpr std::chrono::microseconds kMoment{100};
-                if (underWay_.front().wait_for(kMoment) == std::future_status::timeout) continue;
+                if (!underWay_.front().IsReady()) continue;
                 WriteUntil(underWay_.size() - 1);
                 output_.flush();
             }
         }
         WriteUntil(0);
+        if (result_.Complete() && bytesDone_ != bytesRead_) throw Incomplete();
         return result_;
     }
 
 private:
-    /// Reads a block and has it transformed: in another thread, or when it is needed where a
-    /// thread would not pay. False at the end of the text.
+    /// Reads a block and has it transformed; another thread does that where one pays. False at the
+    /// end of the text.
     bool ReadBlock() {
         std::string block;
         try {
@@ -52,40 +82,33 @@ private:
             if (!result_.Complete()) return false;
             throw;
         }
-        if (!read_) result_.mayHaveDecimalCommas = HaveDecimalCommas(block);
-        read_ = true;
+        bytesRead_ += block.size();
         constexpr std::size_t kSmall = 1 << 14;
-        const auto when = processors_ == 1 || block.size() < kSmall
-                              ? std::launch::deferred
-                              : std::launch::async | std::launch::deferred;
-        underWay_.push_back(std::async(when, [this, lines = std::move(block)] {
-            return TransformLines(lines, record_, options_);
-        }));
+        const bool pays = processors_ > 1 && block.size() >= kSmall;
+        underWay_.emplace_back(std::move(block), record_, options_);
+        if (pays) underWay_.back().StartThread();
         return true;
     }
 
-    /// Whether the first lines of a text look like it.
-    bool HaveDecimalCommas(std::string_view text) const {
-        constexpr int kEnough = 30;
-        for (int line = 0; line < kEnough && !text.empty(); ++line) {
-            const std::string_view fields = TakeLine(text).text;
-            if (HasDecimalCommas(options_.noId ? fields : WithoutIdentifier(fields), 2))
-                return true;
-        }
-        return false;
+    /// The error of a text whose lines have not all come out.
+    RuntimeError Incomplete() const {
+        return {ErrorNumber::kWriteFailed,
+                FillPlaces(GetMlString(1200, "{1} bájtból csak {0} lett átszámítva"),
+                           {std::to_string(bytesDone_), std::to_string(bytesRead_)})};
     }
 
     /// Writes the oldest blocks until no more than so many are left, or the work ends.
     void WriteUntil(std::size_t left) {
         while (underWay_.size() > left) {
-            TransformedLines done = underWay_.front().get();
+            TransformedLines done = underWay_.front().Take();
             underWay_.pop_front();
             output_.write(done.text);
             result_.lines += done.lines;
             result_.badLines += done.badLines;
-            bytes_ += done.bytes;
+            result_.mayHaveDecimalCommas |= done.mayHaveDecimalCommas;
+            bytesDone_ += done.bytes;
             result_.endedBy = std::move(done.stoppedAt);
-            result_.cancelled = !output_.goOn(result_.lines, bytes_);
+            result_.cancelled = !output_.goOn(result_.lines, bytesDone_);
             if (!result_.Complete()) underWay_.clear();
         }
     }
@@ -95,10 +118,10 @@ private:
     const CoordinateOutput& output_;
     const TR_PRM record_;
     const CoordinateOptions options_;
-    std::deque<std::future<TransformedLines>> underWay_;
+    std::deque<Block> underWay_;
     CoordinateResult result_;
-    std::uint64_t bytes_ = 0;
-    bool read_ = false;  // a block
+    std::uint64_t bytesRead_ = 0;
+    std::uint64_t bytesDone_ = 0;
 };
 
 }  // namespace

@@ -19,7 +19,7 @@ struct CoordinateResult {
     std::uint64_t badLines = 0;
     std::optional<std::string> endedBy;  // the bad line that did
     bool cancelled = false;
-    bool mayHaveDecimalCommas = false;  // so it looks; commas were taken for separators
+    bool mayHaveDecimalCommas = false;  // a bad line seems to have them
 
     bool Complete() const { return !endedBy && !cancelled; }
 };

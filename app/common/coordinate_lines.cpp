@@ -1,15 +1,22 @@
 // Lines of points: two coordinates replaced, every other byte kept.
 #include "common/coordinate_lines.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "model/evaluate.h"
+#include "support/decimal_commas.h"
 #include "support/line_reader.h"
 #include "support/number_text.h"
 
 namespace kv_tr::host {
 namespace {
+
+/// Whether the coordinates of a line, or its only two fields, seem to have decimal commas.
+bool SeemsToHaveDecimalCommas(std::string_view line, bool noId) {
+    return HasDecimalCommas(line, 2) || (!noId && HasDecimalCommas(WithoutIdentifier(line), 2));
+}
 
 /// Appends a line, transformed; false, with nothing appended, for a bad one.
 bool AppendTransformed(std::string& text, std::string_view line, const TR_PRM& record,
@@ -18,7 +25,7 @@ bool AppendTransformed(std::string& text, std::string_view line, const TR_PRM& r
     std::size_t count = 0;
     auto rest = line;
     for (const std::size_t wanted = options.noId ? 2 : 3; count < wanted; ++count) {
-        fields[count] = NextField(rest);
+        fields[count] = NextField(rest, options.decimalComma);
         if (fields[count].empty()) break;
     }
     if (count == 0) {
@@ -28,18 +35,23 @@ bool AppendTransformed(std::string& text, std::string_view line, const TR_PRM& r
     if (count == 1) return false;
     const std::string_view first = fields[count - 2];
     const std::string_view second = fields[count - 1];
-    const auto firstNumber = ParseNumber(first);
-    const auto secondNumber = ParseNumber(second);
+    const auto firstNumber = ParseNumber(first, options.decimalComma);
+    const auto secondNumber = ParseNumber(second, options.decimalComma);
     if (!firstNumber || !secondNumber) return false;
     const PlanePoint image = EvalTrPrm(record, {*firstNumber, *secondNumber});
     if (!std::isfinite(image.first) || !std::isfinite(image.second)) return false;
 
     const auto decimals = static_cast<std::uint8_t>(options.decimals);
     const auto between = [&text](const char* begin, const char* end) { text.append(begin, end); };
+    const auto number = [&](double value) {
+        const auto begin = std::ssize(text);
+        AppendFixed(text, value, decimals);
+        if (options.decimalComma) std::replace(text.begin() + begin, text.end(), '.', ',');
+    };
     between(line.data(), first.data());
-    AppendFixed(text, image.first, decimals);
+    number(image.first);
     between(first.data() + first.size(), second.data());
-    AppendFixed(text, image.second, decimals);
+    number(image.second);
     between(second.data() + second.size(), line.data() + line.size());
     return true;
 }
@@ -50,11 +62,12 @@ TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
                                 const CoordinateOptions& options) {
     TransformedLines done;
     done.text.reserve(text.size() + text.size() / 4);
-    done.bytes = text.size();
     while (!text.empty()) {
         const auto [line, ending] = TakeLine(text);
         ++done.lines;
-        if (!AppendTransformed(done.text, line, record, options)) {
+        const bool commas = !options.decimalComma && SeemsToHaveDecimalCommas(line, options.noId);
+        if (commas || !AppendTransformed(done.text, line, record, options)) {
+            done.mayHaveDecimalCommas |= commas;
             if (!options.keepGoing) {
                 done.stoppedAt = line;
                 break;
@@ -63,6 +76,7 @@ TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
             done.text += line;
         }
         done.text += ending;
+        done.bytes += line.size() + ending.size();
     }
     return done;
 }

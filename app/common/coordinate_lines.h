@@ -13,22 +13,25 @@ namespace kv_tr::host {
 /// How lines are read and written.
 struct CoordinateOptions {
     int decimals = 3;
-    bool noId = false;       // the coordinates are the first two fields
-    bool keepGoing = false;  // bad lines stay as they are
+    bool noId = false;          // the coordinates are the first two fields
+    bool keepGoing = false;     // bad lines stay as they are
+    bool decimalComma = false;  // numbers are read and written with one, commas do not separate
 };
 
 /// What became of a text of whole lines.
 struct TransformedLines {
     std::string text;
     std::uint64_t lines = 0;
-    std::uint64_t bytes = 0;  // of these lines in the input
+    std::uint64_t bytes = 0;  // of the lines in the text, as they were
     std::uint64_t badLines = 0;
+    bool mayHaveDecimalCommas = false;     // a bad line seems to have them
     std::optional<std::string> stoppedAt;  // the bad line that ended the work, not in the text
 };
 
 /// Transforms lines with a record. The coordinates are the second and third field of a line, or
 /// the only two, or with noId the first two; a line without fields stays as it is. A line is bad
-/// when it has no two numbers, or when their image is not finite.
+/// when it has no two numbers, when their image is not finite, or when its numbers seem to have
+/// decimal commas that the options do not tell of.
 ///
 /// Reads nothing of the component but its decimal separator: several threads may be at it.
 TransformedLines TransformLines(std::string_view text, const TR_PRM& record,

@@ -1,12 +1,13 @@
 // Foreign text in messages.
 #pragma once
 
-#include <algorithm>
 #include <string>
+
+#include "support/control_characters.h"
 
 namespace kv_tr::host {
 
-/// A text as it can be shown on one line: without control characters, and cut.
+/// A text as it can be shown on one line: control characters as "_", and cut.
 inline std::string Excerpt(const std::string& text) {
     constexpr std::size_t kLongest = 80;
     std::string shown = text.substr(0, kLongest);
@@ -16,9 +17,7 @@ inline std::string Excerpt(const std::string& text) {
         while (end > 0 && continuation(text[end])) --end;
         shown = text.substr(0, end) + "...";
     }
-    std::ranges::replace_if(
-        shown, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
-    return shown;
+    return WithoutControls(shown);
 }
 
 }  // namespace kv_tr::host

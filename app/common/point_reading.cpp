@@ -1,35 +1,46 @@
-// What is wrong with a control-point file.
+// Control-point files, read whole, and what is wrong with one.
 #include "common/point_reading.h"
-
-#include <filesystem>
 
 #include "common/excerpt.h"
 #include "engine/control_point_file.h"
 #include "support/clsFile.h"
+#include "support/decimal_commas.h"
 #include "support/errors.h"
 #include "support/ml_strings.h"
 
 namespace kv_tr::host {
 
-std::string BadPointLine(const std::string& fileName) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(fileName, error)) return {};
-    int number = 1;
-    std::string line;
+PointReading ReadPoints(const std::string& fileName, Comma comma) {
+    PointReading reading;
+    std::uint64_t number = 0;
     try {
         clsFile file;
         file.OpenIt(fileName, true);
-        if (!file.IsOpen()) return {};
-        for (; !file.AtEnd(); ++number) {
-            line = file.ReadLine();
-            typeXYs4Tr ignored;
-            if (!line.empty() && !ReadPair(line, ignored)) break;
+        reading.opened = file.IsOpen();
+        while (reading.Complete() && !file.AtEnd()) {
+            ++number;
+            const std::string line = file.ReadLine();
+            if (line.empty()) continue;
+            reading.hasDecimalCommas =
+                comma == Comma::kSuspect && HasDecimalCommas(WithoutIdentifier(line), 4);
+            typeXYs4Tr pair;
+            if (!reading.hasDecimalCommas && ReadPair(line, pair, comma == Comma::kDecimalSign)) {
+                reading.pairs.push_back(pair);
+            } else {
+                reading.badLine = number;
+                reading.badText = line;
+            }
         }
     } catch (const RuntimeError& failure) {
-        line = failure.what();
+        reading.badLine = number + 1;
+        reading.badText = failure.what();
     }
+    return reading;
+}
+
+std::string Complaint(const PointReading& reading, const std::string& fileName) {
     return FillPlaces(GetMlString(1029, "{0}, {1}. sor: azonosító és négy koordináta kellene: {2}"),
-                      {fileName, std::to_string(number), Excerpt(line)});
+                      {fileName, std::to_string(reading.badLine), Excerpt(reading.badText)});
 }
 
 }  // namespace kv_tr::host

@@ -1,11 +1,12 @@
 // The desktop program without its window: the parameters in use, and what can be done with them.
 #include "desktop/desktop_form.h"
 
+#include <cstring>
 #include <optional>
 
 #include "common/languages.h"
 #include "common/parameter_reading.h"
-#include "common/point_reading.h"
+#include "desktop/likely_pairs.h"
 #include "engine/control_point_file.h"
 #include "model/formula_text.h"
 #include "params/affine_record.h"
@@ -18,6 +19,7 @@
 #include "support/number_text.h"
 #include "support/settings.h"
 #include "ui/choose_file.h"
+#include "ui/save_parameters.h"
 
 namespace kv_tr::desktop {
 namespace {
@@ -51,6 +53,29 @@ DesktopForm::FileKind KindOf(const std::string& fileName) {
     return ReadPair(line, ignored) ? kControlPoints : kCoordinates;
 }
 
+/// Whether a file is meant for a fit: when what was read does not look like pairs, it may be
+/// coordinates that something else stands behind.
+Answer AreMeantAsPairs(const host::PointReading& reading, const std::string& fileName) {
+    if (reading.hasDecimalCommas || AreLikelyPairs(reading.pairs)) return Answer::kYes;
+    return Ask({.text = FillPlaces(GetMlString(1216, {}), {fileName}),
+                .title = GetMlString(83, "Figyelmeztetés"),
+                .icon = Icon::kExclamation,
+                .buttons = Buttons::kYesNoCancel,
+                .defaultAnswer = Answer::kCancel});
+}
+
+/// Whether a file of control points could be read to its end; the user is told why not.
+bool IsWhole(const host::PointReading& reading, const std::string& fileName) {
+    if (reading.hasDecimalCommas) {
+        ShowMessage(FillPlaces(GetMlString(1073, {}), {fileName}), Icon::kExclamation);
+    } else if (reading.opened && !reading.Complete()) {
+        ShowMessage(host::Complaint(reading, fileName), Icon::kExclamation);
+    } else if (reading.Complete() && reading.pairs.empty()) {
+        ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
+    }
+    return reading.Complete() && !reading.pairs.empty();
+}
+
 }  // namespace
 
 DesktopForm::DesktopForm(EmbeddedTexts& texts)
@@ -68,22 +93,51 @@ std::string DesktopForm::FormulaText() const {
     return text;
 }
 
-/// Runs what may bring other parameters.
+/// The parameters, the control points and their adjustment, as they are now.
+class DesktopForm::Before {
+public:
+    explicit Before(clsTr& transformation)
+        : transformation_(transformation),
+          parameters_(transformation.udtTrPrm()),
+          adjustment_(engine_->Held()) {}
+
+    void RestoreParameters() const { transformation_.udtTrPrm(parameters_); }
+    void RestorePoints() const { engine_->Held() = adjustment_; }
+
+private:
+    clsTr& transformation_;
+    const std::shared_ptr<clsTrCalc> engine_ = transformation_.oCalcTr();
+    const TR_PRM parameters_;
+    const Adjustment adjustment_;
+};
+
+void DesktopForm::ShowStartPage(bool shown) {
+    onStartPage_ = shown || !hasParameters_;
+    Changed.Raise();
+}
+
+/// Runs what may bring other parameters. The control points stay only with parameters that were
+/// fitted to them: a dialog may have loaded others before the fit was cancelled.
 void DesktopForm::Take(const std::function<bool()>& action) {
-    const TR_PRM before = Record();
-    bool taken = false;
+    const Before before(transformation_);
     try {
-        taken = action();
+        const bool taken = action();
+        if (!taken) before.RestoreParameters();
+        if (!taken || !AreParametersFitted()) before.RestorePoints();
+        hasParameters_ |= taken;
+        onStartPage_ = onStartPage_ && !taken;
     } catch (const RuntimeError&) {
-        transformation_.udtTrPrm(before);
+        before.RestoreParameters();
+        before.RestorePoints();
         throw;
     }
-    if (taken) {
-        hasParameters_ = true;
-    } else {
-        transformation_.udtTrPrm(before);
-    }
     Changed.Raise();
+}
+
+bool DesktopForm::AreParametersFitted() const {
+    const TR_PRM used = Record();
+    const TR_PRM fitted = transformation_.oCalcTr()->udtTrPrm();
+    return std::memcmp(&used, &fitted, sizeof used) == 0;
 }
 
 void DesktopForm::ChooseParameters() {
@@ -135,33 +189,33 @@ void DesktopForm::OpenParameters() {
     if (fileName) Take([&] { return LoadParameters(*fileName); });
 }
 
-void DesktopForm::SaveParameters() {
-    std::string fileName;
-    std::string folder = InitDir();
-    transformation_.bChooseFileAndSaveTrPrm(fileName, folder);
-    if (!fileName.empty()) RememberFolderOf(fileName);
-}
+void DesktopForm::SaveParameters() { ChooseFileAndSave(transformation_); }
 
 void DesktopForm::OpenControlPoints() {
     const auto fileName =
         ChooseFile(*transformation_.oCalcTr(), &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (fileName) FitTo(*fileName);
+    if (fileName) FitTo(host::ReadPoints(*fileName, host::Comma::kSuspect), *fileName);
 }
 
 void DesktopForm::Adjust() {
-    Take([this] {
-        const auto owner = transformation_.oCalcTr();
-        clsTrCalc& engine = *owner;
-        const bool applied = engine.bDoModal(true);
-        if (applied) transformation_.udtTrPrm(engine.udtTrPrm());
-        return applied;
-    });
+    Take([this] { return Adjusted(); });
+}
+
+bool DesktopForm::Adjusted() {
+    const auto engine = transformation_.oCalcTr();
+    const bool applied = engine->bDoModal(true);
+    if (applied) transformation_.udtTrPrm(engine->udtTrPrm());
+    return applied;
 }
 
 DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
     const FileKind kind = KindOf(fileName);
     if (kind == FileKind::kParameters) Take([&] { return LoadParameters(fileName); });
-    if (kind == FileKind::kControlPoints) FitTo(fileName);
+    if (kind != FileKind::kControlPoints) return kind;
+    const auto reading = host::ReadPoints(fileName, host::Comma::kSuspect);
+    const Answer arePairs = AreMeantAsPairs(reading, fileName);
+    if (arePairs == Answer::kNo) return FileKind::kCoordinates;
+    if (arePairs == Answer::kYes) FitTo(reading, fileName);
     return kind;
 }
 
@@ -180,25 +234,16 @@ bool DesktopForm::LoadParameters(const std::string& fileName) {
     return true;
 }
 
-/// Fits to the points of a file that can be read to its end.
-void DesktopForm::FitTo(const std::string& fileName) {
-    const ControlPointReading reading = ReadControlPoints(fileName);
-    if (reading.failed) {
-        const std::string complaint = host::BadPointLine(fileName);
-        if (!complaint.empty()) ShowMessage(complaint, Icon::kExclamation);
-        return;
-    }
-    if (ReportDecimalCommas(fileName)) return;
-    if (reading.pairs.empty()) {
-        ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
-        return;
-    }
-    const auto owner = transformation_.oCalcTr();
-    clsTrCalc& engine = *owner;
-    engine.AddXY4Tr(reading.pairs, false);
-    engine.eTrType(FirstType(engine));
-    recent_.Add(fileName);
-    Adjust();
+/// Fits to what could be read of a file, if that is all of it.
+void DesktopForm::FitTo(const host::PointReading& reading, const std::string& fileName) {
+    if (!IsWhole(reading, fileName)) return;
+    Take([&] {
+        const auto engine = transformation_.oCalcTr();
+        engine->AddXY4Tr(reading.pairs, false);
+        engine->eTrType(FirstType(*engine));
+        recent_.Add(fileName);
+        return Adjusted();
+    });
 }
 
 DesktopForm::PointTexts DesktopForm::Image(const PointTexts& texts) const {

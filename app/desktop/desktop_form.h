@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/angle_units.h"
+#include "common/point_reading.h"
 #include "desktop/recent_files.h"
 #include "params/clsTr.h"
 #include "support/event.h"
@@ -14,7 +15,7 @@
 namespace kv_tr::desktop {
 
 /// Gets parameters from dialogs and files and applies them to what the user types. An action that
-/// is cancelled or fails leaves the parameters as they were.
+/// is cancelled or fails leaves the parameters and the control points as they were.
 class DesktopForm {
 public:
     /// The texts are those of the component, whose language the program switches.
@@ -27,6 +28,10 @@ public:
     Event<> Changed;
 
     bool HasParameters() const { return hasParameters_; }
+    /// Whether the start page is shown rather than the parameters: until there are any, and when
+    /// the user wants it, until others are taken.
+    bool OnStartPage() const { return onStartPage_; }
+    void ShowStartPage(bool shown);
     bool HasControlPoints() const { return transformation_.oCalcTr()->lFullCnt() > 0; }
     bool CanInvert() const { return hasParameters_ && !transformation_.bTypeIsPolinom(); }
     TR_PRM Record() const { return transformation_.udtTrPrm(); }
@@ -47,13 +52,13 @@ public:
     void SaveParameters();
     /// Asks for a control-point file and opens the adjustment on it.
     void OpenControlPoints();
-    /// Opens the adjustment on the control points of the last file.
+    /// Opens the adjustment on the control points that were fitted last.
     void Adjust();
 
     enum class FileKind { kParameters, kControlPoints, kCoordinates, kUnreadable };
     /// Loads a parameter file, or opens the adjustment on a control-point file; one of coordinates
     /// is left to the caller. A file without the extension of a parameter file holds control
-    /// points if its first line is one.
+    /// points if its first line is one; when they do not look like pairs, the user is asked.
     FileKind OpenFile(const std::string& fileName);
 
     // What the user types; the results are empty as long as that is not numbers.
@@ -77,13 +82,17 @@ public:
     void ShowAbout(const std::string& version, const std::string& toolkitVersion) const;
 
 private:
+    class Before;
     void Take(const std::function<bool()>& action);
+    bool AreParametersFitted() const;
+    bool Adjusted();
     bool LoadParameters(const std::string& fileName);
-    void FitTo(const std::string& fileName);
+    void FitTo(const host::PointReading& reading, const std::string& fileName);
 
     EmbeddedTexts& texts_;
     clsTr transformation_;
     bool hasParameters_ = false;
+    bool onStartPage_ = true;
     RecentFiles recent_;
     Subscription languageChanged_;
 };

@@ -55,8 +55,7 @@ void HostWindow::MakeMenus() {
     QAction* transform = AddAction(file, 1173, [this] { TransformFile({}); });
     transform->setShortcut(Qt::CTRL | Qt::Key_T);
     file->addSeparator();
-    startPage_ =
-        AddAction(file, 1185, [this] { pages_->setCurrentIndex(startPage_->isChecked() ? 0 : 1); });
+    startPage_ = AddAction(file, 1185, [this] { form_.ShowStartPage(startPage_->isChecked()); });
     startPage_->setCheckable(true);
     AddAction(file, 1166, [this] { close(); })->setShortcut(QKeySequence::Quit);
     needParameters_ = {save, transform};
@@ -130,8 +129,8 @@ void HostWindow::Redraw() {
     adjust_->setEnabled(form_.HasControlPoints());
     invert_->setEnabled(form_.CanInvert());
     startPage_->setEnabled(form_.HasParameters());
-    startPage_->setChecked(!form_.HasParameters());
-    pages_->setCurrentIndex(form_.HasParameters() ? 1 : 0);
+    startPage_->setChecked(form_.OnStartPage());
+    pages_->setCurrentIndex(form_.OnStartPage() ? 0 : 1);
     RedrawRecent();
     type_->setText(QString::fromStdString(form_.TypeText()));
     listing_->setPlainText(

@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "common/languages.h"
+#include "common/standard_streams.h"
 #include "desktop/host_window.h"
 #include "support/component.h"
 #include "support/number_text.h"
@@ -39,6 +40,7 @@ void TranslateQt(QTranslator& texts) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    if (!host::OpenMissingStandardStreams()) return 1;
     QApplication application(argc, argv);
     QApplication::setApplicationName("KV_Tr");
     QApplication::setApplicationVersion(KV_TR_VERSION);

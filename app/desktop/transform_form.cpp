@@ -118,9 +118,11 @@ bool TransformForm::Run(const Progress& progress) const {
     if (!MayWrite()) return false;
     const auto result = Write(progress);
     if (!result) return false;
-    host::ReportBadLines(*result, input_);
-    if (result->mayHaveDecimalCommas) {
-        ShowMessage(FillPlaces(GetMlString(1073, {}), {input_}), Icon::kExclamation);
+    const bool commas = result->mayHaveDecimalCommas;
+    if (!commas || !result->endedBy) host::ReportBadLines(*result, input_);
+    if (commas) {
+        ShowMessage(FillPlaces(GetMlString(1217, {}), {input_, GetMlString(1071, {})}),
+                    Icon::kExclamation);
     }
     if (result->cancelled) ShowMessage(GetMlString(1193, "Megszakítva; semmi sem íródott ki."));
     if (!result->Complete()) return false;

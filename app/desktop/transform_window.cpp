@@ -14,17 +14,66 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTreeWidget>
+#include <memory>
 
 #include "desktop/ui_text.h"
 #include "support/errors.h"
 #include "support/message.h"
+#include "ui/qt/form_window.h"
 
 namespace kv_tr::desktop {
+namespace {
 
-TransformWindow::TransformWindow(TransformForm& form, QWidget* parent)
-    : QDialog(parent), form_(form) {
+constexpr const char* kName = "Transform";
+
+/// A bar above the window while a transformation goes on that takes longer than the user's
+/// patience. Before and after, when questions are asked and the outcome is told, there is none.
+class ProgressBar {
+public:
+    ProgressBar(QWidget& window, std::chrono::milliseconds patience)
+        : window_(window), patience_(patience) {}
+
+    /// Shows how much is done, 0 to 1; false when the user has cancelled the rest.
+    bool Show(double done) {
+        constexpr std::chrono::milliseconds kInterval{100};
+        if (!sinceDrawn_.isValid()) sinceDrawn_.start();
+        if (done >= 1.0) bar_.reset();
+        if (done >= 1.0 ||
+            std::chrono::milliseconds(sinceDrawn_.elapsed()) < (bar_ ? kInterval : patience_)) {
+            return true;
+        }
+        if (bar_ == nullptr) Open();
+        bar_->setValue(static_cast<int>(done * kSteps));
+        QApplication::processEvents();
+        sinceDrawn_.start();
+        return !bar_->wasCanceled();
+    }
+
+private:
+    static constexpr int kSteps = 1000;
+
+    void Open() {
+        bar_ = std::make_unique<QProgressDialog>(window_.windowTitle(), UiText(18), 0, kSteps,
+                                                 &window_);
+        bar_->setWindowTitle(window_.windowTitle());
+        bar_->setWindowModality(Qt::WindowModal);
+        bar_->setAutoReset(false);
+        bar_->show();  // before any event could start a second run
+    }
+
+    QWidget& window_;
+    const std::chrono::milliseconds patience_;
+    QElapsedTimer sinceDrawn_;
+    std::unique_ptr<QProgressDialog> bar_;
+};
+
+}  // namespace
+
+TransformWindow::TransformWindow(TransformForm& form, QWidget* parent,
+                                 std::chrono::milliseconds patience)
+    : QDialog(parent), form_(form), patience_(patience) {
     setWindowTitle(WithoutDots(UiText(1173)));
-    resize(640, 420);
+    resize(RememberedSize(kName, {640, 420}));
     auto* grid = new QGridLayout;
     input_ = AddFileRow(*grid, 1186, [this] { form_.BrowseInput(); });
     input_->setObjectName("input");
@@ -69,6 +118,7 @@ TransformWindow::TransformWindow(TransformForm& form, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
     layout->addWidget(MakeCheckBox(1019, &host::CoordinateOptions::noId));
+    layout->addWidget(MakeCheckBox(1071, &host::CoordinateOptions::decimalComma));
     layout->addWidget(MakeCheckBox(1020, &host::CoordinateOptions::keepGoing));
     layout->addWidget(frame, 1);
     layout->addLayout(ends);
@@ -124,29 +174,17 @@ void TransformWindow::RedrawPreview() {
 }
 
 void TransformWindow::Run() {
-    constexpr int kSteps = 1000;
-    QProgressDialog bar(windowTitle(), UiText(18), 0, kSteps, this);
-    bar.setWindowTitle(windowTitle());
-    bar.setWindowModality(Qt::WindowModal);
-    bar.setAutoReset(false);
-    QElapsedTimer sinceDrawn;
-    sinceDrawn.start();
-    const auto progress = [&](double done) {
-        constexpr int kInterval = 100;  // milliseconds
-        if (sinceDrawn.elapsed() >= kInterval) {
-            bar.show();  // before any event could start a second run
-            bar.setValue(static_cast<int>(done * kSteps));
-            QApplication::processEvents();
-            sinceDrawn.start();
-        }
-        if (done >= 1.0) bar.hide();  // what came of it is told next
-        return !bar.wasCanceled();
-    };
     try {
-        if (form_.Run(progress)) accept();
+        ProgressBar bar(*this, patience_);
+        if (form_.Run([&bar](double done) { return bar.Show(done); })) accept();
     } catch (const RuntimeError& error) {
         ShowMessage(error.what(), Icon::kExclamation);
     }
+}
+
+void TransformWindow::done(int result) {
+    RememberSize(kName, size());
+    QDialog::done(result);
 }
 
 }  // namespace kv_tr::desktop

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <chrono>
 
 #include "desktop/transform_form.h"
 
@@ -14,9 +15,15 @@ class QTreeWidget;
 
 namespace kv_tr::desktop {
 
+/// Comes back in the size it was left with.
 class TransformWindow : public QDialog {
 public:
-    TransformWindow(TransformForm& form, QWidget* parent);
+    /// What takes longer than the patience shows how far it is and can be cancelled.
+    TransformWindow(TransformForm& form, QWidget* parent,
+                    std::chrono::milliseconds patience = std::chrono::milliseconds(500));
+
+protected:
+    void done(int result) override;
 
 private:
     QLineEdit* AddFileRow(QGridLayout& grid, int labelId, const std::function<void()>& browse);
@@ -26,6 +33,7 @@ private:
     void Run();
 
     TransformForm& form_;
+    const std::chrono::milliseconds patience_;
     QLineEdit* input_;
     QLineEdit* output_;
     QTreeWidget* preview_;

@@ -31,7 +31,7 @@ clsTrCalc::~clsTrCalc() {
 }
 
 const Adjustment& clsTrCalc::Held() const {
-    if (released_ && fullCount_ > 0) {
+    if (released_ && released_->full > 0) {
         throw RuntimeError(ErrorNumber::kSubscript, "The control points have been released");
     }
     return adjustment_;
@@ -43,13 +43,16 @@ Adjustment& clsTrCalc::Held() {
 }
 
 void clsTrCalc::TearDown() {
-    notUsedCount_ = lNotUsedCnt();
-    released_ = true;
+    released_ = {lFullCnt(), lNotUsedCnt()};
     adjustment_.Assign({});
 }
 
+std::int32_t clsTrCalc::lFullCnt() const {
+    return released_ ? released_->full : static_cast<std::int32_t>(adjustment_.Points().size());
+}
+
 std::int32_t clsTrCalc::lNotUsedCnt() const {
-    return released_ ? notUsedCount_ : static_cast<std::int32_t>(adjustment_.ExcludedCount());
+    return released_ ? released_->notUsed : static_cast<std::int32_t>(adjustment_.ExcludedCount());
 }
 
 void clsTrCalc::AddXY4Tr(std::span<const typeXYs4Tr> tXY4Tr, bool bAppend) {
@@ -66,8 +69,7 @@ void clsTrCalc::AddXY4Tr(std::span<const typeXYs4Tr> tXY4Tr, bool bAppend) {
         adjustment_.Assign(points);
     }
     adjustment_.SetLastResiduals(residuals);
-    released_ = false;
-    fullCount_ = static_cast<std::int32_t>(adjustment_.Points().size());
+    released_.reset();
 }
 
 std::vector<typeXYs4Tr> clsTrCalc::Pairs() const {

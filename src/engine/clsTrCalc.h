@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -57,7 +58,7 @@ public:
     const Adjustment& Held() const;
     Adjustment& Held();
     /// How many pairs there are.
-    std::int32_t lFullCnt() const { return fullCount_; }
+    std::int32_t lFullCnt() const;
     /// How many of them are excluded.
     std::int32_t lNotUsedCnt() const;
     /// The extent of all destination coordinates; -100000000 to 100000000 until points are added.
@@ -165,9 +166,12 @@ private:
     TraceEntry trace_{"clsTrCalc"};
     Subscription hostLanguage_;
     Adjustment adjustment_;
-    std::int32_t fullCount_ = 0;  // both stay after TearDown
-    std::int32_t notUsedCount_ = 0;
-    bool released_ = false;
+    /// The counts that stay after TearDown.
+    struct Released {
+        std::int32_t full;
+        std::int32_t notUsed;
+    };
+    std::optional<Released> released_;
     std::string fileCaption_;  // fetched once: it keeps the language of the creation
 };
 

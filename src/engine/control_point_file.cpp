@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 #include "support/clsFile.h"
+#include "support/control_characters.h"
 #include "support/errors.h"
 #include "support/number_text.h"
 
@@ -26,11 +26,13 @@ bool ReadPairs(clsFile& file, std::vector<typeXYs4Tr>& pairs) {
 }
 
 /// An identifier as the reader takes it for one field.
-std::string IdentifierField(std::string id) {
+std::string IdentifierField(std::string_view id) {
     if (id.empty()) return "_";
-    std::ranges::replace_if(
-        id, [](char c) { return std::strchr(" ,;'\"", c) != nullptr || (c > 0 && c < ' '); }, '_');
-    return id;
+    std::string field = WithoutControls(id);
+    for (const char separator : {' ', ',', ';', '\'', '"'}) {
+        std::ranges::replace(field, separator, '_');
+    }
+    return field;
 }
 
 }  // namespace
@@ -45,10 +47,10 @@ std::string ListPairs(std::span<const typeXYs4Tr> pairs) {
     return listing;
 }
 
-bool ReadPair(std::string_view line, typeXYs4Tr& pair) {
-    pair.sId = NextField(line);
+bool ReadPair(std::string_view line, typeXYs4Tr& pair, bool commaIsDecimal) {
+    pair.sId = NextField(line, commaIsDecimal);
     for (const auto coordinate : kCoordinates) {
-        const auto number = ParseNumber(NextField(line));
+        const auto number = ParseNumber(NextField(line, commaIsDecimal), commaIsDecimal);
         if (!number) return false;
         pair.*coordinate = *number;
     }

@@ -13,14 +13,16 @@ namespace kv_tr {
 
 /// The listing of the pairs, one line each, lines ended by CR LF: the identifier right-aligned in
 /// 20 columns, then the four coordinates with three decimals in 15 columns each, without further
-/// separators. What would separate fields in an identifier, and an empty one, becomes "_". Excluded
+/// separators. What would separate fields in an identifier, a control character, and an empty one
+/// become "_". Excluded
 /// pairs are listed like the others.
 std::string ListPairs(std::span<const typeXYs4Tr> pairs);
 
 /// Reads one line into a pair, field by field; false at the first field that is missing or no
 /// number, what was read before stays. Blanks, tabs, commas, semicolons, apostrophes and double
-/// quotes separate fields, in any mixture; fields beyond the fifth are ignored.
-bool ReadPair(std::string_view line, typeXYs4Tr& pair);
+/// quotes separate fields, in any mixture; fields beyond the fifth are ignored. Commas are decimal
+/// signs instead when commaIsDecimal, as they never are in the published reader.
+bool ReadPair(std::string_view line, typeXYs4Tr& pair, bool commaIsDecimal = false);
 
 /// What could be read of a control-point file.
 struct ControlPointReading {

@@ -10,6 +10,7 @@
 #include "model/formula_text.h"
 #include "model/transformation_type.h"
 #include "model/type_names.h"
+#include "support/control_characters.h"
 #include "support/ml_strings.h"
 #include "support/number_text.h"
 
@@ -62,7 +63,7 @@ std::string PointTable(const clsTrCalc& engine, bool used, const std::string& ti
                                     "____ Y2 __     ____ X2 __  __ dX __  __ dY __  _ dXY __") +
                         kLineEnd;
     for (const typeXYs4Tr& pair : pairs) {
-        table += PadLeft(pair.sId, 20);
+        table += PadLeft(WithoutControls(pair.sId), 20);
         for (const double coordinate : {pair.dXsour, pair.dYsour, pair.dXdest, pair.dYdest}) {
             table += FormatFixed(coordinate, 3, 15);
         }

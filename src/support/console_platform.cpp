@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "support/control_characters.h"
 #include "support/message.h"
 #ifdef _WIN32
 #include "support/registry_settings.h"
@@ -26,7 +27,7 @@ public:
         std::string text =
             message.title.empty() ? message.text : message.title + ": " + message.text;
         std::erase(text, '\r');
-        std::cerr << text << std::endl;
+        std::cerr << WithoutControls(text, "\n\t") << std::endl;
         return message.defaultAnswer;
     }
 };

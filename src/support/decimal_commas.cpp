@@ -16,7 +16,7 @@
 namespace kv_tr {
 namespace {
 
-constexpr const char* kSeparators = " \t;\n";
+constexpr const char* kSeparators = " \t;'\"\n";
 
 /// Takes the first field off a text; empty when there is none.
 std::string_view TakeField(std::string_view& text) {
@@ -53,6 +53,7 @@ std::vector<std::string> FirstLines(const std::string& fileName) {
 }  // namespace
 
 bool HasDecimalCommas(std::string_view text, int numbers) {
+    if (text.find(',') == text.npos) return false;
     bool comma = false;
     for (int i = 0; i < numbers; ++i) {
         const auto field = TakeField(text);

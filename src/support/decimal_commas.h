@@ -7,7 +7,7 @@
 namespace kv_tr {
 
 /// Whether the first fields of a text are this many numbers, at least one of them with a decimal
-/// comma, when blanks, semicolons and line ends separate fields but commas do not.
+/// comma, when blanks, semicolons, quotes and line ends separate fields but commas do not.
 bool HasDecimalCommas(std::string_view text, int numbers);
 
 /// A line without its first field.

@@ -2,6 +2,7 @@
 #include "support/message.h"
 
 #include "support/component.h"
+#include "support/control_characters.h"
 #include "support/ml_strings.h"
 
 namespace kv_tr {
@@ -11,12 +12,13 @@ void ShowMessage(const std::string& text, Icon icon, const std::string& title) {
 }
 
 void ReportOpenFailure(const std::string& fileName) {
-    ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + fileName, Icon::kExclamation);
+    ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + WithoutControls(fileName),
+                Icon::kExclamation);
 }
 
 RuntimeError WriteFailure(const std::string& fileName) {
     return {ErrorNumber::kWriteFailed,
-            GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + fileName};
+            GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + WithoutControls(fileName)};
 }
 
 Answer Ask(const Message& question) { return TheComponent().platform.messages->Show(question); }

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "support/component.h"
+#include "support/control_characters.h"
 #include "support/errors.h"
 #include "support/message.h"
 #include "support/strings/table.h"
@@ -50,7 +51,7 @@ std::string FillPlaces(std::string_view text, std::initializer_list<std::string>
                                ? static_cast<std::size_t>(text[i + 1]) - '0'
                                : values.size();
         if (value < values.size()) {
-            filled += std::data(values)[value];
+            filled += WithoutControls(std::data(values)[value]);
             i += 2;  // digit and brace
         } else {
             filled += text[i];

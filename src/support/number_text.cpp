@@ -168,9 +168,12 @@ std::string CleanNumberLine(std::string_view sLine, bool bCommaIsDecimal) {
     return cleaned;
 }
 
-std::string_view NextField(std::string_view& line) {
-    const auto begin = std::ranges::find_if_not(line, Separates);
-    const auto end = std::find_if(begin, line.end(), Separates);
+std::string_view NextField(std::string_view& line, bool commaIsDecimal) {
+    const auto separates = [commaIsDecimal](char c) {
+        return Separates(c) && !(c == ',' && commaIsDecimal);
+    };
+    const auto begin = std::ranges::find_if_not(line, separates);
+    const auto end = std::find_if(begin, line.end(), separates);
     line = {end, line.end()};
     return {begin, end};
 }

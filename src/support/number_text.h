@@ -37,8 +37,8 @@ std::string PadLeft(std::string_view sText, std::uint8_t nWidth);
 std::string CleanNumberLine(std::string_view sLine, bool bCommaIsDecimal);
 
 /// Takes the first field off a line, with the separators before it: what CleanNumberLine would
-/// leave before the first blank. Empty when there is none.
-std::string_view NextField(std::string_view& line);
+/// leave before the first blank, its commas as they are. Empty when there is none.
+std::string_view NextField(std::string_view& line, bool commaIsDecimal = false);
 
 /// The number that the whole text is: an optional sign, digits with at most one decimal point
 /// (or comma when commaIsDecimal), an optional exponent E or e with digits. Nothing for any other

@@ -10,6 +10,7 @@
 #include "support/ml_strings.h"
 #include "support/number_text.h"
 #include "ui/choose_file.h"
+#include "ui/save_parameters.h"
 
 namespace kv_tr {
 
@@ -81,7 +82,7 @@ void frmAffinTrPrm::cmdSave() {
             FillPlaces(GetMlString(1054, "{0}: ez a formátum nem tárolhat ilyen típust: {1}"),
                        {*fileName, parameters_->sTrTypeName()}),
             Icon::kExclamation);
-    } else {
+    } else if (SuitsParameters(*fileName, parameters_->udtTrPrm().eType)) {
         parameters_->bSaveAffinTrPrm(*fileName, HasExtension(*fileName, "prm"));
     }
 }

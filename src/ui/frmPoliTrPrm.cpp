@@ -1,6 +1,8 @@
 // The viewer of polynomial parameters without its window: what it shows and what each control does.
 #include "ui/frmPoliTrPrm.h"
 
+#include <algorithm>
+
 #include "params/national.h"
 #include "params/parameter_file.h"
 #include "params/parameter_listing.h"
@@ -11,6 +13,7 @@
 #include "support/ml_strings.h"
 #include "support/working_folder.h"
 #include "ui/choose_file.h"
+#include "ui/save_parameters.h"
 
 namespace kv_tr {
 
@@ -54,7 +57,8 @@ void frmPoliTrPrm::cmdDAT2M1() {
 
 void frmPoliTrPrm::cmdSave() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4SavePoliTrPrm);
-    if (fileName) WriteTextFile(*fileName, rtBox());
+    const enuTR_TYPE type = std::max(working_.eType, TR_POLI_1);  // what is listed
+    if (fileName && SuitsParameters(*fileName, type)) WriteTextFile(*fileName, rtBox());
 }
 
 std::string frmPoliTrPrm::QuestionTitle() const {

@@ -12,6 +12,7 @@
 #include "support/ml_strings.h"
 #include "support/number_text.h"
 #include "support/settings.h"
+#include "ui/save_parameters.h"
 #include "ui/scratch_transformation.h"
 
 namespace kv_tr {
@@ -66,14 +67,13 @@ void frmTr::RadioTrType(int index) {
 }
 
 void frmTr::chkInverz() {
-    inverse_ = !inverse_;
     engine_->SwapSourDest();
     if (mode_ == Mode::kGraph) CalcScale4Pic();
     Recalculate();
 }
 
 bool frmTr::txtLimit(const std::string& text) {
-    if (text == limitText_) return true;  // the limit may have more decimals than are shown
+    if (text == limitText_) return true;
     const auto limit = TypedNumber(text);
     if (!limit) {
         ShowMessage(text, Icon::kExclamation, GetMlString(84, "Hibás érték!"));
@@ -86,20 +86,17 @@ bool frmTr::txtLimit(const std::string& text) {
 }
 
 void frmTr::Activate() {
-    limitText_ = FormatFixed(engine_->gdErrLimit, 2, 0);
+    limitText_ = LimitTextOf(*engine_);
     Changed.Raise();
 }
 
 void frmTr::cmdRemoveExt() {
-    std::vector<typeXYs4Tr> used;
-    std::int32_t count = 0;
-    engine_->GetXYs(used, count, true);
-    if (count < 2) {
+    if (engine_->Held().UsedCount() < 2) {
         ShowMessage(GetMlString(112, "Legalább két érvényes pontpárnak kell lenni!"),
                     Icon::kInformation, GetMlString(113, "Kizárt pontok törlése"));
         return;
     }
-    engine_->AddXY4Tr(used, false);
+    engine_->Held().RemoveExcluded();
     editor_.visible = false;
     currentRow_ = std::min(currentRow_, RowCount() - 1);
     SelectTypeOf(engine_->eTrType());
@@ -123,12 +120,9 @@ void frmTr::cmdSaveLog() {
 }
 
 void frmTr::cmdSavePrm() {
-    std::string folder = InitDir();
-    std::string fileName;
     ScratchTransformation parameters;
     parameters.udtTrPrm(engine_->udtTrPrm());
-    parameters.bChooseFileAndSaveTrPrm(fileName, folder);
-    if (!fileName.empty()) RememberFolderOf(fileName);
+    ChooseFileAndSave(parameters);
 }
 
 void frmTr::cmdExit() {

@@ -44,7 +44,7 @@ public:
     /// Whether Esc presses cmdExit; while cells are edited it belongs to the editor.
     bool EscLeaves() const { return mode_ != Mode::kEdit; }
     int SelectedType() const { return selectedType_; }
-    bool InverseChecked() const { return inverse_; }
+    bool InverseChecked() const { return engine_->Held().IsSwapped(); }
     const GraphLabels& Labels() const { return labels_; }
     std::string LimitText() const { return limitText_; }
 
@@ -129,8 +129,10 @@ private:
     void ToggleLabel(bool& label);
     void OpenEditor(const std::string& text, int caret);
     void CommitEdit();
-    bool Accept(typeXYs4Tr& pair, int column) const;
-    const typeXYs4Tr& Pair(int row) const;
+    bool Accept(ControlPoint& point, int column) const;
+    const ControlPoint& PointIn(int row) const;
+    const Residual& ResidualIn(int row) const;
+    double NumberIn(int row, int column) const;
 
     Captions captions_{TrCaptions()};
     clsTrCalc* engine_ = nullptr;  // moCalcTr
@@ -140,7 +142,6 @@ private:
     bool exited_ = false;
     Mode mode_ = Mode::kTable;
     int selectedType_ = 0;
-    bool inverse_ = false;
     std::string limitText_;
     int currentRow_ = 1;
     int currentColumn_ = 1;

@@ -19,7 +19,7 @@ void frmTr::CalcScale4Pic() { scale_ = ScaleFor(*engine_, surfaceWidth_, surface
 
 const std::vector<GraphMark>& frmTr::Marks() const {
     if (!marksAreCurrent_) {
-        marks_ = GraphMarks(engine_->Pairs(), engine_->gdErrLimit, scale_, labels_);
+        marks_ = GraphMarks(engine_->Held(), engine_->gdErrLimit, scale_, labels_);
         marksAreCurrent_ = true;
     }
     return marks_;
@@ -28,7 +28,7 @@ const std::vector<GraphMark>& frmTr::Marks() const {
 bool frmTr::PicBoxMouseUp(double x, double y) {
     if (!pickArmed_) return false;
     pickArmed_ = false;
-    const auto nearest = NearestPair(engine_->Pairs(), scale_.ToDestination({x, y}));
+    const auto nearest = NearestPair(engine_->Held().Points(), scale_.ToDestination({x, y}));
     if (!nearest) {
         ShowMessage(GetMlString(96, "Közelebb!"), Icon::kInformation);
         return false;

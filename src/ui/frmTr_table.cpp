@@ -13,13 +13,6 @@ namespace {
 
 enum Column { kNumber, kIdentifier, kFirstCoordinate, kLastCoordinate = 5, kTotal = 8 };
 
-/// The number in a column from kFirstCoordinate on.
-double NumberIn(const typeXYs4Tr& pair, int column) {
-    const std::array numbers{pair.dXsour, pair.dYsour, pair.dXdest,         pair.dYdest,
-                             pair.dXerr,  pair.dYerr,  ResidualLength(pair)};
-    return numbers[static_cast<std::size_t>(column - kFirstCoordinate)];
-}
-
 std::string Heading(int column) {
     constexpr std::array kFixed{"    Y1", "    X1", "    Y2",  "    X2",
                                 "    Dy", "    Dx", "    DyDx"};
@@ -47,29 +40,32 @@ std::string Trimmed(const std::string& text) {
 std::string frmTr::CellText(int row, int column) const {
     if (row == 0) return Heading(column);
     if (column == kNumber) return std::to_string(row);
-    const typeXYs4Tr& pair = Pair(row);
-    return column == kIdentifier ? pair.sId : FormatFixed(NumberIn(pair, column), 3, 0);
+    return column == kIdentifier ? PointIn(row).id : FormatFixed(NumberIn(row, column), 3, 0);
 }
 
 std::optional<frmTr::CellColours> frmTr::ColoursOf(int row, int column) const {
     if (row == 0 || (column != kIdentifier && column != kTotal)) return std::nullopt;
-    const typeXYs4Tr& pair = Pair(row);
-    CellColours colours{.text = ResidualLength(pair) <= engine_->gdErrLimit ? kBlue : kRed};
-    if (pair.bNotUsed) colours.background = kYellow;
+    CellColours colours{.text = ResidualIn(row).Length() <= engine_->gdErrLimit ? kBlue : kRed};
+    if (!PointIn(row).used) colours.background = kYellow;
     return colours;
 }
 
 std::string frmTr::WidestText(int column) const {
-    const auto pairs = engine_->Pairs();
-    if (pairs.empty()) return {};
-    if (column == kNumber) return std::to_string(pairs.size());
+    const auto points = engine_->Held().Points();
+    if (points.empty()) return {};
+    if (column == kNumber) return std::to_string(points.size());
     if (column == kIdentifier) {
-        return std::ranges::max_element(pairs, {}, [](const auto& p) { return p.sId.size(); })->sId;
+        const auto length = [](const ControlPoint& point) { return point.id.size(); };
+        return std::ranges::max_element(points, {}, length)->id;
     }
-    const auto number = [column](const typeXYs4Tr& pair) { return NumberIn(pair, column); };
-    const auto [least, greatest] = std::ranges::minmax_element(pairs, {}, number);
-    const std::string negative = FormatFixed(number(*least), 3, 0);
-    const std::string positive = FormatFixed(number(*greatest), 3, 0);
+    double least = NumberIn(1, column);
+    double greatest = least;
+    for (int row = 2; row < RowCount(); ++row) {
+        least = std::min(least, NumberIn(row, column));
+        greatest = std::max(greatest, NumberIn(row, column));
+    }
+    const std::string negative = FormatFixed(least, 3, 0);
+    const std::string positive = FormatFixed(greatest, 3, 0);
     return negative.size() > positive.size() ? negative : positive;
 }
 
@@ -79,8 +75,7 @@ std::string frmTr::TableText(std::span<const int> rows) const {
         for (int column = 0; column < kColumns; ++column) {
             const bool isNumber = row > 0 && column >= kFirstCoordinate;
             text += column == 0 ? "" : "\t";
-            text +=
-                isNumber ? AllDigits(NumberIn(Pair(row), column)) : Trimmed(CellText(row, column));
+            text += isNumber ? AllDigits(NumberIn(row, column)) : Trimmed(CellText(row, column));
         }
         text += '\n';
     };
@@ -155,33 +150,43 @@ void frmTr::OpenEditor(const std::string& text, int caret) {
 void frmTr::CommitEdit() {
     editor_.visible = false;
     if (editor_.text == CellText(currentRow_, currentColumn_)) return Changed.Raise();
-    std::vector<typeXYs4Tr> pairs;
-    std::int32_t count = 0;
-    engine_->GetAllXYs(pairs, count);
-    if (!Accept(pairs[static_cast<std::size_t>(currentRow_ - 1)], currentColumn_)) {
-        return Changed.Raise();
-    }
-    engine_->AddXY4Tr(pairs, false);
+    ControlPoint point = PointIn(currentRow_);
+    if (!Accept(point, currentColumn_)) return Changed.Raise();
+    engine_->Held().Replace(static_cast<std::size_t>(currentRow_ - 1), point);
     Recalculate();
 }
 
-/// Puts the editor's text into the pair; false for a cell that cannot be changed and for text that
+/// Puts the editor's text into the point; false for a cell that cannot be changed and for text that
 /// is no number where one is needed.
-bool frmTr::Accept(typeXYs4Tr& pair, int column) const {
+bool frmTr::Accept(ControlPoint& point, int column) const {
     if (column == kIdentifier) {
-        pair.sId = editor_.text;
+        point.id = editor_.text;
         return true;
     }
     if (column < kFirstCoordinate || column > kLastCoordinate) return false;
     const auto number = TypedNumber(editor_.text);
     if (!number) return false;
-    const std::array coordinates{&pair.dXsour, &pair.dYsour, &pair.dXdest, &pair.dYdest};
+    const std::array coordinates{&point.source.first, &point.source.second,
+                                 &point.destination.first, &point.destination.second};
     *coordinates[static_cast<std::size_t>(column - kFirstCoordinate)] = *number;
     return true;
 }
 
-const typeXYs4Tr& frmTr::Pair(int row) const {
-    return engine_->Pairs()[static_cast<std::size_t>(row - 1)];
+const ControlPoint& frmTr::PointIn(int row) const {
+    return engine_->Held().Points()[static_cast<std::size_t>(row - 1)];
+}
+
+const Residual& frmTr::ResidualIn(int row) const {
+    return engine_->Held().Residuals()[static_cast<std::size_t>(row - 1)];
+}
+
+/// The number in a column from kFirstCoordinate on.
+double frmTr::NumberIn(int row, int column) const {
+    const auto& [id, source, destination, used] = PointIn(row);
+    const Residual& residual = ResidualIn(row);
+    const std::array numbers{source.first,   source.second,   destination.first, destination.second,
+                             residual.first, residual.second, residual.Length()};
+    return numbers[static_cast<std::size_t>(column - kFirstCoordinate)];
 }
 
 }  // namespace kv_tr

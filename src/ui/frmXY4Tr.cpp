@@ -54,12 +54,11 @@ bool frmXY4Tr::TakeText() {
     const std::string file = WriteWorkingFile(
         "tmp-XYs4Tr.dat",
         WithDecimalPoints(std::string_view(rtBox()).substr(named ? nameLine_.size() : 0)));
-    const std::vector before(engine_->Pairs().begin(), engine_->Pairs().end());
-    if (engine_->bLoadXYsFromFile(file, false) && !ReadControlPoints(file).failed) {
-        return true;
-    }
-    engine_->AddXY4Tr(before, false);
-    return false;
+    const Adjustment before = engine_->Held();
+    const bool read = engine_->bLoadXYsFromFile(file, false) && !ReadControlPoints(file).failed;
+    if (!read) engine_->Held() = before;
+    if (!named) engine_->Held().SetSwapped(before.IsSwapped());
+    return read;
 }
 
 }  // namespace kv_tr

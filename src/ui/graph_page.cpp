@@ -33,6 +33,14 @@ std::string StatisticsOf(const clsTrCalc& engine) {
            "Y=" + Metres(engine.dMiddleErrX()) + "  X=" + Metres(engine.dMiddleErrY());
 }
 
+std::string LimitTextOf(const clsTrCalc& engine) {
+    constexpr std::uint8_t kMostDecimals = 17;
+    for (std::uint8_t decimals = 2;; ++decimals) {
+        const std::string text = FormatFixed(engine.gdErrLimit, decimals, 0);
+        if (decimals == kMostDecimals || TypedNumber(text) == engine.gdErrLimit) return text;
+    }
+}
+
 std::string UsedCountOf(const clsTrCalc& engine) {
     return GetMlString(67, "Számított:") + std::to_string(engine.lFullCnt() - engine.lNotUsedCnt());
 }
@@ -45,10 +53,10 @@ GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double widt
     GraphPage page{.width = width, .height = height, .title = GetMlString(31, "Transzformáció")};
     page.lines = Lines(TypeName(engine.eTrType()) + "\n" + StatisticsOf(engine));
     page.lines.push_back(UsedCountOf(engine) + "  " + ExcludedCountOf(engine) + "  " +
-                         GetMlString(68, "Hibahatár[m]:") + FormatFixed(engine.gdErrLimit, 2, 0));
+                         GetMlString(68, "Hibahatár[m]:") + LimitTextOf(engine));
     page.planTop =
         2 * GraphPage::kTitleSize + static_cast<double>(page.lines.size()) * GraphPage::kLineStep;
-    page.marks = GraphMarks(engine.Pairs(), engine.gdErrLimit,
+    page.marks = GraphMarks(engine.Held(), engine.gdErrLimit,
                             ScaleFor(engine, width, height - page.planTop), labels);
     return page;
 }

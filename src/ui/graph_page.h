@@ -32,6 +32,8 @@ GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double widt
 
 /// The accuracy figures as the dialog shows them, lines separated by CR LF.
 std::string StatisticsOf(const clsTrCalc& engine);
+/// The error limit with as many decimals as tell it whole, at least two.
+std::string LimitTextOf(const clsTrCalc& engine);
 /// "Calculated:" and "Excluded:" with their numbers.
 std::string UsedCountOf(const clsTrCalc& engine);
 std::string ExcludedCountOf(const clsTrCalc& engine);

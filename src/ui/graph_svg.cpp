@@ -61,8 +61,9 @@ std::string Mark(const GraphMark& mark) {
         if (mark.labels[corner].empty()) continue;
         const bool left = corner == GraphMark::kUpperLeft || corner == GraphMark::kLowerLeft;
         const bool upper = corner == GraphMark::kUpperLeft || corner == GraphMark::kUpperRight;
-        svg += Text({x, upper ? y - 3 : y + GraphPage::kLabelSize},
-                    left ? " text-anchor=\"end\"" : "", mark.labels[corner]);
+        svg +=
+            Text({left ? x - kLabelGap : x + kLabelGap, upper ? y - 3 : y + GraphPage::kLabelSize},
+                 left ? " text-anchor=\"end\"" : "", mark.labels[corner]);
     }
     return svg + "</g>\n";
 }

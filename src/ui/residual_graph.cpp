@@ -43,37 +43,39 @@ GraphScale ScaleFor(const clsTrCalc& engine, double width, double height) {
             middle.second + range.second / 2 * kMargin};
 }
 
-std::vector<GraphMark> GraphMarks(std::span<const typeXYs4Tr> pairs, double limit,
+std::vector<GraphMark> GraphMarks(const Adjustment& adjustment, double limit,
                                   const GraphScale& scale, const GraphLabels& labels) {
     const auto coordinate = [](double value) { return FormatFixed(value, 3, 0); };
     std::vector<GraphMark> marks;
-    marks.reserve(pairs.size());
-    bool bold = false;
-    for (const typeXYs4Tr& pair : pairs) {
-        const double error = ResidualLength(pair);
+    const auto points = adjustment.Points();
+    marks.reserve(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const auto& [id, source, destination, used] = points[i];
+        const Residual& residual = adjustment.Residuals()[i];
+        const double error = residual.Length();
         const bool within = error < limit;
-        if (!pair.bNotUsed) bold = !within;
-        GraphMark mark{.place = scale.ToSurface({pair.dXdest, pair.dYdest}),
-                       .colour = pair.bNotUsed ? kBlack
-                                 : within      ? kBlue
-                                               : kRed,
-                       .bold = bold};
+        GraphMark mark{.place = scale.ToSurface(destination),
+                       .colour = !used    ? kBlack
+                                 : within ? kBlue
+                                          : kRed,
+                       .bold = used && !within};
         if (!IsFinite(mark.place)) continue;
-        if (labels.identifier) mark.labels[GraphMark::kUpperLeft] = " " + pair.sId;
+        if (labels.identifier) mark.labels[GraphMark::kUpperLeft] = " " + id;
         if (labels.total) mark.labels[GraphMark::kLowerLeft] = " " + coordinate(error);
-        if (labels.first) mark.labels[GraphMark::kUpperRight] = coordinate(pair.dXerr) + " ";
-        if (labels.second) mark.labels[GraphMark::kLowerRight] = coordinate(pair.dYerr);
+        if (labels.first) mark.labels[GraphMark::kUpperRight] = coordinate(residual.first) + " ";
+        if (labels.second) mark.labels[GraphMark::kLowerRight] = coordinate(residual.second);
         marks.push_back(std::move(mark));
     }
     return marks;
 }
 
-std::optional<std::int32_t> NearestPair(std::span<const typeXYs4Tr> pairs, PlanePoint destination) {
+std::optional<std::int32_t> NearestPair(std::span<const ControlPoint> points, Point destination) {
     double least = 9999999999.99;
     std::optional<std::int32_t> nearest;
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const Point place = points[i].destination;
         const double distance =
-            std::hypot(pairs[i].dXdest - destination.first, pairs[i].dYdest - destination.second);
+            std::hypot(place.first - destination.first, place.second - destination.second);
         if (distance < least) {
             least = distance;
             nearest = static_cast<std::int32_t>(i);

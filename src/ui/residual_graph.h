@@ -39,6 +39,10 @@ struct GraphLabels {
 /// The arms of a cross reach this many units to each side.
 inline constexpr double kCrossArm = 5;
 
+/// The texts of a cross begin and end this far to the side of it, so that two of them do not run
+/// together.
+inline constexpr double kLabelGap = 3;
+
 /// A cross with its texts, each at the corner that its place names; empty ones are not shown.
 struct GraphMark {
     enum Corner { kUpperLeft, kLowerLeft, kUpperRight, kLowerRight };
@@ -50,13 +54,12 @@ struct GraphMark {
 };
 
 /// A mark for every pair, in their order. Black: excluded; blue: within the limit; red and bold:
-/// equal to it, beyond it or no number. An excluded pair takes the weight of the one before it.
-/// Pairs without a place on the surface have no mark.
-std::vector<GraphMark> GraphMarks(std::span<const typeXYs4Tr> pairs, double limit,
+/// equal to it, beyond it or no number. Pairs without a place on the surface have no mark.
+std::vector<GraphMark> GraphMarks(const Adjustment& adjustment, double limit,
                                   const GraphScale& scale, const GraphLabels& labels);
 
 /// The pair nearest to a destination point, the first of equally near ones; none beyond
 /// 10^10 metres.
-std::optional<std::int32_t> NearestPair(std::span<const typeXYs4Tr> pairs, PlanePoint destination);
+std::optional<std::int32_t> NearestPair(std::span<const ControlPoint> points, Point destination);
 
 }  // namespace kv_tr

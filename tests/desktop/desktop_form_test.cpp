@@ -66,8 +66,9 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
     EXPECT_EQ(form.OpenFile(File("good.dat", points)), Kind::kControlPoints);
     EXPECT_EQ(platform.opened, std::vector<std::string>{"apply"});
     EXPECT_EQ(form.Image({"1", "2"}).first, "9.000") << "a cancelled fit takes nothing";
+    EXPECT_FALSE(form.HasControlPoints());
     platform.confirm = true;
-    form.Adjust();
+    form.OpenFile(folder.File("good.dat"));
     EXPECT_EQ(form.Record().eType, TR_AFFIN);
 
     const std::vector<std::string> recent{folder.File("good.dat"), folder.File("six.txt"),
@@ -133,6 +134,52 @@ TEST_F(Desktop, WritesAWholeResultFileOrNone) {
     transform.output = transform.Input();
     EXPECT_FALSE(run());
     EXPECT_EQ(files(), 2);
+}
+
+TEST_F(Desktop, TransformsDecimalCommasOnlyWhenItIsToldOfThem) {
+    TR_PRM shift = IdentityRecord();
+    shift.dA0 = 100;
+    TransformForm transform(shift);
+    transform.Input(File("in.txt", "A 650012,31 240001,17\r\nB 1 2,5 3,5\r\n"));
+    const auto run = [&transform] { return transform.Run([](double) { return true; }); };
+    EXPECT_EQ(transform.Preview()[0].image, "");
+    EXPECT_FALSE(run());
+    EXPECT_EQ(platform.TakeTexts(),
+              std::vector<std::string>{
+                  transform.Input() +
+                  ": the coordinates seem to have decimal commas. If so, tick \"The numbers of the "
+                  "file have decimal commas\". If the commas separate fields, replace them by "
+                  "semicolons."});
+    EXPECT_FALSE(std::filesystem::exists(transform.output));
+    transform.options.decimalComma = true;
+    EXPECT_TRUE(run());
+    EXPECT_EQ(ReadFile(transform.output), "A 650112,310 240001,170\r\nB 101,000 2,500 3,5\r\n");
+}
+
+TEST_F(Desktop, RefusesNamesThatBelongToTheOtherKindOfParameters) {
+    const auto save = [&](const std::string& name) {
+        platform.choices = {FileChoice{folder.File(name)}};
+        form.SaveParameters();
+        return std::filesystem::exists(folder.File(name));
+    };
+    form.OpenFile(File("linear.trp", "100\n0\n-1\n200\n1\n0\n"));
+    EXPECT_FALSE(save("linear.ALL"));
+    EXPECT_EQ(platform.TakeTexts().size(), 1U);
+    EXPECT_TRUE(save("other.PRM"));
+    platform.nationalChoice = TR_STG_HER;
+    form.ChooseNational();
+    EXPECT_FALSE(save("polynomial.trp"));
+    EXPECT_FALSE(save("polynomial.prm"));
+    EXPECT_EQ(platform.TakeTexts().back(),
+              "Parameters of \"STG-HÉR transzformáció\" are saved in "
+              "a file that ends in .all, not in this one: " +
+                  folder.File("polynomial.prm"));
+    EXPECT_TRUE(save("polynomial.all"));
+    EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{});
+    for (const char* name : {"other.PRM", "polynomial.all"}) {
+        EXPECT_EQ(form.OpenFile(folder.File(name)), Kind::kParameters);
+        EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{}) << "reads what was saved";
+    }
 }
 
 }  // namespace

@@ -3,17 +3,24 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPlainTextEdit>
+#include <QProgressDialog>
 #include <QPushButton>
+#include <QStackedWidget>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include "desktop/host_window.h"
 #include "desktop/transform_window.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
+#include "params/affine_record.h"
 #include "ui/qt/frmAffinTrPrm_window.h"
 #include "ui/qt/frmChooseDAT2M1_window.h"
 #include "ui/qt/frmChoosePrm_window.h"
@@ -97,6 +104,26 @@ TEST_F(WindowsOfForms, ForwardWhatTheUserDoes) {
     EXPECT_EQ(type, TR_EOV_STG_10e);
 }
 
+TEST_F(WindowsOfForms, OutliveAnEmptyClipboard) {
+    const auto paste = [](QDialog& window) {
+        auto* box = window.findChild<QPlainTextEdit*>("rtBox");
+        box->clear();
+        QApplication::clipboard()->setMimeData(new QMimeData);
+        QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+        EXPECT_EQ(box->toPlainText(), "");
+        QApplication::clipboard()->setText("1 2\n3");
+        QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+        EXPECT_EQ(box->toPlainText(), "1 2\n3");
+    };
+    Open<PolynomialWindow, frmPoliTrPrm>(paste);
+    frmXY4Tr points;
+    points.bDoModal(*transformation.oCalcTr(), {}, [&] {
+        ControlPointWindow window(points);
+        window.show();
+        paste(window);
+    });
+}
+
 TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     const TemporaryFolder folder;
     WriteFile(folder.File("shift.trp"), "100\n1\n0\n200\n0\n1\n");
@@ -116,6 +143,13 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
                   "&" + GetMlString(1160, {}));
     }
     EXPECT_EQ(CurrentMlLanguage(), kSerbian);
+    auto* pages = window.findChild<QStackedWidget*>();
+    EXPECT_EQ(pages->currentIndex(), 1);
+    form.ShowStartPage(true);
+    window.menuBar()->actions()[2]->menu()->actions()[0]->trigger();
+    EXPECT_EQ(pages->currentIndex(), 0) << "the language changes the texts only";
+    form.ShowStartPage(false);
+    EXPECT_EQ(pages->currentIndex(), 1);
 
     desktop::TransformForm transform(form.Record());
     transform.Input(folder.File("in.txt"));
@@ -123,6 +157,72 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     transformWindow.show();
     Click(transformWindow, "run");
     EXPECT_EQ(ReadFile(folder.File("in_tr.txt")), "A 101.000 202.000\n");
+
+    transform.Input(folder.File("commas.txt"));
+    WriteFile(transform.Input(), "A 1,5 2,5\n");
+    desktop::TransformWindow other(transform, &window);
+    for (auto* box : other.findChildren<QCheckBox*>()) {
+        if (box->text().toStdString() == GetMlString(1071, {})) box->click();
+    }
+    Click(other, "run");
+    EXPECT_EQ(ReadFile(folder.File("commas_tr.txt")), "A 101,500 202,500\n");
+}
+
+class TransformationOfAFile : public testing::Test {
+protected:
+    RecordingPlatform platform;
+    const TemporaryFolder folder;
+    desktop::TransformForm form{IdentityRecord()};
+
+    TransformationOfAFile() {
+        std::string lines;
+        while (lines.size() < (4U << 20)) lines += "A 1.000 2.000\n";  // several blocks
+        WriteFile(folder.File("in.txt"), lines);
+        form.Input(folder.File("in.txt"));
+    }
+};
+
+TEST_F(TransformationOfAFile, ShowsHowFarItIsOnlyWhileItGoesOn) {
+    WriteFile(form.output, "older");
+    platform.answers = {Answer::kYes};
+    desktop::TransformWindow window(form, nullptr, std::chrono::milliseconds(0));
+    window.show();
+    bool bar = false;
+    bool before = false;
+    platform.whileShown = [&] { before |= window.findChild<QProgressDialog*>() != nullptr; };
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout,
+                     [&] { bar |= window.findChild<QProgressDialog*>() != nullptr; });
+    timer.start(0);
+    Click(window, "run");
+    EXPECT_EQ(platform.messages.size(), 2U) << "the question and the outcome";
+    EXPECT_FALSE(before) << "there is nothing to see or to cancel then";
+    EXPECT_TRUE(bar);
+    EXPECT_FALSE(window.isVisible());
+
+    desktop::TransformWindow patient(form, nullptr, std::chrono::hours(1));
+    platform.answers = {Answer::kYes};
+    bar = false;
+    Click(patient, "run");
+    EXPECT_EQ(platform.messages.size(), 4U);
+    EXPECT_FALSE(bar || before);
+}
+
+TEST_F(TransformationOfAFile, WritesNothingOnceItIsCancelled) {
+    desktop::TransformWindow window(form, nullptr, std::chrono::milliseconds(0));
+    window.show();
+    window.resize(700, 500);
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        if (auto* bar = window.findChild<QProgressDialog*>()) bar->cancel();
+    });
+    timer.start(0);
+    Click(window, "run");
+    EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{"Cancelled; nothing was written."});
+    EXPECT_FALSE(std::filesystem::exists(form.output));
+    EXPECT_TRUE(window.isVisible());
+    window.close();
+    EXPECT_EQ(desktop::TransformWindow(form, nullptr).size(), QSize(700, 500));
 }
 
 }  // namespace

@@ -30,6 +30,20 @@ TEST_F(ControlPointFile, HoldsPairsInFixedColumnsAndIsReadBack) {
     EXPECT_EQ(platform.TakeTexts(), Texts{});
 }
 
+TEST_F(ControlPointFile, KeepsALineForEachPairAsTheLogDoesWhateverTheIdentifiers) {
+    const std::string hostile = "A\r\nB 0\x1B[2J\xC2\x9B\x7FŐ";
+    Fit({{.sId = hostile},
+         {.sId = "P", .dXsour = 1, .dXdest = 1, .bNotUsed = true},
+         {.sId = "Q", .dYsour = 1, .dYdest = 1}},
+        TR_HELMERT);
+    EXPECT_TRUE(engine.sListXYs().starts_with("       A__B_0_[2J__Ő          0.000 "));
+    engine.SaveLog(name);
+    EXPECT_NE(test::ReadFile(name).find("\n       A__B 0_[2J__\xD5          0.000 "),
+              std::string::npos)
+        << test::ReadFile(name);
+    EXPECT_EQ(Pairs()[0].sId, hostile);
+}
+
 TEST_F(ControlPointFile, TakesAnySeparatorsAndLineEnds) {
     EXPECT_TRUE(engine.bLoadXYsFromFile(Written("P1;100,5 200,5 300 400\n\r\n"
                                                 "\"P2\"\t 1.5e3 ,-.25;+4. '7' ignored words\r"

@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <random>
@@ -19,7 +20,8 @@ namespace kv_tr::test {
 /// Replaces the component while it lives: English texts, a decimal point, no files touched.
 class RecordingPlatform {
 public:
-    std::vector<Message> messages;  // all that were shown
+    std::vector<Message> messages;             // all that were shown
+    std::function<void()> whileShown = [] {};  // what happens while one is open
     std::vector<FileRequest> requests;
     std::deque<std::optional<FileChoice>> choices;  // answers of the choosers, cancel when empty
     std::deque<Answer> answers;                     // to messages, the default when empty
@@ -50,6 +52,7 @@ private:
         explicit Messages(RecordingPlatform& o) : owner(o) {}
         Answer Show(const Message& message) override {
             owner.messages.push_back(message);
+            owner.whileShown();
             if (owner.answers.empty() || message.buttons == Buttons::kOk) {
                 return message.defaultAnswer;
             }

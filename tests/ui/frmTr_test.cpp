@@ -313,14 +313,25 @@ TEST_F(FrmTr, TakesALimitThatIsANumber) {
     engine.AddXY4Tr(RoughPairs(4), false);
     engine.gdErrLimit = 0.126;
     Open([&](frmTr& form) {
-        EXPECT_EQ(form.LimitText(), "0.13");
-        EXPECT_TRUE(form.txtLimit("0.13"));
-        EXPECT_EQ(engine.gdErrLimit, 0.126) << "an untouched text keeps all digits";
+        EXPECT_EQ(form.LimitText(), "0.126");
+        EXPECT_TRUE(form.txtLimit("0.126"));
         EXPECT_TRUE(form.txtLimit("0,035"));
         EXPECT_EQ(engine.gdErrLimit, 0.035);
         EXPECT_EQ(form.LimitText(), "0,035");
         form.Activate();
-        EXPECT_EQ(form.LimitText(), "0.04");
+        EXPECT_EQ(form.LimitText(), "0.035");
+        const std::pair<double, const char*> shown[] = {
+            {5, "5.00"}, {0.2, "0.20"}, {0.004, "0.004"}, {1.0 / 3, "0.3333333333333333"}};
+        for (const auto& [limit, text] : shown) {
+            engine.gdErrLimit = limit;
+            form.Activate();
+            EXPECT_EQ(form.LimitText(), text);
+        }
+        engine.gdErrLimit = 1e-20;
+        form.Activate();
+        EXPECT_TRUE(form.txtLimit(form.LimitText()));
+        EXPECT_EQ(engine.gdErrLimit, 1e-20) << "an untouched text keeps all digits";
+        engine.gdErrLimit = 0.035;
         EXPECT_FALSE(form.txtLimit("nan"));
         EXPECT_EQ(engine.gdErrLimit, 0.035);
         ASSERT_EQ(platform.messages.size(), 1u);
@@ -337,6 +348,8 @@ TEST_F(FrmTr, SwapsDeletesAndResumes) {
         form.chkInverz();
         EXPECT_TRUE(form.InverseChecked());
         EXPECT_NEAR(engine.udtTrPrm().dA0, -there.dA0, 10);
+        frmTr again;
+        again.bDoModal(engine, true, [&] { EXPECT_TRUE(again.InverseChecked()); });
         form.chkInverz();
         EXPECT_EQ(double{engine.udtTrPrm().dA0}, double{there.dA0});
 
@@ -382,6 +395,11 @@ TEST_F(FrmTr, SavesLogAndParametersAndRemembersTheFolder) {
         EXPECT_NE(ReadFile(folder.File("p.all")), "");
         EXPECT_EQ(InitDir() + "/", folder.File(""));
         EXPECT_EQ(CurrentMlLanguage(), kHungarian);
+        platform.TakeTexts();
+        platform.choices = {FileChoice{folder.File("p.trp")}};
+        form.cmdSavePrm();
+        EXPECT_EQ(platform.TakeTexts().size(), 1U);
+        EXPECT_FALSE(std::filesystem::exists(folder.File("p.trp")));
     });
 }
 

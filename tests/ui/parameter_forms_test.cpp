@@ -107,6 +107,10 @@ TEST_F(AffinTrPrm, LoadsAndSavesInTheOrderOfTheExtension) {
         form.cmdLoad();
         EXPECT_EQ(form.SampleText(0), " Y' = [1.000] + [3.00000000] * Y + [5.00000000] * X");
         form.txtTrPrm(0, "99");
+        const std::string refused = Choose("out.all", "");
+        form.cmdSave();
+        EXPECT_FALSE(std::filesystem::exists(refused));
+        EXPECT_EQ(TakeMessages().size(), 1U);
         const std::string saved = Choose("out.PRM", "");
         form.cmdSave();
         EXPECT_EQ(ReadFile(saved).substr(0, 14), "1.000\r\n2.000\r\n") << "what was loaded";
@@ -187,6 +191,10 @@ TEST_F(PoliTrPrm, LoadsChoosesAndSavesTheTextAsItStands) {
         form.cmdDAT2M1();
         EXPECT_EQ(platform.opened.back(), "national from 11");
         EXPECT_TRUE(form.rtBox().starts_with("EOV-HDR (országos)\r\n"));
+        const std::string refused = Choose("saved.trp", "");
+        form.cmdSave();
+        EXPECT_FALSE(std::filesystem::exists(refused)) << "would not be read as a polynomial";
+        EXPECT_EQ(TakeMessages().size(), 1U);
         const std::string saved = Choose("saved.all", "");
         form.rtBox("no\tpolynomial");
         form.cmdSave();

@@ -52,7 +52,7 @@ TEST_F(ResidualGraph, MarksPairsByUseAndLimit) {
     const auto marks = GraphMarks(pairs, 0.5, scale, {true, true, true, true});
 
     const std::pair<Colour, bool> expected[] = {
-        {kRed, true}, {kBlue, false}, {kBlack, false}, {kRed, true}, {kBlack, true}};
+        {kRed, true}, {kBlue, false}, {kBlack, false}, {kRed, true}, {kBlack, false}};
     ASSERT_EQ(marks.size(), std::size(expected)) << "a pair without a place has no mark";
     for (std::size_t i = 0; i < marks.size(); ++i) {
         EXPECT_EQ(std::pair(marks[i].colour, marks[i].bold), expected[i]) << i;
@@ -108,15 +108,26 @@ TEST_F(ResidualGraph, IsDrawnAsAnSvgDocument) {
     pairs[0].sId = "<&>\x01";
     pairs[1].dYdest += 5;
     engine.AddXY4Tr(pairs, false);
+    engine.gdErrLimit = 0.004;
     engine.DoCalcTr();
     DecimalSeparator(',');
     const std::string svg = SvgOf(PageOf(engine, {}, 400, 300));
     for (const char* part : {"> &lt;&amp;&gt; </text>", ">HELMERT transformation</text>",
-                             ">Calculated:4  Excluded:0  Error limit [m]:0,20</text>",
+                             ">Calculated:4  Excluded:0  Error limit [m]:0,004</text>",
                              "class=\"red bold\"", "width=\"424.00\""}) {
         EXPECT_NE(svg.find(part), std::string::npos) << part << '\n' << svg;
     }
     EXPECT_EQ(svg.find("NaN"), std::string::npos);
+
+    GraphPage page{.width = 100, .height = 100};
+    page.marks = {
+        {.place = {50, 60}, .colour = kBlue, .labels = {" P0002", " 1.2", "51.300 ", "3.4"}}};
+    const std::string side = SvgOf(page);
+    for (const char* part : {"<text x=\"47.00\" y=\"57.00\" text-anchor=\"end\"> P0002<",
+                             "<text x=\"53.00\" y=\"57.00\">51.300 <", "x=\"47.00\" y=\"71.00\"",
+                             "x=\"53.00\" y=\"71.00\""}) {
+        EXPECT_NE(side.find(part), std::string::npos) << part << '\n' << side;
+    }
 
     std::string id;  // so long that looking for each letter from the start would not end
     for (int i = 0; i < 1000000; ++i) id += "\uFFFE\uFFFF\uFFFD";

@@ -18,6 +18,7 @@ void Adjustment::Assign(std::span<const ControlPoint> points) {
     points_.clear();
     residuals_.clear();
     excludedCount_ = 0;
+    swapped_ = false;
     Add(std::move(assigned));
 }
 
@@ -77,7 +78,21 @@ void Adjustment::UseAll() {
     excludedCount_ = 0;
 }
 
+void Adjustment::RemoveExcluded() {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < points_.size(); ++i) {
+        if (!points_[i].used) continue;
+        if (kept != i) points_[kept] = std::move(points_[i]);
+        residuals_[kept++] = residuals_[i];
+    }
+    points_.resize(kept);
+    residuals_.resize(kept);
+    excludedCount_ = 0;
+    SumUp();
+}
+
 void Adjustment::Swap() {
+    swapped_ = !swapped_;
     for (ControlPoint& point : points_) std::swap(point.source, point.destination);
     sums_.Swap();
     std::swap(means_.source, means_.destination);

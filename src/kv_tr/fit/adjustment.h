@@ -57,8 +57,14 @@ public:
     bool Toggle(std::size_t index);
     /// Takes all points back.
     void UseAll();
+    /// Takes the excluded points out of the set.
+    void RemoveExcluded();
     /// Exchanges source and destination of all points. Result and residuals stay.
     void Swap();
+    /// Whether they are exchanged. Points assigned in the place of others are not; who assigns the
+    /// same points again says that they still are.
+    bool IsSwapped() const { return swapped_; }
+    void SetSwapped(bool swapped) { swapped_ = swapped; }
 
     // The type.
 
@@ -95,6 +101,7 @@ private:
     std::vector<ControlPoint> points_;
     std::vector<Residual> residuals_;
     std::size_t excludedCount_ = 0;
+    bool swapped_ = false;
     PointSums sums_;
     PointMeans means_;
     std::optional<Extent> extent_;

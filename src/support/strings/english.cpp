@@ -144,7 +144,7 @@ constexpr MlString kEnglishStrings[] = {
     {1012, "Save the control points to this file"},
     {1013, "Language of the texts: hu, ro, vi, en, sr"},
     {1014, "Print the result as one JSON object"},
-    {1015, "Write a decimal comma in the log and in saved files"},
+    {1015, "Read and write numbers with decimal commas"},
     {1016, "File to transform; \"-\" is the standard input"},
     {1017, "Write the result to this file instead of the standard output"},
     {1018, "Decimals of the result, 0 to 15"},
@@ -200,7 +200,7 @@ constexpr MlString kEnglishStrings[] = {
     {1068, "--type is needed with --points"},
     {1069, "unknown value: {0}; the values are {1}"},
     {1070, "{0}: should hold six numbers."},
-    {1071, "The parameter file has decimal commas"},
+    {1071, "The numbers of the file have decimal commas"},
     {1072, "{0}: the numbers have decimal commas; --decimal-comma reads them"},
     {1073, "{0}: commas separate fields here; if they are decimal commas, replace them by points."},
     {1074, "Usage"},
@@ -276,6 +276,13 @@ constexpr MlString kEnglishStrings[] = {
     {1196, "Version {0}\r\n\r\nFree software under the MIT licence. Its windows are drawn by Qt {1}, under the LGPL, version 3."},
     {1197, "The result cannot take the place of the coordinate file."},
     {1198, "So much may come from the coordinates being rounded to single precision; less with a greater length."},
+    {1200, "Only {0} of {1} bytes were transformed"},
+    {1201, "{0} and {1} name the same file: {2}"},
+    {1202, "{0}, line {1}: the numbers have decimal commas (--decimal-comma reads them): {2}"},
+    {1203, "Are the commas decimal signs? --decimal-comma reads and writes them so. If they separate fields, replace them by semicolons."},
+    {1215, "Parameters of \"{1}\" are saved in a file that ends in {2}, not in this one: {0}"},
+    {1216, "{0}\r\n\r\nDoes this file hold control points, on each line a point in two systems? Its numbers do not look like that; they may be coordinates with heights.\r\n\r\nYes: fit to them as control points.\r\nNo: transform the coordinates."},
+    {1217, "{0}: the coordinates seem to have decimal commas. If so, tick \"{1}\". If the commas separate fields, replace them by semicolons."},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

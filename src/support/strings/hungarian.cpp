@@ -145,7 +145,7 @@ constexpr MlString kHungarianStrings[] = {
     {1012, "A közös pontok mentése ebbe a fájlba"},
     {1013, "A szövegek nyelve: hu, ro, vi, en, sr"},
     {1014, "Az eredmény kiírása JSON-objektumként"},
-    {1015, "Tizedesvessző a jegyzőkönyvben és a mentett fájlokban"},
+    {1015, "A számok olvasása és írása tizedesvesszővel"},
     {1016, "Az átszámítandó fájl; \"-\" a szabványos bemenet"},
     {1017, "Az eredmény ebbe a fájlba kerül, nem a szabványos kimenetre"},
     {1018, "Az eredmény tizedesjegyeinek száma, 0 és 15 között"},
@@ -201,7 +201,7 @@ constexpr MlString kHungarianStrings[] = {
     {1068, "a --type ehhez kell: --points"},
     {1069, "ismeretlen érték: {0}; a lehetséges értékek: {1}"},
     {1070, "{0}: hat számnak kell benne lennie."},
-    {1071, "A paraméterfájlban tizedesvessző van"},
+    {1071, "A fájl számaiban tizedesvessző van"},
     {1072, "{0}: a számokban tizedesvessző van; így olvasható: --decimal-comma"},
     {1073, "{0}: a vessző itt elválasztójel; a tizedesvesszőt cserélje pontra."},
     {1074, "Használat"},
@@ -277,6 +277,13 @@ constexpr MlString kHungarianStrings[] = {
     {1196, "{0}. változat\r\n\r\nSzabad szoftver, az MIT-licenc szerint. Az ablakokat a Qt {1} rajzolja, az LGPL 3. változata szerint."},
     {1197, "Az eredmény nem íródhat a koordinátafájl helyére."},
     {1198, "Ennyit tehet ki a koordináták egyszeres pontosságú kerekítése; nagyobb hosszal kisebb."},
+    {1200, "{1} bájtból csak {0} lett átszámítva"},
+    {1201, "{0} és {1} ugyanazt a fájlt nevezi meg: {2}"},
+    {1202, "{0}, {1}. sor: a számokban tizedesvessző van (--decimal-comma olvassa): {2}"},
+    {1203, "A vessző tizedesjel? A --decimal-comma így olvassa és írja. Ha mezőket választ el, pontosvesszőre kell cserélni."},
+    {1215, "„{1}” paraméterei {2} végződésű fájlba menthetők, nem ebbe: {0}"},
+    {1216, "{0}\r\n\r\nKözös pontok vannak ebben a fájlban, minden sorában egy pont két rendszerben? A számai nem erre vallanak; lehetnek koordináták magassággal is.\r\n\r\nIgen: illesztés rájuk mint közös pontokra.\r\nNem: a koordináták átszámítása."},
+    {1217, "{0}: a koordinátákban tizedesvesszők látszanak. Ha azok, jelölje be: „{1}”. Ha a vesszők mezőket választanak el, cserélje őket pontosvesszőre."},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

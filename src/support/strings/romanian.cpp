@@ -144,7 +144,7 @@ constexpr MlString kRomanianStrings[] = {
     {1012, "Salvează punctele comune în acest fișier"},
     {1013, "Limba textelor: hu, ro, vi, en, sr"},
     {1014, "Afișează rezultatul ca un singur obiect JSON"},
-    {1015, "Scrie virgulă zecimală în raport și în fișierele salvate"},
+    {1015, "Citește și scrie numerele cu virgulă zecimală"},
     {1016, "Fișierul de transformat; \"-\" este intrarea standard"},
     {1017, "Scrie rezultatul în acest fișier, nu la ieșirea standard"},
     {1018, "Numărul de zecimale ale rezultatului, de la 0 la 15"},
@@ -200,7 +200,7 @@ constexpr MlString kRomanianStrings[] = {
     {1068, "--points se folosește împreună cu --type"},
     {1069, "valoare necunoscută: {0}; valorile sunt {1}"},
     {1070, "{0}: ar trebui să conțină șase numere."},
-    {1071, "Fișierul de parametri are virgule zecimale"},
+    {1071, "Numerele din fișier au virgule zecimale"},
     {1072, "{0}: numerele au virgule zecimale; acestea se citesc cu --decimal-comma"},
     {1073, "{0}: virgulele separă aici câmpurile; dacă sunt virgule zecimale, înlocuiți-le cu puncte."},
     {1074, "Utilizare"},
@@ -276,6 +276,13 @@ constexpr MlString kRomanianStrings[] = {
     {1196, "Versiunea {0}\r\n\r\nSoftware liber, sub licența MIT. Ferestrele sunt desenate de Qt {1}, sub LGPL versiunea 3."},
     {1197, "Rezultatul nu poate lua locul fișierului de coordonate."},
     {1198, "Atât poate fi efectul rotunjirii coordonatelor la precizie simplă; scade cu lungimea."},
+    {1200, "Au fost transformați doar {0} din {1} octeți"},
+    {1201, "{0} și {1} indică același fișier: {2}"},
+    {1202, "{0}, linia {1}: numerele au virgule zecimale (se citesc cu --decimal-comma): {2}"},
+    {1203, "Sunt virgulele semne zecimale? --decimal-comma le citește și le scrie așa. Dacă separă câmpuri, înlocuiți-le cu punct și virgulă."},
+    {1215, "Parametrii pentru „{1}” se salvează într-un fișier cu terminația {2}, nu în acesta: {0}"},
+    {1216, "{0}\r\n\r\nConține acest fișier puncte comune, pe fiecare linie un punct în două sisteme? Numerele nu arată așa; pot fi și coordonate cu cote.\r\n\r\nDa: determinarea transformării din ele ca puncte comune.\r\nNu: transformarea coordonatelor."},
+    {1217, "{0}: coordonatele par să aibă virgule zecimale. Dacă așa este, bifați „{1}”. Dacă virgulele separă câmpuri, înlocuiți-le cu punct și virgulă."},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

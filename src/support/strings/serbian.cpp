@@ -144,7 +144,7 @@ constexpr MlString kSerbianStrings[] = {
     {1012, "Čuva zajedničke tačke u ovoj datoteci"},
     {1013, "Jezik tekstova: hu, ro, vi, en, sr"},
     {1014, "Ispisuje rezultat kao jedan JSON objekat"},
-    {1015, "Piše decimalni zarez u izveštaju i u sačuvanim datotekama"},
+    {1015, "Čita i piše brojeve sa decimalnim zarezom"},
     {1016, "Datoteka koju treba transformisati; \"-\" je standardni ulaz"},
     {1017, "Upisuje rezultat u ovu datoteku umesto na standardni izlaz"},
     {1018, "Broj decimala rezultata, od 0 do 15"},
@@ -200,7 +200,7 @@ constexpr MlString kSerbianStrings[] = {
     {1068, "uz --points je potrebno i --type"},
     {1069, "nepoznata vrednost: {0}; moguće vrednosti: {1}"},
     {1070, "{0}: treba da sadrži šest brojeva."},
-    {1071, "Datoteka parametara ima decimalne zareze"},
+    {1071, "Brojevi u datoteci imaju decimalne zareze"},
     {1072, "{0}: brojevi imaju decimalni zarez; čita ih --decimal-comma"},
     {1073, "{0}: zarezi ovde razdvajaju polja; ako su to decimalni zarezi, zamenite ih decimalnim tačkama."},
     {1074, "Upotreba"},
@@ -276,6 +276,13 @@ constexpr MlString kSerbianStrings[] = {
     {1196, "Verzija {0}\r\n\r\nSlobodan softver pod licencom MIT. Prozore crta Qt {1}, pod licencom LGPL, verzija 3."},
     {1197, "Rezultat ne može da zameni datoteku koordinata."},
     {1198, "Toliko može da iznosi zaokruživanje koordinata na jednostruku tačnost; manje je sa većom dužinom."},
+    {1200, "Transformisano je samo {0} od {1} bajtova"},
+    {1201, "{0} i {1} navode istu datoteku: {2}"},
+    {1202, "{0}, red {1}: brojevi imaju decimalni zarez (čita ih --decimal-comma): {2}"},
+    {1203, "Da li su zarezi decimalni? --decimal-comma ih tako čita i piše. Ako razdvajaju polja, zamenite ih tačkom i zarezom."},
+    {1215, "Parametri za „{1}” čuvaju se u datoteci koja se završava na {2}, a ne u ovoj: {0}"},
+    {1216, "{0}\r\n\r\nDa li su u ovoj datoteci zajedničke tačke, u svakom redu po jedna tačka u dva sistema? Brojevi ne izgledaju tako; to mogu biti i koordinate sa visinama.\r\n\r\nDa: izravnanje zajedničkih tačaka.\r\nNe: transformacija koordinata."},
+    {1217, "{0}: koordinate izgleda imaju decimalne zareze. Ako je tako, označite „{1}”. Ako zarezi razdvajaju polja, zamenite ih tačkom i zarezom."},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

@@ -144,7 +144,7 @@ constexpr MlString kVietnameseStrings[] = {
     {1012, "Lưu các điểm khống chế vào tệp này"},
     {1013, "Ngôn ngữ của các văn bản: hu, ro, vi, en, sr"},
     {1014, "In kết quả dưới dạng một đối tượng JSON"},
-    {1015, "Dùng dấu phẩy thập phân trong báo cáo và trong các tệp được lưu"},
+    {1015, "Đọc và ghi các số với dấu phẩy thập phân"},
     {1016, "Tệp cần tính chuyển; \"-\" là đầu vào chuẩn"},
     {1017, "Ghi kết quả vào tệp này thay cho đầu ra chuẩn"},
     {1018, "Số chữ số thập phân của kết quả, từ 0 đến 15"},
@@ -200,7 +200,7 @@ constexpr MlString kVietnameseStrings[] = {
     {1068, "cần có --type khi dùng --points"},
     {1069, "không rõ giá trị: {0}; các giá trị gồm {1}"},
     {1070, "{0}: phải chứa sáu số."},
-    {1071, "Tệp tham số dùng dấu phẩy thập phân"},
+    {1071, "Các số trong tệp dùng dấu phẩy thập phân"},
     {1072, "{0}: các số dùng dấu phẩy thập phân; hãy đọc bằng --decimal-comma"},
     {1073, "{0}: ở đây dấu phẩy ngăn cách các trường; nếu đó là dấu phẩy thập phân, hãy thay bằng dấu chấm."},
     {1074, "Cách dùng"},
@@ -276,6 +276,13 @@ constexpr MlString kVietnameseStrings[] = {
     {1196, "Phiên bản {0}\r\n\r\nPhần mềm tự do theo giấy phép MIT. Các cửa sổ do Qt {1} vẽ, theo LGPL phiên bản 3."},
     {1197, "Kết quả không thể ghi đè lên tệp tọa độ."},
     {1198, "Ảnh hưởng lớn nhất do làm tròn tọa độ về độ chính xác đơn; chiều dài càng lớn thì càng nhỏ."},
+    {1200, "Chỉ tính chuyển được {0} trong số {1} byte"},
+    {1201, "{0} và {1} chỉ cùng một tệp: {2}"},
+    {1202, "{0}, dòng {1}: các số dùng dấu phẩy thập phân (hãy đọc bằng --decimal-comma): {2}"},
+    {1203, "Dấu phẩy có phải là dấu thập phân không? --decimal-comma đọc và ghi như vậy. Nếu dấu phẩy ngăn cách các trường, hãy thay bằng dấu chấm phẩy."},
+    {1215, "Tham số của “{1}” được lưu trong tệp có đuôi {2}, không phải trong tệp này: {0}"},
+    {1216, "{0}\r\n\r\nTệp này có chứa điểm khống chế, mỗi dòng là một điểm trong hai hệ, hay không? Các số trong tệp có vẻ không phải như vậy; đó có thể là tọa độ kèm độ cao.\r\n\r\nCó: xác định phép biến đổi theo các điểm khống chế này.\r\nKhông: tính chuyển các tọa độ."},
+    {1217, "{0}: các tọa độ có vẻ dùng dấu phẩy thập phân. Nếu đúng, hãy đánh dấu “{1}”. Nếu dấu phẩy ngăn cách các trường, hãy thay bằng dấu chấm phẩy."},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));

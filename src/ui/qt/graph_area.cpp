@@ -24,7 +24,8 @@ void PaintLabels(QPainter& painter, const GraphMark& mark) {
         const QString text = QString::fromStdString(mark.labels[corner]);
         const bool left = corner == GraphMark::kUpperLeft || corner == GraphMark::kLowerLeft;
         const bool upper = corner == GraphMark::kUpperLeft || corner == GraphMark::kUpperRight;
-        const double x = mark.place.first - (left ? metrics.horizontalAdvance(text) : 0);
+        const double x =
+            mark.place.first + (left ? -kLabelGap - metrics.horizontalAdvance(text) : kLabelGap);
         const double top = mark.place.second - (upper ? metrics.height() : 0);
         painter.drawText(QPointF(x, top + metrics.ascent()), text);
     }

@@ -12,6 +12,7 @@
 #include "support/GCommonDialog.h"
 #include "support/message.h"
 #include "support/ml_strings.h"
+#include "support/settings.h"
 #include "ui/dialogs.h"
 #include "ui/qt/cursor_scope.h"
 #include "ui/qt/qt_windows.h"
@@ -83,6 +84,16 @@ QString FilterText(const FileFilter& filter) {
     return description.section("(*", 0, 0).trimmed() + " (" + patterns + ")";
 }
 
+/// The types of a request; without any those of its extension, and all files.
+QStringList FilterTexts(const FileRequest& request) {
+    QStringList texts;
+    for (const FileFilter& filter : request.filters) texts << FilterText(filter);
+    if (!texts.isEmpty() || request.defaultExtension.empty()) return texts;
+    const QString all = QString::fromStdString(GetMlString(71, "|Minden fájl (*.*)|*.*"));
+    return {"*." + QString::fromStdString(request.defaultExtension),
+            FilterText({all.section('|', 1, 1).toStdString(), "*.*"})};
+}
+
 /// "txt" of "Log (*.txt)", nothing for all files.
 QString ExtensionOf(const QString& filterText) {
     return filterText.section("*.", 1, 1).section(' ', 0, 0).remove(')');
@@ -91,16 +102,21 @@ QString ExtensionOf(const QString& filterText) {
 class QtFiles : public FileChooser {
 public:
     std::optional<FileChoice> ChooseToOpen(const FileRequest& request) override {
+        // A file that may be missing is one to be written.
+        if ((request.flags & kFileMustExist) == 0) return ChooseTarget(request, true);
         QFileDialog dialog(QApplication::activeWindow());
-        const bool mustExist = (request.flags & kFileMustExist) != 0;
-        dialog.setFileMode(mustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+        dialog.setFileMode(QFileDialog::ExistingFile);
         return Choose(dialog, request, 19);
     }
     std::optional<FileChoice> ChooseToSave(const FileRequest& request) override {
+        return ChooseTarget(request, (request.flags & kOverwritePrompt) != 0);
+    }
+
+private:
+    static std::optional<FileChoice> ChooseTarget(const FileRequest& request, bool ask) {
         QFileDialog dialog(QApplication::activeWindow());
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked in the user's language
-        const bool ask = (request.flags & kOverwritePrompt) != 0;
         auto choice = Choose(dialog, request, 16);
         while (choice && ask && QFile::exists(QString::fromStdString(choice->path)) &&
                !MayReplace(choice->path)) {
@@ -110,13 +126,12 @@ public:
         return choice;
     }
 
-private:
     static std::optional<FileChoice> Choose(QFileDialog& dialog, const FileRequest& request,
                                             int acceptId) {
-        QStringList filters;
-        for (const FileFilter& filter : request.filters) filters << FilterText(filter);
+        const QStringList filters = FilterTexts(request);
         dialog.setWindowTitle(QString::fromStdString(request.title));
-        dialog.setDirectory(QString::fromStdString(request.initialFolder));
+        const std::string& folder = request.initialFolder;
+        dialog.setDirectory(QString::fromStdString(folder.empty() ? InitDir() : folder));
         dialog.setDefaultSuffix(QString::fromStdString(request.defaultExtension));
         dialog.setNameFilters(filters);
         dialog.selectNameFilter(filters.value(request.filterIndex - 1));

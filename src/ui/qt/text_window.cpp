@@ -3,13 +3,29 @@
 
 #include <QBoxLayout>
 #include <QFontDatabase>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
 namespace kv_tr {
+namespace {
+
+/// A text box that an empty clipboard does not harm: Qt 6.4 looks at the first of the formats that
+/// are pasted or dropped without asking whether there is one.
+class TextBox : public QPlainTextEdit {
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+
+protected:
+    void insertFromMimeData(const QMimeData* source) override {
+        if (!source->formats().isEmpty()) QPlainTextEdit::insertFromMimeData(source);
+    }
+};
+
+}  // namespace
 
 void TextWindow::LayOut(const QList<QPushButton*>& buttons, const std::function<bool()>& confirm) {
-    box_ = new QPlainTextEdit(this);
+    box_ = new TextBox(this);
     box_->setObjectName("rtBox");
     box_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     box_->setLineWrapMode(QPlainTextEdit::NoWrap);

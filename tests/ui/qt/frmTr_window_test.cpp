@@ -7,11 +7,13 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QTableView>
 #include <QTest>
 
 #include "helpers/engine_test.h"
 #include "helpers/sample_points.h"
+#include "ui/qt/graph_area.h"
 
 namespace kv_tr::test {
 namespace {
@@ -137,6 +139,27 @@ TEST_F(FrmTrWindow, TogglesPairsByMouseAndKeyboard) {
         QTest::mouseRelease(&picture, Qt::LeftButton, {}, {1, 1});
         EXPECT_EQ(excluded(), "Excluded:2");
     });
+}
+
+TEST_F(FrmTrWindow, PaintsTheTextsOfACrossApart) {
+    GraphPage page{.width = 200, .height = 100};
+    page.marks = {
+        {.place = {100, 50}, .colour = kRed, .labels = {" HHHH", " HHHH", "HHHH ", "HHHH"}}};
+    QImage image(200, 100, QImage::Format_RGB32);
+    QPainter painter(&image);
+    PaintPage(painter, page);
+    painter.end();
+    const auto ink = [&image](int left, int right, int top, int bottom) {
+        int count = 0;
+        for (int x = left; x <= right; ++x) {
+            for (int y = top; y <= bottom; ++y) count += image.pixelColor(x, y) != Qt::white;
+        }
+        return count;
+    };
+    EXPECT_GT(ink(75, 95, 35, 44), 0) << "no text at all";
+    for (const auto& [top, bottom] : {std::pair{30, 44}, {56, 70}}) {
+        EXPECT_EQ(ink(97, 102, top, bottom), 0) << "the texts touch";
+    }
 }
 
 TEST_F(FrmTrWindow, EditsCells) {
