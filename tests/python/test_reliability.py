@@ -1,4 +1,4 @@
-"""What must not end the interpreter, each in a process of its own, and what must not read memory."""
+"""What must neither end the interpreter nor read memory that is not its own."""
 
 import decimal
 import fractions
@@ -60,11 +60,11 @@ def test_arrays_stay_where_they_are_while_they_are_read():
     program = """if True:
         import kv_tr, numpy as np, sys, threading
         sys.setswitchinterval(1000)  # nobody runs in between unless the call lets them
-        about = threading.Event()
+        about, zeros = threading.Event(), np.zeros(8_000_000)
         class Second:
             def __array__(self, dtype=None):
                 about.set()
-                return np.zeros(8_000_000)
+                return zeros
         def resize(array):
             about.wait()
             try:
