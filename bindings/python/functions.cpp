@@ -75,9 +75,9 @@ void AddDecimalCommas(py::module_& module) {
         "ParametersHaveDecimalCommas",
         [](const Path& fileName) { return ParametersHaveDecimalCommas(fileName.string()); },
         py::arg("fileName"),
-        "Whether the numbers of a parameter file have decimal commas. clsTr's loaders take commas\n"
-        "as separators, 1,304 as two numbers, and say nothing: ask first. False for a file that\n"
-        "cannot be read or is none, here and below.");
+        "Whether the numbers of a parameter file have decimal commas. clsTr's loaders say nothing\n"
+        "of them: 1,304 is two numbers for that of six parameters, 1304 for that of polynomials.\n"
+        "Ask first. False for a file that cannot be read or is none, here and below.");
     module.def(
         "PointsMayHaveDecimalCommas",
         [](const Path& fileName) { return PointsMayHaveDecimalCommas(fileName.string()); },

@@ -268,7 +268,10 @@ void Install(AllHeld& all, const py::object& messages, const py::object& toOpen,
 
     std::erase_if(all, [](const auto& held) { return held.expired(); });
     const auto hold = [&all](const py::object& given) {
-        auto held = std::make_shared<py::object>(given.is_none() ? py::object() : given);
+        const auto letGo = [](const py::object* object) {
+            if (Py_IsInitialized() != 0) delete object;  // else it went with the interpreter
+        };
+        const Held held(new py::object(given.is_none() ? py::object() : given), letGo);
         all.push_back(held);
         return held;
     };
@@ -287,7 +290,7 @@ void Install(AllHeld& all, const py::object& messages, const py::object& toOpen,
 void ReleaseAtExit(const std::shared_ptr<AllHeld>& all) {
     py::module_::import("atexit").attr("register")(py::cpp_function([all] {
         if (!InitDir().empty()) SaveInitDir();  // engines that still live cannot do it later
-        for (const auto& object : *all) {
+        for (const auto& object : AllHeld(*all)) {
             if (const Held held = object.lock()) *held = {};
         }
     }));

@@ -134,8 +134,9 @@ void AddFiles(Transformation& type) {
             return self.bLoadPoliTrPrmFromFile(sFileTrPrm.string());
         },
         arg("sFileTrPrm"),
-        "Loads a polynomial; False when the number of coefficient lines is that of no type. A\n"
-        "number with a decimal comma ends the reading: see ParametersHaveDecimalCommas.");
+        "Loads a polynomial; False when the number of coefficient lines is that of no type. "
+        "Commas\n"
+        "count for nothing, 1,304 is read as 1304: see ParametersHaveDecimalCommas.");
     type.def(
         "bSavePoliTrPrm",
         [](clsTr& self, const Path& sFileTrPrm, const std::optional<std::string>& vTitle) {

@@ -245,6 +245,15 @@ def test_decimal_commas_are_noticed(tmp_path):
     assert kv_tr.ParametersHaveDecimalCommas(os.fspath(tmp_path / "nothing")) is False
 
 
+def test_polynomials_with_decimal_commas_are_noticed(tmp_path):
+    tr, file = kv_tr.clsTr(), tmp_path / "town.ALL"
+    tr.udtTrPrm = kv_tr.TR_PRM(kv_tr.TR_POLI_1, 1000.25, 1.304, 2.5, 3.5, dB0=2000.5)
+    tr.bSavePoliTrPrm(file)
+    assert not kv_tr.ParametersHaveDecimalCommas(file)
+    file.write_text(file.read_text().replace(".", ","))
+    assert kv_tr.ParametersHaveDecimalCommas(file)
+
+
 def test_national_types_tell_their_accuracy():
     infos = {info.type: info for info in kv_tr.NationalInfos()}
     assert list(infos) == [kind for kind in kv_tr.enuTR_TYPE if kind >= kv_tr.TR_STG_HER]
