@@ -50,6 +50,32 @@ Doubles Output(const py::object& given, const std::vector<Doubles>& others) {
                           ShapeOf(first) + " that overlap neither each other nor the coordinates");
 }
 
+/// The numbers of an array of Python objects; complaints name the element.
+Doubles FromObjects(const py::array& objects, const std::string& name) {
+    Doubles numbers(std::vector<py::ssize_t>(objects.shape(), objects.shape() + objects.ndim()));
+    double* number = numbers.mutable_data();
+    std::size_t index = 0;
+    for (const py::handle item : objects.attr("flat")) {
+        const std::string element =
+            objects.ndim() == 0 ? name : name + "[" + std::to_string(index) + "]";
+        number[index++] =
+            Converted<double>(py::reinterpret_borrow<py::object>(item), element, "a number");
+    }
+    return numbers;
+}
+
+/// While these live, numpy refuses to resize the arrays and those whose memory they use, which it
+/// would do otherwise for whoever asks it not to count references.
+std::vector<py::weakref> Pinned(std::initializer_list<py::object> arrays) {
+    std::vector<py::weakref> pins;
+    for (py::object array : arrays) {
+        for (; py::isinstance<py::array>(array); array = array.attr("base")) {
+            pins.emplace_back(array);
+        }
+    }
+    return pins;
+}
+
 }  // namespace
 
 std::string ShapeOf(const py::array& array) {
@@ -59,7 +85,8 @@ std::string ShapeOf(const py::array& array) {
 Doubles NumbersFrom(const py::object& given, const char* name) {
     const auto numpy = py::module_::import("numpy");
     const py::array array = numpy.attr("asarray")(given);
-    if (std::string("iufO").find(array.dtype().kind()) == std::string::npos) {
+    if (array.dtype().kind() == 'O') return FromObjects(array, name);
+    if (std::string("iuf").find(array.dtype().kind()) == std::string::npos) {
         throw py::type_error(std::string(name) + " must hold numbers, not " +
                              py::str(array.dtype()).cast<std::string>());
     }
@@ -90,6 +117,7 @@ std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first
     const std::span<double> firstImages(firstOut.mutable_data(), firstIn.size());
     const std::span<double> secondImages(secondOut.mutable_data(), firstIn.size());
 
+    const auto pins = Pinned({firstIn, secondIn, firstOut, secondOut});
     const py::gil_scoped_release unlocked;
     constexpr std::size_t kPart = 16384;  // whose images are checked while they are in the cache
     for (std::size_t start = 0; start < firstImages.size(); start += kPart) {

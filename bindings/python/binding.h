@@ -4,11 +4,13 @@
 #include <pybind11/pybind11.h>
 
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "model/records.h"
+#include "python/arguments.h"
 #include "python/enumeration.h"
 
 namespace kv_tr::python {
@@ -31,14 +33,18 @@ inline py::module_ Module() { return py::module_::import("kv_tr._kv_tr"); }
 std::string TypeNameOf(py::handle object);
 
 /// What a Python object is in C++, without conversions; TypeError with its name when it is
-/// something else.
+/// something else. Other complaints get the name too.
 template <class Value>
 Value Converted(const py::object& given, const std::string& name, const char* wanted) {
     py::detail::make_caster<Value> caster;
-    if (!caster.load(given, false)) {
-        throw py::type_error(name + " must be " + wanted + ", not " + TypeNameOf(given));
+    try {
+        if (caster.load(given, false)) return py::detail::cast_op<Value>(std::move(caster));
+    } catch (const std::overflow_error& error) {
+        throw std::overflow_error(name + ": " + error.what());
+    } catch (const py::value_error& error) {
+        throw py::value_error(name + ": " + error.what());
     }
-    return py::detail::cast_op<Value>(std::move(caster));
+    throw py::type_error(name + " must be " + wanted + ", not " + TypeNameOf(given));
 }
 
 /// A property's setter, whose complaints name the property.

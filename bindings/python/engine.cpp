@@ -16,6 +16,8 @@ py::list ListOf(const std::vector<typeXYs4Tr>& pairs) {
     return list;
 }
 
+}  // namespace
+
 /// A handler that stays connected until it is told to let go or the engine ends.
 class Connection {
 public:
@@ -34,6 +36,8 @@ private:
 struct TypeEvent {
     std::shared_ptr<clsTrCalc> engine;
 };
+
+namespace {
 
 void AddEvent(py::module_& module) {
     py::class_<Connection>(module, "Connection", "A handler connected to an event.")
@@ -142,7 +146,11 @@ void AddFit(Engine& engine) {
     AddVariable(engine, "gdErrLimit", &clsTrCalc::gdErrLimit,
                 "Error limit of the adjustment dialog and of reports, metres.");
     engine.def_property_readonly(
-        "TypeChanched", [](std::shared_ptr<clsTrCalc> self) { return TypeEvent{std::move(self)}; },
+        "TypeChanched",
+        [](const py::object& self) {
+            RefuseEmpty(self, typeid(clsTrCalc));
+            return TypeEvent{self.cast<std::shared_ptr<clsTrCalc>>()};
+        },
         "The event raised when ExcludeByIx lowers the type: TypeChanched.Subscribe(handler).");
     engine.def(
         "TrXY",
@@ -185,7 +193,7 @@ void AddFiles(Engine& engine) {
         arg("sFileXYs"), arg("bAppend"),
         "Reads a control-point file into the set, behind its pairs or in their place. What cannot\n"
         "be read is shown as a message, what was read before is taken all the same; False when\n"
-        "that was fewer than two pairs.");
+        "that was fewer than two pairs. Commas separate fields: see PointsMayHaveDecimalCommas.");
     const auto choose = [](auto method) {
         return [method](clsTrCalc& self, std::string sFileName, std::string sInitDir,
                         std::int32_t owner) {

@@ -40,8 +40,7 @@ bool LoadType(py::handle source, enuTR_TYPE& type) {
     const auto found = std::ranges::find_if(
         kTypes, [&](const auto& row) { return overflow == 0 && row.second == value; });
     if (found == kTypes.end()) {
-        throw py::value_error(py::str(number).cast<std::string>() +
-                              " is not a transformation type (enuTR_TYPE)");
+        throw py::value_error(IntegerText(number) + " is not a transformation type (enuTR_TYPE)");
     }
     type = found->second;
     return true;

@@ -1,9 +1,13 @@
 // Functions of general use in Python.
+#include <pybind11/stl/filesystem.h>
+
 #include "model/evaluate.h"
 #include "model/formula_text.h"
 #include "model/matrix.h"
+#include "params/national.h"
 #include "python/arrays.h"
 #include "python/binding.h"
+#include "support/decimal_commas.h"
 #include "support/file_names.h"
 #include "support/ml_strings.h"
 #include "support/number_text.h"
@@ -11,20 +15,22 @@
 namespace kv_tr::python {
 namespace {
 
-/// A coordinate; what is too large for one raises what float() would.
 double Coordinate(const py::object& given, const char* name) {
-    const double value = PyFloat_AsDouble(given.ptr());
-    if (value == -1.0 && PyErr_Occurred() != nullptr) throw py::error_already_set();
-    return Finite(value, name);
+    return Finite(Converted<double>(given, name, "a number"), name);
+}
+
+/// Whether the object is one number, not an array or a list of them: those have a length.
+bool IsScalar(const py::object& given) {
+    if (PyFloat_Check(given.ptr()) != 0 || PyLong_Check(given.ptr()) != 0) return true;
+    if (!py::hasattr(given, "__float__")) return false;
+    const bool hasLength = PyObject_Size(given.ptr()) >= 0;
+    PyErr_Clear();
+    return !hasLength;
 }
 
 py::tuple Evaluate(const TR_PRM& record, const py::object& first, const py::object& second,
                    const py::object& out) {
-    const auto isNumber = [](const py::object& given) {
-        return PyFloat_Check(given.ptr()) != 0 || PyIndex_Check(given.ptr()) != 0;
-    };
-    if (isNumber(first) && isNumber(second) && !py::isinstance<py::array>(first) &&
-        !py::isinstance<py::array>(second)) {
+    if (IsScalar(first) && IsScalar(second)) {
         const PlanePoint image =
             EvalTrPrm(record, {Coordinate(first, "first"), Coordinate(second, "second")});
         return py::make_tuple(image.first, image.second);
@@ -61,6 +67,50 @@ Doubles Product(const py::object& matrix, const py::object& vector) {
     std::vector<double> result(static_cast<std::size_t>(factors.shape(0)));
     fMAtrix_Mul_Vector(MatrixFrom(factors), {values.data(), values.data() + values.size()}, result);
     return Doubles(static_cast<py::ssize_t>(result.size()), result.data());
+}
+
+void AddDecimalCommas(py::module_& module) {
+    using Path = std::filesystem::path;
+    module.def(
+        "ParametersHaveDecimalCommas",
+        [](const Path& fileName) { return ParametersHaveDecimalCommas(fileName.string()); },
+        py::arg("fileName"),
+        "Whether the numbers of a parameter file have decimal commas. clsTr's loaders say nothing\n"
+        "of them: 1,304 is two numbers for that of six parameters, 1304 for that of polynomials.\n"
+        "Ask first. False for a file that cannot be read or is none, here and below.");
+    module.def(
+        "PointsMayHaveDecimalCommas",
+        [](const Path& fileName) { return PointsMayHaveDecimalCommas(fileName.string()); },
+        py::arg("fileName"),
+        "Whether the first lines of a control-point file look like it. clsTrCalc's loader takes\n"
+        "commas as separators, too.");
+}
+
+void AddNational(py::module_& module) {
+    py::class_<NationalInfo>(module, "NationalInfo",
+                             "What is known of a built-in transformation between two systems.")
+        .def_readonly("type", &NationalInfo::type, "For clsTr.udtTrPrmByDAT2M1.")
+        .def_readonly("name", &NationalInfo::name, "The type without TR_, as in 'STG_EOV_10e'.")
+        .def_readonly("source", &NationalInfo::source,
+                      "'STG', 'HÉR', 'HKR', 'HDR', 'BOV' or 'EOV'.")
+        .def_readonly("destination", &NationalInfo::destination, "Likewise.")
+        .def_readonly("accuracy", &NationalInfo::accuracy,
+                      "The expected error of a transformed point, root mean square over the area,\n"
+                      "metres. What the given coordinates are worth comes on top.")
+        .def_property_readonly(
+            "area",
+            [](const NationalInfo& info) {
+                return info.area == NationalArea::kBudapest ? "Budapest" : "Hungary";
+            },
+            "Where that holds: 'Hungary', or 'Budapest' for 15 km around its centre.");
+    module.def(
+        "NationalInfos",
+        [] {
+            py::list all;
+            for (const NationalInfo& info : NationalInfos()) all.append(info);
+            return all;
+        },
+        "A NationalInfo for each national type, by ascending type.");
 }
 
 }  // namespace
@@ -105,6 +155,8 @@ void AddFunctions(py::module_& module) {
     module.def("GetMlString", GetMlString, arg("id"), arg("sDefault") = "",
                "The text of an id in the current language; the default is not used.\n"
                "RuntimeError 326 for an id that no string table has.");
+    AddDecimalCommas(module);
+    AddNational(module);
     module.def("DecimalSeparator", py::overload_cast<>(&DecimalSeparator),
                "The decimal separator of everything written, '.' or ','.");
     module.def(

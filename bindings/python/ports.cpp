@@ -251,10 +251,13 @@ void CheckLanguage(std::int32_t language) {
                           known);
 }
 
-/// Installs the ports; the objects are let go when the interpreter ends.
-void Install(const py::object& messages, const py::object& toOpen, const py::object& toSave,
-             const py::object& settings, const py::object& dialogs, const py::object& texts,
-             std::int32_t language) {
+/// The objects of all ports that still live.
+using AllHeld = std::vector<std::weak_ptr<py::object>>;
+
+/// Installs the ports and adds their objects to the others.
+void Install(AllHeld& all, const py::object& messages, const py::object& toOpen,
+             const py::object& toSave, const py::object& settings, const py::object& dialogs,
+             const py::object& texts, std::int32_t language) {
     CheckCallable(messages, "messages");
     CheckCallable(toOpen, "choose_to_open");
     CheckCallable(toSave, "choose_to_save");
@@ -263,9 +266,12 @@ void Install(const py::object& messages, const py::object& toOpen, const py::obj
     CheckCallable(texts, "texts");
     if (texts.is_none()) CheckLanguage(language);
 
-    std::vector<std::weak_ptr<py::object>> all;
+    std::erase_if(all, [](const auto& held) { return held.expired(); });
     const auto hold = [&all](const py::object& given) {
-        auto held = std::make_shared<py::object>(given.is_none() ? py::object() : given);
+        const auto letGo = [](const py::object* object) {
+            if (Py_IsInitialized() != 0) delete object;  // else it went with the interpreter
+        };
+        const Held held(new py::object(given.is_none() ? py::object() : given), letGo);
         all.push_back(held);
         return held;
     };
@@ -278,10 +284,13 @@ void Install(const py::object& messages, const py::object& toOpen, const py::obj
     platform.dialogs = std::make_unique<PythonDialogs>(hold(dialogs));
     InstallPlatform(std::move(platform));
     SetMlLanguage(language, {});
+}
 
+/// Lets go what the ports hold when the interpreter ends.
+void ReleaseAtExit(const std::shared_ptr<AllHeld>& all) {
     py::module_::import("atexit").attr("register")(py::cpp_function([all] {
         if (!InitDir().empty()) SaveInitDir();  // engines that still live cannot do it later
-        for (const auto& object : all) {
+        for (const auto& object : AllHeld(*all)) {
             if (const Held held = object.lock()) *held = {};
         }
     }));
@@ -321,11 +330,17 @@ void AddPorts(py::module_& module) {
         .def_readonly("filter_index", &FileRequest::filterIndex, "Counted from 1.")
         .def_readonly("owner", &FileRequest::owner, "Window handle, -1 for none.");
 
+    const auto all = std::make_shared<AllHeld>();
     module.def(
-        "install_platform", Install, py::kw_only(), arg("messages") = py::none(),
-        arg("choose_to_open") = py::none(), arg("choose_to_save") = py::none(),
-        arg("settings") = py::none(), arg("dialogs") = py::none(), arg("texts") = py::none(),
-        arg("language") = kHungarian,
+        "install_platform",
+        [all](const py::object& messages, const py::object& toOpen, const py::object& toSave,
+              const py::object& settings, const py::object& dialogs, const py::object& texts,
+              std::int32_t language) {
+            Install(*all, messages, toOpen, toSave, settings, dialogs, texts, language);
+        },
+        py::kw_only(), arg("messages") = py::none(), arg("choose_to_open") = py::none(),
+        arg("choose_to_save") = py::none(), arg("settings") = py::none(),
+        arg("dialogs") = py::none(), arg("texts") = py::none(), arg("language") = kHungarian,
         "Gives the component its surroundings; what is left out is that of a program without\n"
         "windows. Call it before the first object is created.\n\n"
         "messages(message)         shows a Message and returns the answer: one of its buttons, or\n"
@@ -344,7 +359,9 @@ void AddPorts(py::module_& module) {
         "                          1066 Vietnamese, 2074 Serbian.\n\n"
         "What a callable raises reaches whoever made the call; the component stays usable.");
 
-    Install(py::none(), py::none(), py::none(), py::none(), py::none(), py::none(), kHungarian);
+    Install(*all, py::none(), py::none(), py::none(), py::none(), py::none(), py::none(),
+            kHungarian);
+    ReleaseAtExit(all);
     DecimalSeparator('.');
 }
 

@@ -27,11 +27,7 @@ Field<Record> Number(const std::string& name, std::size_t offset) {
                 return py::float_(value);
             },
             [name, offset](Record& record, const py::object& given) {
-                const double value = PyFloat_AsDouble(given.ptr());
-                if (PyErr_Occurred() != nullptr) {
-                    PyErr_Clear();
-                    throw py::type_error(name + " must be a number, not " + TypeNameOf(given));
-                }
+                const auto value = Converted<double>(given, name, "a number");
                 std::memcpy(reinterpret_cast<std::byte*>(&record) + offset, &value, sizeof value);
             }};
 }

@@ -126,22 +126,26 @@ void AddFiles(Transformation& type) {
         arg("sFileTrPrm"), arg("bItr25Format") = false,
         "Loads six parameters. A polynomial record becomes TR_AFFIN first, any other keeps its\n"
         "type. False, after a message, when the file holds something else; True for a file that\n"
-        "does not open, which is shown as a message.");
+        "does not open, which is shown as a message. Commas separate numbers: see\n"
+        "ParametersHaveDecimalCommas.");
     type.def(
         "bLoadPoliTrPrmFromFile",
         [](clsTr& self, const Path& sFileTrPrm) {
             return self.bLoadPoliTrPrmFromFile(sFileTrPrm.string());
         },
         arg("sFileTrPrm"),
-        "Loads a polynomial; False when the number of coefficient lines is that of no type.");
+        "Loads a polynomial; False when the number of coefficient lines is that of no type. "
+        "Commas\n"
+        "count for nothing, 1,304 is read as 1304: see ParametersHaveDecimalCommas.");
     type.def(
         "bSavePoliTrPrm",
         [](clsTr& self, const Path& sFileTrPrm, const std::optional<std::string>& vTitle) {
             return self.bSavePoliTrPrm(sFileTrPrm.string(), vTitle);
         },
         arg("sFileTrPrm"), arg("vTitle") = py::none(),
-        "Saves the polynomial listing; False for a record of six parameters. RuntimeError 61 when\n"
-        "not everything could be written.");
+        "Saves the polynomial listing; False for a record of six parameters. True also for a file\n"
+        "that does not open, which is shown as a message. RuntimeError 61 when not everything\n"
+        "could be written.");
     type.def("sListHelmertTrPrm", &clsTr::sListHelmertTrPrm, arg("vTitle") = py::none(),
              "Six parameters and their formula as text; empty for a polynomial record.");
     type.def("sListPoliTrPrm", &clsTr::sListPoliTrPrm, arg("vTitle") = py::none(),

@@ -11,11 +11,11 @@ remain than the type needs.
 import argparse
 import csv
 import math
-import os
 import sys
 
 import kv_tr
 
+COLUMNS = ("id", "y1", "x1", "y2", "x2")
 TYPES = {
     "helmert": kv_tr.TR_HELMERT,
     "affine": kv_tr.TR_AFFIN,
@@ -30,12 +30,28 @@ TYPES = {
 }
 
 
+def stop(message):
+    """Shows what the component has to tell: whatever that is, the work is not done."""
+    sys.exit(message.text)
+
+
 def read_points(name):
+    if kv_tr.PointsMayHaveDecimalCommas(name):
+        sys.exit(f"{name} is no table with commas between its columns and points in its numbers")
     with open(name, newline="", encoding="utf-8-sig") as file:
-        return [
-            (row["id"], *(float(row[column]) for column in ("y1", "x1", "y2", "x2")))
-            for row in csv.DictReader(file)
-        ]
+        table = csv.DictReader(file)
+        missing = [column for column in COLUMNS if column not in (table.fieldnames or [])]
+        if missing:
+            sys.exit(f"{name} has no column {', '.join(missing)}")
+        points = []
+        for row in table:
+            try:
+                if None in row:
+                    raise ValueError("more fields than columns; numbers have a decimal point")
+                points.append((row["id"], *(float(row[column] or "") for column in COLUMNS[1:])))
+            except ValueError as error:
+                sys.exit(f"{name}, line {table.line_num}: {error}")
+    return points
 
 
 def residual(pair):
@@ -52,12 +68,14 @@ def fit(engine, limit):
         if residual(pairs[worst]) <= limit:
             break
         kind = engine.eTrType
-        engine.ExcludeByIx(worst, False)
-        spared = engine.lNotUsedCnt > len(pairs) - len(used)
-        if not spared or engine.eTrType != kind:  # the last two points stay, and so does the type
-            if spared:
+        needed = len(used) == 2  # the last two points cannot be left out
+        if not needed:
+            engine.ExcludeByIx(worst, False)
+            needed = engine.eTrType != kind  # which was lowered, because too few are left for it
+            if needed:
                 engine.ExcludeByIx(worst, False)
-            engine.eTrType = kind
+                engine.eTrType = kind
+        if needed:
             print(f"{pairs[worst].sId} is above the limit but needed", file=sys.stderr)
             break
         engine.DoCalcTr()
@@ -71,17 +89,20 @@ def report(engine):
     print(f"rms {engine.dRmsErr:.3f} m with {engine.lFullCnt - engine.lNotUsedCnt} points")
 
 
-def save_parameters(tr, name):
-    """Saves in the format that the extension names; it has to suit the type."""
-    extension = os.path.splitext(name)[1].lower()
-    if extension not in ((".all",) if tr.bTypeIsPolinom() else (".trp", ".prm")):
+def check_extension(engine, name):
+    """The extension names the format, which has to suit the type."""
+    suitable = (".all",) if engine.bTypeIsPolinom() else (".trp", ".prm")
+    if not name.lower().endswith(suitable):
         sys.exit(f"{name}: polynomials go to .all, other types to .trp or .prm")
+
+
+def save_parameters(tr, name):
     if tr.bTypeIsPolinom():
-        tr.bSavePoliTrPrm(name)
+        saved = tr.bSavePoliTrPrm(name)
     else:
-        tr.bSaveAffinTrPrm(name, extension == ".prm")
-    if not os.path.isfile(name):
-        sys.exit(1)  # the component has said why
+        saved = tr.bSaveAffinTrPrm(name, name.lower().endswith(".prm"))
+    if not saved:
+        sys.exit(f"The parameters could not be saved to {name}")
 
 
 def main():
@@ -93,21 +114,26 @@ def main():
     parser.add_argument("--save", help="write the parameters to this file (.trp, .prm or .all)")
     options = parser.parse_args()
 
-    kv_tr.install_platform(language=2057)
+    kv_tr.install_platform(messages=stop, language=2057)
     with kv_tr.clsTr() as tr:
         engine = tr.oCalcTr
         engine.AddXY4Tr(read_points(options.points), False)
         engine.eTrType = TYPES[options.type]
         if not engine.bXYCntIsValid4TrType(engine.eTrType):
             sys.exit(kv_tr.GetMlString(97))
+        if options.save:
+            check_extension(engine, options.save)
         fit(engine, options.limit)
         report(engine)
-        if options.log:
-            engine.SaveLog(options.log)
         tr.udtTrPrm = engine.udtTrPrm
         if options.save:
             save_parameters(tr, options.save)
+        if options.log:
+            engine.SaveLog(options.log)
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except (OSError, ValueError, kv_tr.RuntimeError) as error:
+        sys.exit(str(error))

@@ -15,7 +15,7 @@ import sys
 import kv_tr
 import matplotlib.pyplot as plt
 import numpy as np
-from fit_from_csv import TYPES, fit, read_points
+from fit_from_csv import TYPES, fit, read_points, stop
 
 
 def nice(value):
@@ -67,7 +67,7 @@ def main():
     parser.add_argument("--limit", type=float, help="greatest residual allowed, metres")
     options = parser.parse_args()
 
-    kv_tr.install_platform(language=2057)
+    kv_tr.install_platform(messages=stop, language=2057)
     engine = kv_tr.clsTrCalc()
     engine.AddXY4Tr(read_points(options.points), False)
     engine.eTrType = TYPES[options.type]
@@ -83,4 +83,7 @@ def main():
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except (OSError, ValueError, kv_tr.RuntimeError) as error:
+        sys.exit(str(error))

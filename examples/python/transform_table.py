@@ -7,6 +7,7 @@
 
 import argparse
 import csv
+import os
 import pathlib
 import sys
 
@@ -18,14 +19,58 @@ def read_record(options):
     with kv_tr.clsTr() as tr:
         if options.national:
             tr.udtTrPrmByDAT2M1 = kv_tr.enuTR_TYPE["TR_" + options.national]
-        elif not pathlib.Path(options.params).is_file():
-            sys.exit(f"There is no file {options.params}")
-        elif options.params.endswith(".all"):
-            if not tr.bLoadPoliTrPrmFromFile(options.params):
-                sys.exit(f"{options.params} holds no polynomial")
-        elif not tr.bLoadAffinTrPrmFromFile(options.params, options.params.endswith(".prm")):
-            sys.exit(1)  # the component has said why
+            return tr.udtTrPrm
+        kind = pathlib.Path(options.params).suffix.lower()
+        if kind not in (".trp", ".prm", ".all"):
+            sys.exit(f"{options.params}: parameter files end in .trp, .prm or .all")
+        if kv_tr.ParametersHaveDecimalCommas(options.params):
+            sys.exit(f"{options.params} has decimal commas: replace them by points")
+        if kind == ".all":
+            loaded = tr.bLoadPoliTrPrmFromFile(options.params)
+        else:
+            loaded = tr.bLoadAffinTrPrmFromFile(options.params, kind == ".prm")
+        if not loaded:
+            sys.exit(f"{options.params} holds no parameters that can be read")
         return tr.udtTrPrm
+
+
+def stop(message):
+    """Shows what the component has to tell: whatever that is, the work is not done."""
+    sys.exit(message.text)
+
+
+def read_table(name, columns):
+    """The names of all columns, the rows, and the numbers of the two columns."""
+    with open(name, newline="", encoding="utf-8-sig") as file:
+        table = csv.DictReader(file)
+        missing = set(columns) - set(table.fieldnames or [])
+        if missing:
+            sys.exit(f"{name} has no column {', '.join(sorted(missing))}")
+        rows, points = [], []
+        for row in table:
+            try:
+                if None in row:
+                    raise ValueError("more fields than columns; numbers have a decimal point")
+                points.append([float(row[column] or "") for column in columns])
+            except ValueError as error:
+                sys.exit(f"{name}, line {table.line_num}: {error}")
+            rows.append(row)
+    return table.fieldnames, rows, list(zip(*points)) or [(), ()]
+
+
+def write_table(name, columns, rows):
+    """Under another name first, so that the file is whole or as it was before."""
+    unfinished = name + ".part"
+    file = open(unfinished, "x", newline="", encoding="utf-8")  # replaces no file of that name
+    try:
+        with file:
+            writer = csv.DictWriter(file, columns)
+            writer.writeheader()
+            writer.writerows(rows)
+        os.replace(unfinished, name)
+    except OSError:
+        os.remove(unfinished)
+        raise
 
 
 def main():
@@ -39,24 +84,17 @@ def main():
     parser.add_argument("--columns", nargs=2, default=["y", "x"], metavar="NAME")
     options = parser.parse_args()
 
-    kv_tr.install_platform(language=2057)
-    with open(options.table, newline="", encoding="utf-8-sig") as file:
-        table = csv.DictReader(file)
-        rows = list(table)
-        missing = set(options.columns) - set(table.fieldnames or [])
-    if missing:
-        sys.exit(f"{options.table} has no column {', '.join(sorted(missing))}")
-    first, second = ([float(row[name]) for row in rows] for name in options.columns)
+    kv_tr.install_platform(messages=stop, language=2057)
+    columns, rows, (first, second) = read_table(options.table, options.columns)
     images = kv_tr.EvalTrPrm(read_record(options), first, second)
     for row, *image in zip(rows, *images):
         row.update(zip(options.columns, (f"{value:.3f}" for value in image)))
-
-    with open(options.output, "w", newline="", encoding="utf-8") as file:
-        writer = csv.DictWriter(file, table.fieldnames)
-        writer.writeheader()
-        writer.writerows(rows)
+    write_table(options.output, columns, rows)
     print(f"{len(rows)} points transformed to {options.output}")
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except (OSError, ValueError, kv_tr.RuntimeError) as error:
+        sys.exit(str(error))

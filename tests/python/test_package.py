@@ -50,6 +50,19 @@ def test_stubs_name_what_there_is():
                 assert all(f"{p}: " in signature for p in parameters(function)[1:]), member
 
 
+def test_stubs_tell_what_can_only_be_set():
+    only_set = set()
+    for name, node in members(STUB.body).items():
+        if not isinstance(node, ast.ClassDef) or name in RECORDS:
+            continue
+        for member, actual in vars(getattr(kv_tr, name)).items():
+            if isinstance(actual, property) and actual.fset:
+                annotation = ast.unparse(members(node.body)[member].annotation)
+                assert annotation.startswith("_WriteOnly[") == (actual.fget is None), member
+                only_set |= {member} if actual.fget is None else set()
+    assert only_set == {"sInitDir", "udtTrAffinPrm", "udtTrPrmByDAT2M1"}
+
+
 def test_the_enumeration_is_the_published_one():
     stub = members(next(n for n in STUB.body if getattr(n, "name", "") == "enuTR_TYPE").body)
     published = {name: ast.literal_eval(node.value) for name, node in stub.items()}

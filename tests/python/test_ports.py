@@ -195,6 +195,18 @@ def test_what_a_port_held_is_let_go():
     assert alive() is None
 
 
+def test_a_platform_that_is_installed_while_the_interpreter_ends_does_no_harm():
+    program = """if True:
+        import atexit
+        def late():
+            kv_tr.install_platform(messages=print, settings={}, texts=lambda *_: None)
+        atexit.register(late)
+        import kv_tr
+    """
+    ended = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+    assert (ended.returncode, ended.stderr) == (0, "")
+
+
 def test_the_interpreter_ends_cleanly_with_everything_alive(tmp_path):
     """Ports, handlers and engines that still live; the folder is remembered all the same."""
     program = """if True:

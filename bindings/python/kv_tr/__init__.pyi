@@ -2,7 +2,7 @@ import builtins
 import enum
 import os
 from collections.abc import Callable, Iterable, MutableMapping
-from typing import Any, Final, Literal, overload
+from typing import Any, Final, Generic, Literal, TypeVar, overload
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
@@ -13,6 +13,13 @@ _Path = str | os.PathLike[str]
 _Doubles = NDArray[np.float64]
 _Pair = typeXYs4Tr | tuple[str, float, float, float, float]
 _SixParameters = tuple[bool, float, float, float, float, float, float]
+
+_Value = TypeVar("_Value")
+
+class _WriteOnly(Generic[_Value]):
+    """A property that can be set; reading it is AttributeError."""
+
+    def __set__(self, instance: object, value: _Value) -> None: ...
 
 class enuTR_TYPE(enum.IntEnum):
     TR_METER_OL = -5
@@ -203,7 +210,7 @@ class clsTrCalc:
     def TypeChanched(self) -> TypeEvent: ...
     @property
     def lDebugId(self) -> int: ...
-    sInitDir: _Path
+    sInitDir: _WriteOnly[_Path]
     def AddXY4Tr(self, tXY4Tr: Iterable[_Pair], bAppend: bool) -> None: ...
     def GetAllXYs(self) -> list[typeXYs4Tr]: ...
     def GetXYs(self, bUsed: bool) -> list[typeXYs4Tr]: ...
@@ -246,9 +253,9 @@ class clsTr:
     RAD_270: float
     RAD_360: float
     udtTrPrm: TR_PRM
-    udtTrAffinPrm: AFFIN_PRM
-    udtTrPrmByDAT2M1: enuTR_TYPE
-    sInitDir: _Path
+    udtTrAffinPrm: _WriteOnly[AFFIN_PRM]
+    udtTrPrmByDAT2M1: _WriteOnly[enuTR_TYPE]
+    sInitDir: _WriteOnly[_Path]
     @property
     def lDebugId(self) -> int: ...
     @property
@@ -315,10 +322,30 @@ def StripFileExt(sName: str) -> str: ...
 def GetFolderPart(sPath: str) -> str: ...
 def GetFileTitle(sPath: str, bWithExt: bool) -> str: ...
 def GetMlString(id: int, sDefault: str = "") -> str: ...
+
+# The loaders of control points and of six parameters take commas as separators, 1,304 as two
+# numbers, that of polynomials reads 1304, and none says so: these two tell beforehand.
+def ParametersHaveDecimalCommas(fileName: _Path) -> bool: ...
+def PointsMayHaveDecimalCommas(fileName: _Path) -> bool: ...
+def NationalInfos() -> list[NationalInfo]: ...
 @overload
 def DecimalSeparator() -> str: ...
 @overload
 def DecimalSeparator(separator: str) -> None: ...
+
+class NationalInfo:
+    @property
+    def type(self) -> enuTR_TYPE: ...
+    @property
+    def name(self) -> str: ...
+    @property
+    def source(self) -> str: ...
+    @property
+    def destination(self) -> str: ...
+    @property
+    def accuracy(self) -> float: ...
+    @property
+    def area(self) -> Literal["Hungary", "Budapest"]: ...
 
 class Message:
     @property
