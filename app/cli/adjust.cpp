@@ -5,7 +5,8 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
-#include <set>
+#include <string_view>
+#include <unordered_set>
 
 #include "cli/file_options.h"
 #include "cli/fit.h"
@@ -43,18 +44,21 @@ struct AdjustOptions {
 
 /// Excludes every pair that has one of the identifiers; false when one is unknown.
 bool Exclude(clsTrCalc& engine, const std::vector<std::string>& identifiers) {
+    const std::unordered_set<std::string_view> unwanted(identifiers.begin(), identifiers.end());
+    std::unordered_set<std::string_view> known;
+    std::vector<std::int32_t> found;
     const auto pairs = engine.Pairs();
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        if (!unwanted.contains(pairs[i].sId)) continue;
+        known.insert(pairs[i].sId);
+        found.push_back(static_cast<std::int32_t>(i));
+    }
     for (const std::string& id : identifiers) {
-        if (std::ranges::count(pairs, id, &typeXYs4Tr::sId) > 0) continue;
+        if (known.contains(id)) continue;
         ShowMessage(Text(TextId::kUnknownIdentifier, {Excerpt(id)}), Icon::kExclamation);
         return false;
     }
-    const std::set<std::string> unwanted(identifiers.begin(), identifiers.end());
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        if (unwanted.contains(pairs[i].sId)) {
-            engine.ExcludeByIx(static_cast<std::int32_t>(i), false);
-        }
-    }
+    for (const std::int32_t index : found) engine.ExcludeByIx(index, false);
     return true;
 }
 

@@ -18,13 +18,20 @@ namespace {
 
 // The ports: what a host with windows would show in them, this one prints.
 
+/// Remembers trouble: some functions return normally after they have told the user of it.
 class PrintedMessages : public kv_tr::MessageBox {
 public:
+    explicit PrintedMessages(bool& trouble) : trouble_(trouble) {}
+
     kv_tr::Answer Show(const kv_tr::Message& message) override {
-        std::cout << (message.icon == kv_tr::Icon::kExclamation ? "! " : "i ") << message.text
-                  << std::endl;
+        const bool warning = message.icon == kv_tr::Icon::kExclamation;
+        if (warning) trouble_ = true;
+        std::cout << (warning ? "! " : "i ") << message.text << std::endl;
         return message.defaultAnswer;
     }
+
+private:
+    bool& trouble_;
 };
 
 /// Chooses what the user gave on the command line, wherever the component asks for a file.
@@ -58,9 +65,9 @@ private:
     std::map<std::string, std::string> values_;
 };
 
-void InstallPorts(const std::string& parameterFile) {
+void InstallPorts(const std::string& parameterFile, bool& trouble) {
     kv_tr::Platform platform = kv_tr::ConsolePlatform(kv_tr::kEnglish);  // texts and dialogs
-    platform.messages = std::make_unique<PrintedMessages>();
+    platform.messages = std::make_unique<PrintedMessages>(trouble);
     platform.files = std::make_unique<GivenFile>(parameterFile);
     platform.settings = std::make_unique<SettingsInMemory>();
     kv_tr::InstallPlatform(std::move(platform));
@@ -106,14 +113,15 @@ std::int32_t PrintResiduals(const kv_tr::clsTrCalc& engine) {
     return worst;
 }
 
-void FitAndTransform(const std::string& logFile) {
+/// False when there are too few points or the user cancels.
+bool FitAndTransform(const std::string& logFile) {
     kv_tr::clsTr transformation;
     const auto engine = transformation.oCalcTr();
 
     // Add the points and fit. engine->bDoModal(true) would let the user do it in a window.
     engine->AddXY4Tr(kControlPoints, false);
     engine->eTrType(kv_tr::TR_HELMERT);
-    if (!engine->bXYCntIsValid4TrType(engine->eTrType())) return;
+    if (!engine->bXYCntIsValid4TrType(engine->eTrType())) return false;
     engine->DoCalcTr();
     const std::int32_t worst = PrintResiduals(*engine);
     if (engine->dRmsErr() > engine->gdErrLimit) {
@@ -137,6 +145,7 @@ void FitAndTransform(const std::string& logFile) {
     transformation.bChooseFileAndSaveTrPrm(fileName, folder);
 
     transformation.TearDown();
+    return !fileName.empty();
 }
 
 }  // namespace
@@ -147,8 +156,12 @@ int main(int argumentCount, char** arguments) {
         return 2;
     }
     try {
-        InstallPorts(arguments[1]);
-        FitAndTransform(arguments[2]);
+        bool trouble = false;
+        InstallPorts(arguments[1], trouble);
+        const bool done = FitAndTransform(arguments[2]);
+        const bool printed = std::cout.flush() && std::fflush(stdout) == 0 && !std::ferror(stdout);
+        if (!printed) std::cerr << "not everything could be printed" << std::endl;
+        return done && printed && !trouble ? 0 : 1;
     } catch (const kv_tr::RuntimeError& error) {
         std::cerr << "error " << static_cast<int>(error.Number()) << ": " << error.what()
                   << std::endl;

@@ -20,10 +20,15 @@ int main(int argc, char* argv[]) {
     const bool chosen = transformation.bChooseTrPrm();
     double first = 0.0;
     double second = 0.0;
-    while (chosen && std::scanf("%lf %lf", &first, &second) == 2) {
+    int read = 0;
+    while (chosen && (read = std::scanf("%lf %lf", &first, &second)) == 2) {
         transformation.TrXY(first, second, first, second);
         std::printf("%.3f %.3f\n", first, second);
     }
     transformation.TearDown();
-    return chosen ? 0 : 1;
+    const bool allRead = read == EOF && !std::ferror(stdin);
+    if (chosen && !allRead) std::fputs("two numbers should stand here\n", stderr);
+    const bool printed = std::fflush(stdout) == 0 && !std::ferror(stdout);
+    if (!printed) std::fputs("not everything could be printed\n", stderr);
+    return chosen && allRead && printed ? 0 : 1;
 }

@@ -35,18 +35,30 @@ bool HasComma(std::string_view text) {
     return false;
 }
 
-/// As far as they can be read: whoever reads the file next tells what is wrong with it.
-std::vector<std::string> FirstLines(const std::string& fileName) {
-    constexpr int kEnough = 30;
-    std::vector<std::string> lines;
+/// Whether any line of a file is so, as far as they can be read: whoever reads the file next tells
+/// what is wrong with it.
+template <typename Predicate>
+bool AnyLine(const std::string& fileName, const Predicate& isSo) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(fileName, error)) return lines;
+    if (!std::filesystem::is_regular_file(fileName, error)) return false;
     std::ifstream stream(fileName, std::ios::binary);
     try {
         LineReader reader(*stream.rdbuf());
-        while (std::ssize(lines) < kEnough && !reader.AtEnd()) lines.emplace_back(reader.Next());
+        while (!reader.AtEnd()) {
+            if (isSo(reader.Next())) return true;
+        }
     } catch (const RuntimeError&) {
     }
+    return false;
+}
+
+std::vector<std::string> FirstLines(const std::string& fileName) {
+    constexpr std::size_t kEnough = 30;
+    std::vector<std::string> lines;
+    AnyLine(fileName, [&lines](std::string_view line) {
+        lines.emplace_back(line);
+        return lines.size() == kEnough;
+    });
     return lines;
 }
 
@@ -97,7 +109,7 @@ bool ParametersHaveDecimalCommas(const std::string& fileName) {
 }
 
 bool PointsMayHaveDecimalCommas(const std::string& fileName) {
-    return std::ranges::any_of(FirstLines(fileName), [](const std::string& line) {
+    return AnyLine(fileName, [](std::string_view line) {
         return HasDecimalCommas(WithoutIdentifier(line), 4);
     });
 }

@@ -20,7 +20,7 @@ std::string WithDecimalPoints(std::string_view points);
 /// is not looked at, here and below.
 bool ParametersHaveDecimalCommas(const std::string& fileName);
 
-/// Whether the first lines of a control-point file look like it.
+/// Whether any line of a control-point file looks like it.
 bool PointsMayHaveDecimalCommas(const std::string& fileName);
 
 /// Tells the user when they do.

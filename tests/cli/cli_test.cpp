@@ -158,6 +158,22 @@ TEST_F(CommandLine, TransformsLongInputsInTheirOrder) {
     EXPECT_EQ(out, shifted + "bad line here\n" + shifted);
 }
 
+TEST_F(CommandLine, ExcludesAnyNumberOfPairsAtOnce) {
+    constexpr int kPairs = 200000;  // far too many to look for each of the excluded ones
+    constexpr int kExcluded = 40000;
+    std::string pairs, excluded;
+    for (int i = 0; i < kPairs; ++i) {
+        const std::string id = std::to_string(i / 2);
+        pairs += id + " " + id + " 0 " + (i < kExcluded ? "7 7\n" : id + " " + id + "\n");
+        if (i < kExcluded) excluded += " --exclude " + id;
+    }
+    WriteFile(work + "many", pairs);
+    WriteFile(work + "excluded", excluded);
+    EXPECT_EQ(Run("kv_tr adjust many --type helmert $(cat excluded) --json | grep -c 'ed\": true'"),
+              0);
+    EXPECT_EQ(out, std::to_string(kExcluded) + "\n") << "two pairs have each identifier";
+}
+
 TEST_F(CommandLine, AnswersEachLineBeforeItWaitsForTheNext) {
     Run("mkfifo ask answer; kv_tr transform --points shift --type affine <ask >answer & "
         "exec 3>ask 4<answer; for i in 1 2; do echo $i 0 >&3; timeout 60 head -n 1 <&4; done; "

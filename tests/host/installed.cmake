@@ -34,6 +34,20 @@ function(check_host program)
   endif()
 endfunction()
 
+# check_host_fails(PROGRAM): where its files or what it prints cannot be written, as it should.
+function(check_host_fails program)
+  foreach(case "none/town.trp;log.txt;printed.txt" "town.trp;none/log.txt;printed.txt"
+               "/dev/full;log.txt;printed.txt" "town.trp;log.txt;/dev/full")
+    list(TRANSFORM case PREPEND ${folder}/ REGEX "^[^/]")
+    list(POP_BACK case printed)
+    execute_process(COMMAND ${program} ${case} RESULT_VARIABLE result OUTPUT_FILE ${printed}
+                    ERROR_QUIET)
+    if(NOT result EQUAL 1)
+      message(FATAL_ERROR "The host should have failed with ${case} printing to ${printed}")
+    endif()
+  endforeach()
+endfunction()
+
 # Every header that an installed one includes is installed too.
 function(check_headers include)
   file(GLOB_RECURSE headers RELATIVE ${include} ${include}/*.h)
@@ -67,6 +81,7 @@ endfunction()
 
 build_host(${EXAMPLE} build)
 check_host(${folder}/build/host)
+check_host_fails(${folder}/build/host)
 if(QT)
   build_host(${EXAMPLE}_qt build_qt)
 endif()
