@@ -35,7 +35,7 @@ bool AreLikelyPairs(std::span<const typeXYs4Tr> pairs) {
         return sum.first * sum.first + sum.second * sum.second;
     };
     constexpr double kMost = 0.8;
-    constexpr double kScale = 10;
+    constexpr double kScale = 2.5;  // fathoms are metres at 1.9
     const double explained = std::max(squared(turned), squared(mirrored)) / sourceSpread;
     const double scaleSquared = destinationSpread / sourceSpread;
     return explained > kMost * destinationSpread && scaleSquared >= 1 / (kScale * kScale) &&

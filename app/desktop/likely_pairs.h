@@ -8,7 +8,7 @@
 namespace kv_tr::desktop {
 
 /// Whether source and destination look like one plane figure: a similarity, mirrored or not, at a
-/// scale of 0.1 to 10 explains most of the destination. Coordinates followed by heights or codes
+/// scale of 0.4 to 2.5 explains most of the destination. Coordinates followed by heights or codes
 /// do not, nor do fewer than two places.
 bool AreLikelyPairs(std::span<const typeXYs4Tr> pairs);
 
