@@ -39,24 +39,41 @@ enuTR_TYPE FirstType(const clsTrCalc& engine) {
     return engine.bXYCntIsValid4TrType(TR_AFFIN) ? TR_AFFIN : TR_HELMERT;
 }
 
+/// The first line of a file that is not empty; nothing of a file that does not open, of which the
+/// user is told.
+std::optional<std::string> FirstLine(const std::string& fileName) {
+    clsFile file;
+    file.OpenIt(fileName, true);
+    if (!file.IsOpen()) return std::nullopt;
+    std::string line;
+    while (line.empty() && !file.AtEnd()) line = file.ReadLine();
+    return line;
+}
+
 DesktopForm::FileKind KindOf(const std::string& fileName) {
     using enum DesktopForm::FileKind;
     for (const char* extension : {"trp", "prm", "all"}) {
         if (HasExtension(fileName, extension)) return kParameters;
     }
-    clsFile file;
-    file.OpenIt(fileName, true);
-    if (!file.IsOpen()) return kUnreadable;
-    std::string line;
-    while (line.empty() && !file.AtEnd()) line = file.ReadLine();
+    const auto line = FirstLine(fileName);
+    if (!line) return kUnreadable;
     typeXYs4Tr ignored;
-    return ReadPair(line, ignored) ? kControlPoints : kCoordinates;
+    return ReadPair(*line, ignored) ? kControlPoints : kCoordinates;
+}
+
+/// Whether a line may be a single point, the commas of its coordinates being decimal ones.
+bool MayBeOnePoint(std::string_view line) {
+    const std::string_view numbers = WithoutIdentifier(line);
+    return HasDecimalCommas(numbers, 2) && !HasDecimalCommas(numbers, 4);
 }
 
 /// Whether a file is meant for a fit: when what was read does not look like pairs, it may be
 /// coordinates that something else stands behind.
 Answer AreMeantAsPairs(const host::PointReading& reading, const std::string& fileName) {
-    if (reading.hasDecimalCommas || AreLikelyPairs(reading.pairs)) return Answer::kYes;
+    const bool likely = AreLikelyPairs(
+        reading.hasDecimalCommas ? host::ReadPoints(fileName, host::Comma::kDecimalSign).pairs
+                                 : reading.pairs);
+    if (likely && !MayBeOnePoint(FirstLine(fileName).value_or(""))) return Answer::kYes;
     return Ask({.text = FillPlaces(GetMlString(1216, {}), {fileName}),
                 .title = GetMlString(83, "Figyelmeztetés"),
                 .icon = Icon::kExclamation,

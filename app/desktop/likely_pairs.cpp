@@ -2,6 +2,7 @@
 #include "desktop/likely_pairs.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kv_tr::desktop {
 
@@ -34,12 +35,10 @@ bool AreLikelyPairs(std::span<const typeXYs4Tr> pairs) {
     const auto squared = [](PlanePoint sum) {
         return sum.first * sum.first + sum.second * sum.second;
     };
-    constexpr double kMost = 0.8;
-    constexpr double kScale = 10;
     const double explained = std::max(squared(turned), squared(mirrored)) / sourceSpread;
-    const double scaleSquared = destinationSpread / sourceSpread;
-    return explained > kMost * destinationSpread && scaleSquared >= 1 / (kScale * kScale) &&
-           scaleSquared <= kScale * kScale;
+    const double scale = std::sqrt(destinationSpread / sourceSpread);
+    if (pairs.size() == 2) return scale > 0.4 && scale < 2.5;  // a similarity always explains two
+    return explained > 0.9 * destinationSpread && scale > 0.1;
 }
 
 }  // namespace kv_tr::desktop

@@ -7,9 +7,10 @@
 
 namespace kv_tr::desktop {
 
-/// Whether source and destination look like one plane figure: a similarity, mirrored or not, at a
-/// scale of 0.1 to 10 explains most of the destination. Coordinates followed by heights or codes
-/// do not, nor do fewer than two places.
+/// Whether source and destination look like one plane figure: a similarity, mirrored or not,
+/// explains nine tenths of the destination, which is not much smaller than the source, as heights
+/// or codes behind coordinates would be. Two pairs must have about the same distance, metres or
+/// fathoms; a single one never does.
 bool AreLikelyPairs(std::span<const typeXYs4Tr> pairs);
 
 }  // namespace kv_tr::desktop

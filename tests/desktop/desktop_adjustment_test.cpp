@@ -157,6 +157,9 @@ TEST_F(DesktopAdjustment, AsksBeforeItTakesWhatMayBeHeightsForControlPoints) {
         "1 650012.31 240001.17 112.40 5\n2 650420.02 240310.50 118.11 5\n3 650100 240800 109.2 7\n",
         "1 650012.31 240001.17 112.40 155.3\n2 650420.02 240310.50 118.11 161.0\n",
         "1 650012,31 240001,17\n2 650420,02 240310,50\n3 650100,12 240800,77\n",
+        "1 650012,31 240001,17\n2 650100,50 240010,20\n",
+        "1 650012,31 240001,17 112,4 5\n2 650420,02 240310,50 118,11 5\n3 650100 240800 109 7\n",
+        "1 650012.31 240001.17 112.40 5\n2 650420 240310 118.11 507\n3 650100 240800 109 340\n",
         "1 5 5 100 100\n1 5 5 100 100\n",
         "1 650012.31 240001.17 112.40 5\n2 650420.02 240310.50 118.11 5\n3 650100 240800 109.2\n",
     };
@@ -165,6 +168,10 @@ TEST_F(DesktopAdjustment, AsksBeforeItTakesWhatMayBeHeightsForControlPoints) {
     for (const std::string& text : likely) {
         EXPECT_EQ(form.OpenFile(File("likely.txt", text)), Kind::kControlPoints);
         EXPECT_EQ(platform.TakeTexts().size(), 0U) << text;
+    }
+    for (const char* name : {"swiss_helmert_9", "tidop_helmert_7", "georef_similarity_3"}) {
+        form.OpenFile(EXAMPLES "/" + std::string(name) + ".dat");
+        EXPECT_EQ(platform.TakeTexts().size(), 0U) << name;
     }
     script = [&asked](frmTr&) { ++asked; };
     for (const std::string& text : unlikely) {

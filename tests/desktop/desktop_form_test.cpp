@@ -36,7 +36,8 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
         {"gone.all", "", Kind::kParameters, false, "File open error:"},
         {"broken.dat", points + "D 5 x 1 1\n", Kind::kControlPoints, false, "{}, line 4: "},
         {"empty.dat", "\n\n", Kind::kCoordinates, false, ""},
-        {"commas.dat", "A 1,5 2,5 3,5 4,5\n", Kind::kControlPoints, false, "{}: commas "},
+        {"commas.dat", "A 1,5 2,5 3,5 4,5\nB 9,5 2,5 11,5 4,5\n", Kind::kControlPoints, false,
+         "{}: commas "},
         {"shift.trp", "100,000\n1,0\n0,0\n200,000\n0,0\n1,0\n", Kind::kParameters, true, ""},
         {"order1.all", "t\n\n sy = 0 sx = 0\n1 5 6\n2 1 0\n3 0 1\n", Kind::kParameters, true, ""},
     };
