@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "model/matrix.h"
+#include "model/matrix_routines.h"
 #include "python/binding.h"
 
 namespace kv_tr::python {

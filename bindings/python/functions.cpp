@@ -3,7 +3,7 @@
 
 #include "model/evaluate.h"
 #include "model/formula_text.h"
-#include "model/matrix.h"
+#include "model/matrix_routines.h"
 #include "params/national.h"
 #include "python/arrays.h"
 #include "python/binding.h"

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/pairs.h"
 #include "kv_tr/fit/adjustment.h"
 #include "model/records.h"
 #include "support/bookkeeping.h"

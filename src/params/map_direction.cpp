@@ -20,7 +20,7 @@ double MapDirection(const TR_PRM& record, double angle, PlanePoint point, double
     const PlanePoint to = EvalTrPrm(
         record, {point.first + std::cos(angle) * length, point.second + std::sin(angle) * length});
     return DirectionOf(SingleDifference(to.first, from.first),
-                     SingleDifference(to.second, from.second), constants);
+                       SingleDifference(to.second, from.second), constants);
 }
 
 }  // namespace kv_tr

@@ -25,7 +25,7 @@ bool ReadLinearFile(clsFile& file, LinearFormat format, TR_PRM& record);
 /// What could be read of a polynomial file.
 struct PolynomialReading {
     bool opened = false;
-    bool accepted = false;  // the number of coefficient lines is that of a type
+    bool accepted = false;      // the number of coefficient lines is that of a type
     std::uint64_t badLine = 0;  // first line, from 1, that could not be taken whole; 0 for none
 };
 

@@ -49,7 +49,8 @@ TEST_F(ResidualGraph, MarksPairsByUseAndLimit) {
     pairs[4].bNotUsed = true;
     pairs[5].dXdest = std::numeric_limits<double>::infinity();
     const GraphScale scale{.metresPerUnit = 2, .originFirst = 0, .originSecond = 100};
-    const auto marks = GraphMarks(pairs, 0.5, scale, {true, true, true, true});
+    engine.AddXY4Tr(pairs, false);
+    const auto marks = GraphMarks(engine.Held(), 0.5, scale, {true, true, true, true});
 
     const std::pair<Colour, bool> expected[] = {
         {kRed, true}, {kBlue, false}, {kBlack, false}, {kRed, true}, {kBlack, false}};
@@ -59,7 +60,7 @@ TEST_F(ResidualGraph, MarksPairsByUseAndLimit) {
     }
     ExpectNear(marks[0].place, {5, 40}, 0);
     EXPECT_EQ(marks[0].labels, (std::array<std::string, 4>{" A", " 0.500", "0.300 ", "-0.400"}));
-    EXPECT_EQ(GraphMarks(pairs, 0.5, scale, {false, false, true, false})[0].labels,
+    EXPECT_EQ(GraphMarks(engine.Held(), 0.5, scale, {false, false, true, false})[0].labels,
               (std::array<std::string, 4>{"", "", "", "-0.400"}));
 }
 
