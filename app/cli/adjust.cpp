@@ -11,6 +11,7 @@
 #include "cli/file_options.h"
 #include "cli/fit.h"
 #include "cli/host.h"
+#include "cli/interruption.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
 #include "cli/terminal.h"
@@ -76,6 +77,7 @@ bool PrepareAndFit(clsTrCalc& engine, const AdjustOptions& options) {
 /// Saves a file that was asked for; one that cannot be written does not keep the others from it.
 void Save(const std::string& fileName, const std::function<void()>& save) {
     if (fileName.empty()) return;
+    const SignalsWait wait;
     try {
         save();
     } catch (const RuntimeError& error) {

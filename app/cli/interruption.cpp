@@ -11,7 +11,7 @@ namespace kv_tr::cli {
 namespace {
 
 #ifdef SIGHUP
-constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
+constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGALRM, SIGUSR1, SIGUSR2, SIGXCPU};
 #else
 constexpr std::array kSignals{SIGINT, SIGTERM};
 #endif
@@ -41,5 +41,27 @@ RemovedWhenInterrupted::RemovedWhenInterrupted(const std::filesystem::path& file
 }
 
 RemovedWhenInterrupted::~RemovedWhenInterrupted() { HandleSignals(SIG_DFL); }
+
+#ifdef _WIN32
+
+SignalsWait::SignalsWait() = default;
+SignalsWait::~SignalsWait() = default;
+
+void ReportFilesTooLarge() {}
+
+#else
+
+SignalsWait::SignalsWait() {
+    sigset_t ending;
+    sigemptyset(&ending);
+    for (const int signal : kSignals) sigaddset(&ending, signal);
+    sigprocmask(SIG_BLOCK, &ending, &before_);
+}
+
+SignalsWait::~SignalsWait() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+
+void ReportFilesTooLarge() { std::signal(SIGXFSZ, SIG_IGN); }
+
+#endif
 
 }  // namespace kv_tr::cli

@@ -1,6 +1,7 @@
 // What becomes of a half-written file when the user interrupts the program.
 #pragma once
 
+#include <csignal>
 #include <filesystem>
 
 namespace kv_tr::cli {
@@ -14,5 +15,24 @@ public:
     RemovedWhenInterrupted(const RemovedWhenInterrupted&) = delete;
     RemovedWhenInterrupted& operator=(const RemovedWhenInterrupted&) = delete;
 };
+
+/// While it lives, signals that would end the program wait, so that a short save is done or not
+/// begun. Only SIGKILL can leave a temporary file then.
+class SignalsWait {
+public:
+    SignalsWait();
+    ~SignalsWait();
+    SignalsWait(const SignalsWait&) = delete;
+    SignalsWait& operator=(const SignalsWait&) = delete;
+
+#ifndef _WIN32
+private:
+    sigset_t before_{};
+#endif
+};
+
+/// Makes a file that grows beyond what the user may write an error like a full disk, instead of
+/// the end of the program.
+void ReportFilesTooLarge();
 
 }  // namespace kv_tr::cli

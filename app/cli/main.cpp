@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "cli/host.h"
+#include "cli/interruption.h"
 #include "cli/wording.h"
 #include "common/standard_streams.h"
 #include "support/errors.h"
@@ -67,6 +68,7 @@ int RunCommandLine(int argc, char** argv) {
 int main(int argc, char** argv) {
     using namespace kv_tr::cli;
     if (!kv_tr::host::OpenMissingStandardStreams()) return kReported;
+    ReportFilesTooLarge();
     try {
         return RunCommandLine(argc, argv);
     } catch (const std::exception& error) {

@@ -61,6 +61,7 @@ class Output {
 public:
     explicit Output(const std::string& name) {
         if (name.empty()) return;
+        const SignalsWait wait;
         file_.emplace(name);
         guard_.emplace(file_->Temporary());
     }

@@ -188,6 +188,24 @@ TEST_F(CommandLine, LeavesNothingBehindWhenItIsInterrupted) {
     EXPECT_EQ(Files(), before);
 }
 
+TEST_F(CommandLine, LeavesNothingBehindWhenASaveIsInterruptedOrFindsNoRoom) {
+    std::string points;  // whose log takes more than the room below
+    for (int i = 0; i < 2000; ++i)
+        points += "P" + std::to_string(i) + " 1 " + std::to_string(i * i) + " 2 3\n";
+    WriteFile(work + "many", points);
+    const auto before = Files();
+    EXPECT_EQ(Run("ulimit -f 100; kv_tr adjust many --type helmert --log old >/dev/null"), 1);
+    EXPECT_NE(err.find("Not everything could be written: old"), std::string::npos) << err;
+    EXPECT_EQ(Files(), before);
+
+    for (int i = 0; i < 40; ++i) {  // at any time of its run
+        Run("kv_tr adjust many --type helmert --log new >/dev/null & sleep 0." +
+            std::to_string(1000 + i).substr(1) + "; kill -TERM $!; wait $!");
+        std::filesystem::remove(work + "new");
+        EXPECT_EQ(Files(), before);
+    }
+}
+
 TEST_F(CommandLine, SavesTheLogAndThePointsInTheCodePageWithCrLfAndThePlot) {
     Run("kv_tr adjust examples/textbook_conformal_3.dat --exclude C --language hu --decimal-comma "
         "--log log --save-points points --plot plot.SVG | sed 's/$/\\r/'");
