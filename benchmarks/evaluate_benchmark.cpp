@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "kv_tr/model/evaluate.h"
-#include "model/coefficients.h"
-#include "model/evaluate.h"
+#include "kv_tr/published/coefficients.h"
+#include "kv_tr/published/eval_tr_prm.h"
 #include "samples.h"
 
 #ifdef KV_TR_HAS_PROJ

@@ -1,8 +1,8 @@
 // Fitting control points.
 #include <benchmark/benchmark.h>
 
-#include "engine/clsTrCalc.h"
-#include "engine/pairs.h"
+#include "kv_tr/published/clsTrCalc.h"
+#include "kv_tr/published/pairs.h"
 #include "samples.h"
 
 #ifdef KV_TR_HAS_GDAL

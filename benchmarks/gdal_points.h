@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "model/records.h"
+#include "kv_tr/published/records.h"
 
 namespace kv_tr::benchmarks {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "model/coefficients.h"
-#include "model/records.h"
+#include "kv_tr/published/coefficients.h"
+#include "kv_tr/published/records.h"
 
 namespace kv_tr::benchmarks {
 

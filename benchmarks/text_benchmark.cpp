@@ -6,10 +6,10 @@
 #include <filesystem>
 #include <fstream>
 
-#include "engine/control_point_file.h"
-#include "params/national.h"
+#include "kv_tr/published/control_point_file.h"
+#include "kv_tr/published/national.h"
+#include "kv_tr/published/number_format.h"
 #include "samples.h"
-#include "support/number_text.h"
 
 namespace kv_tr::benchmarks {
 namespace {

@@ -4,11 +4,11 @@ include(CMakePackageConfigHelpers)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/kv_tr)
 
-install(TARGETS kv_tr EXPORT kv_tr-targets FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kv_tr)
+install(TARGETS kv_tr EXPORT kv_tr-targets FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT kv_tr-targets NAMESPACE kv_tr:: DESTINATION ${package_folder})
 if(KV_TR_QT) # the component `qt` of the package
   install(TARGETS kv_tr_qt EXPORT kv_tr-qt-targets FILE_SET HEADERS
-          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kv_tr)
+          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
   install(EXPORT kv_tr-qt-targets NAMESPACE kv_tr:: DESTINATION ${package_folder})
 endif()
 install(FILES cmake/kv_tr-config.cmake DESTINATION ${package_folder})

@@ -15,14 +15,14 @@
 #include "cli/json_text.h"
 #include "cli/parameters.h"
 #include "cli/terminal.h"
-#include "engine/pairs.h"
-#include "engine/transformation_log.h"
-#include "model/type_names.h"
-#include "support/errors.h"
-#include "support/file_names.h"
-#include "support/message.h"
-#include "support/number_text.h"
-#include "ui/graph_page.h"
+#include "kv_tr/forms/graph_page.h"
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/message.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/published/pairs.h"
+#include "kv_tr/published/transformation_log.h"
+#include "kv_tr/published/type_names.h"
+#include "kv_tr/text/file_names.h"
 
 namespace kv_tr::cli {
 namespace {

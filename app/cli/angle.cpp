@@ -6,8 +6,8 @@
 #include "cli/host.h"
 #include "cli/parameters.h"
 #include "common/angle_units.h"
-#include "support/message.h"
-#include "support/number_text.h"
+#include "kv_tr/published/message.h"
+#include "kv_tr/published/number_format.h"
 
 namespace kv_tr::cli {
 namespace {

@@ -7,10 +7,10 @@
 
 #include "cli/host.h"
 #include "common/point_reading.h"
-#include "model/transformation_type.h"
-#include "support/errors.h"
-#include "support/message.h"
-#include "support/ml_strings.h"
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/message.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/transformation_type.h"
 
 namespace kv_tr::cli {
 namespace {

@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "engine/clsTrCalc.h"
+#include "kv_tr/published/clsTrCalc.h"
 
 namespace CLI {
 class App;

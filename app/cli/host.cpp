@@ -11,11 +11,11 @@
 #include <utility>
 
 #include "common/languages.h"
-#include "support/component.h"
-#include "support/console_platform.h"
-#include "support/control_characters.h"
-#include "support/ml_strings.h"
-#include "support/number_text.h"
+#include "kv_tr/published/component.h"
+#include "kv_tr/published/console_platform.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/text/control_characters.h"
 
 namespace kv_tr::cli {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "cli/texts.h"
 #include "common/excerpt.h"
-#include "support/platform.h"
+#include "kv_tr/published/platform.h"
 
 namespace CLI {
 class App;

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "model/coefficients.h"
+#include "kv_tr/published/coefficients.h"
 
 namespace kv_tr::cli {
 namespace {

@@ -7,7 +7,7 @@
 #include "cli/interruption.h"
 #include "cli/wording.h"
 #include "common/standard_streams.h"
-#include "support/errors.h"
+#include "kv_tr/published/errors.h"
 
 namespace kv_tr::cli {
 namespace {

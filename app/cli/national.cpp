@@ -1,13 +1,13 @@
 // kv_tr national: the built-in transformations between the Hungarian systems.
-#include "params/national.h"
+#include "kv_tr/published/national.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "cli/host.h"
 #include "cli/table.h"
-#include "model/type_names.h"
-#include "support/number_text.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/published/type_names.h"
 
 namespace kv_tr::cli {
 namespace {

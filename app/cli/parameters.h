@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "params/clsTr.h"
+#include "kv_tr/published/clsTr.h"
 
 namespace CLI {
 class App;

@@ -6,8 +6,8 @@
 #include "cli/host.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
-#include "params/national.h"
-#include "params/parameter_file.h"
+#include "kv_tr/published/national.h"
+#include "kv_tr/published/parameter_file.h"
 
 namespace kv_tr::cli {
 namespace {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <iostream>
 
-#include "support/code_page.h"
-#include "support/control_characters.h"
+#include "kv_tr/text/code_page.h"
+#include "kv_tr/text/control_characters.h"
 
 namespace kv_tr::cli {
 namespace {

@@ -13,11 +13,12 @@
 #include "cli/parameters.h"
 #include "cli/terminal.h"
 #include "common/coordinate_file.h"
-#include "support/errors.h"
-#include "support/message.h"
-#include "support/ml_strings.h"
-#include "support/number_text.h"
-#include "support/replacing_file.h"
+#include "kv_tr/published/coefficients.h"
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/message.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -102,7 +103,8 @@ bool TransformAll(Input& input, Output& output, const TR_PRM& record,
                 progress.Show(lines, bytes);
                 return true;
             }};
-    const auto result = host::TransformText(input.Source(), to, record, options.coordinates);
+    const auto result =
+        host::TransformText(input.Source(), to, TransformationOf(record), options.coordinates);
     host::ReportBadLines(result, input.Name());
     if (result.mayHaveDecimalCommas) PrintNote(Text(TextId::kCommasMayBeDecimal));
     return result.Complete();

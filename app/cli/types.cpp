@@ -4,8 +4,8 @@
 #include "cli/fit.h"
 #include "cli/host.h"
 #include "cli/table.h"
-#include "model/transformation_type.h"
-#include "model/type_names.h"
+#include "kv_tr/published/transformation_type.h"
+#include "kv_tr/published/type_names.h"
 
 namespace kv_tr::cli {
 namespace {

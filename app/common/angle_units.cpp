@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "support/number_text.h"
+#include "kv_tr/published/number_format.h"
 
 namespace kv_tr::host {
 namespace {

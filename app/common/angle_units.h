@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "params/clsTr.h"
+#include "kv_tr/published/clsTr.h"
 
 namespace kv_tr::host {
 

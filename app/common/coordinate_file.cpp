@@ -10,10 +10,10 @@
 #include <utility>
 
 #include "common/excerpt.h"
-#include "support/errors.h"
-#include "support/line_reader.h"
-#include "support/message.h"
-#include "support/ml_strings.h"
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/message.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/text/line_reader.h"
 
 namespace kv_tr::host {
 namespace {
@@ -22,8 +22,8 @@ namespace {
 /// lines stay here until then, so that none are lost with a thread that does not start.
 class Block {
 public:
-    Block(std::string lines, const TR_PRM& record, const CoordinateOptions& options)
-        : lines_(std::move(lines)), record_(record), options_(options) {}
+    Block(std::string lines, const Transformation& transformation, const CoordinateOptions& options)
+        : lines_(std::move(lines)), transformation_(transformation), options_(options) {}
 
     void StartThread() {
         try {
@@ -40,10 +40,12 @@ public:
     TransformedLines Take() { return done_.valid() ? done_.get() : Transformed(); }
 
 private:
-    TransformedLines Transformed() const { return TransformLines(lines_, record_, options_); }
+    TransformedLines Transformed() const {
+        return TransformLines(lines_, transformation_, options_);
+    }
 
     const std::string lines_;
-    const TR_PRM& record_;
+    const Transformation& transformation_;
     const CoordinateOptions& options_;
     std::future<TransformedLines> done_;  // the last member: its end waits for the thread
 };
@@ -51,9 +53,9 @@ private:
 /// Transforms the blocks of a text, several at a time, and writes them in their order.
 class Pipeline {
 public:
-    Pipeline(std::streambuf& source, const CoordinateOutput& output, const TR_PRM& record,
-             const CoordinateOptions& options)
-        : reader_(source), output_(output), record_(record), options_(options) {}
+    Pipeline(std::streambuf& source, const CoordinateOutput& output,
+             const Transformation& transformation, const CoordinateOptions& options)
+        : reader_(source), output_(output), transformation_(transformation), options_(options) {}
 
     CoordinateResult Run() {
         if (reader_.SkipUtf8Mark()) output_.write("\xEF\xBB\xBF");
@@ -77,15 +79,15 @@ private:
         std::string block;
         try {
             if (!reader_.Next(block)) return false;
-        } catch (const RuntimeError&) {
+        } catch (const TextError& error) {
             WriteUntil(0);
             if (!result_.Complete()) return false;
-            throw;
+            throw ReadFailure(error);
         }
         bytesRead_ += block.size();
         constexpr std::size_t kSmall = 1 << 14;
         const bool pays = processors_ > 1 && block.size() >= kSmall;
-        underWay_.emplace_back(std::move(block), record_, options_);
+        underWay_.emplace_back(std::move(block), transformation_, options_);
         if (pays) underWay_.back().StartThread();
         return true;
     }
@@ -116,7 +118,7 @@ private:
     const std::size_t processors_ = std::max(1U, std::thread::hardware_concurrency());
     BlockReader reader_;
     const CoordinateOutput& output_;
-    const TR_PRM record_;
+    const Transformation transformation_;
     const CoordinateOptions options_;
     std::deque<Block> underWay_;
     CoordinateResult result_;
@@ -127,8 +129,9 @@ private:
 }  // namespace
 
 CoordinateResult TransformText(std::streambuf& source, const CoordinateOutput& output,
-                               const TR_PRM& record, const CoordinateOptions& options) {
-    return Pipeline(source, output, record, options).Run();
+                               const Transformation& transformation,
+                               const CoordinateOptions& options) {
+    return Pipeline(source, output, transformation, options).Run();
 }
 
 void ReportBadLines(const CoordinateResult& result, const std::string& fileName) {

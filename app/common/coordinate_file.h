@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "common/coordinate_lines.h"
-#include "model/records.h"
+#include "kv_tr/model/transformation.h"
 
 namespace kv_tr::host {
 
@@ -37,7 +37,8 @@ struct CoordinateOutput {
 /// ends the work unless the options keep it going. Memory does not grow with the text. Throws
 /// RuntimeError as BlockReader does, after the lines before the trouble.
 CoordinateResult TransformText(std::streambuf& source, const CoordinateOutput& output,
-                               const TR_PRM& record, const CoordinateOptions& options);
+                               const Transformation& transformation,
+                               const CoordinateOptions& options);
 
 /// Shows the user which line of a file ended the work, or how many bad lines were passed on.
 void ReportBadLines(const CoordinateResult& result, const std::string& fileName);

@@ -5,10 +5,10 @@
 #include <array>
 #include <cmath>
 
-#include "model/evaluate.h"
-#include "support/decimal_commas.h"
-#include "support/line_reader.h"
-#include "support/number_text.h"
+#include "kv_tr/model/transformation.h"
+#include "kv_tr/published/decimal_commas.h"
+#include "kv_tr/text/line_reader.h"
+#include "kv_tr/text/number_text.h"
 
 namespace kv_tr::host {
 namespace {
@@ -19,8 +19,8 @@ bool SeemsToHaveDecimalCommas(std::string_view line, bool noId) {
 }
 
 /// Appends a line, transformed; false, with nothing appended, for a bad one.
-bool AppendTransformed(std::string& text, std::string_view line, const TR_PRM& record,
-                       const CoordinateOptions& options) {
+bool AppendTransformed(std::string& text, std::string_view line,
+                       const Transformation& transformation, const CoordinateOptions& options) {
     std::array<std::string_view, 3> fields;
     std::size_t count = 0;
     auto rest = line;
@@ -38,27 +38,22 @@ bool AppendTransformed(std::string& text, std::string_view line, const TR_PRM& r
     const auto firstNumber = ParseNumber(first, options.decimalComma);
     const auto secondNumber = ParseNumber(second, options.decimalComma);
     if (!firstNumber || !secondNumber) return false;
-    const PlanePoint image = EvalTrPrm(record, {*firstNumber, *secondNumber});
+    const Point image = transformation.Apply({*firstNumber, *secondNumber});
     if (!std::isfinite(image.first) || !std::isfinite(image.second)) return false;
 
-    const auto decimals = static_cast<std::uint8_t>(options.decimals);
+    const NumberStyle style{options.decimalComma ? ',' : '.'};
     const auto between = [&text](const char* begin, const char* end) { text.append(begin, end); };
-    const auto number = [&](double value) {
-        const auto begin = std::ssize(text);
-        AppendFixed(text, value, decimals);
-        if (options.decimalComma) std::replace(text.begin() + begin, text.end(), '.', ',');
-    };
     between(line.data(), first.data());
-    number(image.first);
+    AppendFixed(text, image.first, options.decimals, style);
     between(first.data() + first.size(), second.data());
-    number(image.second);
+    AppendFixed(text, image.second, options.decimals, style);
     between(second.data() + second.size(), line.data() + line.size());
     return true;
 }
 
 }  // namespace
 
-TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
+TransformedLines TransformLines(std::string_view text, const Transformation& transformation,
                                 const CoordinateOptions& options) {
     TransformedLines done;
     done.text.reserve(text.size() + text.size() / 4);
@@ -66,7 +61,7 @@ TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
         const auto [line, ending] = TakeLine(text);
         ++done.lines;
         const bool commas = !options.decimalComma && SeemsToHaveDecimalCommas(line, options.noId);
-        if (commas || !AppendTransformed(done.text, line, record, options)) {
+        if (commas || !AppendTransformed(done.text, line, transformation, options)) {
             done.mayHaveDecimalCommas |= commas;
             if (!options.keepGoing) {
                 done.stoppedAt = line;

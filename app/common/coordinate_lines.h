@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "model/records.h"
+#include "kv_tr/model/transformation.h"
 
 namespace kv_tr::host {
 
@@ -28,13 +28,13 @@ struct TransformedLines {
     std::optional<std::string> stoppedAt;  // the bad line that ended the work, not in the text
 };
 
-/// Transforms lines with a record. The coordinates are the second and third field of a line, or
+/// Transforms lines. The coordinates are the second and third field of a line, or
 /// the only two, or with noId the first two; a line without fields stays as it is. A line is bad
 /// when it has no two numbers, when their image is not finite, or when its numbers seem to have
 /// decimal commas that the options do not tell of.
 ///
 /// Reads nothing of the component but its decimal separator: several threads may be at it.
-TransformedLines TransformLines(std::string_view text, const TR_PRM& record,
+TransformedLines TransformLines(std::string_view text, const Transformation& transformation,
                                 const CoordinateOptions& options);
 
 }  // namespace kv_tr::host

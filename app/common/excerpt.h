@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "support/control_characters.h"
+#include "kv_tr/text/control_characters.h"
 
 namespace kv_tr::host {
 

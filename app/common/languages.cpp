@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-#include "support/ml_strings.h"
+#include "kv_tr/published/ml_strings.h"
 
 namespace kv_tr::host {
 namespace {

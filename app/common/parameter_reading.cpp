@@ -1,10 +1,10 @@
 // Parameter files, read whole or not at all.
 #include "common/parameter_reading.h"
 
-#include "params/parameter_file.h"
-#include "support/clsFile.h"
-#include "support/file_names.h"
-#include "support/ml_strings.h"
+#include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/parameter_file.h"
+#include "kv_tr/text/file_names.h"
 
 namespace kv_tr::host {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "model/records.h"
+#include "kv_tr/published/records.h"
 
 namespace kv_tr::host {
 

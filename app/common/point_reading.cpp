@@ -2,11 +2,11 @@
 #include "common/point_reading.h"
 
 #include "common/excerpt.h"
-#include "engine/control_point_file.h"
-#include "support/clsFile.h"
-#include "support/decimal_commas.h"
-#include "support/errors.h"
-#include "support/ml_strings.h"
+#include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/control_point_file.h"
+#include "kv_tr/published/decimal_commas.h"
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/ml_strings.h"
 
 namespace kv_tr::host {
 

@@ -8,9 +8,9 @@
 #include "common/angle_units.h"
 #include "common/point_reading.h"
 #include "desktop/recent_files.h"
-#include "params/clsTr.h"
-#include "support/event.h"
-#include "support/ml_strings.h"
+#include "kv_tr/published/clsTr.h"
+#include "kv_tr/published/event.h"
+#include "kv_tr/published/ml_strings.h"
 
 namespace kv_tr::desktop {
 

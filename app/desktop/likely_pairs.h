@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "model/records.h"
+#include "kv_tr/published/records.h"
 
 namespace kv_tr::desktop {
 

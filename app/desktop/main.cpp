@@ -10,9 +10,9 @@
 #include "common/languages.h"
 #include "common/standard_streams.h"
 #include "desktop/host_window.h"
-#include "support/component.h"
-#include "support/number_text.h"
-#include "ui/qt/qt_platform.h"
+#include "kv_tr/published/component.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/qt/qt_platform.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "support/settings.h"
+#include "kv_tr/published/settings.h"
 
 namespace kv_tr::desktop {
 namespace {

@@ -6,14 +6,15 @@
 #include <fstream>
 
 #include "common/excerpt.h"
-#include "support/GCommonDialog.h"
-#include "support/errors.h"
-#include "support/file_names.h"
-#include "support/line_reader.h"
-#include "support/message.h"
-#include "support/ml_strings.h"
-#include "support/replacing_file.h"
-#include "support/settings.h"
+#include "kv_tr/published/GCommonDialog.h"
+#include "kv_tr/published/coefficients.h"
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/message.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/settings.h"
+#include "kv_tr/text/file_names.h"
+#include "kv_tr/text/line_reader.h"
+#include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr::desktop {
 namespace fs = std::filesystem;
@@ -64,11 +65,11 @@ std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
         reader.SkipUtf8Mark();
         while (std::ssize(lines) < kPreviewLines && !reader.AtEnd()) {
             const std::string line(reader.Next());
-            const auto done = host::TransformLines(line, record_, options);
+            const auto done = host::TransformLines(line, TransformationOf(record_), options);
             const bool bad = done.stoppedAt || done.badLines > 0;
             lines.push_back({host::Excerpt(line), bad ? "" : host::Excerpt(done.text)});
         }
-    } catch (const RuntimeError&) {  // Run says what is wrong with the file
+    } catch (const TextError&) {  // Run says what is wrong with the file
     }
     return lines;
 }
@@ -102,7 +103,8 @@ std::optional<host::CoordinateResult> TransformForm::Write(const Progress& progr
             [&](std::uint64_t, std::uint64_t bytes) {
                 return progress(std::min(static_cast<double>(bytes) / size, 1.0));
             }};
-    const auto result = host::TransformText(*source.rdbuf(), to, record_, options);
+    const auto result =
+        host::TransformText(*source.rdbuf(), to, TransformationOf(record_), options);
     progress(1.0);
     if (result.Complete() && !file.Commit()) {
         throw WriteFailure(output);

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "common/coordinate_file.h"
-#include "model/records.h"
+#include "kv_tr/published/records.h"
 
 namespace kv_tr::desktop {
 

@@ -17,9 +17,9 @@
 #include <memory>
 
 #include "desktop/ui_text.h"
-#include "support/errors.h"
-#include "support/message.h"
-#include "ui/qt/form_window.h"
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/message.h"
+#include "kv_tr/qt/form_window.h"
 
 namespace kv_tr::desktop {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "support/ml_strings.h"
+#include "kv_tr/published/ml_strings.h"
 
 namespace kv_tr::desktop {
 

@@ -11,10 +11,10 @@
 #include <string_view>
 #include <typeinfo>
 
-#include "engine/clsTrCalc.h"
-#include "params/clsTr.h"
-#include "params/national.h"
-#include "support/platform.h"
+#include "kv_tr/published/clsTr.h"
+#include "kv_tr/published/clsTrCalc.h"
+#include "kv_tr/published/national.h"
+#include "kv_tr/published/platform.h"
 
 namespace kv_tr::python {
 

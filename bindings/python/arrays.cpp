@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "model/evaluate.h"
+#include "kv_tr/published/eval_tr_prm.h"
 
 namespace kv_tr::python {
 namespace {

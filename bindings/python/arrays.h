@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "model/matrix_routines.h"
+#include "kv_tr/published/matrix_routines.h"
 #include "python/binding.h"
 
 namespace kv_tr::python {

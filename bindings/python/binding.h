@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/records.h"
+#include "kv_tr/published/records.h"
 #include "python/arguments.h"
 #include "python/enumeration.h"
 

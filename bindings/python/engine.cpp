@@ -1,7 +1,7 @@
 // clsTrCalc in Python.
 #include <pybind11/stl/filesystem.h>
 
-#include "engine/clsTrCalc.h"
+#include "kv_tr/published/clsTrCalc.h"
 #include "python/arrays.h"
 #include "python/binding.h"
 

@@ -3,7 +3,7 @@
 
 #include <pybind11/pybind11.h>
 
-#include "model/records.h"
+#include "kv_tr/published/records.h"
 
 namespace kv_tr::python {
 

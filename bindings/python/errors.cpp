@@ -1,5 +1,5 @@
 // The component's run-time errors as a Python exception with their number.
-#include "support/errors.h"
+#include "kv_tr/published/errors.h"
 
 #include "python/binding.h"
 

@@ -1,16 +1,16 @@
 // Functions of general use in Python.
 #include <pybind11/stl/filesystem.h>
 
-#include "model/evaluate.h"
-#include "model/formula_text.h"
-#include "model/matrix_routines.h"
-#include "params/national.h"
+#include "kv_tr/published/decimal_commas.h"
+#include "kv_tr/published/eval_tr_prm.h"
+#include "kv_tr/published/formula_text.h"
+#include "kv_tr/published/matrix_routines.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/national.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/text/file_names.h"
 #include "python/arrays.h"
 #include "python/binding.h"
-#include "support/decimal_commas.h"
-#include "support/file_names.h"
-#include "support/ml_strings.h"
-#include "support/number_text.h"
 
 namespace kv_tr::python {
 namespace {

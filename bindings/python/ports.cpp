@@ -7,15 +7,15 @@
 #include <memory>
 #include <utility>
 
-#include "engine/clsTrCalc.h"
-#include "params/clsTr.h"
+#include "kv_tr/published/clsTr.h"
+#include "kv_tr/published/clsTrCalc.h"
+#include "kv_tr/published/component.h"
+#include "kv_tr/published/console_platform.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/published/settings.h"
+#include "kv_tr/text/code_page.h"
 #include "python/binding.h"
-#include "support/code_page.h"
-#include "support/component.h"
-#include "support/console_platform.h"
-#include "support/ml_strings.h"
-#include "support/number_text.h"
-#include "support/settings.h"
 
 namespace kv_tr::python {
 namespace {

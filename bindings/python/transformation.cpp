@@ -5,7 +5,7 @@
 #include <array>
 #include <limits>
 
-#include "params/clsTr.h"
+#include "kv_tr/published/clsTr.h"
 #include "python/binding.h"
 
 namespace kv_tr::python {

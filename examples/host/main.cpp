@@ -8,11 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "params/clsTr.h"
-#include "support/component.h"
-#include "support/console_platform.h"
-#include "support/errors.h"
-#include "support/number_text.h"
+#include "kv_tr/published/clsTr.h"
+#include "kv_tr/published/component.h"
+#include "kv_tr/published/console_platform.h"
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/number_format.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 #include <clocale>
 #include <cstdio>
 
-#include "params/clsTr.h"
-#include "support/component.h"
-#include "support/ml_strings.h"
-#include "support/number_text.h"
-#include "ui/qt/qt_platform.h"
+#include "kv_tr/published/clsTr.h"
+#include "kv_tr/published/component.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/qt/qt_platform.h"
 
 int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);

@@ -7,8 +7,8 @@
 #include <regex>
 
 #include "cli/command_line.h"
-#include "params/national.h"
-#include "support/code_page.h"
+#include "kv_tr/published/national.h"
+#include "kv_tr/text/code_page.h"
 
 namespace kv_tr::test {
 namespace {

@@ -6,7 +6,7 @@
 #include "desktop/desktop_form.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
-#include "ui/dialogs.h"
+#include "kv_tr/forms/dialogs.h"
 
 namespace kv_tr::test {
 namespace {

@@ -6,7 +6,7 @@
 #include "desktop/transform_form.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
-#include "params/affine_record.h"
+#include "kv_tr/published/affine_record.h"
 
 namespace kv_tr::test {
 namespace {

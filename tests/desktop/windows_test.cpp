@@ -20,11 +20,11 @@
 #include "desktop/transform_window.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
-#include "params/affine_record.h"
-#include "ui/qt/frmAffinTrPrm_window.h"
-#include "ui/qt/frmChooseDAT2M1_window.h"
-#include "ui/qt/frmChoosePrm_window.h"
-#include "ui/qt/text_window.h"
+#include "kv_tr/published/affine_record.h"
+#include "kv_tr/qt/frmAffinTrPrm_window.h"
+#include "kv_tr/qt/frmChooseDAT2M1_window.h"
+#include "kv_tr/qt/frmChoosePrm_window.h"
+#include "kv_tr/qt/text_window.h"
 
 namespace kv_tr::test {
 namespace {

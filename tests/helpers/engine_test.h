@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "engine/clsTrCalc.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
-#include "support/errors.h"
+#include "kv_tr/published/clsTrCalc.h"
+#include "kv_tr/published/errors.h"
 
 namespace kv_tr::test {
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "model/records.h"
-#include "support/component.h"
-#include "support/ml_strings.h"
-#include "support/number_text.h"
+#include "kv_tr/published/component.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/published/records.h"
 
 namespace kv_tr::test {
 

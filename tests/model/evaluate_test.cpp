@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "kv_tr/model/direction.h"
-#include "model/coefficients.h"
-#include "model/evaluate.h"
-#include "support/errors.h"
+#include "kv_tr/published/coefficients.h"
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/eval_tr_prm.h"
 
 namespace kv_tr {
 namespace {

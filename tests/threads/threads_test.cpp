@@ -8,10 +8,10 @@
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "helpers/sample_points.h"
-#include "params/clsTr.h"
-#include "support/clsFile.h"
-#include "support/console_platform.h"
-#include "support/settings.h"
+#include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/clsTr.h"
+#include "kv_tr/published/console_platform.h"
+#include "kv_tr/published/settings.h"
 
 namespace kv_tr::test {
 namespace {

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "engine/clsTrCalc.h"
+#include "kv_tr/published/clsTrCalc.h"
 
 int main(int, char** arguments) {
     using Clock = std::chrono::steady_clock;

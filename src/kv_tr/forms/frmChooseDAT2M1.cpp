@@ -1,0 +1,53 @@
+// The chooser of national transformations without its window.
+#include "kv_tr/forms/frmChooseDAT2M1.h"
+
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/national.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/published/type_names.h"
+
+namespace kv_tr {
+
+bool frmChooseDAT2M1::bDoModal(enuTR_TYPE& type, const std::function<void()>& showModal) {
+    type_ = type;
+    confirmed_ = false;
+    const int row = type - TR_STG_HER;
+    selected_ = row >= 0 && row < std::ssize(NationalInfos()) ? row : -1;
+    showModal();
+    type = type_;
+    return confirmed_;
+}
+
+std::vector<std::string> frmChooseDAT2M1::Headings() {
+    return {GetMlString(1037, "név"), GetMlString(1061, "forrás"), GetMlString(1062, "cél"),
+            GetMlString(1063, "pontosság [m]"), GetMlString(1064, "terület")};
+}
+
+std::vector<std::vector<std::string>> frmChooseDAT2M1::Rows() {
+    std::vector<std::vector<std::string>> rows;
+    for (const NationalInfo& info : NationalInfos()) {
+        const bool country = info.area == NationalArea::kHungary;
+        rows.push_back(
+            {TypeName(info.type), info.source, info.destination, FormatFixed(info.accuracy, 3, 0),
+             country ? GetMlString(1065, "Magyarország") : GetMlString(1066, "Budapest")});
+    }
+    return rows;
+}
+
+void frmChooseDAT2M1::lstTr(int row) {
+    selected_ = row;
+    Changed.Raise();
+}
+
+std::string frmChooseDAT2M1::Origin() const {
+    return selected_ < 0 ? "" : NationalOrigin(static_cast<enuTR_TYPE>(TR_STG_HER + selected_));
+}
+
+bool frmChooseDAT2M1::cmdOk() {
+    if (selected_ < 0) return false;
+    type_ = static_cast<enuTR_TYPE>(TR_STG_HER + selected_);
+    confirmed_ = true;
+    return true;
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,40 @@
+// The viewer of polynomial parameters without its window: what it shows and what each control does.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "kv_tr/forms/text_form.h"
+#include "kv_tr/published/clsTr.h"
+
+namespace kv_tr {
+
+/// Shows polynomial parameters as a listing that can be edited, loads and saves it, and lets the
+/// user take a national transformation.
+class frmPoliTrPrm : public TextForm {
+public:
+    frmPoliTrPrm() : TextForm(PoliTrPrmCaptions()) {}
+
+    /// Shows the dialog by calling showModal and waits until that returns; true when the user
+    /// confirmed. Only then the object changes.
+    bool bDoModal(clsTr& parameters, const std::function<void()>& showModal);
+
+    /// Whether cmdDAT2M1 is there: in the Hungarian interface only, deliberately.
+    bool NationalVisible() const { return nationalVisible_; }
+
+    void cmdLoad();
+    void cmdDAT2M1();
+    /// Saves the text as it stands.
+    void cmdSave();
+
+private:
+    void Take(const TR_PRM& record);
+    std::string QuestionTitle() const override;
+    bool TakeText() override;
+
+    clsTr* parameters_ = nullptr;
+    TR_PRM working_;  // whose listing is the reference
+    bool nationalVisible_ = false;
+};
+
+}  // namespace kv_tr

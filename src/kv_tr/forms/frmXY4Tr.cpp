@@ -1,0 +1,64 @@
+// The list of control points as text, without its window.
+#include "kv_tr/forms/frmXY4Tr.h"
+
+#include "kv_tr/forms/choose_file.h"
+#include "kv_tr/forms/scratch_transformation.h"
+#include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/control_point_file.h"
+#include "kv_tr/published/decimal_commas.h"
+#include "kv_tr/published/message.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/working_folder.h"
+
+namespace kv_tr {
+
+bool frmXY4Tr::bDoModal(clsTrCalc& engine, const std::string& title,
+                        const std::function<void()>& showModal) {
+    engine_ = &engine;
+    title_ = title;
+    original_ = engine.sListXYs();
+    nameLine_.clear();
+    Show(original_, original_);
+    confirmed_ = false;
+    showModal();
+    engine_ = nullptr;
+    return confirmed_;
+}
+
+std::string frmXY4Tr::Title() const {
+    return title_.empty() ? ControlTexts().Text("frmXY4Tr") : title_;
+}
+
+void frmXY4Tr::cmdLoad() {
+    ScratchTransformation other;
+    clsTrCalc& engine = *other.oCalcTr();
+    const auto fileName = ChooseFile(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr);
+    if (!fileName || ReportDecimalCommas(*fileName)) return;
+    if (engine.bLoadXYsFromFile(*fileName, false)) {
+        nameLine_ = *fileName + "\r\n";
+        Show(nameLine_ + engine.sListXYs(), original_);
+    }
+}
+
+void frmXY4Tr::cmdSave() {
+    const auto fileName = ChooseFile(*engine_, &clsTrCalc::bChooseFile4SaveXYs4Tr, "");
+    if (fileName) WriteTextFile(*fileName, rtBox());
+}
+
+std::string frmXY4Tr::QuestionTitle() const { return GetMlString(114, "Közös pontok adatai"); }
+
+/// Makes the engine's points those of the text, or leaves them as they were. The loader takes the
+/// lines above a bad one and says that it succeeded; here that would lose the points below.
+bool frmXY4Tr::TakeText() {
+    const bool named = !nameLine_.empty() && rtBox().starts_with(nameLine_);
+    const std::string file = WriteWorkingFile(
+        "tmp-XYs4Tr.dat",
+        WithDecimalPoints(std::string_view(rtBox()).substr(named ? nameLine_.size() : 0)));
+    const Adjustment before = engine_->Held();
+    const bool read = engine_->bLoadXYsFromFile(file, false) && !ReadControlPoints(file).failed;
+    if (!read) engine_->Held() = before;
+    if (!named) engine_->Held().SetSwapped(before.IsSwapped());
+    return read;
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,42 @@
+// The way to talk to the user.
+#include "kv_tr/published/message.h"
+
+#include "kv_tr/published/component.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/text/control_characters.h"
+
+namespace kv_tr {
+
+void ShowMessage(const std::string& text, Icon icon, const std::string& title) {
+    TheComponent().platform.messages->Show({.text = text, .title = title, .icon = icon});
+}
+
+void ReportOpenFailure(const std::string& fileName) {
+    ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + WithoutControls(fileName),
+                Icon::kExclamation);
+}
+
+RuntimeError WriteFailure(const std::string& fileName) {
+    return {ErrorNumber::kWriteFailed,
+            GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + WithoutControls(fileName)};
+}
+
+RuntimeError ReadFailure(const TextError& error) {
+    if (error.Why() == TextError::Cause::kLineTooLong) {
+        return {ErrorNumber::kLineTooLong,
+                GetMlString(1089, "Egy sor túl hosszú egy szövegfájlhoz")};
+    }
+    return {ErrorNumber::kDeviceError, GetMlString(1088, "A fájlt nem sikerült végigolvasni")};
+}
+
+Answer Ask(const Message& question) { return TheComponent().platform.messages->Show(question); }
+
+bool MayReplace(const std::string& fileName) {
+    return Ask({.text = FillPlaces(GetMlString(1191, "{0} már létezik. Felülírható?"), {fileName}),
+                .title = GetMlString(83, "Figyelmeztetés"),
+                .icon = Icon::kExclamation,
+                .buttons = Buttons::kYesNo,
+                .defaultAnswer = Answer::kNo}) == Answer::kYes;
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,30 @@
+// The way to talk to the user.
+#pragma once
+
+#include <string>
+
+#include "kv_tr/published/errors.h"
+#include "kv_tr/published/platform.h"
+#include "kv_tr/text/line_reader.h"
+
+namespace kv_tr {
+
+/// Shows a message with an OK button and waits for it. Without a title the host's own is shown.
+void ShowMessage(const std::string& text, Icon icon = Icon::kNone, const std::string& title = {});
+
+/// Tells the user that a file does not open (text 70).
+void ReportOpenFailure(const std::string& fileName);
+
+/// The error of a file that could not be written completely.
+RuntimeError WriteFailure(const std::string& fileName);
+
+/// The error of a file that cannot be read on, in the user's language.
+RuntimeError ReadFailure(const TextError& error);
+
+/// Asks a question with the buttons of the message and waits for the answer.
+Answer Ask(const Message& question);
+
+/// Asks whether a file that exists may be replaced (text 1191).
+bool MayReplace(const std::string& fileName);
+
+}  // namespace kv_tr

@@ -1,0 +1,20 @@
+// The form in which the national transformations are written down.
+#pragma once
+
+#include <span>
+
+#include "kv_tr/published/records.h"
+
+namespace kv_tr {
+
+/// The coefficients of a national transformation: row k holds A(k) and B(k), missing rows are zero.
+struct NationalTable {
+    enuTR_TYPE type;
+    double rows[22][2];
+};
+
+std::span<const NationalTable> ZoneTables();  // types 10 to 19
+std::span<const NationalTable> CityTables();  // 20 to 25
+std::span<const NationalTable> EovTables();   // 26 to 33
+
+}  // namespace kv_tr

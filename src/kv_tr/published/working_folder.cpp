@@ -1,0 +1,44 @@
+// Where a text that was typed becomes a file, for readers that want a file.
+#include "kv_tr/published/working_folder.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "kv_tr/published/message.h"
+#include "kv_tr/text/replacing_file.h"
+
+namespace kv_tr {
+namespace fs = std::filesystem;
+namespace {
+
+fs::path CacheFolder() {
+#ifdef _WIN32
+    return fs::temp_directory_path();
+#else
+    if (const char* caches = std::getenv("XDG_CACHE_HOME"); caches != nullptr && *caches != 0) {
+        return caches;
+    }
+    const char* home = std::getenv("HOME");
+    return home == nullptr ? fs::path{} : fs::path(home) / ".cache";
+#endif
+}
+
+}  // namespace
+
+std::string WriteWorkingFile(const std::string& fileName, std::string_view text) {
+    const fs::path caches = CacheFolder();
+    if (caches.empty()) throw WriteFailure(fileName);
+    const fs::path folder = caches / "KV_Tr";
+    std::error_code error;
+    fs::create_directories(folder, error);
+    fs::permissions(folder, fs::perms::owner_all, error);
+    std::string path = (folder / fileName).string();
+    ReplacingFile file(error ? std::string() : path);
+    if (!file.IsOpen()) throw WriteFailure(path);
+    file.Write("\xEF\xBB\xBF");
+    file.Write(text);
+    if (!file.Commit()) throw WriteFailure(path);
+    return path;
+}
+
+}  // namespace kv_tr

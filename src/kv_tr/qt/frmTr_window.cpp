@@ -1,0 +1,285 @@
+// The window of the adjustment dialog.
+#include "kv_tr/qt/frmTr_window.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QTimer>
+
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/qt/graph_area.h"
+#include "kv_tr/qt/page_output.h"
+#include "kv_tr/qt/pair_grid.h"
+
+namespace kv_tr {
+namespace {
+
+QGroupBox* MakeFrame(const QString& name, QWidget* parent) {
+    auto* frame = new QGroupBox(parent);
+    frame->setObjectName(name);
+    return frame;
+}
+
+/// On a small screen the controls scroll.
+QScrollArea* Scrollable(QWidget* panel) {
+    auto* area = new QScrollArea(panel->parentWidget());
+    area->setWidget(panel);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setFocusPolicy(Qt::NoFocus);
+    return area;
+}
+
+}  // namespace
+
+frmTrWindow::frmTrWindow(frmTr& form) : FormWindow("frmTr", {1040, 680}), form_(form) {
+    const auto act = [this](const std::function<void()>& action) { ActOnCells(action); };
+    grid_ = new PairGrid(form, act, this);
+    picture_ = new GraphArea(form, act, this);
+    auto* layout = new QHBoxLayout(this);
+    for (QWidget* view : std::initializer_list<QWidget*>{grid_, picture_}) {
+        view->setMinimumWidth(320);
+    }
+    layout->addWidget(grid_, 1);
+    layout->addWidget(picture_, 1);
+    panel_ = Scrollable(MakePanel());
+    auto* side = new QVBoxLayout;
+    side->addWidget(panel_);
+    side->addLayout(MakeEnds());
+    layout->addLayout(side);
+    connect(new QShortcut(QKeySequence::Copy, this), &QShortcut::activated, [this] { Copy(); });
+    Follow(form.Changed);
+    grid_->setFocus();
+}
+
+QWidget* frmTrWindow::MakePanel() {
+    auto* panel = new QWidget(this);
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(MakeModes());
+    layout->addWidget(MakeTypes());
+    inverse_ = MakeCheckBox("chkInverz", [this] { form_.chkInverz(); });
+    layout->addWidget(inverse_);
+    layout->addWidget(MakeDisplay());
+    layout->addWidget(MakeStatistics());
+    layout->addWidget(MakeButton("cmdRemoveExt", [this] { form_.cmdRemoveExt(); }));
+    layout->addWidget(MakeButton("cmsResetExt", [this] { form_.cmsResetExt(); }));
+    layout->addWidget(MakeButton("cmdSaveLog", [this] { form_.cmdSaveLog(); }));
+    layout->addWidget(MakeButton("cmdSavePrm", [this] { form_.cmdSavePrm(); }));
+    print_ = MakeButton("cmdPrint", [this] { PreviewAndPrint(form_, this); });
+    savePicture_ = MakeButton("cmdSavePicture", [this] { ChooseAndSavePicture(form_); });
+    layout->addWidget(print_);
+    layout->addWidget(savePicture_);
+    layout->addStretch();
+    return panel;
+}
+
+QLayout* frmTrWindow::MakeEnds() {
+    apply_ = MakeButton("cmdApplyResult", [this] {
+        form_.cmdApplyResult();
+        accept();
+    });
+    exit_ = new QPushButton(this);  // no entry in a box can keep the user from leaving
+    exit_->setObjectName("cmdExit");
+    exit_->setAutoDefault(false);
+    exit_->setFocusPolicy(Qt::TabFocus);  // a click must not have the limit checked before it
+    connect(exit_, &QPushButton::clicked, [this] {
+        TakeWhatIsTyped();
+        form_.cmdExit();
+        accept();
+    });
+    auto* ends = new QHBoxLayout;
+    ends->addWidget(apply_);
+    ends->addWidget(exit_);
+    return ends;
+}
+
+QWidget* frmTrWindow::MakeModes() {
+    auto* bar = new QWidget(this);
+    auto* layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    auto* group = new QButtonGroup(bar);
+    for (int i = 0; i < 3; ++i) {
+        auto* button = MakeButton(Numbered("opMode", i),
+                                  [this, i] { form_.opMode(static_cast<frmTr::Mode>(i)); });
+        button->setCheckable(true);
+        group->addButton(button);
+        layout->addWidget(button);
+        modes_[static_cast<std::size_t>(i)] = button;
+    }
+    return bar;
+}
+
+QGroupBox* frmTrWindow::MakeTypes() {
+    QGroupBox* frame = MakeFrame("frmTrType", this);
+    auto* layout = new QGridLayout(frame);
+    constexpr std::array kOrder{0, 1, 8, 7, 9, 2, 3, 4, 5, 6};  // linear left, polynomials right
+    for (int place = 0; place < 10; ++place) {
+        const int index = kOrder[static_cast<std::size_t>(place)];
+        auto* button = new QRadioButton(frame);
+        button->setObjectName(Numbered("RadioTrType", index));
+        connect(button, &QRadioButton::clicked,
+                [this, index] { Act([this, index] { form_.RadioTrType(index); }); });
+        layout->addWidget(button, place % 5, place / 5);
+        types_[static_cast<std::size_t>(index)] = button;
+    }
+    return frame;
+}
+
+QGroupBox* frmTrWindow::MakeDisplay() {
+    QGroupBox* frame = MakeFrame("frmDsp", this);
+    auto* layout = new QHBoxLayout(frame);
+    labels_ = {MakeCheckBox("chkNr", [this] { form_.chkNr(); }),
+               MakeCheckBox("chkDx", [this] { form_.chkDx(); }),
+               MakeCheckBox("chkDy", [this] { form_.chkDy(); }),
+               MakeCheckBox("chkRad", [this] { form_.chkRad(); })};
+    for (QCheckBox* box : labels_) layout->addWidget(box);
+    return frame;
+}
+
+QLabel* frmTrWindow::MakeLabel(const QString& name, QBoxLayout& layout) {
+    auto* label = new QLabel(this);
+    label->setObjectName(name);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    layout.addWidget(label);
+    return label;
+}
+
+QGroupBox* frmTrWindow::MakeStatistics() {
+    QGroupBox* frame = MakeFrame("frmRes", this);
+    auto* layout = new QVBoxLayout(frame);
+    MakeLabel("Label1", *layout);
+    MakeLabel("lblKh", *layout);
+    auto* counts = new QHBoxLayout;
+    MakeLabel("lblCnt", *counts);
+    MakeLabel("lblExtCnt", *counts);
+    layout->addLayout(counts);
+    auto* row = new QHBoxLayout;
+    QLabel* label = MakeLabel("lblLimit", *row);
+    limit_ = new QLineEdit(frame);
+    limit_->setObjectName("txtLimit");
+    limit_->setAlignment(Qt::AlignRight);
+    limit_->installEventFilter(this);
+    label->setBuddy(limit_);
+    row->addWidget(limit_);
+    layout->addLayout(row);
+    return frame;
+}
+
+void frmTrWindow::Redraw() {
+    ShowCaptions(form_.ControlTexts());
+    const bool graph = form_.DisplayMode() == frmTr::Mode::kGraph;
+    grid_->setVisible(!graph);
+    picture_->setVisible(graph);
+    print_->setVisible(graph);
+    savePicture_->setVisible(graph);
+    apply_->setVisible(form_.ApplyVisible());
+    modes_[static_cast<std::size_t>(form_.DisplayMode())]->setChecked(true);
+    types_[static_cast<std::size_t>(form_.SelectedType())]->setChecked(true);
+    inverse_->setChecked(form_.InverseChecked());
+    const GraphLabels& labels = form_.Labels();
+    const std::array shown{labels.identifier, labels.first, labels.second, labels.total};
+    for (std::size_t i = 0; i < shown.size(); ++i) labels_[i]->setChecked(shown[i]);
+    if (!limit_->isModified()) limit_->setText(QString::fromStdString(form_.LimitText()));
+    grid_->Redraw();
+    picture_->update();
+    FitPanel();
+}
+
+void frmTrWindow::resizeEvent(QResizeEvent* event) {
+    FormWindow::resizeEvent(event);
+    FitPanel();
+}
+
+/// Makes the panel as wide as its controls, and its scroll bar where there is one, need it.
+void frmTrWindow::FitPanel() {
+    const QSize needed = panel_->widget()->sizeHint();
+    const bool scrolls = needed.height() > panel_->height();
+    const int bar = scrolls ? panel_->verticalScrollBar()->sizeHint().width() : 0;
+    panel_->setFixedWidth(needed.width() + bar);
+}
+
+/// A button pressed by its letter leaves the focus where it is: what stands in the cell editor
+/// belongs to the rows as they are now.
+void frmTrWindow::Act(const std::function<void()>& action) {
+    ActOnCells([&] {
+        form_.Grid1GotFocus();
+        action();
+    });
+}
+
+void frmTrWindow::ActOnCells(const std::function<void()>& action) {
+    if (SettleLimit()) FormWindow::Act(action);
+    Redraw();  // a refused button has marked itself already
+}
+
+/// Copies what is selected in the statistics, else the table.
+void frmTrWindow::Copy() {
+    for (const QLabel* label : findChildren<QLabel*>()) {
+        if (label->hasSelectedText())
+            return QApplication::clipboard()->setText(label->selectedText());
+    }
+    grid_->Copy();
+}
+
+/// Takes what stands in the cell editor and in the limit box, without a word on what is no number.
+void frmTrWindow::TakeWhatIsTyped() {
+    FormWindow::Act([this] { form_.Grid1GotFocus(); });
+    const std::string limit = limit_->text().toStdString();
+    if (limit_->isModified() && TypedNumber(limit)) form_.txtLimit(limit);
+    limit_->setModified(false);
+}
+
+/// Hands a changed limit to the form; when that refuses it, the box keeps the focus.
+bool frmTrWindow::SettleLimit() {
+    if (!limit_->isModified()) return true;
+    limit_->setModified(false);  // the message takes the focus from the box, once
+    if (form_.txtLimit(limit_->text().toStdString())) return true;
+    limit_->setModified(true);
+    limit_->setFocus();
+    limit_->selectAll();
+    return false;
+}
+
+void frmTrWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape) return FormWindow::keyPressEvent(event);
+    if (form_.EscLeaves()) exit_->click();
+}
+
+void frmTrWindow::changeEvent(QEvent* event) {
+    FormWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) form_.Activate();
+}
+
+bool frmTrWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == limit_ && event->type() == QEvent::FocusOut) {
+        const auto reason = static_cast<QFocusEvent*>(event)->reason();
+        // Later, when the focus has arrived: a message in between would disturb its way.
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+            QTimer::singleShot(0, this, [this] { SettleLimit(); });
+        }
+    }
+    const bool enter = event->type() == QEvent::KeyPress &&
+                       (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Return ||
+                        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Enter);
+    if (watched == limit_ && enter) {
+        SettleLimit();
+        return true;
+    }
+    return FormWindow::eventFilter(watched, event);
+}
+
+}  // namespace kv_tr

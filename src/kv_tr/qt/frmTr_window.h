@@ -1,0 +1,62 @@
+// The window of the adjustment dialog.
+#pragma once
+
+#include <array>
+
+#include "kv_tr/forms/frmTr.h"
+#include "kv_tr/qt/form_window.h"
+
+class QBoxLayout;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QRadioButton;
+class QScrollArea;
+
+namespace kv_tr {
+
+class GraphArea;
+class PairGrid;
+
+class frmTrWindow : public FormWindow {
+public:
+    explicit frmTrWindow(frmTr& form);
+
+protected:
+    void Redraw() override;
+    void Act(const std::function<void()>& action) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QWidget* MakeModes();
+    QGroupBox* MakeTypes();
+    QGroupBox* MakeDisplay();
+    QGroupBox* MakeStatistics();
+    QWidget* MakePanel();
+    QLayout* MakeEnds();
+    QLabel* MakeLabel(const QString& name, QBoxLayout& layout);
+    void ActOnCells(const std::function<void()>& action);
+    bool SettleLimit();
+    void TakeWhatIsTyped();
+    void FitPanel();
+    void Copy();
+
+    frmTr& form_;
+    PairGrid* grid_;
+    GraphArea* picture_;
+    QScrollArea* panel_ = nullptr;
+    std::array<QPushButton*, 3> modes_{};
+    std::array<QRadioButton*, 10> types_{};
+    QCheckBox* inverse_ = nullptr;
+    std::array<QCheckBox*, 4> labels_{};
+    QLineEdit* limit_ = nullptr;
+    QPushButton* print_ = nullptr;
+    QPushButton* savePicture_ = nullptr;
+    QPushButton* apply_ = nullptr;
+    QPushButton* exit_ = nullptr;
+};
+
+}  // namespace kv_tr

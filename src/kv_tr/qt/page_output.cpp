@@ -1,0 +1,78 @@
+// Pages of the residual graph to a printer, a PDF or a picture file.
+#include "kv_tr/qt/page_output.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QPainter>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+
+#include "kv_tr/forms/frmTr.h"
+#include "kv_tr/published/GCommonDialog.h"
+#include "kv_tr/published/message.h"
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/settings.h"
+#include "kv_tr/qt/cursor_scope.h"
+#include "kv_tr/qt/graph_area.h"
+#include "kv_tr/text/file_names.h"
+
+namespace kv_tr {
+namespace {
+
+constexpr double kUnitsPerInch = 96;
+
+std::string PngOf(const GraphPage& page) {
+    constexpr int kPixelsPerUnit = 2;
+    constexpr double kMargin = GraphPage::kMargin;
+    const QSizeF size(page.width + 2 * kMargin, page.height + 2 * kMargin);
+    QImage image(size.toSize() * kPixelsPerUnit, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(kPixelsPerUnit, kPixelsPerUnit);
+    painter.translate(kMargin, kMargin);
+    PaintPage(painter, page);
+    painter.end();
+    QBuffer buffer;
+    image.save(&buffer, "PNG");
+    return buffer.data().toStdString();
+}
+
+}  // namespace
+
+void PreviewAndPrint(const frmTr& form, QWidget* parent) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+    QPrintPreviewDialog preview(&printer, parent);
+    preview.setWindowTitle(QString::fromStdString(form.ControlTexts().Text("cmdPrint")));
+    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&form](QPrinter* paper) {
+        QPainter painter(paper);
+        if (!painter.isActive()) return ReportOpenFailure(paper->outputFileName().toStdString());
+        const double dotsPerUnit = paper->resolution() / kUnitsPerInch;
+        const QSizeF size = QSizeF(painter.viewport().size()) / dotsPerUnit;
+        painter.scale(dotsPerUnit, dotsPerUnit);
+        PaintPage(painter, form.PicturePage(size.width(), size.height()));
+    });
+    const OwnCursors cursors;
+    preview.exec();
+}
+
+void ChooseAndSavePicture(const frmTr& form) {
+    FileDialogArguments arguments{
+        .Filter = GetMlString(1112, "SVG kép (*.svg)|*.svg|PNG kép (*.png)|*.png"),
+        .InitDir = InitDir(),
+        .DlgTitle = form.ControlTexts().Text("cmdSavePicture"),
+        .DefaultExt = "svg"};
+    if (!GCommonDialog().VBGetSaveFileName(arguments)) return;
+    const std::string& path = arguments.Filename;
+    InitDir(GetFolderPart(path));
+    const bool png = HasExtension(path, "png");
+    if (!png && !HasExtension(path, "svg")) {
+        return ShowMessage(FillPlaces(GetMlString(1116, {}), {path, ".svg, .png"}),
+                           Icon::kExclamation);
+    }
+    const GraphPage page = form.PicturePage(GraphPage::kPictureWidth, GraphPage::kPictureHeight);
+    SavePicture(path, png ? PngOf(page) : SvgOf(page));
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,196 @@
+// Numbers as text, as listings, logs and files carry them.
+#include "kv_tr/text/number_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "kv_tr/text/code_page.h"
+
+namespace kv_tr {
+namespace {
+
+/// 0.d1d2d3... times ten to the exponent; no digits at all is zero.
+struct Decimal {
+    bool negative = false;
+    std::string digits;
+    int exponent = 0;
+
+    char Digit(int index) const {
+        const auto size = static_cast<int>(digits.size());
+        return index >= 0 && index < size ? digits[static_cast<std::size_t>(index)] : '0';
+    }
+};
+
+/// The shortest decimal that reads back to the finite value.
+Decimal ShortestDecimal(double value) {
+    char buffer[32];
+    const auto written =
+        std::to_chars(buffer, std::end(buffer), std::abs(value), std::chars_format::scientific);
+    Decimal decimal;
+    decimal.negative = std::signbit(value);
+    const char* next = buffer;
+    for (; *next != 'e'; ++next) {
+        if (*next != '.') decimal.digits += *next;
+    }
+    ++next;
+    if (*next == '+') ++next;
+    std::from_chars(next, written.ptr, decimal.exponent);
+    ++decimal.exponent;
+    if (decimal.digits == "0") decimal.digits.clear();
+    return decimal;
+}
+
+/// Keeps the first `count` digits, rounding half up in magnitude.
+void KeepDigits(Decimal& decimal, int count) {
+    if (count >= static_cast<int>(decimal.digits.size())) return;
+    const bool roundUp = count >= 0 && decimal.Digit(count) >= '5';
+    decimal.digits.resize(static_cast<std::size_t>(std::max(count, 0)));
+    if (!roundUp) return;
+    while (!decimal.digits.empty() && decimal.digits.back() == '9') decimal.digits.pop_back();
+    if (decimal.digits.empty()) {
+        decimal.digits = "1";
+        ++decimal.exponent;
+    } else {
+        ++decimal.digits.back();
+    }
+}
+
+bool IsZero(const Decimal& decimal) {
+    return std::ranges::all_of(decimal.digits, [](char digit) { return digit == '0'; });
+}
+
+std::string NotFiniteText(double value) {
+    if (std::isnan(value)) return "nan";
+    return value > 0 ? "inf" : "-inf";
+}
+
+/// Appends a value that integers can be trusted to round; false, with nothing done, for others.
+///
+/// The shortest text differs from the value by less than 2^-53 of it, and the product is rounded
+/// by as much again. Unless a half lies so near, all three round to the same integer.
+bool AppendByInteger(std::string& text, double value, int decimals, NumberStyle style) {
+    constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    if (decimals >= static_cast<int>(std::size(kPowersOfTen))) return false;
+    const double scaled = std::abs(value) * kPowersOfTen[decimals];
+    if (!(scaled < 1e15)) return false;
+    auto number = static_cast<std::uint64_t>(scaled);
+    const double fraction = scaled - static_cast<double>(number);
+    if (std::abs(fraction - 0.5) <= scaled * 0x1p-51) return false;
+    if (fraction > 0.5) ++number;
+
+    const bool negative = std::signbit(value) && number > 0;
+    char buffer[24];
+    char* const end = std::end(buffer);
+    char* begin = end;
+    for (int digits = 0; number > 0 || digits <= decimals; ++digits, number /= 10) {
+        if (digits == decimals && digits > 0) *--begin = style.decimalSign;
+        *--begin = static_cast<char>('0' + number % 10);
+    }
+    if (negative) *--begin = '-';
+    text.append(begin, end);
+    return true;
+}
+
+std::string FixedByDigits(double value, int decimals, NumberStyle style) {
+    if (!std::isfinite(value)) return NotFiniteText(value);
+    Decimal decimal = ShortestDecimal(value);
+    KeepDigits(decimal, decimal.exponent + decimals);
+    std::string text;
+    if (decimal.negative && !IsZero(decimal)) text += '-';
+    if (decimal.exponent <= 0) text += '0';
+    for (int i = 0; i < decimal.exponent; ++i) text += decimal.Digit(i);
+    if (decimals > 0) text += style.decimalSign;
+    for (int i = 0; i < decimals; ++i) text += decimal.Digit(decimal.exponent + i);
+    return text;
+}
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool Separates(char c) {
+    return c == ' ' || c == '\'' || c == ',' || c == ';' || c == '\t' || c == '"';
+}
+
+}  // namespace
+
+std::string FixedText(double value, int decimals, NumberStyle style) {
+    std::string text;
+    AppendFixed(text, value, decimals, style);
+    return text;
+}
+
+void AppendFixed(std::string& text, double value, int decimals, NumberStyle style) {
+    if (!AppendByInteger(text, value, decimals, style))
+        text += FixedByDigits(value, decimals, style);
+}
+
+std::string SciText(double value, NumberStyle style) {
+    constexpr int kDigits = 16;
+    if (!std::isfinite(value)) return NotFiniteText(value);
+    Decimal decimal = ShortestDecimal(value);
+    KeepDigits(decimal, kDigits);
+    const int power = IsZero(decimal) ? 0 : decimal.exponent - 1;
+    std::string text;
+    if (decimal.negative && !IsZero(decimal)) text += '-';
+    text += decimal.Digit(0);
+    text += style.decimalSign;
+    for (int i = 1; i < kDigits; ++i) text += decimal.Digit(i);
+    text += power < 0 ? "E-" : "E+";
+    if (std::abs(power) < 10) text += '0';
+    return text + std::to_string(std::abs(power));
+}
+
+std::string PadLeft(std::string_view sText, std::uint8_t nWidth) {
+    const std::size_t width = DisplayWidth(sText);
+    std::string padded(width < nWidth ? nWidth - width : 0, ' ');
+    return padded += sText;
+}
+
+std::string CleanNumberLine(std::string_view sLine, bool bCommaIsDecimal) {
+    std::string cleaned;
+    for (char c : sLine) {
+        if (c == ',' && bCommaIsDecimal) c = '.';
+        if (!Separates(c)) {
+            cleaned += c;
+        } else if (!cleaned.empty() && cleaned.back() != ' ') {
+            cleaned += ' ';
+        }
+    }
+    if (!cleaned.empty() && cleaned.back() == ' ') cleaned.pop_back();
+    return cleaned;
+}
+
+std::string_view NextField(std::string_view& line, bool commaIsDecimal) {
+    const auto separates = [commaIsDecimal](char c) {
+        return Separates(c) && !(c == ',' && commaIsDecimal);
+    };
+    const auto begin = std::ranges::find_if_not(line, separates);
+    const auto end = std::find_if(begin, line.end(), separates);
+    line = {end, line.end()};
+    return {begin, end};
+}
+
+std::optional<double> ParseNumber(std::string_view text, bool commaIsDecimal) {
+    std::string withPoint;
+    if (commaIsDecimal && text.find(',') != text.npos) {
+        withPoint = text;
+        std::ranges::replace(withPoint, ',', '.');
+        text = withPoint;
+    }
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) text.remove_prefix(1);
+    // from_chars would take another sign and the words inf and nan.
+    if (text.empty() || (!IsDigit(text.front()) && text.front() != '.')) return std::nullopt;
+
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+    return negative ? -value : value;
+}
+
+std::optional<double> TypedNumber(std::string_view text) {
+    return ParseNumber(CleanNumberLine(text, true));
+}
+
+}  // namespace kv_tr

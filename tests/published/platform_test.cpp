@@ -1,0 +1,97 @@
+// What the choosers are asked for and give back, and the events of the host.
+#include <gtest/gtest.h>
+
+#include "helpers/recording_platform.h"
+#include "kv_tr/published/GCommonDialog.h"
+
+namespace kv_tr {
+namespace {
+
+TEST(GCommonDialog, TurnsArgumentsIntoFlagsAndFilters) {
+    test::RecordingPlatform platform;
+    using Arguments = FileDialogArguments;
+    for (const auto& [toOpen, openFlags, saveFlags, filters] :
+         {std::tuple{Arguments{}, 0x1000, 0x6, std::string("All (*.*)> *.*/")},
+          {Arguments{.FileMustExist = false, .OverWritePrompt = false, .Filter = "A|*.a"}, 0, 0x4,
+           "A>*.a/"},
+          {Arguments{.MultiSelect = true, .ReadOnly = true, .HideReadOnly = true, .Filter = ""},
+           0x1205, 0x6, ""},
+          {Arguments{.Filter = "A: B|*.a;*.b|C|", .flags = 0x80070},  // hooks are cleared
+           0x81010, 0x80016, "A> B/*.a;*.b>C/"}}) {
+        auto arguments = toOpen;
+        GCommonDialog().VBGetOpenFileName(arguments);
+        EXPECT_EQ(platform.requests.back().flags, openFlags);
+        arguments = toOpen;
+        GCommonDialog().VBGetSaveFileName(arguments);
+        EXPECT_EQ(platform.requests.back().flags, saveFlags);
+        std::string offered;
+        for (const auto& [description, pattern] : platform.requests.back().filters)
+            offered += description + ">" + pattern + "/";
+        EXPECT_EQ(offered, filters);
+    }
+}
+
+TEST(GCommonDialog, GivesBackWhatTheUserChoseAndClearsItWhenHeCancels) {
+    test::RecordingPlatform platform;
+    platform.choices = {FileChoice{"/new/b.c.dat", 3, 0x801}};
+    FileDialogArguments arguments{.Filename = "a.dat",
+                                  .Filter = "A:*.a|B|*.b",
+                                  .InitDir = "/old",
+                                  .DlgTitle = "Title",
+                                  .DefaultExt = "*.trp"};
+    GCommonDialog dialog;
+    ASSERT_TRUE(dialog.VBGetOpenFileName(arguments));
+    const FileRequest& asked = platform.requests[0];
+    EXPECT_EQ(asked.fileName + asked.initialFolder + asked.title + asked.defaultExtension,
+              "a.dat/oldTitletrp");
+    EXPECT_EQ(arguments.Filename + arguments.FileTitle, "/new/b.c.datb.c.dat");
+    EXPECT_EQ(arguments.Filter, "A|*.a|B|*.b");
+    EXPECT_EQ(arguments.FilterIndex, 3);
+    EXPECT_EQ(arguments.flags, 0x801);
+    EXPECT_TRUE(arguments.ReadOnly && dialog.APIReturn() == 1);
+
+    EXPECT_FALSE(dialog.VBGetOpenFileName(arguments) || dialog.APIReturn() != 0);
+    EXPECT_EQ(arguments.Filename + arguments.FileTitle + arguments.Filter, "");
+    EXPECT_EQ(arguments.FilterIndex, -1);
+    EXPECT_EQ(arguments.flags, 0);
+}
+
+TEST(Event, CallsInOrderAndLetsHandlersDisconnectAnyOfThem) {
+    Event<const std::string&> event;
+    std::string calls;
+    std::optional<Subscription> a, b, c;
+    a = event.Subscribe([&](const std::string& n) { calls += "a" + n, a.reset(), c.reset(); });
+    b = event.Subscribe([&](const std::string& n) { calls += "b" + n; });
+    c = event.Subscribe([&](const std::string& n) { calls += "c" + n; });
+    event.Raise("1");
+    Subscription d = event.Subscribe([&](const std::string& n) { calls += "d" + n; });
+    *b = std::move(d);  // takes the place of the handler
+    event.Raise("2");
+    EXPECT_EQ(calls, "a1b1d2");
+}
+
+TEST(Event, CallsAHandlerThatReconnectsItselfOnce) {
+    Event<> event;
+    int calls = 0;
+    Subscription subscription;
+    std::function<void()> handler = [&] {
+        if (++calls < 100) subscription = event.Subscribe(handler);
+    };
+    subscription = event.Subscribe(handler);
+    event.Raise();
+    EXPECT_EQ(calls, 1);
+    event.Raise();
+    EXPECT_EQ(calls, 2);
+}
+
+TEST(Event, MayGoAwayBeforeItsSubscriptionsAndInsideAHandler) {
+    auto event = std::make_unique<Event<>>();
+    int calls = 0;
+    const Subscription a = event->Subscribe([&] { ++calls, event.reset(); });
+    const Subscription b = event->Subscribe([&] { ++calls; });
+    event->Raise();
+    EXPECT_EQ(calls, 2);
+}
+
+}  // namespace
+}  // namespace kv_tr

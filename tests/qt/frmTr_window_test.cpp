@@ -1,0 +1,242 @@
+// The wiring of the adjustment dialog's window: what users do reaches the form and is seen again.
+#include "kv_tr/qt/frmTr_window.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QClipboard>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QTableView>
+#include <QTest>
+
+#include "helpers/engine_test.h"
+#include "helpers/sample_points.h"
+#include "kv_tr/qt/graph_area.h"
+
+namespace kv_tr::test {
+namespace {
+
+class FrmTrWindow : public EngineTest {
+protected:
+    using Window = std::function<void(frmTrWindow&)>;
+
+    void Open(const Window& script, bool showApplyButton = true) {
+        auto pairs = ShiftedPairs(12);
+        pairs[3].dXdest += 1;
+        engine.AddXY4Tr(pairs, false);
+        frmTr form;
+        confirmed = form.bDoModal(engine, showApplyButton, [&] {
+            frmTrWindow window(form);
+            window.show();
+            window.activateWindow();
+            QApplication::processEvents();
+            script(window);
+        });
+    }
+
+    template <class Widget>
+    static Widget& Find(const QWidget& window, const char* name) {
+        auto* found = window.findChild<Widget*>(name);
+        if (found == nullptr) throw std::invalid_argument(name);
+        return *found;
+    }
+    static void Click(const QWidget& window, const char* name) {
+        Find<QAbstractButton>(window, name).click();
+        QApplication::processEvents();
+    }
+    static std::string TextOf(const QWidget& window, const char* label) {
+        return Find<QLabel>(window, label).text().toStdString();
+    }
+
+    /// The middle of a cell, rows and columns counted from 0.
+    static QPoint CellAt(const QTableView& grid, int row, int column) {
+        return grid.visualRect(grid.model()->index(row, column)).center();
+    }
+
+    bool confirmed = false;
+};
+
+TEST_F(FrmTrWindow, GivesEveryControlItsCaption) {
+    Open([&](frmTrWindow& window) {
+        for (const Caption& row : TrCaptions()) {
+            if (row.control == "frmTr") continue;
+            EXPECT_NO_THROW(Find<QWidget>(window, row.control.data())) << row.control;
+        }
+        EXPECT_EQ(window.windowTitle(), "Transformation");
+        platform.texts->SwitchLanguage(kVietnamese, "");
+        const auto plain = [](QString caption) { return caption.remove('&').toStdString(); };
+        EXPECT_EQ(plain(Find<QAbstractButton>(window, "opMode(2)").text()), "Đồ họa");
+        EXPECT_EQ(plain(Find<QGroupBox>(window, "frmRes").title()), "Thống kê");
+        EXPECT_EQ(TextOf(window, "lblCnt"), "Được tính:12");
+        const auto* model = Find<QTableView>(window, "Grid1").model();
+        EXPECT_EQ(model->headerData(0, Qt::Horizontal).toString(), "STT");
+    });
+}
+
+TEST_F(FrmTrWindow, ForwardsTheButtons) {
+    Open([&](frmTrWindow& window) {
+        EXPECT_EQ(Find<QTableView>(window, "Grid1").model()->rowCount(), 12);
+        Click(window, "RadioTrType(1)");
+        EXPECT_EQ(engine.eTrType(), TR_AFFIN);
+        Click(window, "RadioTrType(5)");
+        EXPECT_EQ(engine.eTrType(), TR_AFFIN);
+        EXPECT_TRUE(Find<QAbstractButton>(window, "RadioTrType(1)").isChecked()) << "refused";
+        const double shift = engine.udtTrPrm().dA0;
+        Click(window, "chkInverz");
+        EXPECT_LT(engine.udtTrPrm().dA0 * shift, 0);
+        EXPECT_FALSE(Find<QWidget>(window, "cmdPrint").isVisible());
+        Click(window, "opMode(2)");
+        EXPECT_TRUE(Find<QWidget>(window, "cmdPrint").isVisible());
+        EXPECT_TRUE(Find<QWidget>(window, "PicBox").isVisible());
+        EXPECT_FALSE(Find<QWidget>(window, "Grid1").isVisible());
+        for (const char* button : {"chkNr", "chkDx", "chkDy", "chkRad", "cmdSaveLog", "cmdSavePrm",
+                                   "cmdSavePicture", "cmsResetExt", "cmdRemoveExt"}) {
+            Click(window, button);
+        }
+        EXPECT_EQ(platform.requests.size(), 3u);
+        const std::map<std::string, std::string> begins = {{"svg", "<?xml"}, {"png", "\x89PNG"}};
+        for (const auto& [extension, begin] : begins) {
+            platform.choices = {FileChoice{folder.File("picture." + extension)}};
+            Click(window, "cmdSavePicture");
+            EXPECT_TRUE(ReadFile(folder.File("picture." + extension)).starts_with(begin));
+        }
+        platform.TakeTexts();
+        platform.choices = {FileChoice{folder.File("picture.jpg")}};
+        Click(window, "cmdSavePicture");
+        EXPECT_EQ(platform.TakeTexts().size(), 1U);
+        EXPECT_EQ(ReadFile(folder.File("picture.jpg")), "");
+        Click(window, "cmdApplyResult");
+        EXPECT_FALSE(window.isVisible());
+    });
+    EXPECT_TRUE(confirmed);
+}
+
+TEST_F(FrmTrWindow, TogglesPairsByMouseAndKeyboard) {
+    Open([&](frmTrWindow& window) {
+        auto& grid = Find<QTableView>(window, "Grid1");
+        const auto excluded = [&] { return TextOf(window, "lblExtCnt"); };
+        const auto at = [&](int row) { return CellAt(grid, row, 4); };
+        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, at(3));
+        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, at(3));
+        EXPECT_TRUE(engine.Pairs()[3].bNotUsed);
+        EXPECT_FALSE(grid.selectionModel()->hasSelection());
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, at(8));
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, at(6));
+        QTest::mouseClick(grid.viewport(), Qt::RightButton, {}, at(7));
+        EXPECT_EQ(excluded(), "Excluded:4");
+        QTest::keyClick(&grid, Qt::Key_Space);
+        EXPECT_EQ(excluded(), "Excluded:1");
+        QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QApplication::clipboard()->text().count('\n'), 4) << "headings and three rows";
+
+        Click(window, "opMode(2)");
+        auto& picture = Find<QWidget>(window, "PicBox");
+        QTest::mouseClick(&picture, Qt::LeftButton, {}, {1, 1});
+        EXPECT_EQ(excluded(), "Excluded:1");
+        QTest::mouseDClick(&picture, Qt::LeftButton, {}, {1, 1});
+        QTest::mouseRelease(&picture, Qt::LeftButton, {}, {1, 1});
+        EXPECT_EQ(excluded(), "Excluded:2");
+    });
+}
+
+TEST_F(FrmTrWindow, PaintsTheTextsOfACrossApart) {
+    GraphPage page{.width = 200, .height = 100};
+    page.marks = {
+        {.place = {100, 50}, .colour = kRed, .labels = {" HHHH", " HHHH", "HHHH ", "HHHH"}}};
+    QImage image(200, 100, QImage::Format_RGB32);
+    QPainter painter(&image);
+    PaintPage(painter, page);
+    painter.end();
+    const auto ink = [&image](int left, int right, int top, int bottom) {
+        int count = 0;
+        for (int x = left; x <= right; ++x) {
+            for (int y = top; y <= bottom; ++y) count += image.pixelColor(x, y) != Qt::white;
+        }
+        return count;
+    };
+    EXPECT_GT(ink(75, 95, 35, 44), 0) << "no text at all";
+    for (const auto& [top, bottom] : {std::pair{30, 44}, {56, 70}}) {
+        EXPECT_EQ(ink(97, 102, top, bottom), 0) << "the texts touch";
+    }
+}
+
+TEST_F(FrmTrWindow, EditsCells) {
+    Open([&](frmTrWindow& window) {
+        auto& grid = Find<QTableView>(window, "Grid1");
+        auto& edit = Find<QLineEdit>(window, "txtEdit");
+        Click(window, "opMode(1)");
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
+        ASSERT_TRUE(edit.isVisible());
+        EXPECT_TRUE(edit.geometry().contains(CellAt(grid, 2, 2)));
+        edit.selectAll();
+        QTest::keyClicks(&edit, "1234");
+        QTest::keyClick(&edit, Qt::Key_Return);
+        EXPECT_EQ(engine.Pairs()[2].dXsour, 1234);
+        EXPECT_FALSE(edit.isVisible());
+        QTest::keyClicks(&grid, "9");
+        EXPECT_EQ(edit.text(), "9");
+        QTest::keyClick(&edit, Qt::Key_Escape);
+        EXPECT_TRUE(window.isVisible()) << "Esc belongs to the editor";
+        EXPECT_EQ(engine.Pairs()[2].dXsour, 1234);
+        QTest::keyClicks(&grid, "8");
+        QTest::keyClick(&edit, Qt::Key_Down);
+        EXPECT_EQ(engine.Pairs()[2].dXsour, 8);
+        EXPECT_EQ(grid.currentIndex().row(), 3);
+        QTest::keyClicks(&grid, "7");
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 0, 1));
+        EXPECT_EQ(engine.Pairs()[3].dXsour, 7) << "a click elsewhere takes what was typed";
+        QTest::keyClick(&edit, Qt::Key_Escape);
+        QTest::keyClick(&grid, Qt::Key_Escape);
+        EXPECT_TRUE(window.isVisible());
+
+        engine.ExcludeByIx(0, true);
+        const int last = engine.lFullCnt() - 1;
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, last, 2));
+        edit.setText("6");
+        Click(window, "cmdRemoveExt");  // as its letter does, the focus staying in the editor
+        EXPECT_EQ(engine.lFullCnt(), last);
+        EXPECT_EQ(engine.Pairs().back().dXsour, 6);
+        EXPECT_FALSE(edit.isVisible());
+        QTest::keyClick(&grid, Qt::Key_F2);
+        EXPECT_EQ(edit.text(), "6.000") << "the current row exists";
+        QTest::keyClick(&edit, Qt::Key_Escape);
+        Click(window, "opMode(0)");
+        QTest::keyClick(&grid, Qt::Key_Escape);
+        EXPECT_FALSE(window.isVisible()) << "Esc leaves by cmdExit";
+    });
+}
+
+TEST_F(FrmTrWindow, KeepsAWrongLimitUntilItIsRight) {
+    Open([&](frmTrWindow& window) {
+        auto& limit = Find<QLineEdit>(window, "txtLimit");
+        limit.setFocus();
+        limit.selectAll();
+        QTest::keyClicks(&limit, "x");
+        Find<QWidget>(window, "Grid1").setFocus();
+        QApplication::processEvents();
+        EXPECT_EQ(platform.TakeTexts(), Texts{"x"});
+        EXPECT_TRUE(limit.hasFocus());
+        Click(window, "cmdApplyResult");
+        EXPECT_EQ(platform.TakeTexts(), Texts{"x"});
+        EXPECT_TRUE(window.isVisible()) << "the entry comes first";
+        limit.selectAll();
+        QTest::keyClicks(&limit, "0.5");
+        Click(window, "cmdApplyResult");
+        EXPECT_EQ(engine.gdErrLimit, 0.5);
+        EXPECT_FALSE(window.isVisible());
+    });
+}
+
+TEST_F(FrmTrWindow, ComesBackInItsSize) {
+    Open([](frmTrWindow& window) {
+        window.resize(780, 700);
+        window.close();
+    });
+    EXPECT_FALSE(confirmed);
+    Open([](frmTrWindow& window) { EXPECT_EQ(window.size(), QSize(780, 700)); });
+}
+
+}  // namespace
+}  // namespace kv_tr::test
