@@ -15,14 +15,16 @@
 #include "cli/json_text.h"
 #include "cli/parameters.h"
 #include "cli/terminal.h"
+#include "kv_tr/files/control_point_file.h"
 #include "kv_tr/files/transformation_log.h"
+#include "kv_tr/fit/adjustment.h"
 #include "kv_tr/forms/graph_page.h"
-#include "kv_tr/published/errors.h"
+#include "kv_tr/model/type_name.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
-#include "kv_tr/published/type_names.h"
 #include "kv_tr/text/file_names.h"
+#include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -43,79 +45,128 @@ struct AdjustOptions {
     bool decimalComma = false;
 };
 
-/// Excludes every pair that has one of the identifiers; false when one is unknown.
-bool Exclude(clsTrCalc& engine, const std::vector<std::string>& identifiers) {
-    const std::unordered_set<std::string_view> unwanted(identifiers.begin(), identifiers.end());
-    std::unordered_set<std::string_view> known;
-    std::vector<std::int32_t> found;
-    const auto points = engine.Held().Points();
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        if (!unwanted.contains(points[i].id)) continue;
-        known.insert(points[i].id);
-        found.push_back(static_cast<std::int32_t>(i));
+/// An adjustment on its way from the points of a file to a fit.
+class Work {
+public:
+    explicit Work(const AdjustOptions& options)
+        : options_(options),
+          limit_(options.limit.empty() ? kUsualLimit : *ParseNumber(options.limit, true)) {
+        adjustment_.SetType(TypeNamed(options.type));
     }
-    for (const std::string& id : identifiers) {
-        if (known.contains(id)) continue;
-        ShowMessage(Text(TextId::kUnknownIdentifier, {Excerpt(id)}), Icon::kExclamation);
+
+    /// False, after it was reported why, when there is no fit.
+    bool PrepareAndFit() {
+        const Type wanted = TypeNamed(options_.type);
+        if (!LoadPoints(adjustment_, options_.points, options_.decimalComma)) return false;
+        if (options_.inverse) adjustment_.Swap();
+        if (!ChooseType(adjustment_, wanted, options_.points) || !Exclude()) return false;
+        if (adjustment_.FitType() != wanted) {
+            PrintNote(
+                Text(TextId::kTypeLowered, {TypeName(adjustment_.FitType(), ComponentTexts())}));
+        }
+        const FitOutcome outcome = Fit(adjustment_);
+        good_ &= outcome.Succeeded();
+        return outcome.Computed();
+    }
+
+    const Adjustment& Points() const { return adjustment_; }
+    double Limit() const { return limit_; }
+    /// The types to which exclusion has lowered the one asked for, step by step.
+    const std::vector<Type>& Lowered() const { return lowered_; }
+    /// Whether nothing was wrong with the points in use and their fit.
+    bool IsGood() const { return good_; }
+
+private:
+    static constexpr double kUsualLimit = 0.2;
+
+    /// Excludes every point that has one of the identifiers; false when one is unknown.
+    bool Exclude() {
+        const auto& identifiers = options_.exclude;
+        const std::unordered_set<std::string_view> unwanted(identifiers.begin(), identifiers.end());
+        std::unordered_set<std::string_view> known;
+        std::vector<std::size_t> found;
+        const auto points = adjustment_.Points();
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            if (!unwanted.contains(points[i].id)) continue;
+            known.insert(points[i].id);
+            found.push_back(i);
+        }
+        for (const std::string& id : identifiers) {
+            if (known.contains(id)) continue;
+            ShowMessage(Text(TextId::kUnknownIdentifier, {Excerpt(id)}), Icon::kExclamation);
+            return false;
+        }
+        for (const std::size_t index : found) {
+            if (!adjustment_.Toggle(index)) {
+                ShowMessage(GetMlString(79, "Nem lehet 2-nél kevesebb pont!"), Icon::kExclamation);
+                good_ = false;
+            }
+            while (const auto lower = adjustment_.LowerType()) lowered_.push_back(*lower);
+        }
+        return true;
+    }
+
+    const AdjustOptions& options_;
+    const double limit_;
+    Adjustment adjustment_;
+    std::vector<Type> lowered_;
+    bool good_ = true;
+};
+
+bool SavePlot(const Work& work, const std::string& fileName) {
+    const std::string svg = SvgOf(PageOf(work.Points(), work.Limit(), {}, GraphPage::kPictureWidth,
+                                         GraphPage::kPictureHeight));
+    ReplacingFile file(fileName);
+    if (!file.IsOpen()) {
+        ReportOpenFailure(fileName);
         return false;
     }
-    for (const std::int32_t index : found) engine.ExcludeByIx(index, false);
-    return true;
+    file.Write(svg);
+    if (file.Commit()) return true;
+    ShowMessage(WriteFailure(fileName).what(), Icon::kExclamation);
+    return false;
 }
 
-bool PrepareAndFit(clsTrCalc& engine, const AdjustOptions& options) {
-    if (!LoadPoints(engine, options.points, options.decimalComma)) return false;
-    if (options.inverse) engine.SwapSourDest();
-    if (!ChooseType(engine, TypeNamed(options.type), options.points)) return false;
-    if (!Exclude(engine, options.exclude)) return false;
-    if (engine.eTrType() != TypeNamed(options.type)) {
-        PrintNote(Text(TextId::kTypeLowered, {TypeName(engine.eTrType())}));
-    }
-    return Fit(engine);
-}
-
-/// Saves a file that was asked for; one that cannot be written does not keep the others from it.
-void Save(const std::string& fileName, const std::function<void()>& save) {
-    if (fileName.empty()) return;
-    const SignalsWait wait;
-    try {
-        save();
-    } catch (const RuntimeError& error) {
-        if (error.Number() == ErrorNumber::kFileNotOpen) return;  // has been reported
-        ShowMessage(error.what(), Icon::kExclamation);
-    }
-}
-
-/// Saves a file in which the control points, which it must not replace, cannot live on.
-void SaveBesidePoints(const std::string& fileName, const std::string& points,
-                      const std::function<void()>& save) {
-    std::error_code error;
-    if (!std::filesystem::equivalent(fileName, points, error)) return Save(fileName, save);
-    ShowMessage(Text(TextId::kTakesPlaceOfInput), Icon::kExclamation);
-}
-
-/// Parameters are saved only of a fit without trouble: nothing in their file would tell of it.
-void SaveFiles(clsTrCalc& engine, const AdjustOptions& options, bool trouble) {
-    SaveBesidePoints(options.log, options.points, [&] { engine.SaveLog(options.log); });
-    Save(options.savePoints, [&] { engine.bSaveXYs4Tr(options.savePoints); });
-    SaveBesidePoints(options.saveParams, options.points, [&] {
-        if (trouble) return PrintNote(Text(TextId::kParametersNotSaved));
-        SaveParameters(engine.udtTrPrm(), options.saveParams);
+/// Saves each file that was asked for; one that cannot be written does not keep the others from it.
+/// False after any was reported. Only --save-points may replace the control points. Parameters are
+/// saved only of a good fit: nothing in their file would tell of the trouble.
+bool SaveFiles(const Work& work, const AdjustOptions& options) {
+    const auto style = ComponentNumberStyle();
+    const auto save = [&options](const std::string& fileName, const std::function<bool()>& write) {
+        if (fileName.empty()) return true;
+        std::error_code error;
+        if (&fileName != &options.savePoints &&
+            std::filesystem::equivalent(fileName, options.points, error)) {
+            ShowMessage(Text(TextId::kTakesPlaceOfInput), Icon::kExclamation);
+            return false;
+        }
+        const SignalsWait wait;
+        return write();
+    };
+    bool saved = save(options.log, [&] {
+        return SaveText(options.log, TextOf(LogOf(work.Points(), ComponentTexts(), style)));
     });
-    SaveBesidePoints(options.plot, options.points, [&] {
-        SavePicture(options.plot,
-                    SvgOf(PageOf(engine, {}, GraphPage::kPictureWidth, GraphPage::kPictureHeight)));
+    saved &= save(options.savePoints, [&] {
+        return SaveText(options.savePoints,
+                        ListControlPoints(work.Points().Points(), style) + "\r\n");
     });
+    saved &= save(options.saveParams, [&] {
+        if (work.IsGood()) return SaveParameters(work.Points().Result(), options.saveParams);
+        PrintNote(Text(TextId::kParametersNotSaved));
+        return false;
+    });
+    saved &= save(options.plot, [&] { return SavePlot(work, options.plot); });
+    return saved;
 }
 
 /// On a terminal the lines of points beyond the limit are marked.
-void PrintLog(const clsTrCalc& engine) {
+void PrintLog(const Work& work) {
     const bool colour = OutputTakesColour();
-    const std::string mark = "  > " + FixedText(engine.gdErrLimit, 3, ComponentNumberStyle());
-    for (const auto& [text, point] :
-         LogOf(engine.Held(), ComponentTexts(), ComponentNumberStyle())) {
-        const bool within =
-            !point || engine.Held().Residuals()[*point].Length() <= engine.gdErrLimit;
+    const auto style = ComponentNumberStyle();
+    const std::string mark = "  > " + FixedText(work.Limit(), 3, style);
+    const auto residuals = work.Points().Residuals();
+    for (const auto& [text, point] : LogOf(work.Points(), ComponentTexts(), style)) {
+        const bool within = !point || residuals[*point].Length() <= work.Limit();
         if (within || !OutputIsTerminal()) {
             std::cout << text << '\n';
         } else {
@@ -125,12 +176,12 @@ void PrintLog(const clsTrCalc& engine) {
     }
 }
 
-Json StatisticsJson(const clsTrCalc& engine) {
-    return {{"dRmsErr", engine.dRmsErr()},
-            {"dRmsErrX", engine.dRmsErrX()},
-            {"dRmsErrY", engine.dRmsErrY()},
-            {"dMiddleErrX", engine.dMiddleErrX()},
-            {"dMiddleErrY", engine.dMiddleErrY()}};
+Json StatisticsJson(const Statistics& figures) {
+    return {{"dRmsErr", figures.rms},
+            {"dRmsErrX", figures.rmsFirst},
+            {"dRmsErrY", figures.rmsSecond},
+            {"dMiddleErrX", figures.meanFirst},
+            {"dMiddleErrY", figures.meanSecond}};
 }
 
 Json PointsJson(const Adjustment& adjustment) {
@@ -162,15 +213,17 @@ Json MessagesJson() {
 }
 
 /// Without a fit the parameters and the figures are null.
-void PrintJson(const clsTrCalc& engine, bool fitted, const std::vector<std::int32_t>& events) {
+void PrintJson(const Work& work, bool fitted) {
+    const Adjustment& adjustment = work.Points();
     Json report;
-    report["type"] = static_cast<std::int32_t>(engine.eTrType());
-    report["typeName"] = TypeName(engine.eTrType());
-    report["parameters"] = fitted ? ParametersJson(engine.udtTrPrm()) : Json();
-    report["statistics"] = fitted ? StatisticsJson(engine) : Json();
-    report["points"] = PointsJson(engine.Held());
+    report["type"] = NumberOf(adjustment.FitType());
+    report["typeName"] = TypeName(adjustment.FitType(), ComponentTexts());
+    report["parameters"] = fitted ? ParametersJson(adjustment.Result()) : Json();
+    report["statistics"] = fitted ? StatisticsJson(adjustment.Figures()) : Json();
+    report["points"] = PointsJson(adjustment);
     report["messages"] = MessagesJson();
-    report["events"] = events;
+    report["events"] = Json::array();
+    for (const Type type : work.Lowered()) report["events"].push_back(NumberOf(type));
     std::cout << JsonText(report) << '\n';
 }
 
@@ -182,22 +235,15 @@ int RunAdjust(const AdjustOptions& options) {
         return kWrongUsage;
     }
     if (options.decimalComma) DecimalSeparator(',');
-    clsTrCalc engine;
-    engine.eTrType(TypeNamed(options.type));
-    if (!options.limit.empty()) engine.gdErrLimit = *ParseNumber(options.limit, true);
-    std::vector<std::int32_t> events;
-    const Subscription subscription =
-        engine.TypeChanched.Subscribe([&events](enuTR_TYPE& type) { events.push_back(type); });
-
-    const MessageCount shown;
-    const bool fitted = PrepareAndFit(engine, options);
-    if (fitted) SaveFiles(engine, options, shown > 0);
+    Work work(options);
+    const bool fitted = work.PrepareAndFit();
+    const bool saved = fitted && SaveFiles(work, options);
     if (options.json) {
-        PrintJson(engine, fitted, events);
+        PrintJson(work, fitted);
     } else if (fitted) {
-        PrintLog(engine);
+        PrintLog(work);
     }
-    return shown == 0 ? kDone : kReported;
+    return saved && work.IsGood() ? kDone : kReported;
 }
 
 }  // namespace

@@ -22,10 +22,10 @@ struct AngleOptions {
 };
 
 int RunAngle(const AngleOptions& options) {
-    clsTr transformation;
+    Transformation transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) return code;
     const auto unit = std::ranges::find(host::AngleUnits(), options.unit, &host::AngleUnit::name);
-    const PlanePoint point{*ParseNumber(options.first), *ParseNumber(options.second)};
+    const Point point{*ParseNumber(options.first), *ParseNumber(options.second)};
     const double length = *ParseNumber(options.length);
     const std::string image = host::TransformedDirection(
         transformation, *ParseNumber(options.angle), *unit, point, length);

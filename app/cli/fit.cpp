@@ -7,20 +7,19 @@
 
 #include "cli/host.h"
 #include "common/point_reading.h"
-#include "kv_tr/published/errors.h"
+#include "kv_tr/published/matrix_routines.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/transformation_type.h"
 
 namespace kv_tr::cli {
 namespace {
 
 constexpr std::array kFitTypes{
-    FitType{"helmert", TR_HELMERT},    FitType{"affine", TR_AFFIN},
-    FitType{"helmert3", TR_HELMERT_3}, FitType{"affine5", TR_AFFIN_5},
-    FitType{"bilinear", TR_BILINEAR},  FitType{"poly1", TR_POLI_1},
-    FitType{"poly2", TR_POLI_2},       FitType{"poly3", TR_POLI_3},
-    FitType{"poly4", TR_POLI_4},       FitType{"poly5", TR_POLI_5},
+    FitType{"helmert", Type::kHelmert},   FitType{"affine", Type::kAffine},
+    FitType{"helmert3", Type::kHelmert3}, FitType{"affine5", Type::kAffine5},
+    FitType{"bilinear", Type::kBilinear}, FitType{"poly1", Type::kPolynomial1},
+    FitType{"poly2", Type::kPolynomial2}, FitType{"poly3", Type::kPolynomial3},
+    FitType{"poly4", Type::kPolynomial4}, FitType{"poly5", Type::kPolynomial5},
 };
 
 const FitType* Find(const std::string& keyword) {
@@ -39,7 +38,7 @@ std::string AllKeywords() {
 
 std::span<const FitType> FitTypes() { return kFitTypes; }
 
-enuTR_TYPE TypeNamed(const std::string& keyword) { return Find(keyword)->type; }
+Type TypeNamed(const std::string& keyword) { return Find(keyword)->type; }
 
 void AddTypeOption(CLI::App& command, std::string& keyword) {
     command.add_option("--type", keyword, Text(TextId::kType) + ": " + AllKeywords())
@@ -50,11 +49,11 @@ void AddTypeOption(CLI::App& command, std::string& keyword) {
         });
 }
 
-bool LoadPoints(clsTrCalc& engine, const std::string& fileName, bool decimalComma) {
+bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decimalComma) {
     const auto reading =
         host::ReadPoints(fileName, decimalComma ? Comma::kDecimalSign : Comma::kSuspect);
     if (reading.Complete()) {
-        engine.Held().Assign(reading.points);
+        adjustment.Assign(reading.points);
         return true;
     }
     const Problem& problem = reading.problems.front();
@@ -73,24 +72,24 @@ bool LoadPoints(clsTrCalc& engine, const std::string& fileName, bool decimalComm
     return false;
 }
 
-bool ChooseType(clsTrCalc& engine, enuTR_TYPE type, const std::string& fileName) {
-    engine.eTrType(type);
-    if (engine.bXYCntIsValid4TrType(type)) return true;
+bool ChooseType(Adjustment& adjustment, Type type, const std::string& fileName) {
+    adjustment.SetType(type);
+    if (adjustment.IsEnoughFor(type)) return true;
     ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
     PrintNote(Text(TextId::kPointsNeeded, {fileName, std::to_string(MinimumPoints(type)),
-                                           std::to_string(engine.lFullCnt())}));
+                                           std::to_string(adjustment.Points().size())}));
     return false;
 }
 
-bool Fit(clsTrCalc& engine) {
-    try {
-        engine.DoCalcTr();
-        return true;
-    } catch (const RuntimeError& error) {
-        if (error.Number() != ErrorNumber::kDivisionByZero) throw;
+FitOutcome Fit(Adjustment& adjustment) {
+    const FitOutcome outcome = adjustment.Fit();
+    for (int i = 0; i < outcome.singularSystems; ++i) ReportSingularMatrix();
+    if (outcome.trouble == FitTrouble::kNoStart) {
         ShowMessage(GetMlString(76, "A transzformáció nem számítható !"));
-        return false;
+    } else if (!outcome.converged) {
+        ShowMessage(GetMlString(adjustment.FitType() == Type::kHelmert3 ? 77 : 76, {}));
     }
+    return outcome;
 }
 
 }  // namespace kv_tr::cli

@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "kv_tr/published/clsTrCalc.h"
+#include "kv_tr/fit/adjustment.h"
 
 namespace CLI {
 class App;
@@ -15,24 +15,23 @@ namespace kv_tr::cli {
 /// A transformation that can be fitted, and what the command line calls it.
 struct FitType {
     const char* keyword;
-    enuTR_TYPE type;
+    Type type;
 };
 std::span<const FitType> FitTypes();
 
 /// The type of a keyword that the options have checked.
-enuTR_TYPE TypeNamed(const std::string& keyword);
+Type TypeNamed(const std::string& keyword);
 
 /// Adds the option --type with its check.
 void AddTypeOption(CLI::App& command, std::string& keyword);
 
-/// Loads a control-point file; false, with nothing loaded, after what is wrong has been shown.
-/// Numbers with decimal commas are wrong unless the user says so.
-bool LoadPoints(clsTrCalc& engine, const std::string& fileName, bool decimalComma);
+/// Loads a control-point file; false after what is wrong with it was reported.
+bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decimalComma);
 
 /// Sets the type; false, with text 97 shown, when the file has too few points for it.
-bool ChooseType(clsTrCalc& engine, enuTR_TYPE type, const std::string& fileName);
+bool ChooseType(Adjustment& adjustment, Type type, const std::string& fileName);
 
-/// Fits; false, with text 76 shown, when there is no fit at all.
-bool Fit(clsTrCalc& engine);
+/// Fits and reports what is wrong with the fit.
+FitOutcome Fit(Adjustment& adjustment);
 
 }  // namespace kv_tr::cli

@@ -23,15 +23,6 @@ inline constexpr int kWrongUsage = 2;
 /// Every message shown since the start; they also went to the standard error stream.
 const std::vector<Message>& ReportedMessages();
 
-/// How many messages have been shown since it was made.
-class MessageCount {
-public:
-    operator std::size_t() const { return ReportedMessages().size() - before_; }
-
-private:
-    std::size_t before_ = ReportedMessages().size();
-};
-
 /// Gives the component the command line's surroundings: messages are kept and printed, texts come
 /// in this language, and numbers carry a point.
 void InstallHost(std::int32_t language);

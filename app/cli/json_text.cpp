@@ -4,8 +4,6 @@
 #include <charconv>
 #include <cmath>
 
-#include "kv_tr/published/coefficients.h"
-
 namespace kv_tr::cli {
 namespace {
 
@@ -53,8 +51,8 @@ std::string JsonText(const nlohmann::ordered_json& value, int indentation) {
     return value.is_object() ? "{" + text + "}" : "[" + text + "]";
 }
 
-nlohmann::ordered_json ParametersJson(const TR_PRM& record) {
-    const auto [a, b] = CoefficientsOf(record);
+nlohmann::ordered_json ParametersJson(const Transformation& transformation) {
+    const auto& [type, a, b] = transformation;
     nlohmann::ordered_json parameters;
     for (std::size_t k = 0; k < a.size(); ++k) parameters["dA" + std::to_string(k)] = a[k];
     for (std::size_t k = 0; k < b.size(); ++k) parameters["dB" + std::to_string(k)] = b[k];

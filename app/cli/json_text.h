@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "kv_tr/published/records.h"
+#include "kv_tr/model/transformation.h"
 
 namespace kv_tr::cli {
 
@@ -13,7 +13,7 @@ namespace kv_tr::cli {
 /// An ill-formed part of a text becomes U+FFFD.
 std::string JsonText(const nlohmann::ordered_json& value, int indentation = 0);
 
-/// dA0 to dA21 and dB0 to dB21 of a record.
-nlohmann::ordered_json ParametersJson(const TR_PRM& record);
+/// dA0 to dA21 and dB0 to dB21 of a transformation.
+nlohmann::ordered_json ParametersJson(const Transformation& transformation);
 
 }  // namespace kv_tr::cli

@@ -3,80 +3,90 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <optional>
 
 #include "cli/file_options.h"
 #include "cli/fit.h"
 #include "cli/host.h"
 #include "common/parameter_reading.h"
+#include "kv_tr/files/open_text.h"
+#include "kv_tr/files/parameter_file.h"
+#include "kv_tr/files/parameter_listing.h"
+#include "kv_tr/model/type_name.h"
 #include "kv_tr/published/affine_record.h"
+#include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/decimal_commas.h"
-#include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/national.h"
 #include "kv_tr/published/number_format.h"
-#include "kv_tr/published/transformation_type.h"
-#include "kv_tr/published/type_names.h"
 #include "kv_tr/text/file_names.h"
 
 namespace kv_tr::cli {
 namespace {
 
-void Complain(TextId id, std::initializer_list<std::string> values = {}) {
+/// Reports why there are no parameters.
+std::nullopt_t Complain(TextId id, std::initializer_list<std::string> values = {}) {
     ShowMessage(Text(id, values), Icon::kExclamation);
+    return std::nullopt;
 }
 
-void FitParameters(clsTr& transformation, const ParameterSource& source) {
-    clsTrCalc& engine = *transformation.oCalcTr();
-    if (LoadPoints(engine, source.points, source.decimalComma) &&
-        ChooseType(engine, TypeNamed(source.type), source.points) && Fit(engine)) {
-        transformation.udtTrPrm(engine.udtTrPrm());
-    }
+std::optional<Transformation> FitParameters(const ParameterSource& source) {
+    Adjustment adjustment;
+    const bool good = LoadPoints(adjustment, source.points, source.decimalComma) &&
+                      ChooseType(adjustment, TypeNamed(source.type), source.points) &&
+                      Fit(adjustment).Succeeded();
+    return good ? std::optional(adjustment.Result()) : std::nullopt;
 }
 
-void LoadBuiltIn(clsTr& transformation, const std::string& name) {
-    if (name == "OL_METER") return transformation.udtTrAffinPrm(FathomToMetre());
-    if (name == "METER_OL") return transformation.udtTrAffinPrm(MetreToFathom());
+std::optional<Transformation> BuiltIn(const std::string& name) {
+    if (name == "OL_METER") return TransformationOf(WithAffine({}, FathomToMetre()));
+    if (name == "METER_OL") return TransformationOf(WithAffine({}, MetreToFathom()));
     const auto infos = NationalInfos();
     const auto found = std::ranges::find(infos, name, &NationalInfo::name);
     if (found == infos.end()) return Complain(TextId::kUnknownNational, {Excerpt(name)});
-    transformation.udtTrPrmByDAT2M1(found->type);
+    return TransformationOf(*NationalRecord(found->type));
 }
 
-/// A type asked for beside a source that has its own must be that one.
-void CheckType(const clsTr& transformation, const ParameterSource& source) {
-    if (source.type.empty() || TypeNamed(source.type) == transformation.udtTrPrm().eType) return;
-    Complain(TextId::kOtherType, {source.params + source.national, transformation.sTrTypeName(),
-                                  TypeName(TypeNamed(source.type))});
-}
-
-void Invert(clsTr& transformation) {
-    try {
-        AFFIN_PRM inverse;
-        if (!transformation.bGetInversePrm(inverse)) {
-            return Complain(TextId::kNoInverseOfType, {transformation.sTrTypeName()});
-        }
-        if (!IsFinite(inverse)) return Complain(TextId::kNoInverse);
-        transformation.udtTrAffinPrm(inverse);
-    } catch (const RuntimeError& error) {
-        if (error.Number() != ErrorNumber::kDivisionByZero) throw;
-        Complain(TextId::kNoInverse);
-    }
-}
-
-void LoadFile(clsTr& transformation, const ParameterSource& source) {
-    const enuTR_TYPE linearType = source.type.empty() ? TR_AFFIN : TypeNamed(source.type);
+std::optional<Transformation> ReadFile(const ParameterSource& source) {
+    const Type linearType = source.type.empty() ? Type::kAffine : TypeNamed(source.type);
     if (!HasExtension(source.params, "all") && !FormatHolds("trp", linearType, source.params))
-        return;
+        return std::nullopt;
     if (!source.decimalComma && ParametersHaveDecimalCommas(source.params)) {
         return Complain(TextId::kDecimalCommas, {source.params});
     }
-    const auto [record, complaint] =
-        host::ReadRecord(source.params, linearType, source.decimalComma);
-    if (record) transformation.udtTrPrm(*record);
-    if (complaint.empty()) return;
-    ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
-    PrintNote(complaint);
+    const auto [transformation, complaint] =
+        host::ReadParametersWhole(source.params, linearType, source.decimalComma);
+    if (!complaint.empty()) {
+        ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+        PrintNote(complaint);
+    }
+    return transformation;
+}
+
+std::optional<Transformation> InverseOf(const Transformation& transformation) {
+    if (IsPolynomial(transformation.type)) {
+        return Complain(TextId::kNoInverseOfType,
+                        {TypeName(transformation.type, ComponentTexts())});
+    }
+    const auto inverse = transformation.Inverse();
+    return inverse ? inverse : Complain(TextId::kNoInverse);
+}
+
+/// The parameters of the source; nothing after it was reported why there are none. A type asked for
+/// beside a source that has its own must be that one.
+std::optional<Transformation> Load(const ParameterSource& source) {
+    const auto loaded = !source.points.empty()     ? FitParameters(source)
+                        : !source.national.empty() ? BuiltIn(source.national)
+                                                   : ReadFile(source);
+    if (!loaded) return std::nullopt;
+    if (!source.type.empty() && TypeNamed(source.type) != loaded->type) {
+        return Complain(TextId::kOtherType,
+                        {source.params + source.national, TypeName(loaded->type, ComponentTexts()),
+                         TypeName(TypeNamed(source.type), ComponentTexts())});
+    }
+    return source.inverse ? InverseOf(*loaded) : loaded;
 }
 
 int WrongUsage(TextId id) {
@@ -99,23 +109,15 @@ void AddSourceOptions(CLI::App& command, ParameterSource& source) {
     AddBuiltInOptions(command, source);
 }
 
-int LoadParameters(clsTr& transformation, const ParameterSource& source) {
+int LoadParameters(Transformation& transformation, const ParameterSource& source) {
     if (!source.points.empty() + !source.params.empty() + !source.national.empty() != 1) {
         return WrongUsage(TextId::kOneSource);
     }
     if (!source.points.empty() && source.type.empty()) return WrongUsage(TextId::kTypeNeeded);
 
-    const MessageCount shown;
-    if (!source.points.empty()) {
-        FitParameters(transformation, source);
-    } else if (!source.national.empty()) {
-        LoadBuiltIn(transformation, source.national);
-    } else {
-        LoadFile(transformation, source);
-    }
-    if (shown == 0) CheckType(transformation, source);
-    if (shown == 0 && source.inverse) Invert(transformation);
-    return shown == 0 ? kDone : kReported;
+    const auto loaded = Load(source);
+    if (loaded) transformation = *loaded;
+    return loaded ? kDone : kReported;
 }
 
 std::string CheckExtension(const std::string& fileName) {
@@ -124,21 +126,37 @@ std::string CheckExtension(const std::string& fileName) {
     return known ? "" : Text(TextId::kUnknownExtension, {Excerpt(fileName)});
 }
 
-bool FormatHolds(const std::string& format, enuTR_TYPE type, const std::string& name) {
+bool FormatHolds(const std::string& format, Type type, const std::string& name) {
     if ((format == "all") == IsPolynomial(type)) return true;
-    Complain(TextId::kFormatCannotHold, {name, TypeName(type)});
+    Complain(TextId::kFormatCannotHold, {name, TypeName(type, ComponentTexts())});
     return false;
 }
 
-void SaveParameters(const TR_PRM& record, const std::string& fileName) {
-    clsTr transformation;
-    transformation.udtTrPrm(record);
-    if (HasExtension(fileName, "all")) {
-        if (FormatHolds("all", record.eType, fileName)) transformation.bSavePoliTrPrm(fileName);
-    } else if (FormatHolds("trp", record.eType, fileName)) {
-        transformation.bSaveAffinTrPrm(fileName, HasExtension(fileName, "prm"));
+bool SaveParameters(const Transformation& transformation, const std::string& fileName) {
+    const ParameterFormat format = FormatNamed(fileName);
+    const bool polynomial = format == ParameterFormat::kPolynomial;
+    const NumberStyle style = ComponentNumberStyle();
+    if (!FormatHolds(polynomial ? "all" : "trp", transformation.type, fileName)) return false;
+    std::string text;
+    if (polynomial) {
+        text =
+            ListPolynomial(transformation, TypeName(transformation.type, ComponentTexts()), style) +
+            "\r\n";
+    } else {
+        const auto order =
+            format == ParameterFormat::kItr25 ? LinearFormat::kItr25 : LinearFormat::kNative;
+        for (const std::string& line : LinearFileLines(transformation, order, style))
+            text += line + "\r\n";
     }
-    transformation.TearDown();
+    return SaveText(fileName, text);
+}
+
+bool SaveText(const std::string& fileName, const std::string& text) {
+    switch (WriteText(fileName, text, FilesCodePage())) {
+        case Written::kYes: return true;
+        case Written::kNotOpened: ReportOpenFailure(fileName); return false;
+        default: ShowMessage(WriteFailure(fileName).what(), Icon::kExclamation); return false;
+    }
 }
 
 }  // namespace kv_tr::cli

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "kv_tr/published/clsTr.h"
+#include "kv_tr/model/transformation.h"
 
 namespace CLI {
 class App;
@@ -28,15 +28,20 @@ void AddBuiltInOptions(CLI::App& command, ParameterSource& source);
 
 /// Loads or fits the parameters. The exit code: kReported after anything was reported, and
 /// kWrongUsage, with a note, when the source is not one.
-int LoadParameters(clsTr& transformation, const ParameterSource& source);
+int LoadParameters(Transformation& transformation, const ParameterSource& source);
 
 /// A check for names of parameter files; it yields the complaint, or nothing.
 std::string CheckExtension(const std::string& fileName);
 
 /// Whether a format (trp, prm, all) can hold a type; otherwise the reason is shown under the name.
-bool FormatHolds(const std::string& format, enuTR_TYPE type, const std::string& name);
+bool FormatHolds(const std::string& format, Type type, const std::string& name);
 
-/// Saves a record in the format that the file's extension names.
-void SaveParameters(const TR_PRM& record, const std::string& fileName);
+/// Saves a transformation in the format that the file's extension names; false after it was
+/// reported that this is impossible.
+bool SaveParameters(const Transformation& transformation, const std::string& fileName);
+
+/// Writes a text file in the code page of the language; false after it was reported that this is
+/// impossible.
+bool SaveText(const std::string& fileName, const std::string& text);
 
 }  // namespace kv_tr::cli

@@ -7,8 +7,12 @@
 #include "cli/json_text.h"
 #include "cli/parameters.h"
 #include "kv_tr/files/parameter_file.h"
-#include "kv_tr/published/coefficients.h"
+#include "kv_tr/files/parameter_listing.h"
+#include "kv_tr/model/type_name.h"
+#include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/national.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/published/transformation_type.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -18,41 +22,47 @@ struct ParamsOptions {
     std::string format = "listing";
 };
 
-std::string LinearText(const TR_PRM& record, LinearFormat format) {
+std::string LinearText(const Transformation& transformation, LinearFormat format) {
     std::string text;
-    for (const std::string& line : LinearFileLines(TransformationOf(record), format))
+    for (const std::string& line : LinearFileLines(transformation, format, ComponentNumberStyle()))
         text += line + "\n";
     return text;
 }
 
-std::string JsonOf(const clsTr& transformation) {
+std::string JsonOf(const Transformation& transformation) {
     nlohmann::ordered_json json;
-    json["type"] = static_cast<std::int32_t>(transformation.udtTrPrm().eType);
-    json["typeName"] = transformation.sTrTypeName();
-    json["parameters"] = ParametersJson(transformation.udtTrPrm());
+    json["type"] = NumberOf(transformation.type);
+    json["typeName"] = TypeName(transformation.type, ComponentTexts());
+    json["parameters"] = ParametersJson(transformation);
     return JsonText(json) + "\n";
 }
 
 int RunParams(const ParamsOptions& options) {
-    clsTr transformation;
+    Transformation transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) return code;
-    const TR_PRM record = transformation.udtTrPrm();
+    const auto polynomialText = [&transformation] {
+        return ListPolynomial(transformation, TypeName(transformation.type, ComponentTexts()),
+                              ComponentNumberStyle());
+    };
     const std::string& format = options.format;
     std::string text;
     if (format == "listing") {
-        text = transformation.sListHelmertTrPrm() + transformation.sListPoliTrPrm();
+        text = ListLinear(transformation, ComponentNumberStyle()) + polynomialText();
     } else if (format == "json") {
         text = JsonOf(transformation);
-    } else if (!FormatHolds(format, record.eType, format)) {
+    } else if (!FormatHolds(format, transformation.type, format)) {
         return kReported;
     } else if (format == "all") {
-        text = transformation.sListPoliTrPrm() + "\n";
+        text = polynomialText() + "\n";
     } else {
-        text = LinearText(record, format == "prm" ? LinearFormat::kItr25 : LinearFormat::kNative);
+        text = LinearText(transformation,
+                          format == "prm" ? LinearFormat::kItr25 : LinearFormat::kNative);
     }
     std::erase(text, '\r');
     std::cout << text;
-    if (record.eType >= TR_STG_HER) PrintNote(NationalOrigin(record.eType));
+    if (IsNational(transformation.type)) {
+        PrintNote(NationalOrigin(PublishedType(transformation.type)));
+    }
     return kDone;
 }
 

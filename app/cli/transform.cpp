@@ -13,7 +13,6 @@
 #include "cli/parameters.h"
 #include "cli/terminal.h"
 #include "common/coordinate_file.h"
-#include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
@@ -91,9 +90,9 @@ private:
     std::optional<RemovedWhenInterrupted> guard_;
 };
 
-/// Transforms all lines; false when a bad line ended the work.
-bool TransformAll(Input& input, Output& output, const TR_PRM& record,
-                  const TransformOptions& options) {
+host::CoordinateResult TransformAll(Input& input, Output& output,
+                                    const Transformation& transformation,
+                                    const TransformOptions& options) {
     Progress progress(input.Size(), options.output.empty() && OutputIsTerminal());
     const host::CoordinateOutput to{
         .write = [&output](std::string_view bytes) { output.Write(bytes); },
@@ -104,10 +103,10 @@ bool TransformAll(Input& input, Output& output, const TR_PRM& record,
                 return true;
             }};
     const auto result =
-        host::TransformText(input.Source(), to, TransformationOf(record), options.coordinates);
+        host::TransformText(input.Source(), to, transformation, options.coordinates);
     host::ReportBadLines(result, input.Name());
     if (result.mayHaveDecimalCommas) PrintNote(Text(TextId::kCommasMayBeDecimal));
-    return result.Complete();
+    return result;
 }
 
 int RunTransform(const TransformOptions& options) {
@@ -115,8 +114,7 @@ int RunTransform(const TransformOptions& options) {
                      {{"--points", options.source.points}, {"--params", options.source.params}})) {
         return kWrongUsage;
     }
-    const MessageCount shown;
-    clsTr transformation;
+    Transformation transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) {
         if (code == kReported) PrintNote(Text(TextId::kNothingTransformed));
         return code;
@@ -131,12 +129,13 @@ int RunTransform(const TransformOptions& options) {
         ReportOpenFailure(options.output);
         return kReported;
     }
-    if (!TransformAll(input, output, transformation.udtTrPrm(), options)) return kReported;
+    const auto result = TransformAll(input, output, transformation, options);
+    if (!result.Complete()) return kReported;
     if (!output.Commit()) {
         if (!options.output.empty()) throw WriteFailure(options.output);
         throw RuntimeError(ErrorNumber::kWriteFailed, Text(TextId::kWriteFailed));
     }
-    return shown == 0 ? kDone : kReported;
+    return result.badLines == 0 ? kDone : kReported;
 }
 
 }  // namespace

@@ -4,8 +4,8 @@
 #include "cli/fit.h"
 #include "cli/host.h"
 #include "cli/table.h"
-#include "kv_tr/published/transformation_type.h"
-#include "kv_tr/published/type_names.h"
+#include "kv_tr/model/type_name.h"
+#include "kv_tr/published/ml_strings.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -17,9 +17,9 @@ int RunTypes() {
     Column names{Text(TextId::kNameHeading)};
     for (const auto& [keyword, type] : FitTypes()) {
         keywords.cells.emplace_back(keyword);
-        numbers.cells.push_back(std::to_string(type));
+        numbers.cells.push_back(std::to_string(NumberOf(type)));
         points.cells.push_back(std::to_string(MinimumPoints(type)));
-        names.cells.push_back(TypeName(type));
+        names.cells.push_back(TypeName(type, ComponentTexts()));
     }
     PrintTable({keywords, numbers, points, names});
     return kDone;

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "kv_tr/published/coefficients.h"
+#include "kv_tr/published/map_direction.h"
 #include "kv_tr/published/number_format.h"
 
 namespace kv_tr::host {
@@ -23,24 +25,23 @@ double Spacing(double value) {
 
 std::span<const AngleUnit> AngleUnits() { return kUnits; }
 
-std::string TransformedDirection(const clsTr& transformation, double direction,
-                                 const AngleUnit& unit, PlanePoint point, double length) {
-    double image = 0.0;
-    transformation.TrAngle(direction * transformation.PI / unit.perHalfTurn, image, point.first,
-                           point.second, length);
+std::string TransformedDirection(const Transformation& transformation, double direction,
+                                 const AngleUnit& unit, Point point, double length) {
+    const AngleConstants angles;
+    const double image = MapDirection(
+        RecordOf(transformation), direction * angles.pi / unit.perHalfTurn, point, length, angles);
     if (!std::isfinite(image)) return {};
     const auto text = [&unit](double value) { return FormatFixed(value, unit.decimals, 0); };
-    const std::string shown = text(image * unit.perHalfTurn / transformation.PI);
+    const std::string shown = text(image * unit.perHalfTurn / angles.pi);
     return shown == text(2.0 * unit.perHalfTurn) ? text(0.0) : shown;  // when rounded to it
 }
 
-std::string DirectionUncertainty(const clsTr& transformation, const AngleUnit& unit,
-                                 PlanePoint point, double length) {
-    PlanePoint image;
-    transformation.TrXY(point.first, point.second, image.first, image.second);
+std::string DirectionUncertainty(const Transformation& transformation, const AngleUnit& unit,
+                                 Point point, double length) {
+    const Point image = transformation.Apply(point);
     // The half spacing of floats for each of the two points is a whole one for the difference.
     const double rounding = std::hypot(Spacing(image.first), Spacing(image.second));
-    return FormatFixed(rounding / std::abs(length) * unit.perHalfTurn / transformation.PI,
+    return FormatFixed(rounding / std::abs(length) * unit.perHalfTurn / AngleConstants{}.pi,
                        static_cast<std::uint8_t>(unit.decimals - 2), 0);
 }
 

@@ -3,11 +3,9 @@
 
 #include "kv_tr/files/parameter_file.h"
 #include "kv_tr/published/clsFile.h"
-#include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
-#include "kv_tr/published/transformation_type.h"
 
 namespace kv_tr::host {
 namespace {
@@ -30,11 +28,12 @@ std::string Complaint(const Problem& problem, const std::string& fileName) {
 
 }  // namespace
 
-RecordReading ReadRecord(const std::string& fileName, enuTR_TYPE linearType, bool decimalComma) {
+WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType,
+                                    bool decimalComma) {
     const NumberStyle numbers = decimalComma ? NumberStyle{','} : ComponentNumberStyle();
-    const auto reading = ReadParameterFile(fileName, TypeOf(linearType),
-                                           {.codePage = FilesCodePage(), .numbers = numbers});
-    if (reading.Complete()) return {RecordOf(reading.transformation), {}};
+    const auto reading =
+        ReadParameterFile(fileName, linearType, {.codePage = FilesCodePage(), .numbers = numbers});
+    if (reading.Complete()) return {reading.transformation, {}};
     return {{}, Complaint(*reading.problem, fileName)};
 }
 

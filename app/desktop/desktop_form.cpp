@@ -13,6 +13,7 @@
 #include "kv_tr/forms/save_parameters.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/errors.h"
@@ -246,14 +247,14 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
 }
 
 bool DesktopForm::LoadParameters(const std::string& fileName) {
-    const auto [record, complaint] =
-        host::ReadRecord(fileName, TR_AFFIN, ParametersHaveDecimalCommas(fileName));
+    const auto [loaded, complaint] =
+        host::ReadParametersWhole(fileName, Type::kAffine, ParametersHaveDecimalCommas(fileName));
     if (!complaint.empty()) {
         ShowMessage(GetMlString(74, "Hibás fájl formátum!") + "\r\n" + complaint,
                     Icon::kExclamation);
     }
-    if (!record) return false;
-    transformation_.udtTrPrm(*record);
+    if (!loaded) return false;
+    transformation_.udtTrPrm(RecordOf(*loaded));
     recent_.Add(fileName);
     return true;
 }
@@ -286,8 +287,8 @@ DesktopForm::DirectionTexts DesktopForm::ImageOfDirection(const std::string& dir
     const auto angle = TypedNumber(direction);
     const auto metres = TypedNumber(length);
     if (!point || !angle || !metres) return {};
-    return {host::TransformedDirection(transformation_, *angle, unit, *point, *metres),
-            host::DirectionUncertainty(transformation_, unit, *point, *metres)};
+    return {host::TransformedDirection(TransformationOf(Record()), *angle, unit, *point, *metres),
+            host::DirectionUncertainty(TransformationOf(Record()), unit, *point, *metres)};
 }
 
 void DesktopForm::SwitchLanguage(std::int32_t languageId) {

@@ -18,7 +18,7 @@ class ResidualGraph : public EngineTest {
 protected:
     GraphScale Scale(const std::vector<PlanePoint>& points, double width, double height) {
         engine.AddXY4Tr(PairsBy(points, Identity), false);
-        return ScaleFor(engine, width, height);
+        return ScaleFor(engine.Held(), width, height);
     }
 };
 
@@ -112,7 +112,7 @@ TEST_F(ResidualGraph, IsDrawnAsAnSvgDocument) {
     engine.gdErrLimit = 0.004;
     engine.DoCalcTr();
     DecimalSeparator(',');
-    const std::string svg = SvgOf(PageOf(engine, {}, 400, 300));
+    const std::string svg = SvgOf(PageOf(engine.Held(), engine.gdErrLimit, {}, 400, 300));
     for (const char* part : {"> &lt;&amp;&gt; </text>", ">HELMERT transformation</text>",
                              ">Calculated:4  Excluded:0  Error limit [m]:0,004</text>",
                              "class=\"red bold\"", "width=\"424.00\""}) {
@@ -134,7 +134,7 @@ TEST_F(ResidualGraph, IsDrawnAsAnSvgDocument) {
     for (int i = 0; i < 1000000; ++i) id += "\uFFFE\uFFFF\uFFFD";
     pairs[0].sId = id;
     engine.AddXY4Tr(pairs, false);
-    const std::string odd = SvgOf(PageOf(engine, {}, 400, 300));
+    const std::string odd = SvgOf(PageOf(engine.Held(), engine.gdErrLimit, {}, 400, 300));
     EXPECT_EQ(odd.find("\uFFFE"), std::string::npos);
     EXPECT_EQ(std::ranges::count(odd, '\xBD'), 1000000);
 }

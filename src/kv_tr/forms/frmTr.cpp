@@ -86,7 +86,7 @@ bool frmTr::txtLimit(const std::string& text) {
 }
 
 void frmTr::Activate() {
-    limitText_ = LimitTextOf(*engine_);
+    limitText_ = kv_tr::LimitText(engine_->gdErrLimit);
     Changed.Raise();
 }
 
@@ -137,9 +137,9 @@ void frmTr::SelectTypeOf(enuTR_TYPE type) {
 }
 
 void frmTr::ShowResult() {
-    captions_.SetText("lblKh", StatisticsOf(*engine_));
-    captions_.SetText("lblCnt", UsedCountOf(*engine_));
-    captions_.SetText("lblExtCnt", ExcludedCountOf(*engine_));
+    captions_.SetText("lblKh", FiguresText(engine_->Held().Figures()));
+    captions_.SetText("lblCnt", UsedCountText(engine_->Held()));
+    captions_.SetText("lblExtCnt", ExcludedCountText(engine_->Held()));
     marksAreCurrent_ = false;
     Changed.Raise();
 }

@@ -15,7 +15,7 @@ void frmTr::Resize(double width, double height) {
     ShowResult();
 }
 
-void frmTr::CalcScale4Pic() { scale_ = ScaleFor(*engine_, surfaceWidth_, surfaceHeight_); }
+void frmTr::CalcScale4Pic() { scale_ = ScaleFor(engine_->Held(), surfaceWidth_, surfaceHeight_); }
 
 const std::vector<GraphMark>& frmTr::Marks() const {
     if (!marksAreCurrent_) {
@@ -40,7 +40,7 @@ bool frmTr::PicBoxMouseUp(double x, double y) {
 }
 
 GraphPage frmTr::PicturePage(double width, double height) const {
-    return PageOf(*engine_, labels_, width, height);
+    return PageOf(engine_->Held(), engine_->gdErrLimit, labels_, width, height);
 }
 
 void frmTr::ToggleLabel(bool& label) {

@@ -26,38 +26,40 @@ std::vector<std::string> Lines(const std::string& text) {
 
 }  // namespace
 
-std::string StatisticsOf(const clsTrCalc& engine) {
-    return GetMlString(90, "Kh.=") + Metres(engine.dRmsErr()) + "\r\n" +  //
-           "mY=" + Metres(engine.dRmsErrX()) + "  mX=" + Metres(engine.dRmsErrY()) + "\r\n" +
+std::string FiguresText(const Statistics& figures) {
+    return GetMlString(90, "Kh.=") + Metres(figures.rms) + "\r\n" +  //
+           "mY=" + Metres(figures.rmsFirst) + "  mX=" + Metres(figures.rmsSecond) + "\r\n" +
            GetMlString(93, "Középértékek(m):") + "\r\n" +  //
-           "Y=" + Metres(engine.dMiddleErrX()) + "  X=" + Metres(engine.dMiddleErrY());
+           "Y=" + Metres(figures.meanFirst) + "  X=" + Metres(figures.meanSecond);
 }
 
-std::string LimitTextOf(const clsTrCalc& engine) {
+std::string LimitText(double limit) {
     constexpr std::uint8_t kMostDecimals = 17;
     for (std::uint8_t decimals = 2;; ++decimals) {
-        const std::string text = FormatFixed(engine.gdErrLimit, decimals, 0);
-        if (decimals == kMostDecimals || TypedNumber(text) == engine.gdErrLimit) return text;
+        const std::string text = FormatFixed(limit, decimals, 0);
+        if (decimals == kMostDecimals || TypedNumber(text) == limit) return text;
     }
 }
 
-std::string UsedCountOf(const clsTrCalc& engine) {
-    return GetMlString(67, "Számított:") + std::to_string(engine.lFullCnt() - engine.lNotUsedCnt());
+std::string UsedCountText(const Adjustment& adjustment) {
+    return GetMlString(67, "Számított:") + std::to_string(adjustment.UsedCount());
 }
 
-std::string ExcludedCountOf(const clsTrCalc& engine) {
-    return GetMlString(66, "Kizárt:") + std::to_string(engine.lNotUsedCnt());
+std::string ExcludedCountText(const Adjustment& adjustment) {
+    return GetMlString(66, "Kizárt:") + std::to_string(adjustment.ExcludedCount());
 }
 
-GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double width, double height) {
+GraphPage PageOf(const Adjustment& adjustment, double limit, const GraphLabels& labels,
+                 double width, double height) {
     GraphPage page{.width = width, .height = height, .title = GetMlString(31, "Transzformáció")};
-    page.lines = Lines(TypeName(engine.eTrType()) + "\n" + StatisticsOf(engine));
-    page.lines.push_back(UsedCountOf(engine) + "  " + ExcludedCountOf(engine) + "  " +
-                         GetMlString(68, "Hibahatár[m]:") + LimitTextOf(engine));
+    page.lines = Lines(TypeName(adjustment.FitType(), ComponentTexts()) + "\n" +
+                       FiguresText(adjustment.Figures()));
+    page.lines.push_back(UsedCountText(adjustment) + "  " + ExcludedCountText(adjustment) + "  " +
+                         GetMlString(68, "Hibahatár[m]:") + LimitText(limit));
     page.planTop =
         2 * GraphPage::kTitleSize + static_cast<double>(page.lines.size()) * GraphPage::kLineStep;
-    page.marks = GraphMarks(engine.Held(), engine.gdErrLimit,
-                            ScaleFor(engine, width, height - page.planTop), labels);
+    page.marks =
+        GraphMarks(adjustment, limit, ScaleFor(adjustment, width, height - page.planTop), labels);
     return page;
 }
 

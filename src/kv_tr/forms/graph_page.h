@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "kv_tr/fit/adjustment.h"
 #include "kv_tr/forms/residual_graph.h"
-#include "kv_tr/published/clsTrCalc.h"
 
 namespace kv_tr {
 
@@ -27,16 +27,18 @@ struct GraphPage {
     std::vector<GraphMark> marks{};  // places count from the frame's upper left corner
 };
 
-/// The page of the engine's last fit: title, type, its accuracy figures, the counts, the plan.
-GraphPage PageOf(const clsTrCalc& engine, const GraphLabels& labels, double width, double height);
+/// The page of an adjustment's last fit: title, type, its accuracy figures, the counts, the error
+/// limit in metres, the plan.
+GraphPage PageOf(const Adjustment& adjustment, double limit, const GraphLabels& labels,
+                 double width, double height);
 
 /// The accuracy figures as the dialog shows them, lines separated by CR LF.
-std::string StatisticsOf(const clsTrCalc& engine);
-/// The error limit with as many decimals as tell it whole, at least two.
-std::string LimitTextOf(const clsTrCalc& engine);
+std::string FiguresText(const Statistics& figures);
+/// An error limit with as many decimals as tell it whole, at least two.
+std::string LimitText(double limit);
 /// "Calculated:" and "Excluded:" with their numbers.
-std::string UsedCountOf(const clsTrCalc& engine);
-std::string ExcludedCountOf(const clsTrCalc& engine);
+std::string UsedCountText(const Adjustment& adjustment);
+std::string ExcludedCountText(const Adjustment& adjustment);
 
 /// The page as an SVG document, UTF-8.
 std::string SvgOf(const GraphPage& page);

@@ -41,7 +41,7 @@ std::string Escaped(std::string_view text) {
     return escaped;
 }
 
-std::string Text(PlanePoint base, const std::string& attributes, const std::string& text) {
+std::string Text(Point base, const std::string& attributes, const std::string& text) {
     return "<text" + Attribute("x", base.first) + Attribute("y", base.second) + attributes + ">" +
            Escaped(text) + "</text>\n";
 }

@@ -5,36 +5,30 @@
 #include <cmath>
 
 #include "kv_tr/published/number_format.h"
-#include "kv_tr/published/pairs.h"
 
 namespace kv_tr {
 namespace {
 
 constexpr double kMargin = 1.2;
 
-bool IsFinite(PlanePoint point) {
-    return std::isfinite(point.first) && std::isfinite(point.second);
-}
+bool IsFinite(Point point) { return std::isfinite(point.first) && std::isfinite(point.second); }
 
 }  // namespace
 
-PlanePoint GraphScale::ToSurface(PlanePoint destination) const {
+Point GraphScale::ToSurface(Point destination) const {
     return {(destination.first - originFirst) / metresPerUnit,
             (originSecond - destination.second) / metresPerUnit};
 }
 
-PlanePoint GraphScale::ToDestination(PlanePoint surface) const {
+Point GraphScale::ToDestination(Point surface) const {
     return {surface.first * metresPerUnit + originFirst,
             originSecond - surface.second * metresPerUnit};
 }
 
-GraphScale ScaleFor(const clsTrCalc& engine, double width, double height) {
-    PlanePoint least;
-    PlanePoint greatest;
-    engine.GetRect4Dest(least.first, least.second, greatest.first, greatest.second);
-    const PlanePoint range{greatest.first - least.first, greatest.second - least.second};
-    const PlanePoint middle{(greatest.first + least.first) / 2,
-                            (greatest.second + least.second) / 2};
+GraphScale ScaleFor(const Adjustment& adjustment, double width, double height) {
+    const auto [least, greatest] = adjustment.DestinationExtent().value_or(Extent{});
+    const Point range{greatest.first - least.first, greatest.second - least.second};
+    const Point middle{(greatest.first + least.first) / 2, (greatest.second + least.second) / 2};
     const double scale = std::max(range.first / width, range.second / height) * kMargin;
     if (!(scale > 0) || !std::isfinite(scale)) {
         return {1, middle.first - width / 2, middle.second + height / 2};

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "kv_tr/fit/adjustment.h"
 #include "kv_tr/forms/colour.h"
-#include "kv_tr/published/clsTrCalc.h"
 
 namespace kv_tr {
 
@@ -19,14 +19,14 @@ struct GraphScale {
     double originFirst = 0;   // at the left edge
     double originSecond = 0;  // at the top edge
 
-    PlanePoint ToSurface(PlanePoint destination) const;
-    PlanePoint ToDestination(PlanePoint surface) const;
+    Point ToSurface(Point destination) const;
+    Point ToDestination(Point surface) const;
 };
 
 /// The scale at which all pairs fit on a surface. Its margins are a tenth of each axis's own range
 /// on either side, so that the plan is centred along one axis only, deliberately. Without any
 /// extent the scale is 1 and the plan is in the middle.
-GraphScale ScaleFor(const clsTrCalc& engine, double width, double height);
+GraphScale ScaleFor(const Adjustment& adjustment, double width, double height);
 
 /// Which texts stand at the corners of the crosses.
 struct GraphLabels {
@@ -47,7 +47,7 @@ inline constexpr double kLabelGap = 3;
 struct GraphMark {
     enum Corner { kUpperLeft, kLowerLeft, kUpperRight, kLowerRight };
 
-    PlanePoint place;
+    Point place;
     Colour colour;
     bool bold = false;
     std::array<std::string, 4> labels{};  // by corner
