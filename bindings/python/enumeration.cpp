@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "kv_tr/fit/fit.h"
 #include "kv_tr/published/national.h"
 #include "kv_tr/published/transformation_type.h"
 #include "python/binding.h"
@@ -48,21 +50,20 @@ constexpr std::array<Word, 12> kWords{{
     {"metre_to_fathom", Type::kMetreToFathom},
 }};
 
-constexpr std::array kTroubles{
-    std::pair{"none", FitTrouble::kNone},
-    std::pair{"no_points", FitTrouble::kNoPoints},
-    std::pair{"no_start", FitTrouble::kNoStart},
-    std::pair{"too_few_points", FitTrouble::kTooFewPoints},
-    std::pair{"singular", FitTrouble::kSingular},
-    std::pair{"not_converged", FitTrouble::kNotConverged},
-};
+constexpr std::array kTroubles{"none",           "no_points", "no_start",
+                               "too_few_points", "singular",  "not_converged"};
+static_assert(kTroubles.size() == static_cast<std::size_t>(FitTrouble::kNotConverged) + 1);
 
 /// All types with their words; those of national types are their names.
-std::vector<Word> AllWords() {
-    std::vector<Word> words(kWords.begin(), kWords.end());
-    for (const NationalInfo& info : NationalInfos())
-        words.emplace_back(info.name, TypeOf(info.type));
-    return words;
+const std::vector<Word>& AllWords() {
+    static const std::vector<Word> all = [] {
+        std::vector<Word> words(kWords.begin(), kWords.end());
+        for (const NationalInfo& info : NationalInfos()) {
+            words.emplace_back(info.name, TypeOf(info.type));
+        }
+        return words;
+    }();
+    return all;
 }
 
 /// An enumeration whose members are texts; the name of a word is itself in capitals.
@@ -111,10 +112,12 @@ bool LoadType(py::handle source, Type& type) {
         type = TypeOf(published);
         return true;
     }
-    const std::vector<Word> words = AllWords();
-    const auto given = py::reinterpret_borrow<py::object>(source);
-    const auto found = std::ranges::find_if(
-        words, [&given](const Word& word) { return given.equal(py::str(word.first)); });
+    const auto& words = AllWords();
+    py::ssize_t length = 0;
+    const char* letters = PyUnicode_AsUTF8AndSize(source.ptr(), &length);
+    if (letters == nullptr) PyErr_Clear();  // lone surrogates, which no word has
+    const std::string_view given(letters, static_cast<std::size_t>(length));
+    const auto found = std::ranges::find(words, given, &Word::first);
     if (found == words.end()) {
         std::string known;
         for (const Word& word : kWords)
@@ -127,17 +130,9 @@ bool LoadType(py::handle source, Type& type) {
     return true;
 }
 
-std::string WordOf(Type type) {
-    const std::vector<Word> words = AllWords();
-    return std::ranges::find(words, type, &Word::second)->first;
-}
+std::string WordOf(Type type) { return std::ranges::find(AllWords(), type, &Word::second)->first; }
 
 py::object TypeMember(Type type) { return Module().attr("Type")(WordOf(type)); }
-
-py::object TroubleMember(FitTrouble trouble) {
-    using Row = decltype(kTroubles)::value_type;
-    return Module().attr("FitTrouble")(std::ranges::find(kTroubles, trouble, &Row::second)->first);
-}
 
 void AddEnumerations(py::module_& module) {
     py::dict members;
@@ -155,8 +150,6 @@ void AddEnumerations(py::module_& module) {
                                           "is as good as Type.POLY2. National\n"
                                           "types have the names of NationalInfos().",
                                           words);
-    words.clear();
-    for (const auto& row : kTroubles) words.emplace_back(row.first);
     module.attr("FitTrouble") = WordEnumeration(
         "FitTrouble",
         "What is wrong with a fit, as a word.\n\n"
@@ -167,7 +160,7 @@ void AddEnumerations(py::module_& module) {
         "too_few_points  fewer in use than the type needs\n"
         "singular        the points in use do not determine the unknowns\n"
         "not_converged   the passes of helmert3 or affine5 did not suffice",
-        words);
+        {kTroubles.begin(), kTroubles.end()});
 }
 
 }  // namespace kv_tr::python

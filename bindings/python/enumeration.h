@@ -5,7 +5,6 @@
 
 #include <string>
 
-#include "kv_tr/fit/fit.h"
 #include "kv_tr/model/type.h"
 #include "kv_tr/published/records.h"
 
@@ -25,9 +24,8 @@ bool LoadType(pybind11::handle source, Type& type);
 /// "poly2"
 std::string WordOf(Type type);
 
-/// The members of the Python enumerations of words.
+/// The member of the Python enumeration of words.
 pybind11::object TypeMember(Type type);
-pybind11::object TroubleMember(FitTrouble trouble);
 
 }  // namespace kv_tr::python
 

@@ -3,6 +3,7 @@
 import os
 import warnings
 from dataclasses import dataclass, field
+from typing import NamedTuple
 
 import numpy as np
 
@@ -51,15 +52,12 @@ def read_points(path, decimal_comma=False):
     return ControlPoints(*_kv_tr._read_points(os.fspath(path), bool(decimal_comma)))
 
 
-@dataclass(frozen=True)
-class Statistics:
+class Statistics(NamedTuple):
     """Accuracy figures over the points in use, metres of the target system.
 
     Root mean squares have the number of points in use less one as divisor; rms is that of a point,
     rms² = rms_first² + rms_second². The means are those of the residuals.
     """
-
-    __module__ = "kv_tr"
 
     rms: float
     rms_first: float
@@ -68,16 +66,13 @@ class Statistics:
     mean_second: float
 
 
-@dataclass(frozen=True)
-class FitOutcome:
+class FitOutcome(NamedTuple):
     """What became of a fit.
 
     trouble           a FitTrouble; it equals its word, 'none' or 'singular'
     converged         whether the passes of helmert3 or affine5 sufficed
     singular_systems  how many systems of equations had no solution
     """
-
-    __module__ = "kv_tr"
 
     trouble: FitTrouble
     converged: bool
@@ -165,7 +160,8 @@ class FitResult:
         wanted = set(ids)
         chosen = np.array([id in wanted for id in self.ids], dtype=bool)
         used = np.where(chosen, use, self.used)
-        return _fitted(self.source, self.target, self.type, self.ids, used, stacklevel=4)
+        fitted = _kv_tr._fit(self.source, self.target, used, self.type)
+        return _result(fitted, self.ids, stacklevel=4)
 
     def summary(self):
         """Type, figures and residuals as a table, metres with three decimals."""
@@ -195,6 +191,10 @@ class FitResult:
         return f"<kv_tr.FitResult {self._in_short()}, rms {self.statistics.rms:.3f} m>"
 
 
+_TROUBLES = tuple(FitTrouble)
+Statistics.__module__ = FitOutcome.__module__ = "kv_tr"
+
+
 def fit(source, target=None, type=None, *, ids=None, used=None):
     """Fits a transformation of a type to control points by unweighted least squares.
 
@@ -219,13 +219,8 @@ def fit(source, target=None, type=None, *, ids=None, used=None):
         ids, target, source = source.ids, source.target, source.source
     elif target is None or type is None:
         raise TypeError("fit needs source, target and type, or ControlPoints and type")
-    type = _kv_tr._fitted_type(type)
-    source = _kv_tr._kept_points(source, "source")
-    target = _kv_tr._kept_points(target, "target")
-    count = len(source)
-    if len(target) != count:
-        raise ValueError(f"source has {count} points, target has {len(target)}")
-    return _fitted(source, target, type, _ids(ids, count), _used(used, count), stacklevel=3)
+    fitted = _kv_tr._fit(source, target, used, type)
+    return _result(fitted, _ids(ids, len(fitted[3])), stacklevel=3)
 
 
 def _ids(given, count):
@@ -239,29 +234,15 @@ def _ids(given, count):
     return ids
 
 
-def _used(given, count):
-    if given is None:
-        return np.ones(count, dtype=bool)
-    used = np.array(given)
-    if used.shape != (count,):
-        raise ValueError(f"used must have shape ({count},), not {used.shape}")
-    if used.dtype != bool and count > 0:
-        raise TypeError(f"used must hold bools, not {used.dtype}")
-    return used.astype(bool)
-
-
-def _fitted(source, target, type, ids, used, stacklevel):
-    used.flags.writeable = False
-    transformation, residuals, figures, outcome = _kv_tr._fit(source, target, used, type)
+def _result(fitted, ids, stacklevel):
+    type, *arrays, transformation, residuals, figures, trouble, converged, singular = fitted
     result = FitResult(
         type,
         ids,
-        source,
-        target,
-        used,
+        *arrays,
         residuals,
         Statistics(*figures),
-        FitOutcome(*outcome),
+        FitOutcome(_TROUBLES[trouble], converged, singular),
         _transformation=transformation,
     )
     if not result.outcome.succeeded:
