@@ -3,7 +3,7 @@ import enum
 import os
 from collections.abc import Callable, Hashable, Iterable, MutableMapping, Sequence
 from dataclasses import dataclass
-from typing import Any, Final, Generic, Literal, TypeVar, overload
+from typing import Any, Final, Generic, Literal, NamedTuple, TypeVar, overload
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
@@ -197,39 +197,32 @@ class ControlPoints:
     def __eq__(self, other: object) -> bool: ...
 
 def read_points(path: _Path, decimal_comma: bool = False) -> ControlPoints: ...
-@dataclass(frozen=True)
-class Statistics:
+
+class Statistics(NamedTuple):
     rms: float
     rms_first: float
     rms_second: float
     mean_first: float
     mean_second: float
 
-@dataclass(frozen=True)
-class FitOutcome:
+class FitOutcome(NamedTuple):
     trouble: FitTrouble
     converged: bool
     singular_systems: int
     @property
     def succeeded(self) -> bool: ...
 
+@dataclass(frozen=True, eq=False, repr=False)
 class FitResult:
-    @property
-    def type(self) -> Type: ...
-    @property
-    def ids(self) -> Sequence[Hashable]: ...
-    @property
-    def source(self) -> _Doubles: ...
-    @property
-    def target(self) -> _Doubles: ...
-    @property
-    def used(self) -> NDArray[np.bool_]: ...
-    @property
-    def residuals(self) -> _Doubles: ...
-    @property
-    def statistics(self) -> Statistics: ...
-    @property
-    def outcome(self) -> FitOutcome: ...
+    type: Type
+    ids: Sequence[Hashable]
+    source: _Doubles
+    target: _Doubles
+    used: NDArray[np.bool_]
+    residuals: _Doubles
+    statistics: Statistics
+    outcome: FitOutcome
+    _transformation: Transformation | None
     @property
     def transformation(self) -> Transformation: ...
     @property
@@ -250,11 +243,11 @@ def fit(
 ) -> FitResult: ...
 @overload
 def fit(
-    source: ControlPoints, target: _TypeLike, *, used: ArrayLike | None = None
+    source: ControlPoints, target: _TypeLike, type: None = None, *, used: ArrayLike | None = None
 ) -> FitResult: ...
 @overload
 def fit(
-    source: ControlPoints, *, type: _TypeLike, used: ArrayLike | None = None
+    source: ControlPoints, target: None = None, *, type: _TypeLike, used: ArrayLike | None = None
 ) -> FitResult: ...
 
 # The published classes.

@@ -1,9 +1,9 @@
 """Fits of arrays of control points, and their results."""
 
 import os
+import typing
 import warnings
-from dataclasses import dataclass, field
-from typing import NamedTuple
+from dataclasses import dataclass
 
 import numpy as np
 
@@ -52,7 +52,7 @@ def read_points(path, decimal_comma=False):
     return ControlPoints(*_kv_tr._read_points(os.fspath(path), bool(decimal_comma)))
 
 
-class Statistics(NamedTuple):
+class Statistics(typing.NamedTuple):
     """Accuracy figures over the points in use, metres of the target system.
 
     Root mean squares have the number of points in use less one as divisor; rms is that of a point,
@@ -66,7 +66,7 @@ class Statistics(NamedTuple):
     mean_second: float
 
 
-class FitOutcome(NamedTuple):
+class FitOutcome(typing.NamedTuple):
     """What became of a fit.
 
     trouble           a FitTrouble; it equals its word, 'none' or 'singular'
@@ -109,7 +109,7 @@ class FitResult:
     residuals: np.ndarray
     statistics: Statistics
     outcome: FitOutcome
-    _transformation: "_kv_tr.Transformation | None" = field(kw_only=True)
+    _transformation: "_kv_tr.Transformation | None"
 
     @property
     def transformation(self):
@@ -243,7 +243,7 @@ def _result(fitted, ids, stacklevel):
         residuals,
         Statistics(*figures),
         FitOutcome(_TROUBLES[trouble], converged, singular),
-        _transformation=transformation,
+        transformation,
     )
     if not result.outcome.succeeded:
         text = f"this fit is not to be trusted: {result.complaint}"
