@@ -23,8 +23,7 @@ void Fit(benchmark::State& state, enuTR_TYPE type, std::size_t count) {
 }
 
 void ResidualsAndFigures(benchmark::State& state, enuTR_TYPE type) {
-    std::vector<ControlPoint> points;
-    for (const typeXYs4Tr& pair : Pairs(kMany)) points.push_back(ControlPointOf(pair));
+    const auto points = Points(kMany);
     const Transformation transformation = TransformationOf(AlmostIdentity(type));
     for (auto _ : state) {
         benchmark::DoNotOptimize(StatisticsOf(points, ResidualsOf(points, transformation)));

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "kv_tr/published/coefficients.h"
-#include "kv_tr/published/records.h"
+#include "kv_tr/published/pairs.h"
 
 namespace kv_tr::benchmarks {
 
@@ -45,6 +45,13 @@ inline std::vector<typeXYs4Tr> Pairs(std::size_t count) {
         pairs[i].dYdest = source.second + 0.3 * std::cos(source.first / 20000.0);
     }
     return pairs;
+}
+
+/// The same as control points of the core.
+inline std::vector<ControlPoint> Points(std::size_t count) {
+    std::vector<ControlPoint> points;
+    for (const typeXYs4Tr& pair : Pairs(count)) points.push_back(ControlPointOf(pair));
+    return points;
 }
 
 /// The parameters of PROJ's affine or, for polynomials, horner operation that is a record.

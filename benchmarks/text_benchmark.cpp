@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "kv_tr/published/control_point_file.h"
+#include "kv_tr/files/control_point_file.h"
 #include "kv_tr/published/national.h"
 #include "kv_tr/published/number_format.h"
 #include "samples.h"
@@ -35,14 +35,14 @@ private:
 };
 
 void ReadPairs(benchmark::State& state) {
-    const SampleFile file("kv_tr_benchmark.dat", ListPairs(Pairs(kPairLines)));
-    for (auto _ : state) benchmark::DoNotOptimize(ReadControlPoints(file.Path()));
+    const SampleFile file("kv_tr_benchmark.dat", ListControlPoints(Points(kPairLines)));
+    for (auto _ : state) benchmark::DoNotOptimize(ReadControlPointFile(file.Path()));
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kPairLines));
 }
 
 void WritePairs(benchmark::State& state) {
-    const auto pairs = Pairs(kPairLines);
-    for (auto _ : state) benchmark::DoNotOptimize(ListPairs(pairs));
+    const auto points = Points(kPairLines);
+    for (auto _ : state) benchmark::DoNotOptimize(ListControlPoints(points));
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kPairLines));
 }
 

@@ -15,12 +15,12 @@
 #include "cli/json_text.h"
 #include "cli/parameters.h"
 #include "cli/terminal.h"
+#include "kv_tr/files/transformation_log.h"
 #include "kv_tr/forms/graph_page.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
+#include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
-#include "kv_tr/published/pairs.h"
-#include "kv_tr/published/transformation_log.h"
 #include "kv_tr/published/type_names.h"
 #include "kv_tr/text/file_names.h"
 
@@ -48,10 +48,10 @@ bool Exclude(clsTrCalc& engine, const std::vector<std::string>& identifiers) {
     const std::unordered_set<std::string_view> unwanted(identifiers.begin(), identifiers.end());
     std::unordered_set<std::string_view> known;
     std::vector<std::int32_t> found;
-    const auto pairs = engine.Pairs();
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        if (!unwanted.contains(pairs[i].sId)) continue;
-        known.insert(pairs[i].sId);
+    const auto points = engine.Held().Points();
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        if (!unwanted.contains(points[i].id)) continue;
+        known.insert(points[i].id);
         found.push_back(static_cast<std::int32_t>(i));
     }
     for (const std::string& id : identifiers) {
@@ -108,43 +108,20 @@ void SaveFiles(clsTrCalc& engine, const AdjustOptions& options, bool trouble) {
     });
 }
 
-/// Marks the last lines of a piece, one for each pair, where the residual is beyond the limit.
-std::string Marked(const std::string& piece, const std::vector<typeXYs4Tr>& pairs, double limit) {
-    const bool colour = OutputTakesColour();
-    const auto lines = static_cast<std::size_t>(std::ranges::count(piece, '\n'));
-    std::size_t line = 0;
-    std::string marked;
-    for (std::size_t begin = 0; begin < piece.size(); ++line) {
-        const std::size_t end = piece.find("\r\n", begin);
-        std::string text = piece.substr(begin, end - begin);
-        begin = end + 2;
-        if (line + pairs.size() >= lines) {
-            const double residual = ResidualLength(pairs[line + pairs.size() - lines]);
-            if (!(residual <= limit)) {  // or not a number
-                text += "  > " + FormatFixed(limit, 3, 0);
-                if (colour) text.insert(0, "\x1b[31m").append("\x1b[0m");
-            }
-        }
-        marked += text;
-        marked += "\r\n";
-    }
-    return marked;
-}
-
+/// On a terminal the lines of points beyond the limit are marked.
 void PrintLog(const clsTrCalc& engine) {
-    auto pieces = TransformationLog(engine);
-    if (OutputIsTerminal()) {
-        std::vector<typeXYs4Tr> used;
-        std::vector<typeXYs4Tr> excluded;
-        std::ranges::partition_copy(engine.Pairs(), std::back_inserter(excluded),
-                                    std::back_inserter(used),
-                                    [](const typeXYs4Tr& pair) { return bool{pair.bNotUsed}; });
-        pieces[3] = Marked(pieces[3], used, engine.gdErrLimit);
-        pieces[4] = Marked(pieces[4], excluded, engine.gdErrLimit);
-    }
-    for (std::string& piece : pieces) {
-        std::erase(piece, '\r');
-        std::cout << piece << '\n';
+    const bool colour = OutputTakesColour();
+    const std::string mark = "  > " + FixedText(engine.gdErrLimit, 3, ComponentNumberStyle());
+    for (const auto& [text, point] :
+         LogOf(engine.Held(), ComponentTexts(), ComponentNumberStyle())) {
+        const bool within =
+            !point || engine.Held().Residuals()[*point].Length() <= engine.gdErrLimit;
+        if (within || !OutputIsTerminal()) {
+            std::cout << text << '\n';
+        } else {
+            std::cout << (colour ? "\x1b[31m" : "") << text << mark << (colour ? "\x1b[0m" : "")
+                      << '\n';
+        }
     }
 }
 
@@ -156,17 +133,19 @@ Json StatisticsJson(const clsTrCalc& engine) {
             {"dMiddleErrY", engine.dMiddleErrY()}};
 }
 
-Json PointsJson(const clsTrCalc& engine) {
+Json PointsJson(const Adjustment& adjustment) {
     Json points = Json::array();
-    for (const typeXYs4Tr& pair : engine.Pairs()) {
-        points.push_back({{"sId", pair.sId},
-                          {"dXsour", pair.dXsour},
-                          {"dYsour", pair.dYsour},
-                          {"dXdest", pair.dXdest},
-                          {"dYdest", pair.dYdest},
-                          {"dXerr", pair.dXerr},
-                          {"dYerr", pair.dYerr},
-                          {"bNotUsed", bool{pair.bNotUsed}}});
+    for (std::size_t i = 0; i < adjustment.Points().size(); ++i) {
+        const auto& [id, source, destination, used] = adjustment.Points()[i];
+        const Residual& residual = adjustment.Residuals()[i];
+        points.push_back({{"sId", id},
+                          {"dXsour", source.first},
+                          {"dYsour", source.second},
+                          {"dXdest", destination.first},
+                          {"dYdest", destination.second},
+                          {"dXerr", residual.first},
+                          {"dYerr", residual.second},
+                          {"bNotUsed", !used}});
     }
     return points;
 }
@@ -189,7 +168,7 @@ void PrintJson(const clsTrCalc& engine, bool fitted, const std::vector<std::int3
     report["typeName"] = TypeName(engine.eTrType());
     report["parameters"] = fitted ? ParametersJson(engine.udtTrPrm()) : Json();
     report["statistics"] = fitted ? StatisticsJson(engine) : Json();
-    report["points"] = PointsJson(engine);
+    report["points"] = PointsJson(engine.Held());
     report["messages"] = MessagesJson();
     report["events"] = events;
     std::cout << JsonText(report) << '\n';

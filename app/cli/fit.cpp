@@ -51,21 +51,26 @@ void AddTypeOption(CLI::App& command, std::string& keyword) {
 }
 
 bool LoadPoints(clsTrCalc& engine, const std::string& fileName, bool decimalComma) {
-    const auto reading = host::ReadPoints(
-        fileName, decimalComma ? host::Comma::kDecimalSign : host::Comma::kSuspect);
+    const auto reading =
+        host::ReadPoints(fileName, decimalComma ? Comma::kDecimalSign : Comma::kSuspect);
     if (reading.Complete()) {
-        engine.AddXY4Tr(reading.pairs, false);
-    } else if (reading.hasDecimalCommas) {
+        engine.Held().Assign(reading.points);
+        return true;
+    }
+    const Problem& problem = reading.problems.front();
+    if (problem.kind == Problem::Kind::kNotOpened) {
+        ReportOpenFailure(fileName);
+    } else if (problem.kind == Problem::Kind::kDecimalCommas) {
         ShowMessage(Text(TextId::kPointsHaveDecimalCommas,
-                         {fileName, std::to_string(reading.badLine), Excerpt(reading.badText)}),
+                         {fileName, std::to_string(problem.line), Excerpt(problem.text)}),
                     Icon::kExclamation);
         PrintNote(Text(TextId::kCommasMayBeDecimal));
-    } else if (reading.opened) {
+    } else {
         ShowMessage(
-            GetMlString(74, "Hibás fájl formátum!") + "\r\n" + host::Complaint(reading, fileName),
+            GetMlString(74, "Hibás fájl formátum!") + "\r\n" + host::Complaint(problem, fileName),
             Icon::kExclamation);
     }
-    return reading.Complete();
+    return false;
 }
 
 bool ChooseType(clsTrCalc& engine, enuTR_TYPE type, const std::string& fileName) {

@@ -71,10 +71,8 @@ void LoadFile(clsTr& transformation, const ParameterSource& source) {
     if (!source.decimalComma && ParametersHaveDecimalCommas(source.params)) {
         return Complain(TextId::kDecimalCommas, {source.params});
     }
-    const auto [record, complaint] = [&] {
-        const DecimalCommaScope commas(source.decimalComma);
-        return host::ReadParameters(source.params, linearType);
-    }();
+    const auto [record, complaint] =
+        host::ReadRecord(source.params, linearType, source.decimalComma);
     if (record) transformation.udtTrPrm(*record);
     if (complaint.empty()) return;
     ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);

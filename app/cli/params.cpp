@@ -6,8 +6,9 @@
 #include "cli/host.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
+#include "kv_tr/files/parameter_file.h"
+#include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/national.h"
-#include "kv_tr/published/parameter_file.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -19,7 +20,8 @@ struct ParamsOptions {
 
 std::string LinearText(const TR_PRM& record, LinearFormat format) {
     std::string text;
-    for (const std::string& line : LinearFileLines(record, format)) text += line + "\n";
+    for (const std::string& line : LinearFileLines(TransformationOf(record), format))
+        text += line + "\n";
     return text;
 }
 

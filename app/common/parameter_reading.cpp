@@ -1,46 +1,41 @@
 // Parameter files, read whole or not at all.
 #include "common/parameter_reading.h"
 
+#include "kv_tr/files/parameter_file.h"
 #include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/coefficients.h"
+#include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/parameter_file.h"
-#include "kv_tr/text/file_names.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/published/transformation_type.h"
 
 namespace kv_tr::host {
 namespace {
 
-ParameterReading ReadLinear(const std::string& fileName, enuTR_TYPE type) {
-    clsFile file;
-    file.OpenIt(fileName, true);
-    if (!file.IsOpen()) return {};
-    const auto format =
-        HasExtension(fileName, "prm") ? LinearFormat::kItr25 : LinearFormat::kNative;
-    TR_PRM record{.eType = type};
-    if (ReadLinearFile(file, format, record)) return {record, {}};
-    return {{}, FillPlaces(GetMlString(1070, "{0}: hat számnak kell benne lennie."), {fileName})};
-}
-
-ParameterReading ReadPolynomial(const std::string& fileName) {
-    TR_PRM record;
-    const PolynomialReading reading = ReadPolynomialFile(fileName, record);
-    if (!reading.opened) return {};
-    if (reading.badLine != 0) {
-        return {
-            {},
-            FillPlaces(GetMlString(1060, "{0}: a(z) {1}. sortól kezdve nem olvasható teljesen."),
-                       {fileName, std::to_string(reading.badLine)})};
+std::string Complaint(const Problem& problem, const std::string& fileName) {
+    if (problem.kind == Problem::Kind::kNotOpened) {
+        ReportOpenFailure(fileName);
+        return {};
     }
-    if (reading.accepted) return {record, {}};
-    return {
-        {},
-        FillPlaces(GetMlString(1067, "{0}: a sorok száma egyik polinomtípusé sem."), {fileName})};
+    if (FormatNamed(fileName) != ParameterFormat::kPolynomial) {
+        return FillPlaces(GetMlString(1070, "{0}: hat számnak kell benne lennie."), {fileName});
+    }
+    if (problem.kind == Problem::Kind::kUnknownLayout) {
+        return FillPlaces(GetMlString(1067, "{0}: a sorok száma egyik polinomtípusé sem."),
+                          {fileName});
+    }
+    return FillPlaces(GetMlString(1060, "{0}: a(z) {1}. sortól kezdve nem olvasható teljesen."),
+                      {fileName, std::to_string(problem.line)});
 }
 
 }  // namespace
 
-ParameterReading ReadParameters(const std::string& fileName, enuTR_TYPE linearType) {
-    return HasExtension(fileName, "all") ? ReadPolynomial(fileName)
-                                         : ReadLinear(fileName, linearType);
+RecordReading ReadRecord(const std::string& fileName, enuTR_TYPE linearType, bool decimalComma) {
+    const NumberStyle numbers = decimalComma ? NumberStyle{','} : ComponentNumberStyle();
+    const auto reading = ReadParameterFile(fileName, TypeOf(linearType),
+                                           {.codePage = FilesCodePage(), .numbers = numbers});
+    if (reading.Complete()) return {RecordOf(reading.transformation), {}};
+    return {{}, Complaint(*reading.problem, fileName)};
 }
 
 }  // namespace kv_tr::host

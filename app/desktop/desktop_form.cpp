@@ -7,18 +7,19 @@
 #include "common/languages.h"
 #include "common/parameter_reading.h"
 #include "desktop/likely_pairs.h"
+#include "kv_tr/files/control_point_file.h"
+#include "kv_tr/files/formula_text.h"
 #include "kv_tr/forms/choose_file.h"
 #include "kv_tr/forms/save_parameters.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/component.h"
-#include "kv_tr/published/control_point_file.h"
 #include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/errors.h"
-#include "kv_tr/published/formula_text.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/published/settings.h"
+#include "kv_tr/published/transformation_type.h"
 #include "kv_tr/text/file_names.h"
 
 namespace kv_tr::desktop {
@@ -57,8 +58,8 @@ DesktopForm::FileKind KindOf(const std::string& fileName) {
     }
     const auto line = FirstLine(fileName);
     if (!line) return kUnreadable;
-    typeXYs4Tr ignored;
-    return ReadPair(*line, ignored) ? kControlPoints : kCoordinates;
+    ControlPoint ignored;
+    return ReadControlPoint(*line, Comma::kSeparator, ignored) ? kCoordinates : kControlPoints;
 }
 
 /// Whether a line may be a single point, the commas of its coordinates being decimal ones.
@@ -67,12 +68,16 @@ bool MayBeOnePoint(std::string_view line) {
     return HasDecimalCommas(numbers, 2) && !HasDecimalCommas(numbers, 4);
 }
 
+bool HasDecimalCommas(const PointReading& reading) {
+    return !reading.Complete() && reading.problems[0].kind == Problem::Kind::kDecimalCommas;
+}
+
 /// Whether a file is meant for a fit: when what was read does not look like pairs, it may be
 /// coordinates that something else stands behind.
-Answer AreMeantAsPairs(const host::PointReading& reading, const std::string& fileName) {
-    const bool likely = AreLikelyPairs(
-        reading.hasDecimalCommas ? host::ReadPoints(fileName, host::Comma::kDecimalSign).pairs
-                                 : reading.pairs);
+Answer AreMeantAsPairs(const PointReading& reading, const std::string& fileName) {
+    const bool likely = AreLikelyPairs(HasDecimalCommas(reading)
+                                           ? host::ReadPoints(fileName, Comma::kDecimalSign).points
+                                           : reading.points);
     if (likely && !MayBeOnePoint(FirstLine(fileName).value_or(""))) return Answer::kYes;
     return Ask({.text = FillPlaces(GetMlString(1216, {}), {fileName}),
                 .title = GetMlString(83, "Figyelmeztetés"),
@@ -82,15 +87,18 @@ Answer AreMeantAsPairs(const host::PointReading& reading, const std::string& fil
 }
 
 /// Whether a file of control points could be read to its end; the user is told why not.
-bool IsWhole(const host::PointReading& reading, const std::string& fileName) {
-    if (reading.hasDecimalCommas) {
-        ShowMessage(FillPlaces(GetMlString(1073, {}), {fileName}), Icon::kExclamation);
-    } else if (reading.opened && !reading.Complete()) {
-        ShowMessage(host::Complaint(reading, fileName), Icon::kExclamation);
-    } else if (reading.Complete() && reading.pairs.empty()) {
+bool IsWhole(const PointReading& reading, const std::string& fileName) {
+    if (reading.Complete()) {
+        if (!reading.points.empty()) return true;
         ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
+    } else if (reading.problems[0].kind == Problem::Kind::kNotOpened) {
+        ReportOpenFailure(fileName);
+    } else if (HasDecimalCommas(reading)) {
+        ShowMessage(FillPlaces(GetMlString(1073, {}), {fileName}), Icon::kExclamation);
+    } else {
+        ShowMessage(host::Complaint(reading.problems[0], fileName), Icon::kExclamation);
     }
-    return reading.Complete() && !reading.pairs.empty();
+    return false;
 }
 
 }  // namespace
@@ -106,7 +114,8 @@ std::string DesktopForm::ListingText() const {
 std::string DesktopForm::FormulaText() const {
     std::string text;
     if (!transformation_.bTypeIsPolinom()) return text;
-    for (const std::string& formula : FormulaTexts(Record().eType)) text += formula + "\r\n";
+    for (const std::string& formula : FormulaTexts(TypeOf(Record().eType)))
+        text += formula + "\r\n";
     return text;
 }
 
@@ -211,7 +220,7 @@ void DesktopForm::SaveParameters() { ChooseFileAndSave(transformation_); }
 void DesktopForm::OpenControlPoints() {
     const auto fileName =
         ChooseFile(*transformation_.oCalcTr(), &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (fileName) FitTo(host::ReadPoints(*fileName, host::Comma::kSuspect), *fileName);
+    if (fileName) FitTo(host::ReadPoints(*fileName, Comma::kSuspect), *fileName);
 }
 
 void DesktopForm::Adjust() {
@@ -229,7 +238,7 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
     const FileKind kind = KindOf(fileName);
     if (kind == FileKind::kParameters) Take([&] { return LoadParameters(fileName); });
     if (kind != FileKind::kControlPoints) return kind;
-    const auto reading = host::ReadPoints(fileName, host::Comma::kSuspect);
+    const auto reading = host::ReadPoints(fileName, Comma::kSuspect);
     const Answer arePairs = AreMeantAsPairs(reading, fileName);
     if (arePairs == Answer::kNo) return FileKind::kCoordinates;
     if (arePairs == Answer::kYes) FitTo(reading, fileName);
@@ -237,10 +246,8 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
 }
 
 bool DesktopForm::LoadParameters(const std::string& fileName) {
-    const auto [record, complaint] = [&fileName] {
-        const DecimalCommaScope commas(ParametersHaveDecimalCommas(fileName));
-        return host::ReadParameters(fileName, TR_AFFIN);
-    }();
+    const auto [record, complaint] =
+        host::ReadRecord(fileName, TR_AFFIN, ParametersHaveDecimalCommas(fileName));
     if (!complaint.empty()) {
         ShowMessage(GetMlString(74, "Hibás fájl formátum!") + "\r\n" + complaint,
                     Icon::kExclamation);
@@ -252,11 +259,11 @@ bool DesktopForm::LoadParameters(const std::string& fileName) {
 }
 
 /// Fits to what could be read of a file, if that is all of it.
-void DesktopForm::FitTo(const host::PointReading& reading, const std::string& fileName) {
+void DesktopForm::FitTo(const PointReading& reading, const std::string& fileName) {
     if (!IsWhole(reading, fileName)) return;
     Take([&] {
         const auto engine = transformation_.oCalcTr();
-        engine->AddXY4Tr(reading.pairs, false);
+        engine->Held().Assign(reading.points);
         engine->eTrType(FirstType(*engine));
         recent_.Add(fileName);
         return Adjusted();

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "kv_tr/published/records.h"
+#include "kv_tr/model/control_point.h"
 
 namespace kv_tr::desktop {
 
@@ -11,6 +11,6 @@ namespace kv_tr::desktop {
 /// explains nine tenths of the destination, which is not much smaller than the source, as heights
 /// or codes behind coordinates would be. Two pairs must have about the same distance, metres or
 /// fathoms; a single one never does.
-bool AreLikelyPairs(std::span<const typeXYs4Tr> pairs);
+bool AreLikelyPairs(std::span<const ControlPoint> points);
 
 }  // namespace kv_tr::desktop

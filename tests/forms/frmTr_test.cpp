@@ -105,7 +105,7 @@ TEST_F(FrmTr, ShowsTheFiguresOfTheEngine) {
         for (int column = 0; column < frmTr::kColumns; ++column) {
             first += form.CellText(0, column) + "|" + form.CellText(1, column) + "|";
         }
-        const typeXYs4Tr& pair = engine.Pairs()[0];
+        const typeXYs4Tr pair = engine.Pairs()[0];
         EXPECT_EQ(first,
                   "Nr.|1| PtNr.|1|    Y1|1000.000|    X1|2000.000|    Y2|1100.000|    X2|"
                   "1950.000|    Dy|" +

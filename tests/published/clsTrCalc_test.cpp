@@ -44,8 +44,7 @@ TEST_F(Engine, TakesPairsOneByOneAsItTakesThemAtOnce) {
         each->eTrType(TR_POLI_1);
         each->DoCalcTr();
     }
-    EXPECT_EQ(other.udtTrPrm().dA0, engine.udtTrPrm().dA0);
-    EXPECT_EQ(other.udtTrPrm().dB1, engine.udtTrPrm().dB1);
+    EXPECT_EQ(other.Held().Result(), engine.Held().Result());
     EXPECT_EQ(other.lNotUsedCnt(), 1);
     double extent[4];
     other.GetRect4Dest(extent[0], extent[1], extent[2], extent[3]);
@@ -73,7 +72,7 @@ TEST_F(Engine, SwapsThereAndBack) {
     engine.DoCalcTr();
     double mean = 0.0;
     for (const typeXYs4Tr& pair : pairs) mean += pair.dXsour / 4.0;
-    EXPECT_EQ(engine.udtTrPrm().dA0, mean + 50.0);
+    EXPECT_EQ(engine.Held().Result().a[0], mean + 50.0);
 }
 
 TEST_F(Engine, RefusesToExcludeOneOfTwoUsedPairs) {

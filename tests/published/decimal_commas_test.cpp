@@ -42,16 +42,5 @@ TEST(DecimalCommas, AreSeenWhereverTheyStandInAFile) {
     EXPECT_FALSE(ParametersHaveDecimalCommas(folder.File("")));
 }
 
-TEST(DecimalCommas, AreReadAndWrittenWhileAScopeLives) {
-    test::RecordingPlatform platform;
-    {
-        const DecimalCommaScope commas(true);
-        EXPECT_EQ(FormatFixed(1.5, 1, 0), "1,5");
-        const DecimalCommaScope none(false);
-        EXPECT_EQ(DecimalSeparator(), ',');
-    }
-    EXPECT_EQ(FormatFixed(1.5, 1, 0), "1.5");
-}
-
 }  // namespace
 }  // namespace kv_tr

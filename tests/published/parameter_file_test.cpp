@@ -1,7 +1,8 @@
-#include "kv_tr/published/parameter_file.h"
+#include "kv_tr/files/parameter_file.h"
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 
 #include "helpers/engine_test.h"
 #include "kv_tr/published/clsTr.h"
@@ -145,8 +146,10 @@ TEST_F(ParameterFile, EndsQuietlyAtAPolynomialLineItCannotUse) {
         EXPECT_EQ(tr.udtTrPrm().eType, type);
         EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(Loaded().b, 4.0)), last);
         EXPECT_EQ(Loaded().a[3] == 7.0, text.ends_with(" 7\r\n"));
-        TR_PRM ignored;
-        EXPECT_EQ(ReadPolynomialFile(name, ignored).badLine, badLine);
+        std::istringstream file(text);
+        const auto reading = ReadParameters(file, ParameterFormat::kPolynomial);
+        EXPECT_EQ(reading.problem.value_or(Problem{}).line, badLine);
+        EXPECT_EQ(reading.Complete(), accepted && badLine == 0);
     }
     EXPECT_EQ(platform.TakeTexts(), Texts{});
 }

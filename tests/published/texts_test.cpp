@@ -234,25 +234,6 @@ std::string Find(std::span<const MlString> table, int id) {
     return std::ranges::find(table, id, &MlString::id)->text;
 }
 
-TEST(GetMlString, HasDefaultsInTheCodeThatAreTheHungarianTexts) {
-    const std::regex call(R"re(GetMlString\(\s*(\d+),\s*((?:"[^"]*"\s*)+))re");
-    const std::regex joint(R"re("\s*")re");
-    int found = 0;
-    for (const auto& file : std::filesystem::recursive_directory_iterator(SOURCES)) {
-        const std::string code =
-            file.path().extension() == ".cpp" ? test::ReadFile(file.path()) : "";
-        for (std::sregex_iterator match(code.begin(), code.end(), call), end; match != end;
-             ++match) {
-            const std::string quoted = std::regex_replace((*match)[2].str(), joint, "");
-            EXPECT_EQ(quoted.substr(1, quoted.rfind('"') - 1),
-                      Find(HungarianStrings(), std::stoi((*match)[1])))
-                << file.path();
-            ++found;
-        }
-    }
-    EXPECT_GT(found, 70);
-}
-
 TEST(StringTables, AgreeWithTheHungarianOneAndFitTheirCodePage) {
     std::map<int, std::string> hungarian;
     for (const auto& [id, text] : HungarianStrings()) hungarian[id] = text;

@@ -1,11 +1,13 @@
 // The editor of six parameters without its window: what it shows and what each control does.
 #include "kv_tr/forms/frmAffinTrPrm.h"
 
-#include <fstream>
-
+#include "kv_tr/files/open_text.h"
+#include "kv_tr/files/parameter_file.h"
 #include "kv_tr/forms/choose_file.h"
 #include "kv_tr/forms/save_parameters.h"
 #include "kv_tr/published/affine_record.h"
+#include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
@@ -66,12 +68,19 @@ void frmAffinTrPrm::cmdOlMeter() { Take(FathomToMetre()); }
 void frmAffinTrPrm::cmdLoad() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4LoadAffinTrPrm);
     if (!fileName) return;
-    const DecimalCommaScope commas(ParametersHaveDecimalCommas(*fileName));
-    const bool readable = std::ifstream(*fileName).is_open();  // the loader does not tell
-    if (parameters_->bLoadAffinTrPrmFromFile(*fileName, HasExtension(*fileName, "prm")) &&
-        readable) {
-        Take(AffineOf(parameters_->udtTrPrm()));
-    }
+    auto file = OpenText(*fileName);
+    if (!file) return ReportOpenFailure(*fileName);
+    const bool commas = ParametersHaveDecimalCommas(*fileName);
+    Transformation loaded = TransformationOf(parameters_->udtTrPrm());
+    if (IsPolynomial(loaded.type)) loaded.type = Type::kAffine;
+    TextLines lines(*file->rdbuf(), FilesCodePage());
+    const auto problem = ReadLinear(
+        lines, HasExtension(*fileName, "prm") ? LinearFormat::kItr25 : LinearFormat::kNative,
+        commas ? NumberStyle{','} : ComponentNumberStyle(), loaded);
+    parameters_->udtTrPrm(RecordOf(loaded));
+    if (problem) return ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+    parameters_->gName = DirectoryOf(*fileName);
+    Take(AffineOf(parameters_->udtTrPrm()));
 }
 
 void frmAffinTrPrm::cmdSave() {

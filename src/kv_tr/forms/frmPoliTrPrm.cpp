@@ -3,19 +3,41 @@
 
 #include <algorithm>
 
+#include "kv_tr/files/open_text.h"
+#include "kv_tr/files/parameter_file.h"
+#include "kv_tr/files/parameter_listing.h"
 #include "kv_tr/forms/choose_file.h"
 #include "kv_tr/forms/save_parameters.h"
 #include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/national.h"
-#include "kv_tr/published/parameter_file.h"
-#include "kv_tr/published/parameter_listing.h"
+#include "kv_tr/published/number_format.h"
+#include "kv_tr/published/type_names.h"
 #include "kv_tr/published/working_folder.h"
 
 namespace kv_tr {
+namespace {
+
+/// A polynomial file read whole; nothing, after a message, when that fails.
+std::optional<TR_PRM> Read(const std::string& fileName, bool decimalCommas) {
+    const NumberStyle numbers = decimalCommas ? NumberStyle{','} : ComponentNumberStyle();
+    auto file = OpenText(fileName);
+    if (!file) {
+        ReportOpenFailure(fileName);
+        return std::nullopt;
+    }
+    const auto reading = ReadParameters(*file, ParameterFormat::kPolynomial, Type::kAffine,
+                                        {.codePage = FilesCodePage(), .numbers = numbers});
+    if (reading.Complete()) return RecordOf(reading.transformation);
+    ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+    return std::nullopt;
+}
+
+}  // namespace
 
 bool frmPoliTrPrm::bDoModal(clsTr& parameters, const std::function<void()>& showModal) {
     parameters_ = &parameters;
@@ -30,23 +52,16 @@ bool frmPoliTrPrm::bDoModal(clsTr& parameters, const std::function<void()>& show
 
 void frmPoliTrPrm::Take(const TR_PRM& record) {
     working_ = record;
-    const std::string listing = ListPolynomial(record, std::nullopt);
+    const std::string listing =
+        ListPolynomial(TransformationOf(record), TypeName(record.eType), ComponentNumberStyle());
     Show(listing, listing);
 }
 
 void frmPoliTrPrm::cmdLoad() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4LoadPoliTrPrm);
     if (!fileName) return;
-    TR_PRM record;
-    const PolynomialReading reading = [&] {
-        const DecimalCommaScope commas(ParametersHaveDecimalCommas(*fileName));
-        return ReadPolynomialFile(*fileName, record);
-    }();
-    if (reading.accepted && reading.badLine == 0) {
-        Take(record);
-    } else if (reading.opened) {
-        ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
-    }
+    const auto record = Read(*fileName, ParametersHaveDecimalCommas(*fileName));
+    if (record) Take(*record);
 }
 
 void frmPoliTrPrm::cmdDAT2M1() {
@@ -68,16 +83,9 @@ std::string frmPoliTrPrm::QuestionTitle() const {
 /// Reads the text into the working record; false, with a message, when not every line can be read:
 /// a polynomial of the lines above a slip would be another one.
 bool frmPoliTrPrm::TakeText() {
-    TR_PRM record;
-    const PolynomialReading reading =
-        ReadPolynomialFile(WriteWorkingFile("tmp-PoliPrm.all", rtBox()), record);
-    const bool read = reading.accepted && reading.badLine == 0;
-    if (read) {
-        working_ = record;
-    } else {
-        ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
-    }
-    return read;
+    const auto record = Read(WriteWorkingFile("tmp-PoliPrm.all", rtBox()), false);
+    if (record) working_ = *record;
+    return record.has_value();
 }
 
 }  // namespace kv_tr

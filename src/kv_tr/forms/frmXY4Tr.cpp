@@ -55,7 +55,8 @@ bool frmXY4Tr::TakeText() {
         "tmp-XYs4Tr.dat",
         WithDecimalPoints(std::string_view(rtBox()).substr(named ? nameLine_.size() : 0)));
     const Adjustment before = engine_->Held();
-    const bool read = engine_->bLoadXYsFromFile(file, false) && !ReadControlPoints(file).failed;
+    const bool read = engine_->bLoadXYsFromFile(file, false) &&
+                      ReadControlPointFile(file, {.comma = Comma::kSeparator}).Complete();
     if (!read) engine_->Held() = before;
     if (!named) engine_->Held().SetSwapped(before.IsSwapped());
     return read;

@@ -1,8 +1,7 @@
 // One sequential text file.
 #include "kv_tr/published/clsFile.h"
 
-#include <filesystem>
-
+#include "kv_tr/files/open_text.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
@@ -10,13 +9,10 @@
 #include "kv_tr/text/code_page.h"
 
 namespace kv_tr {
-namespace {
 
 CodePage FilesCodePage() {
     return CurrentMlLanguage() == kVietnamese ? CodePage::kWindows1258 : CodePage::kWindows1250;
 }
-
-}  // namespace
 
 clsFile::~clsFile() {
     if (halfWritten_ || std::uncaught_exceptions() > exceptions_) output_.reset();
@@ -36,7 +32,7 @@ bool clsFile::OpenIt(const std::string& sInpFileName, bool bInput) {
         if (!output_->IsOpen()) output_.reset();
     }
     halfWritten_ = false;
-    open_ = reader_ != nullptr || output_ != nullptr;
+    open_ = lines_ != nullptr || output_ != nullptr;
     if (open_) {
         Register();
     } else {
@@ -46,17 +42,10 @@ bool clsFile::OpenIt(const std::string& sInpFileName, bool bInput) {
 }
 
 void clsFile::OpenForReading(const std::string& name) {
-    std::error_code error;
-    if (std::filesystem::is_directory(name, error)) return;  // would open, but not read
-    stream_.open(name, std::ios::binary);
-    if (!stream_.is_open()) return;
-    try {
-        auto reader = std::make_unique<LineReader>(*stream_.rdbuf());
-        utf8_ = reader->SkipUtf8Mark() ? std::optional(true) : std::nullopt;
-        reader_ = std::move(reader);
-    } catch (const TextError&) {  // opens, but cannot be read
-        stream_.close();
-    }
+    auto stream = OpenText(name);
+    if (!stream) return;
+    stream_ = std::move(*stream);
+    lines_ = std::make_unique<TextLines>(*stream_.rdbuf(), FilesCodePage());
 }
 
 void clsFile::Register() {
@@ -74,16 +63,16 @@ void clsFile::CloseIt() {
     open_ = false;
     TheComponent().WithRegisters(
         [this](Registers& registers) { registers.fileNumbers.erase(registeredNr_); });
-    reader_.reset();
+    lines_.reset();
     stream_.close();
     const auto output = std::move(output_);
     if (output && (halfWritten_ || !output->Commit())) throw WriteFailure(name_);
 }
 
 bool clsFile::AtEnd() {
-    if (!reader_) throw RuntimeError(ErrorNumber::kFileNotOpen, "File not open: " + name_);
+    if (!lines_) throw RuntimeError(ErrorNumber::kFileNotOpen, "File not open: " + name_);
     try {
-        return reader_->AtEnd();
+        return lines_->AtEnd();
     } catch (const TextError& error) {
         throw ReadFailure(error);
     }
@@ -91,10 +80,7 @@ bool clsFile::AtEnd() {
 
 std::string clsFile::ReadLine() {
     if (AtEnd()) throw RuntimeError(ErrorNumber::kPastEnd, "Reading beyond the end: " + name_);
-    const std::string_view line = reader_->Next();
-    if (IsAscii(line)) return std::string(line);
-    if (!utf8_) utf8_ = IsUtf8(line) && IsUtf8(reader_->Ahead());
-    return *utf8_ ? ValidUtf8(line) : FromCodePage(line, FilesCodePage());
+    return lines_->Next();
 }
 
 void clsFile::Write(std::string_view text) {

@@ -5,12 +5,11 @@
 #include <exception>
 #include <fstream>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
+#include "kv_tr/files/text_lines.h"
 #include "kv_tr/published/bool16.h"
-#include "kv_tr/text/line_reader.h"
 #include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr {
@@ -55,6 +54,9 @@ public:
     /// The next line, UTF-8, without its end. Throws RuntimeError kPastEnd behind the last line.
     std::string ReadLine();
 
+    /// The lines that are left, for readers of the core. The file must be open for reading.
+    TextLines& Lines() { return *lines_; }
+
     /// Writes the text, Print with a line end behind it. Throw RuntimeError kFileNotOpen when no
     /// file is open for writing.
     void Write(std::string_view text);
@@ -70,12 +72,15 @@ private:
     std::int16_t registeredNr_ = 0;  // the number taken from the component
     std::string name_;
     std::ifstream stream_;
-    std::unique_ptr<LineReader> reader_;
-    std::optional<bool> utf8_;  // not known while all lines were ASCII
+    std::unique_ptr<TextLines> lines_;
     bool halfWritten_ = false;  // a part of what was to be written is missing
     int exceptions_ = std::uncaught_exceptions();
     std::unique_ptr<ReplacingFile> output_;
 };
+
+/// The code page of the component's files: windows-1258 while the current language is Vietnamese,
+/// windows-1250 otherwise.
+CodePage FilesCodePage();
 
 /// Writes a file that holds just this text. A file that does not open is shown to the user; what
 /// cannot be written completely is RuntimeError kWriteFailed.

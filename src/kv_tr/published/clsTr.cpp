@@ -1,8 +1,11 @@
 // Parameters in use: the entry point of the component for host programs.
 #include "kv_tr/published/clsTr.h"
 
+#include "kv_tr/files/parameter_file.h"
+#include "kv_tr/files/parameter_listing.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/eval_tr_prm.h"
@@ -10,9 +13,8 @@
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/national.h"
+#include "kv_tr/published/number_format.h"
 #include "kv_tr/published/parameter_chooser.h"
-#include "kv_tr/published/parameter_file.h"
-#include "kv_tr/published/parameter_listing.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/published/transformation_type.h"
 #include "kv_tr/published/type_names.h"
@@ -124,7 +126,8 @@ void clsTr::bChooseFileAndSaveTrPrm(std::string& sFileName, std::string& sInitDi
 
 bool clsTr::bSaveAffinTrPrm(const std::string& sFileTrPrm, bool bItr25Format) {
     if (bTypeIsPolinom()) return false;
-    const auto lines = LinearFileLines(record_, FormatOf(bItr25Format));
+    const auto lines =
+        LinearFileLines(TransformationOf(record_), FormatOf(bItr25Format), ComponentNumberStyle());
     clsFile file;
     file.OpenIt(sFileTrPrm);
     if (!file.IsOpen()) return false;
@@ -137,17 +140,28 @@ bool clsTr::bLoadAffinTrPrmFromFile(const std::string& sFileTrPrm, bool bItr25Fo
     if (bTypeIsPolinom()) record_.eType = TR_AFFIN;
     clsFile file;
     file.OpenIt(sFileTrPrm, true);
-    if (file.IsOpen() && !ReadLinearFile(file, FormatOf(bItr25Format), record_)) {
-        ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
-        return false;
+    if (file.IsOpen()) {
+        Transformation transformation = TransformationOf(record_);
+        const auto problem = ReadLinear(file.Lines(), FormatOf(bItr25Format),
+                                        ComponentNumberStyle(), transformation);
+        record_ = RecordOf(transformation);
+        if (problem) {
+            ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+            return false;
+        }
     }
     gName = DirectoryOf(sFileTrPrm);
     return true;
 }
 
 bool clsTr::bLoadPoliTrPrmFromFile(const std::string& sFileTrPrm) {
-    const PolynomialReading reading = ReadPolynomialFile(sFileTrPrm, record_);
-    if (reading.opened) gName = DirectoryOf(sFileTrPrm);
+    clsFile file;
+    file.OpenIt(sFileTrPrm, true);
+    if (!file.IsOpen()) return false;
+    Transformation transformation = TransformationOf(record_);
+    const auto reading = ReadPolynomial(file.Lines(), ComponentNumberStyle(), transformation);
+    record_ = RecordOf(transformation);
+    gName = DirectoryOf(sFileTrPrm);
     return reading.accepted;
 }
 
@@ -159,11 +173,12 @@ bool clsTr::bSavePoliTrPrm(const std::string& sFileTrPrm,
 }
 
 std::string clsTr::sListHelmertTrPrm(const std::optional<std::string>& /*vTitle*/) const {
-    return ListLinear(record_);
+    return ListLinear(TransformationOf(record_), ComponentNumberStyle());
 }
 
 std::string clsTr::sListPoliTrPrm(const std::optional<std::string>& vTitle) const {
-    return ListPolynomial(record_, vTitle);
+    return ListPolynomial(TransformationOf(record_), vTitle.value_or(sTrTypeName()),
+                          ComponentNumberStyle());
 }
 
 bool clsTr::bShowAffinTrPrm() { return OpenDialogs().EditAffine(*this); }

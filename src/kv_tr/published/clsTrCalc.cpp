@@ -1,6 +1,7 @@
 // The adjustment engine: from control points to the parameters of a transformation.
 #include "kv_tr/published/clsTrCalc.h"
 
+#include "kv_tr/files/transformation_log.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/component.h"
@@ -10,9 +11,9 @@
 #include "kv_tr/published/matrix_routines.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/number_format.h"
 #include "kv_tr/published/pairs.h"
 #include "kv_tr/published/settings.h"
-#include "kv_tr/published/transformation_log.h"
 #include "kv_tr/published/transformation_type.h"
 
 namespace kv_tr {
@@ -56,19 +57,22 @@ std::int32_t clsTrCalc::lNotUsedCnt() const {
 }
 
 void clsTrCalc::AddXY4Tr(std::span<const typeXYs4Tr> tXY4Tr, bool bAppend) {
-    if (bAppend) std::as_const(*this).Held();  // not to pairs that have been released
     std::vector<ControlPoint> points;
     std::vector<Residual> residuals;
     for (const typeXYs4Tr& pair : tXY4Tr) {
         points.push_back(ControlPointOf(pair));
         residuals.push_back({pair.dXerr, pair.dYerr});
     }
-    if (bAppend) {
-        adjustment_.Append(points);
+    Take(points, bAppend);
+    adjustment_.SetLastResiduals(residuals);
+}
+
+void clsTrCalc::Take(std::span<const ControlPoint> points, bool append) {
+    if (append) {
+        Held().Append(points);  // not to pairs that have been released
     } else {
         adjustment_.Assign(points);
     }
-    adjustment_.SetLastResiduals(residuals);
     released_.reset();
 }
 
@@ -184,7 +188,9 @@ bool clsTrCalc::bTrXYArr(const std::vector<double>& dX, const std::vector<double
     return true;
 }
 
-std::string clsTrCalc::sListXYs() const { return ListPairs(Pairs()); }
+std::string clsTrCalc::sListXYs() const {
+    return ListControlPoints(Held().Points(), ComponentNumberStyle());
+}
 
 bool clsTrCalc::bSaveXYs4Tr(const std::string& sFileName) {
     const std::string listing = sListXYs();
@@ -196,14 +202,14 @@ bool clsTrCalc::bSaveXYs4Tr(const std::string& sFileName) {
 }
 
 bool clsTrCalc::bLoadXYsFromFile(const std::string& sFileXYs, bool bAppend) {
-    const ControlPointReading reading = ReadControlPoints(sFileXYs);
-    if (reading.failed) {
+    const LoadedPoints loaded = LoadControlPoints(sFileXYs);
+    if (loaded.failed) {
         ShowMessage(GetMlString(74, "Hibás fájl formátum!") + "\r\n" +
-                        std::to_string(reading.lineShown) + GetMlString(153, ".sor"),
+                        std::to_string(loaded.lineShown) + GetMlString(153, ".sor"),
                     Icon::kExclamation);
     }
-    AddXY4Tr(reading.pairs, bAppend);
-    return reading.accepted;
+    Take(loaded.points, bAppend);
+    return loaded.accepted;
 }
 
 bool clsTrCalc::bChooseFile4LoadXYs4Tr(std::string& sFileName, std::string& sInitDir,
@@ -218,13 +224,7 @@ bool clsTrCalc::bChooseFile4SaveXYs4Tr(std::string& sFileName, std::string& sIni
 
 void clsTrCalc::SaveLog(const std::string& sLogFileName, std::int32_t LanguageID) {
     if (LanguageID != 0) SetMlLanguage(LanguageID, {});
-    const auto pieces = TransformationLog(*this);
-    clsFile file;
-    file.OpenIt(sLogFileName);
-    if (file.IsOpen()) {
-        for (const std::string& piece : pieces) file.Print(piece);
-    }
-    file.TearDown();
+    WriteTextFile(sLogFileName, TextOf(LogOf(Held(), ComponentTexts(), ComponentNumberStyle())));
 }
 
 bool clsTrCalc::bDoModal(bool bShowApplyButton) {

@@ -161,6 +161,7 @@ public:
     void setLanguageID(std::int32_t LanguageID);
 
 private:
+    void Take(std::span<const ControlPoint> points, bool append);
     void Calculate(const FitOptions& options);
     Transformation Current() const;
 

@@ -16,25 +16,6 @@
 namespace kv_tr {
 namespace {
 
-constexpr const char* kSeparators = " \t;'\"\n";
-
-/// Takes the first field off a text; empty when there is none.
-std::string_view TakeField(std::string_view& text) {
-    text.remove_prefix(std::min(text.find_first_not_of(kSeparators), text.size()));
-    const auto field = text.substr(0, text.find_first_of(kSeparators));
-    text.remove_prefix(field.size());
-    return field;
-}
-
-/// Whether a comma stands between two digits.
-bool HasComma(std::string_view text) {
-    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-    for (std::size_t i = 1; i + 1 < text.size(); ++i) {
-        if (text[i] == ',' && isDigit(text[i - 1]) && isDigit(text[i + 1])) return true;
-    }
-    return false;
-}
-
 /// Whether any line of a file is so, as far as they can be read: whoever reads the file next tells
 /// what is wrong with it.
 template <typename Predicate>
@@ -64,44 +45,14 @@ std::vector<std::string> FirstLines(const std::string& fileName) {
 
 }  // namespace
 
-bool HasDecimalCommas(std::string_view text, int numbers) {
-    if (text.find(',') == text.npos) return false;
-    bool comma = false;
-    for (int i = 0; i < numbers; ++i) {
-        const auto field = TakeField(text);
-        if (!ParseNumber(field, true)) return false;
-        comma |= HasComma(field);
-    }
-    return comma;
-}
-
-std::string_view WithoutIdentifier(std::string_view line) {
-    TakeField(line);
-    return line;
-}
-
-std::string WithDecimalPoints(std::string_view points) {
-    std::string text;
-    while (!points.empty()) {
-        const auto [line, ending] = TakeLine(points);
-        const auto numbers = WithoutIdentifier(line);
-        text += line.substr(0, line.size() - numbers.size());
-        const std::size_t begin = text.size();
-        text += numbers;
-        if (HasDecimalCommas(numbers, 4))
-            std::replace(text.begin() + static_cast<std::ptrdiff_t>(begin), text.end(), ',', '.');
-        text += ending;
-    }
-    return text;
-}
-
 bool ParametersHaveDecimalCommas(const std::string& fileName) {
     const auto lines = FirstLines(fileName);
     if (HasExtension(fileName, "all")) {  // where a comma never separates
         constexpr std::ptrdiff_t kTitles = 2;
-        return std::any_of(
-            lines.begin() + std::min(kTitles, std::ssize(lines)), lines.end(),
-            [](const std::string& line) { return line.find('.') == line.npos && HasComma(line); });
+        return std::any_of(lines.begin() + std::min(kTitles, std::ssize(lines)), lines.end(),
+                           [](const std::string& line) {
+                               return line.find('.') == line.npos && HasCommaInNumber(line);
+                           });
     }
     std::string text;
     for (const std::string& line : lines) text += line + "\n";
@@ -123,11 +74,5 @@ bool ReportDecimalCommas(const std::string& pointsFileName) {
                 Icon::kExclamation);
     return true;
 }
-
-DecimalCommaScope::DecimalCommaScope(bool comma) : before_(DecimalSeparator()) {
-    if (comma) DecimalSeparator(',');
-}
-
-DecimalCommaScope::~DecimalCommaScope() { DecimalSeparator(before_); }
 
 }  // namespace kv_tr

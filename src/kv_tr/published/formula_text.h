@@ -1,24 +1,14 @@
-// Parameters and formulas as listings and logs print them.
+// The published formula text.
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "kv_tr/published/records.h"
+#include "kv_tr/files/formula_text.h"
+#include "kv_tr/published/transformation_type.h"
 
 namespace kv_tr {
 
-/// The terms above order 1 of the first coordinate, in coefficient order: " + y*x*a4" for the
-/// bilinear type, " + y^2*a4 + ..." for the orders from 2 up, nothing for the rest. Orders 4 and 5
-/// begin a new line (CR LF and two tabs) without a leading blank.
-std::string PolyFormulaText(enuTR_TYPE eType);
-
-/// The formulas of a type, one a text: the two coordinates, for polynomial types behind the two
-/// reductions that they begin with.
-std::vector<std::string> FormulaTexts(enuTR_TYPE type);
-
-/// The six parameters and their two formulas, a line each behind a tab, ended by CR LF. Shifts have
-/// 3 decimals, the other coefficients 8.
-std::string SixParameterText(const TR_PRM& record);
+/// HigherTermsText of a type.
+inline std::string PolyFormulaText(enuTR_TYPE eType) { return HigherTermsText(TypeOf(eType)); }
 
 }  // namespace kv_tr

@@ -17,28 +17,20 @@
 namespace kv_tr {
 namespace {
 
-constexpr std::array kLanguages{kHungarian, kRomanian, kEnglish, kVietnamese, kComment, kSerbian};
 constexpr std::array kLanguageNames{"Hungarian",  "Romanian", "English (United Kingdom)",
                                     "Vietnamese", "Komment",  "Serbian (Latin)"};
-constexpr std::array kTables{HungarianStrings,  RomanianStrings, EnglishStrings,
-                             VietnameseStrings, CommentStrings,  SerbianStrings};
-
-const char* Find(std::int32_t languageId, int id) {
-    const auto language = std::ranges::find(kLanguages, languageId);
-    if (language == kLanguages.end()) return nullptr;
-    const auto table = kTables[static_cast<std::size_t>(language - kLanguages.begin())]();
-    const auto row = std::ranges::lower_bound(table, id, {}, &MlString::id);
-    return row != table.end() && row->id == id ? row->text : nullptr;
-}
-
 }  // namespace
 
 std::string GetMlString(int id, std::string_view /*sDefault*/) {
     return TheComponent().platform.texts->Text(id, TheComponent().language);
 }
 
+TextLookup ComponentTexts() {
+    return [](int id) { return GetMlString(id, {}); };
+}
+
 void SetMlLanguage(std::int32_t LanguageID, std::string_view /*sName*/) {
-    const bool supported = std::ranges::count(kLanguages, LanguageID) > 0;
+    const bool supported = std::ranges::count(Languages(), LanguageID) > 0;
     TheComponent().language = supported ? LanguageID : kHungarian;
 }
 
@@ -60,7 +52,7 @@ std::string FillPlaces(std::string_view text, std::initializer_list<std::string>
     return filled;
 }
 
-std::span<const std::int32_t> MlLanguages() { return kLanguages; }
+std::span<const std::int32_t> MlLanguages() { return Languages(); }
 
 std::string MlLanguageName(std::size_t index) {
     return index < kLanguageNames.size() ? kLanguageNames[index] : "Invalid Language Index";
@@ -97,7 +89,7 @@ void EmbeddedTexts::LoadFrom(const std::string& path) {
     // A pipe of that name would make every start wait for its writer.
     if (std::filesystem::is_regular_file(path, error)) stream.open(path, std::ios::binary);
     if (!stream.is_open()) return ReportOpenFailure(path);
-    auto [texts, badLine] = ReadTextTable(*stream.rdbuf(), kLanguages, HungarianStrings());
+    auto [texts, badLine] = ReadTextTable(*stream.rdbuf(), Languages(), HungarianStrings());
     if (badLine == 0) {
         const std::scoped_lock lock(mutex_);
         loaded_ = std::move(texts);
@@ -114,7 +106,7 @@ std::string EmbeddedTexts::Text(int id, std::int32_t languageId) {
         if (const auto found = loaded_.find({language, id}); found != loaded_.end()) {
             return found->second;
         }
-        if (const char* text = Find(language, id); text != nullptr) return text;
+        if (const char* text = BuiltInText(id, language); text != nullptr) return text;
     }
     throw RuntimeError(ErrorNumber::kTextMissing, "No text has the id " + std::to_string(id));
 }

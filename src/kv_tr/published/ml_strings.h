@@ -14,21 +14,17 @@
 #include <utility>
 
 #include "kv_tr/published/platform.h"
+#include "kv_tr/text/texts.h"
 
 namespace kv_tr {
-
-// Language ids of the component.
-inline constexpr std::int32_t kHungarian = 1038;
-inline constexpr std::int32_t kRomanian = 1048;
-inline constexpr std::int32_t kEnglish = 2057;
-inline constexpr std::int32_t kVietnamese = 1066;
-inline constexpr std::int32_t kComment = 100000;  ///< placeholder texts for checking captions
-inline constexpr std::int32_t kSerbian = 2074;    ///< Latin script
 
 /// The text of an id in the current language, UTF-8. The Hungarian text beside the number tells
 /// the reader of a call what it shows; the result always comes from the tables.
 /// Throws RuntimeError kTextMissing for an id that no table has.
 std::string GetMlString(int id, std::string_view sDefault);
+
+/// GetMlString without its second argument, for the functions of the core.
+TextLookup ComponentTexts();
 
 /// Makes LanguageID the current language of the whole component, or Hungarian when it is none of
 /// the supported ones. The name is not used.

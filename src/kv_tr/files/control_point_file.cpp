@@ -1,0 +1,100 @@
+// Control points as text: one point a line, an identifier and four coordinates.
+#include "kv_tr/files/control_point_file.h"
+
+#include <algorithm>
+#include <array>
+
+#include "kv_tr/files/open_text.h"
+#include "kv_tr/files/text_lines.h"
+#include "kv_tr/text/control_characters.h"
+#include "kv_tr/text/decimal_commas.h"
+
+namespace kv_tr {
+namespace {
+
+/// An identifier as the reader takes it for one field.
+std::string IdentifierField(const std::string& id) {
+    if (id.empty()) return "_";
+    std::string field = WithoutControls(id);
+    std::ranges::replace_if(
+        field, [](char c) { return std::string_view(" ,;'\"").find(c) != std::string_view::npos; },
+        '_');
+    return field;
+}
+
+Problem ProblemOf(const TextError& error, std::uint64_t line) {
+    const bool tooLong = error.Why() == TextError::Cause::kLineTooLong;
+    return {.kind = tooLong ? Problem::Kind::kLineTooLong : Problem::Kind::kUnreadable,
+            .line = line};
+}
+
+}  // namespace
+
+std::optional<Problem> ReadControlPoint(std::string_view line, Comma comma, ControlPoint& point) {
+    if (comma == Comma::kSuspect && HasDecimalCommas(WithoutIdentifier(line), 4))
+        return Problem{.kind = Problem::Kind::kDecimalCommas};
+    const bool commaIsDecimal = comma == Comma::kDecimalSign;
+    auto rest = line;
+    point.id = NextField(rest, commaIsDecimal);
+    for (double* coordinate : {&point.source.first, &point.source.second, &point.destination.first,
+                               &point.destination.second}) {
+        const auto field = NextField(rest, commaIsDecimal);
+        const auto number = ParseNumber(field, commaIsDecimal);
+        if (number) {
+            *coordinate = *number;
+            continue;
+        }
+        const auto before = line.substr(0, static_cast<std::size_t>(field.data() - line.data()));
+        return Problem{
+            .kind = field.empty() ? Problem::Kind::kMissingField : Problem::Kind::kNotANumber,
+            .column = DisplayWidth(before) + 1};
+    }
+    return std::nullopt;
+}
+
+PointReading ReadControlPoints(std::istream& file, const PointFileStyle& style) {
+    PointReading reading;
+    std::uint64_t number = 0;
+    try {
+        TextLines lines(*file.rdbuf(), style.codePage);
+        for (; reading.problems.size() < PointReading::kMostProblems && !lines.AtEnd();) {
+            const std::string line = lines.Next();
+            number = lines.Number();
+            if (line.empty()) continue;
+            ControlPoint point;
+            if (auto problem = ReadControlPoint(line, style.comma, point)) {
+                if (reading.Complete()) reading.partial = std::move(point);
+                problem->line = number;
+                problem->text = line;
+                reading.problems.push_back(std::move(*problem));
+            } else if (reading.Complete()) {
+                reading.points.push_back(std::move(point));
+            }
+        }
+    } catch (const TextError& error) {
+        reading.problems.push_back(ProblemOf(error, number + 1));
+    }
+    return reading;
+}
+
+PointReading ReadControlPointFile(const std::string& fileName, const PointFileStyle& style) {
+    if (auto file = OpenText(fileName)) return ReadControlPoints(*file, style);
+    PointReading reading;
+    reading.problems.push_back({.kind = Problem::Kind::kNotOpened});
+    return reading;
+}
+
+std::string ListControlPoints(std::span<const ControlPoint> points, NumberStyle style) {
+    std::string listing;
+    for (const ControlPoint& point : points) {
+        listing += PadLeft(IdentifierField(point.id), 20);
+        for (const double coordinate : {point.source.first, point.source.second,
+                                        point.destination.first, point.destination.second}) {
+            listing += PadLeft(FixedText(coordinate, 3, style), 15);
+        }
+        listing += "\r\n";
+    }
+    return listing;
+}
+
+}  // namespace kv_tr

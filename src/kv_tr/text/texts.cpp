@@ -1,0 +1,38 @@
+// The texts for users, by number and language.
+#include "kv_tr/text/texts.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "kv_tr/text/strings/table.h"
+
+namespace kv_tr {
+namespace {
+
+constexpr std::array kLanguages{kHungarian, kRomanian, kEnglish, kVietnamese, kComment, kSerbian};
+constexpr std::array kTables{HungarianStrings,  RomanianStrings, EnglishStrings,
+                             VietnameseStrings, CommentStrings,  SerbianStrings};
+
+}  // namespace
+
+std::span<const std::int32_t> Languages() { return kLanguages; }
+
+const char* BuiltInText(int id, std::int32_t language) {
+    const auto found = std::ranges::find(kLanguages, language);
+    if (found == kLanguages.end()) return nullptr;
+    const auto table = kTables[static_cast<std::size_t>(found - kLanguages.begin())]();
+    const auto row = std::ranges::lower_bound(table, id, {}, &MlString::id);
+    return row != table.end() && row->id == id ? row->text : nullptr;
+}
+
+TextLookup TextsIn(std::int32_t language) {
+    return [language](int id) -> std::string {
+        for (const std::int32_t one : {language, kHungarian}) {
+            if (const char* text = BuiltInText(id, one)) return text;
+        }
+        throw std::out_of_range("No text has the id " + std::to_string(id));
+    };
+}
+
+}  // namespace kv_tr

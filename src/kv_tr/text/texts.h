@@ -1,0 +1,32 @@
+// The texts for users, by number and language.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+
+namespace kv_tr {
+
+// Language ids of the component.
+inline constexpr std::int32_t kHungarian = 1038;
+inline constexpr std::int32_t kRomanian = 1048;
+inline constexpr std::int32_t kEnglish = 2057;
+inline constexpr std::int32_t kVietnamese = 1066;
+inline constexpr std::int32_t kComment = 100000;  ///< placeholder texts for checking captions
+inline constexpr std::int32_t kSerbian = 2074;    ///< Latin script
+
+/// The languages there are, in the order in which hosts list them.
+std::span<const std::int32_t> Languages();
+
+/// The built-in text of an id in a language, UTF-8; a null pointer where the language lacks it.
+const char* BuiltInText(int id, std::int32_t language);
+
+/// Yields the text of an id in the language that a caller wants.
+using TextLookup = std::function<std::string(int id)>;
+
+/// The built-in texts of a language, in Hungarian where it lacks one. An id that no language has
+/// is std::out_of_range.
+TextLookup TextsIn(std::int32_t language);
+
+}  // namespace kv_tr
