@@ -3,20 +3,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 
-#include "kv_tr/published/clsFile.h"
-#include "kv_tr/published/coefficients.h"
-#include "kv_tr/published/control_point_file.h"
+#include "kv_tr/files/control_point_file.h"
+#include "kv_tr/files/open_text.h"
+#include "kv_tr/files/parameter_file.h"
+#include "kv_tr/files/parameter_listing.h"
 #include "kv_tr/published/decimal_commas.h"
-#include "kv_tr/published/errors.h"
-#include "kv_tr/published/number_format.h"
-#include "kv_tr/published/pairs.h"
-#include "kv_tr/published/parameter_file.h"
-#include "kv_tr/published/parameter_listing.h"
-#include "kv_tr/published/transformation_type.h"
 #include "kv_tr/text/file_names.h"
-#include "kv_tr/text/replacing_file.h"
 #include "python/binding.h"
 
 namespace kv_tr::python {
@@ -33,28 +26,35 @@ using Path = std::filesystem::path;
     throw py::error_already_set();
 }
 
-/// clsFile would tell the user of a file that does not open.
-void RequireReadable(const Path& path) {
+/// `needed` is what the file or its lines must hold.
+std::string CauseOf(const Problem& problem, const Path& path, const std::string& needed) {
     std::error_code error;
-    if (!std::filesystem::exists(path, error)) Raise(path, 0, "there is no such file");
-    if (std::filesystem::is_directory(path, error)) Raise(path, 0, "this is a folder");
-    if (!std::ifstream(path).is_open()) Raise(path, 0, "the file cannot be opened");
+    switch (problem.kind) {
+        case Problem::Kind::kNotOpened:
+            if (!std::filesystem::exists(path, error)) return "there is no such file";
+            return std::filesystem::is_directory(path, error) ? "this is a folder"
+                                                              : "the file cannot be opened";
+        case Problem::Kind::kUnreadable: return "the system could not read on";
+        case Problem::Kind::kLineTooLong: return "the line is too long to be one of a text";
+        case Problem::Kind::kMissingField: return "too few fields: " + needed;
+        case Problem::Kind::kNotANumber: return "a field is no number: " + needed;
+        case Problem::Kind::kDecimalCommas:
+            return "the numbers seem to have decimal commas; decimal_comma=True takes them as such";
+        case Problem::Kind::kUnknownLayout: return "no polynomial has that number of lines";
+    }
+    return needed;
 }
 
-constexpr const char* kHasCommas =
-    "the numbers seem to have decimal commas; decimal_comma=True takes them as such";
-
-/// While it lives, numbers of files have this decimal sign.
-class DecimalSignScope {
-public:
-    explicit DecimalSignScope(char sign) : before_(DecimalSeparator()) { DecimalSeparator(sign); }
-    ~DecimalSignScope() { DecimalSeparator(before_); }
-    DecimalSignScope(const DecimalSignScope&) = delete;
-    DecimalSignScope& operator=(const DecimalSignScope&) = delete;
-
-private:
-    char before_;
-};
+[[noreturn]] void Raise(const Path& path, const Problem& problem, const std::string& needed) {
+    std::string cause = CauseOf(problem, path, needed);
+    if (problem.column > 0) cause += ", column " + std::to_string(problem.column);
+    if (!problem.text.empty()) {
+        const py::str text(problem.text);
+        constexpr py::ssize_t kShown = 80;
+        cause += ", in " + py::repr(text[py::slice(0, kShown, 1)]).cast<std::string>();
+    }
+    Raise(path, problem.line, cause);
+}
 
 bool IsAll(const Path& path) { return HasExtension(path.string(), "all"); }
 bool IsPrm(const Path& path) { return HasExtension(path.string(), "prm"); }
@@ -72,82 +72,52 @@ void RequireSuitableEnding(const Path& path, Type type) {
                           "others to .trp or .prm");
 }
 
-LinearFormat FormatOf(const Path& path) {
-    return IsPrm(path) ? LinearFormat::kItr25 : LinearFormat::kNative;
-}
-
-Transformation LoadLinear(const Path& path, Type type) {
-    clsFile file;
-    file.OpenIt(path.string(), true);
-    TR_PRM record{.eType = PublishedType(type)};
-    if (!ReadLinearFile(file, FormatOf(path), record)) {
-        Raise(path, 0, "six numbers are needed at its beginning");
-    }
-    return TransformationOf(record);
-}
-
-Transformation LoadPolynomial(const Path& path, std::optional<Type> type) {
-    TR_PRM record;
-    const PolynomialReading reading = ReadPolynomialFile(path.string(), record);
-    if (reading.badLine != 0) {
-        Raise(path, reading.badLine, "two numbers are needed, of the origin or of a coefficient");
-    }
-    if (!reading.accepted) Raise(path, 0, "no polynomial has that number of lines");
-    Transformation loaded = TransformationOf(record);
-    if (!type || *type == loaded.type) return loaded;
-    if (TermCount(*type) != TermCount(loaded.type)) {
+/// The transformation of a polynomial file with the type that its reader wants.
+Transformation WithType(Transformation loaded, Type type, const Path& path) {
+    if (TermCount(type) != TermCount(loaded.type)) {
         Raise(path, 0,
-              "its coefficients are those of " + WordOf(loaded.type) + ", not of " + WordOf(*type));
+              "its coefficients are those of " + WordOf(loaded.type) + ", not of " + WordOf(type));
     }
-    loaded.type = *type;
+    loaded.type = type;
     return loaded;
 }
 
 std::string TextOf(const Transformation& transformation, const Path& path) {
-    const DecimalSignScope point('.');
-    const TR_PRM record = RecordOf(transformation);
-    if (IsAll(path)) return ListPolynomial(record, WordOf(transformation.type)) + "\r\n";
+    if (IsAll(path)) return ListPolynomial(transformation, WordOf(transformation.type)) + "\r\n";
+    const auto format = IsPrm(path) ? LinearFormat::kItr25 : LinearFormat::kNative;
     std::string text;
-    for (const std::string& line : LinearFileLines(record, FormatOf(path))) text += line + "\r\n";
+    for (const std::string& line : LinearFileLines(transformation, format)) text += line + "\r\n";
     return text;
 }
 
 }  // namespace
 
 std::vector<ControlPoint> ReadPoints(const Path& path, bool decimalComma) {
-    RequireReadable(path);
-    std::vector<ControlPoint> points;
-    std::uint64_t number = 0;
-    try {
-        clsFile file;
-        file.OpenIt(path.string(), true);
-        while (!file.AtEnd()) {
-            ++number;
-            const std::string line = file.ReadLine();
-            if (line.empty()) continue;
-            if (!decimalComma && HasDecimalCommas(WithoutIdentifier(line), 4)) {
-                Raise(path, number, kHasCommas);
-            }
-            typeXYs4Tr pair;
-            if (!ReadPair(line, pair, decimalComma)) {
-                Raise(path, number, "an identifier and four coordinates are needed");
-            }
-            points.push_back(ControlPointOf(pair));
-        }
-    } catch (const RuntimeError& failure) {
-        Raise(path, number + 1, failure.what());
+    const Comma comma = decimalComma ? Comma::kDecimalSign : Comma::kSuspect;
+    PointReading reading = ReadControlPointFile(path.string(), {.comma = comma});
+    if (!reading.Complete()) {
+        Raise(path, reading.problems.front(), "a line has an identifier and four coordinates");
     }
-    return points;
+    return std::move(reading.points);
 }
 
 Transformation LoadParameters(const Path& path, bool decimalComma, std::optional<Type> type) {
     RequireKnownEnding(path);
     if (type) RequireSuitableEnding(path, *type);
-    RequireReadable(path);
-    if (!decimalComma && ParametersHaveDecimalCommas(path.string())) Raise(path, 0, kHasCommas);
-    const DecimalSignScope sign(decimalComma ? ',' : '.');
-    return IsAll(path) ? LoadPolynomial(path, type)
-                       : LoadLinear(path, type.value_or(Type::kAffine));
+    if (!decimalComma && ParametersHaveDecimalCommas(path.string())) {
+        Raise(path, {.kind = Problem::Kind::kDecimalCommas}, {});
+    }
+    const NumberStyle numbers{decimalComma ? ',' : '.'};
+    const ParameterReading reading =
+        ReadParameterFile(path.string(), IsAll(path) ? Type::kAffine : type.value_or(Type::kAffine),
+                          {.numbers = numbers});
+    if (reading.Complete()) {
+        return IsAll(path) && type ? WithType(reading.transformation, *type, path)
+                                   : reading.transformation;
+    }
+    Raise(path, *reading.problem,
+          IsAll(path) ? "the origin and each coefficient have two numbers"
+                      : "the file has six numbers");
 }
 
 void SaveParameters(const Transformation& transformation, const Path& path) {
@@ -157,10 +127,11 @@ void SaveParameters(const Transformation& transformation, const Path& path) {
         !std::ranges::all_of(transformation.b, isFinite)) {
         throw py::value_error("coefficients that are not finite numbers cannot be saved");
     }
-    ReplacingFile file(path.string());
-    if (!file.IsOpen()) Raise(path, 0, "the file cannot be written");
-    file.Write(TextOf(transformation, path));
-    if (!file.Commit()) Raise(path, 0, "not everything could be written");
+    switch (WriteText(path.string(), TextOf(transformation, path), CodePage::kWindows1250)) {
+        case Written::kYes: return;
+        case Written::kNotOpened: Raise(path, 0, "the file cannot be written");
+        case Written::kFailed: Raise(path, 0, "not everything could be written");
+    }
 }
 
 }  // namespace kv_tr::python
