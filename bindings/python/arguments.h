@@ -11,6 +11,7 @@
 #include <string_view>
 #include <typeinfo>
 
+#include "kv_tr/model/transformation.h"
 #include "kv_tr/published/clsTr.h"
 #include "kv_tr/published/clsTrCalc.h"
 #include "kv_tr/published/national.h"
@@ -43,7 +44,7 @@ template <class T>
 concept Bound = std::same_as<T, TR_PRM> || std::same_as<T, AFFIN_PRM> ||
     std::same_as<T, typeXYs4Tr> || std::same_as<T, clsTrCalc> || std::same_as<T, clsTr> ||
     std::same_as<T, Message> || std::same_as<T, FileRequest> || std::same_as<T, NationalInfo> ||
-    std::same_as<T, Connection> || std::same_as<T, TypeEvent>;
+    std::same_as<T, Connection> || std::same_as<T, TypeEvent> || std::same_as<T, Transformation>;
 
 }  // namespace kv_tr::python
 

@@ -10,10 +10,6 @@
 namespace kv_tr::python {
 namespace {
 
-std::span<const double> ReadOnly(const Doubles& array) {
-    return {array.data(), static_cast<std::size_t>(array.size())};
-}
-
 bool AllFinite(std::span<const double> values) {
     double sums[8] = {};  // of zeros; several, so that they are added side by side
     std::size_t i = 0;
@@ -40,9 +36,8 @@ Doubles Output(const py::object& given, const std::vector<Doubles>& others) {
     };
     if (py::isinstance<Doubles>(given)) {
         const auto array = py::reinterpret_borrow<Doubles>(given);
-        const auto address = reinterpret_cast<std::uintptr_t>(array.data());
         if (array.ndim() == 1 && array.size() == first.size() && array.writeable() &&
-            address % alignof(double) == 0 && std::ranges::none_of(others, overlaps)) {
+            IsAligned(array) && std::ranges::none_of(others, overlaps)) {
             return array;
         }
     }
@@ -64,8 +59,12 @@ Doubles FromObjects(const py::array& objects, const std::string& name) {
     return numbers;
 }
 
-/// While these live, numpy refuses to resize the arrays and those whose memory they use, which it
-/// would do otherwise for whoever asks it not to count references.
+}  // namespace
+
+std::span<const double> ReadOnly(const Doubles& array) {
+    return {array.data(), static_cast<std::size_t>(array.size())};
+}
+
 std::vector<py::weakref> Pinned(std::initializer_list<py::object> arrays) {
     std::vector<py::weakref> pins;
     for (py::object array : arrays) {
@@ -76,13 +75,18 @@ std::vector<py::weakref> Pinned(std::initializer_list<py::object> arrays) {
     return pins;
 }
 
-}  // namespace
+bool IsAligned(const py::array& array) {
+    return reinterpret_cast<std::uintptr_t>(array.data()) % alignof(double) == 0;
+}
 
 std::string ShapeOf(const py::array& array) {
     return py::str(array.attr("shape")).cast<std::string>();
 }
 
 Doubles NumbersFrom(const py::object& given, const char* name) {
+    if (py::isinstance<Doubles>(given) && IsAligned(py::reinterpret_borrow<py::array>(given))) {
+        return py::reinterpret_borrow<Doubles>(given);
+    }
     const auto numpy = py::module_::import("numpy");
     const py::array array = numpy.attr("asarray")(given);
     if (array.dtype().kind() == 'O') return FromObjects(array, name);
@@ -91,6 +95,24 @@ Doubles NumbersFrom(const py::object& given, const char* name) {
                              py::str(array.dtype()).cast<std::string>());
     }
     return numpy.attr("require")(array, "f8", "CA");
+}
+
+Doubles PointsFrom(const py::object& given, const char* name, bool orPoint) {
+    Doubles array = NumbersFrom(given, name);
+    if (array.ndim() == 1 && array.size() == 0) return Doubles(std::vector<py::ssize_t>{0, 2});
+    const bool isPoint = array.ndim() == 1 && array.shape(0) == 2;
+    const bool arePoints = array.ndim() == 2 && array.shape(1) == 2;
+    if (arePoints || (orPoint && isPoint)) return array;
+    throw py::value_error(std::string(name) + " must have shape (n, 2)" +
+                          (orPoint ? " or (2,)" : "") + ", not " + ShapeOf(array));
+}
+
+void CheckFinitePoints(std::span<const double> pairs, const char* name, std::size_t start) {
+    if (AllFinite(pairs)) return;
+    const auto bad = std::ranges::find_if_not(pairs, [](double v) { return std::isfinite(v); });
+    const auto index = static_cast<std::size_t>(bad - pairs.begin());
+    Finite(*bad, std::string(name) + "[" + std::to_string(start + index / 2) + ", " +
+                     std::to_string(index % 2) + "]");
 }
 
 std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first, Argument second,

@@ -3,7 +3,10 @@
 
 #include <pybind11/numpy.h>
 
+#include <initializer_list>
+#include <span>
 #include <utility>
+#include <vector>
 
 #include "kv_tr/published/matrix_routines.h"
 #include "python/binding.h"
@@ -27,6 +30,25 @@ struct Argument {
 /// does not suit them, and for coordinates that are not finite.
 std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first, Argument second,
                                             const py::object& out);
+
+/// Points as an array of rows (first, second), which is the object itself where its layout allows;
+/// an empty list is no points. ValueError for any other shape, a single point only where that is
+/// permitted.
+Doubles PointsFrom(const py::object& given, const char* name, bool orPoint = false);
+
+/// Complains of the first coordinate of such an array that is not finite, as "name[3, 0]". `start`
+/// is the index of the first row.
+void CheckFinitePoints(std::span<const double> pairs, const char* name, std::size_t start = 0);
+
+/// The numbers of an array.
+std::span<const double> ReadOnly(const Doubles& array);
+
+/// While these live, numpy refuses to resize the arrays and those whose memory they use, which it
+/// would do otherwise for whoever asks it not to count references.
+std::vector<py::weakref> Pinned(std::initializer_list<py::object> arrays);
+
+/// Whether its numbers lie where doubles may.
+bool IsAligned(const py::array& array);
 
 /// "(3, 4)"
 std::string ShapeOf(const py::array& array);

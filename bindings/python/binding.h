@@ -18,13 +18,15 @@ namespace kv_tr::python {
 namespace py = pybind11;
 
 // Each adds its part to the module.
-void AddEnumeration(py::module_& module);
+void AddEnumerations(py::module_& module);
 void AddErrors(py::module_& module);
 void AddRecords(py::module_& module);
-void AddEngine(py::module_& module);
-void AddTransformation(py::module_& module);
+void AddClsTrCalc(py::module_& module);
+void AddClsTr(py::module_& module);
 void AddFunctions(py::module_& module);
 void AddPorts(py::module_& module);
+void AddTransformation(py::module_& module);
+void AddFit(py::module_& module);
 
 /// The component's own namespace in Python.
 inline py::module_ Module() { return py::module_::import("kv_tr._kv_tr"); }

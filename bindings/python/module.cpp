@@ -32,13 +32,15 @@ PYBIND11_MODULE(_kv_tr, module) {
     const py::object name = module.attr("__name__");
     module.attr("__name__") = "kv_tr";  // what classes and functions say they belong to
     module.attr("__version__") = KV_TR_VERSION;
-    AddEnumeration(module);
+    AddEnumerations(module);
     AddErrors(module);
     AddRecords(module);
-    AddEngine(module);
-    AddTransformation(module);
+    AddClsTrCalc(module);
+    AddClsTr(module);
     AddFunctions(module);
     AddPorts(module);
+    AddTransformation(module);
+    AddFit(module);
     KeepFromOldPickling(module);
     module.attr("__name__") = name;
 }

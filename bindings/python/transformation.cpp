@@ -1,201 +1,241 @@
-// clsTr in Python.
-#include <pybind11/stl.h>
+// Transformations as values in Python.
+#include "kv_tr/model/transformation.h"
+
 #include <pybind11/stl/filesystem.h>
 
-#include <array>
-#include <limits>
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <optional>
 
-#include "kv_tr/published/clsTr.h"
+#include "kv_tr/published/affine_record.h"
+#include "kv_tr/published/coefficients.h"
+#include "kv_tr/published/national.h"
+#include "kv_tr/published/transformation_type.h"
+#include "python/arrays.h"
 #include "python/binding.h"
+#include "python/files.h"
 
 namespace kv_tr::python {
 namespace {
 
 using Path = std::filesystem::path;
-using Transformation = py::class_<clsTr>;
+using Series = Transformation::Series;
 
-constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
-
-void AddRecordMembers(Transformation& type) {
-    using py::arg;
-    type.def_property_readonly("lNumberOfParameters", &clsTr::lNumberOfParameters,
-                               "How many coefficients a coordinate a fit solves for; 0 for every\n"
-                               "type without a fixed number, Helmert and affine included.");
-    type.def_property("udtTrPrm", py::overload_cast<>(&clsTr::udtTrPrm, py::const_),
-                      Setting("udtTrPrm", py::overload_cast<const TR_PRM&>(&clsTr::udtTrPrm)),
-                      "A copy of the whole record, which is another than the engine's. Changing\n"
-                      "the copy changes nothing until it is assigned.");
-    type.def_property("udtTrAffinPrm", py::cpp_function(),
-                      Setting("udtTrAffinPrm", &clsTr::udtTrAffinPrm),
-                      "Sets type and six coefficients; the other coefficients stay.");
-    type.def_property("udtTrPrmByDAT2M1", py::cpp_function(),
-                      Setting("udtTrPrmByDAT2M1", &clsTr::udtTrPrmByDAT2M1),
-                      "Sets the built-in record of a national type; any other type changes\n"
-                      "nothing.");
-    type.def("bLoadByDAT2M1", &clsTr::bLoadByDAT2M1,
-             "Lets the user choose a national type and takes its record. Always False: the type\n"
-             "tells what happened. Choosing TR_HER_STG loads TR_STG_HKR.");
-    for (const auto& [name, method] : {std::pair{"bGetAffinPrm", &clsTr::bGetAffinPrm},
-                                       {"bGetHelmertPrm", &clsTr::bGetHelmertPrm}}) {
-        type.def(
-            name,
-            [method = method](const clsTr& self) {
-                std::array<double, 6> c;
-                c.fill(kNothing);
-                const bool linear = (self.*method)(c[0], c[1], c[2], c[3], c[4], c[5]);
-                return py::make_tuple(linear, c[0], c[1], c[2], c[3], c[4], c[5]);
-            },
-            "(True, a0, a1, a2, b0, b1, b2); False and nan for a polynomial record.");
+/// Coefficients from a sequence of numbers; what is not given is 0.
+Series SeriesFrom(const py::object& given, const std::string& name) {
+    const Doubles numbers = NumbersFrom(given, name.c_str());
+    Series series{};
+    if (numbers.ndim() != 1 || static_cast<std::size_t>(numbers.size()) > series.size()) {
+        throw py::value_error(name + " must be at most " + std::to_string(series.size()) +
+                              " numbers, its shape is " + ShapeOf(numbers));
     }
-    type.def(
-        "bGetInversePrm",
-        [](const clsTr& self) {
-            AFFIN_PRM inverse{
-                self.udtTrPrm().eType, kNothing, kNothing, kNothing, kNothing, kNothing, kNothing};
-            const bool linear = self.bGetInversePrm(inverse);
-            return py::make_tuple(linear, inverse);
-        },
-        "(True, the record that maps back); False and coefficients of nan for a polynomial\n"
-        "record. RuntimeError 11 for a record that has no inverse.");
-    type.def_property_readonly("sTrTypeName", &clsTr::sTrTypeName,
-                               "The name of the type in the current language.");
-    type.def("bTypeIsPolinom", &clsTr::bTypeIsPolinom,
-             "Whether the type is 1 or more: polynomials, bilinear and national types.");
-    type.def(
-        "TrXY",
-        [](const clsTr& self, double dX, double dY) {
-            double dXtr = 0, dYtr = 0;
-            self.TrXY(Finite(dX, "dX"), Finite(dY, "dY"), dXtr, dYtr);
-            return py::make_tuple(dXtr, dYtr);
-        },
-        arg("dX"), arg("dY"),
-        "Transforms a point, metres: (dXtr, dYtr). For many use EvalTrPrm(tr.udtTrPrm, ...).");
-    type.def(
-        "TrAngle",
-        [](const clsTr& self, double dAngle, double dX, double dY, double dLength) {
-            double dAngleTr = 0;
-            self.TrAngle(Finite(dAngle, "dAngle"), dAngleTr, Finite(dX, "dX"), Finite(dY, "dY"),
-                         Finite(dLength, "dLength"));
-            return dAngleTr;
-        },
-        arg("dAngle"), arg("dX"), arg("dY"), arg("dLength") = 100.0,
-        "Transforms a direction (radians, from the first axis towards the second) at a point, as\n"
-        "that of a vector of dLength metres, into [0, 2 pi). Differences are in single precision.");
+    std::ranges::copy(ReadOnly(numbers), series.begin());
+    return series;
 }
 
-void AddFiles(Transformation& type) {
-    using py::arg;
-    const auto choose = [](auto method) {
-        return
-            [method](clsTr& self, std::string sFileName, std::string sInitDir, std::int32_t owner) {
-                const bool chosen = (self.*method)(sFileName, sInitDir, owner);
-                return py::make_tuple(chosen, sFileName, sInitDir);
-            };
-    };
-    for (const auto& [name, method] :
-         {std::pair{"bChooseFile4LoadAffinTrPrm", &clsTr::bChooseFile4LoadAffinTrPrm},
-          {"bChooseFile4SaveAffinTrPrm", &clsTr::bChooseFile4SaveAffinTrPrm},
-          {"bChooseFile4LoadPoliTrPrm", &clsTr::bChooseFile4LoadPoliTrPrm},
-          {"bChooseFile4SavePoliTrPrm", &clsTr::bChooseFile4SavePoliTrPrm}}) {
-        type.def(name, choose(method), arg("sFileName") = "", arg("sInitDir") = "",
-                 arg("Owner") = -1,
-                 "Asks for a parameter file; neither reads nor writes it: (chosen, sFileName,\n"
-                 "sInitDir). The name is empty after a cancel.");
+Transformation Made(Type type, const py::object& a, const py::object& b) {
+    Transformation made{type, SeriesFrom(a, "a"), SeriesFrom(b, "b")};
+    for (const auto* series : {&made.a, &made.b}) {
+        if (std::ranges::all_of(*series, [](double value) { return std::isfinite(value); }))
+            continue;
+        throw py::value_error("coefficients must be finite numbers");
     }
-    type.def(
-        "bChooseFileAndSaveTrPrm",
-        [](clsTr& self, std::string sFileName, std::string sInitDir, std::int32_t owner) {
-            self.bChooseFileAndSaveTrPrm(sFileName, sInitDir, owner);
-            return py::make_tuple(sFileName, sInitDir);
-        },
-        arg("sFileName") = "", arg("sInitDir") = "", arg("Owner") = -1,
-        "Asks for a file name that suits the record and saves to it: (sFileName, sInitDir).");
-    type.def(
-        "bSaveAffinTrPrm",
-        [](clsTr& self, const Path& sFileTrPrm, bool bItr25Format) {
-            return self.bSaveAffinTrPrm(sFileTrPrm.string(), bItr25Format);
-        },
-        arg("sFileTrPrm"), arg("bItr25Format") = false,
-        "Saves six parameters; False for a polynomial record and for a file that does not open.\n"
-        "RuntimeError 61 when not everything could be written.");
-    type.def(
-        "bLoadAffinTrPrmFromFile",
-        [](clsTr& self, const Path& sFileTrPrm, bool bItr25Format) {
-            return self.bLoadAffinTrPrmFromFile(sFileTrPrm.string(), bItr25Format);
-        },
-        arg("sFileTrPrm"), arg("bItr25Format") = false,
-        "Loads six parameters. A polynomial record becomes TR_AFFIN first, any other keeps its\n"
-        "type. False, after a message, when the file holds something else; True for a file that\n"
-        "does not open, which is shown as a message. Commas separate numbers: see\n"
-        "ParametersHaveDecimalCommas.");
-    type.def(
-        "bLoadPoliTrPrmFromFile",
-        [](clsTr& self, const Path& sFileTrPrm) {
-            return self.bLoadPoliTrPrmFromFile(sFileTrPrm.string());
-        },
-        arg("sFileTrPrm"),
-        "Loads a polynomial; False when the number of coefficient lines is that of no type. "
-        "Commas\n"
-        "count for nothing, 1,304 is read as 1304: see ParametersHaveDecimalCommas.");
-    type.def(
-        "bSavePoliTrPrm",
-        [](clsTr& self, const Path& sFileTrPrm, const std::optional<std::string>& vTitle) {
-            return self.bSavePoliTrPrm(sFileTrPrm.string(), vTitle);
-        },
-        arg("sFileTrPrm"), arg("vTitle") = py::none(),
-        "Saves the polynomial listing; False for a record of six parameters. True also for a file\n"
-        "that does not open, which is shown as a message. RuntimeError 61 when not everything\n"
-        "could be written.");
-    type.def("sListHelmertTrPrm", &clsTr::sListHelmertTrPrm, arg("vTitle") = py::none(),
-             "Six parameters and their formula as text; empty for a polynomial record.");
-    type.def("sListPoliTrPrm", &clsTr::sListPoliTrPrm, arg("vTitle") = py::none(),
-             "Title, origin and coefficients of a polynomial as text; empty for six parameters.");
+    return made;
 }
 
-void AddDialogs(Transformation& type) {
-    type.def("bChooseTrPrm", &clsTr::bChooseTrPrm,
-             "Lets the user say where parameters come from, and takes them.");
-    type.def("bShowAffinTrPrm", &clsTr::bShowAffinTrPrm,
-             "Shows six parameters for editing; True when the user confirmed.");
-    type.def("bShowPoliTrPrm", &clsTr::bShowPoliTrPrm,
-             "Shows polynomial parameters as text; True when the user confirmed.");
-    type.def("bShowXYs4Tr", &clsTr::bShowXYs4Tr, py::arg("sTitle") = "",
-             "Shows the engine's control points as text; True when the user confirmed.");
+py::tuple TupleOf(const Series& series) {
+    py::tuple tuple(series.size());
+    for (std::size_t k = 0; k < series.size(); ++k) tuple[k] = series[k];
+    return tuple;
+}
+
+/// "[1.0, 2.0]", without the zeros at the end.
+std::string TextOf(const Series& series) {
+    py::list numbers;
+    const auto last =
+        std::find_if(series.rbegin(), series.rend(), [](double v) { return v != 0.0; });
+    for (auto value = series.begin(); value != last.base(); ++value) numbers.append(*value);
+    return py::repr(numbers).cast<std::string>();
+}
+
+std::size_t HashOf(const Transformation& self) {
+    std::size_t hash = static_cast<std::size_t>(NumberOf(self.type));
+    for (const auto* series : {&self.a, &self.b}) {
+        for (const double value : *series) hash = hash * 31 + std::hash<double>()(value);
+    }
+    return hash;
+}
+
+/// The array for the images of points: a new one, or one that the caller keeps. It may be that of
+/// the points but must not overlap that in any other way.
+Doubles ImagesOf(const Doubles& points, const py::object& out) {
+    const std::vector<py::ssize_t> shape(points.shape(), points.shape() + points.ndim());
+    if (out.is_none()) return Doubles(shape);
+    if (py::isinstance<Doubles>(out)) {
+        const auto array = py::reinterpret_borrow<Doubles>(out);
+        const auto overlaps = [&] {
+            return py::module_::import("numpy").attr("may_share_memory")(out, points).cast<bool>();
+        };
+        if (std::ranges::equal(shape, std::span(array.shape(), array.ndim())) &&
+            array.writeable() && IsAligned(array) &&
+            (array.data() == points.data() || !overlaps())) {
+            return array;
+        }
+    }
+    throw py::value_error("out must be a writeable, contiguous array of float64 with shape " +
+                          ShapeOf(points) + " that is the one of the points or apart from it");
+}
+
+Doubles Transformed(const Transformation& self, const py::object& xy, const py::object& out) {
+    const Doubles points = PointsFrom(xy, "xy", true);
+    Doubles images = ImagesOf(points, out);
+    const auto from = ReadOnly(points);
+    const std::span to(images.mutable_data(), from.size());
+    if (points.ndim() == 1) {
+        Finite(from[0], "xy[0]");
+        Finite(from[1], "xy[1]");
+        self.ApplyToPairs(from, to);
+        return images;
+    }
+    constexpr std::size_t kManyNumbers = 4096;  // below, giving the lock away costs more
+    const auto pins = Pinned({points, images});
+    std::optional<py::gil_scoped_release> unlocked;
+    if (from.size() >= kManyNumbers) unlocked.emplace();
+    constexpr std::size_t kPart = 16384;  // numbers that are checked just before they are used
+    for (std::size_t start = 0; start < from.size(); start += kPart) {
+        const auto part = from.subspan(start, std::min(kPart, from.size() - start));
+        CheckFinitePoints(part, "xy", start / 2);
+        self.ApplyToPairs(part, to.subspan(start, part.size()));
+    }
+    return images;
+}
+
+double Direction(const Transformation& self, double angle, const py::object& at) {
+    const Doubles place = PointsFrom(at, "at", true);
+    if (place.ndim() != 1) throw py::value_error("at must be one point, of shape (2,)");
+    const Point point{Finite(place.at(0), "at[0]"), Finite(place.at(1), "at[1]")};
+    const auto image = self.Direction(Finite(angle, "angle"), point);
+    if (!image) throw py::value_error("the transformation takes that direction to a point");
+    return *image;
+}
+
+Transformation Inverse(const Transformation& self) {
+    if (const auto inverse = self.Inverse()) return *inverse;
+    const std::string reason =
+        IsPolynomial(self.type)
+            ? WordOf(self.type) +
+                  " transformations have no inverse of their type; fit one with source and target "
+                  "exchanged"
+            : "this " + WordOf(self.type) + " transformation takes the plane to a line or a point";
+    const py::object raised =
+        py::module_::import("kv_tr").attr("NoInverseError")("no inverse: " + reason);
+    PyErr_SetObject(py::type::handle_of(raised).ptr(), raised.ptr());
+    throw py::error_already_set();
+}
+
+Transformation National(const std::string& name) {
+    const auto infos = NationalInfos();
+    const auto found = std::ranges::find(infos, name, &NationalInfo::name);
+    if (found == infos.end()) {
+        throw py::value_error("'" + name + "' is no national transformation; NationalInfos() " +
+                              "lists them, as STG_EOV_10e");
+    }
+    return TransformationOf(*NationalRecord(found->type));
+}
+
+Transformation Fathoms(const AFFIN_PRM& record) { return TransformationOf(WithAffine({}, record)); }
+
+void AddFiles(py::class_<Transformation>& type) {
+    using py::arg;
+    type.def(
+        "save", [](const Transformation& self, const Path& path) { SaveParameters(self, path); },
+        arg("path"),
+        "Saves the coefficients; the ending, in any case, names the format: .trp and .prm for six\n"
+        "numbers, shifts with 3 decimals and the others with 8, .all for polynomials with 16\n"
+        "digits. Pickle keeps every bit. Numbers have a decimal point. ValueError for another\n"
+        "ending and for one that does not suit the type, FileError when the file cannot be\n"
+        "written, which leaves an older one as it was.");
+    type.def_static(
+        "load",
+        [](const Path& path, bool decimalComma, const py::object& kind) {
+            std::optional<Type> wanted;
+            if (!kind.is_none()) wanted = Converted<Type>(kind, "type", "a word or a Type");
+            return LoadParameters(path, decimalComma, wanted);
+        },
+        arg("path"), arg("decimal_comma") = false, arg("type") = py::none(),
+        "The transformation of a parameter file: .trp, .prm or .all, in any case. Six numbers are\n"
+        "of the type given, else 'affine'; a polynomial file must have as many lines as the type\n"
+        "given. FileError, with file, line and cause, for a file that cannot be read or is none,\n"
+        "and for numbers with decimal commas unless decimal_comma is True. ValueError for another\n"
+        "ending.");
+    type.def_static("national", National, arg("name"),
+                    "A built-in transformation between two systems, as 'STG_EOV_10e'.\n"
+                    "NationalInfos() lists them with their accuracy. ValueError for other names.");
+    type.def_static(
+        "fathom_to_metre", [] { return Fathoms(FathomToMetre()); },
+        "From fathoms to metres: 1 fathom is 1.89648384 m.");
+    type.def_static(
+        "metre_to_fathom", [] { return Fathoms(MetreToFathom()); },
+        "From metres to fathoms. The factor has nine decimals, so there and back is not exactly\n"
+        "the identity.");
 }
 
 }  // namespace
 
 void AddTransformation(py::module_& module) {
-    Transformation type(
-        module, "clsTr",
-        "Holds the parameters of one transformation, applies, lists, saves and loads them, and\n"
-        "owns an adjustment engine. Coordinates are metres, directions radians. A new one is the\n"
-        "identity. In a with statement it is torn down at the end.");
-    type.def(py::init<>());
-    AddVariable(type, "gName", &clsTr::gName, "Folder of the parameter file loaded last.");
-    AddVariable(type, "gId", &clsTr::gId, "A number of the host's own.");
-    for (const auto& [name, member] : {std::pair{"PI", &clsTr::PI},
-                                       {"RAD_90", &clsTr::RAD_90},
-                                       {"RAD_180", &clsTr::RAD_180},
-                                       {"RAD_270", &clsTr::RAD_270},
-                                       {"RAD_360", &clsTr::RAD_360}}) {
-        AddVariable(type, name, member, "What TrAngle folds directions with, radians.");
-    }
-    type.def_property_readonly("lDebugId", &clsTr::lDebugId,
-                               "The number of the object in the component's books.");
-    type.def("TearDown", &clsTr::TearDown, "Lets the engine go.");
-    type.def("__enter__", [](py::object self) { return self; });
-    type.def("__exit__", [](clsTr& self, const py::args&) { self.TearDown(); });
-    type.def_property_readonly("oCalcTr", &clsTr::oCalcTr,
-                               "The engine itself. RuntimeError 91 after TearDown.");
-    type.def_property(
-        "sInitDir", py::cpp_function(),
-        Setting("sInitDir",
-                [](clsTr& self, const Path& folder) { self.sInitDir(folder.string()); }),
-        "The folder that the component's file choosers open in; can only be set.");
-    AddRecordMembers(type);
+    using py::arg;
+    py::class_<Transformation> type(
+        module, "Transformation",
+        "A plane transformation, which never changes: equal ones are equal keys, and any number\n"
+        "of threads may use one. Coordinates are metres.\n\n"
+        "Below 'poly1' the first coordinate becomes a[0] + a[1] first + a[2] second, the second\n"
+        "likewise with b. Polynomials, bilinear and national types subtract a[0] and b[0] from "
+        "the\n"
+        "source first; a[1], a[2], ... multiply 1, u, v, u*u, u*v, v*v, ...");
+    type.def(py::init(&Made), arg("type"), arg("a"), arg("b"),
+             "A type, as a word or enumeration, and at most 22 coefficients a coordinate; what is\n"
+             "left out is 0.");
+    type.def_readonly("type", &Transformation::type, "A Type.");
+    type.def_property_readonly(
+        "a", [](const Transformation& self) { return TupleOf(self.a); },
+        "The 22 coefficients of the first coordinate.");
+    type.def_property_readonly(
+        "b", [](const Transformation& self) { return TupleOf(self.b); },
+        "The 22 coefficients of the second coordinate.");
+    type.def(
+        "transform", Transformed, arg("xy"), arg("out") = py::none(),
+        "The images of points, an array of shape (n, 2) or (2,), as a new float64 array of\n"
+        "that shape; metres. Anything that numpy makes such an array of is taken, of any\n"
+        "memory order and number type; contiguous float64 is read in place. out takes the\n"
+        "images in an array you keep, which may be xy itself. ValueError, with the index, for\n"
+        "coordinates that are not finite: leave gaps out before. out may then be filled in\n"
+        "part. Other threads run while many points are transformed.");
+    type.def(
+        "direction", Direction, arg("angle"), arg("at"),
+        "The image of a direction at a point of shape (2,): both in radians from the first\n"
+        "axis towards the second, the image in [0, 2 pi). ValueError where the transformation\n"
+        "takes the direction to a point.");
+    type.def("inverse", Inverse,
+             "The transformation back, of the same type. NoInverseError, with the reason, for\n"
+             "types from poly1 up and for one that takes the plane to a line or a point.");
+    type.def("__eq__", std::equal_to<Transformation>(), py::is_operator());
+    type.def("__hash__", HashOf);
+    type.def("__repr__", [](const Transformation& self) {
+        return "Transformation('" + WordOf(self.type) + "', " + TextOf(self.a) + ", " +
+               TextOf(self.b) + ")";
+    });
+    type.def("__copy__", [](const py::object& self) { return self; });
+    type.def("__deepcopy__", [](const py::object& self, const py::dict&) { return self; });
+    type.def(py::pickle(
+        [](const Transformation& self) {
+            return py::make_tuple(WordOf(self.type), TupleOf(self.a), TupleOf(self.b));
+        },
+        [](const py::tuple& state) {
+            return Transformation{Converted<Type>(state[0], "type", "a word"),
+                                  SeriesFrom(state[1], "a"), SeriesFrom(state[2], "b")};
+        }));
     AddFiles(type);
-    AddDialogs(type);
 }
 
 }  // namespace kv_tr::python

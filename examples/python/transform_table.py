@@ -8,39 +8,20 @@
 import argparse
 import csv
 import os
-import pathlib
 import sys
 
 import kv_tr
 
 
-def read_record(options):
-    """The parameters that the options name."""
-    with kv_tr.clsTr() as tr:
-        if options.national:
-            tr.udtTrPrmByDAT2M1 = kv_tr.enuTR_TYPE["TR_" + options.national]
-            return tr.udtTrPrm
-        kind = pathlib.Path(options.params).suffix.lower()
-        if kind not in (".trp", ".prm", ".all"):
-            sys.exit(f"{options.params}: parameter files end in .trp, .prm or .all")
-        if kv_tr.ParametersHaveDecimalCommas(options.params):
-            sys.exit(f"{options.params} has decimal commas: replace them by points")
-        if kind == ".all":
-            loaded = tr.bLoadPoliTrPrmFromFile(options.params)
-        else:
-            loaded = tr.bLoadAffinTrPrmFromFile(options.params, kind == ".prm")
-        if not loaded:
-            sys.exit(f"{options.params} holds no parameters that can be read")
-        return tr.udtTrPrm
-
-
-def stop(message):
-    """Shows what the component has to tell: whatever that is, the work is not done."""
-    sys.exit(message.text)
+def chosen(options):
+    """The transformation that the options name."""
+    if options.national:
+        return kv_tr.Transformation.national(options.national)
+    return kv_tr.Transformation.load(options.params)
 
 
 def read_table(name, columns):
-    """The names of all columns, the rows, and the numbers of the two columns."""
+    """The names of all columns, the rows, and the points that the two columns hold."""
     with open(name, newline="", encoding="utf-8-sig") as file:
         table = csv.DictReader(file)
         missing = set(columns) - set(table.fieldnames or [])
@@ -55,7 +36,7 @@ def read_table(name, columns):
             except ValueError as error:
                 sys.exit(f"{name}, line {table.line_num}: {error}")
             rows.append(row)
-    return table.fieldnames, rows, list(zip(*points)) or [(), ()]
+    return table.fieldnames, rows, points
 
 
 def write_table(name, columns, rows):
@@ -74,7 +55,7 @@ def write_table(name, columns, rows):
 
 
 def main():
-    national = [kind.name[3:] for kind in kv_tr.enuTR_TYPE if kind >= kv_tr.TR_STG_HER]
+    national = [info.name for info in kv_tr.NationalInfos()]
     parser = argparse.ArgumentParser(description="Transforms two columns of a CSV table.")
     parser.add_argument("table")
     parser.add_argument("output")
@@ -84,10 +65,8 @@ def main():
     parser.add_argument("--columns", nargs=2, default=["y", "x"], metavar="NAME")
     options = parser.parse_args()
 
-    kv_tr.install_platform(messages=stop, language=2057)
-    columns, rows, (first, second) = read_table(options.table, options.columns)
-    images = kv_tr.EvalTrPrm(read_record(options), first, second)
-    for row, *image in zip(rows, *images):
+    columns, rows, points = read_table(options.table, options.columns)
+    for row, image in zip(rows, chosen(options).transform(points)):
         row.update(zip(options.columns, (f"{value:.3f}" for value in image)))
     write_table(options.output, columns, rows)
     print(f"{len(rows)} points transformed to {options.output}")
@@ -96,5 +75,5 @@ def main():
 if __name__ == "__main__":
     try:
         main()
-    except (OSError, ValueError, kv_tr.RuntimeError) as error:
+    except (OSError, ValueError, kv_tr.FileError) as error:
         sys.exit(str(error))

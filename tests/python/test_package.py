@@ -35,10 +35,10 @@ def test_stubs_name_what_there_is():
     for name, node in stub.items():
         actual = getattr(kv_tr, name)
         assert actual.__doc__, name
-        if isinstance(node, ast.FunctionDef):
+        if isinstance(node, ast.FunctionDef) and inspect.isbuiltin(actual):
             signature = actual.__doc__.split(" -> ")[0]
             assert all(f"{parameter}: " in signature for parameter in parameters(node)), name
-        if not isinstance(node, ast.ClassDef) or name in ("RuntimeError", "enuTR_TYPE"):
+        if type(actual).__name__ != "pybind11_type":  # others have signatures of their own
             continue
         in_stub = members(node.body)
         assert set(in_stub) == {n for n in vars(actual) if not n.startswith("_")}, name

@@ -146,6 +146,8 @@ USES = [
     lambda: bare(kv_tr.TypeEvent).Subscribe(print),
     lambda: bare(kv_tr.Connection).Disconnect(),
     lambda: bare(kv_tr.NationalInfo).accuracy,
+    lambda: bare(kv_tr.Transformation).transform([1, 2]),
+    lambda: kv_tr.Transformation.national("STG_HER") == bare(kv_tr.Transformation),
     lambda: bare(Early).lFullCnt,
     Early,
 ]

@@ -2,17 +2,22 @@
 
     import kv_tr
 
-    with kv_tr.clsTr() as tr:
-        engine = tr.oCalcTr
-        engine.AddXY4Tr([("A", 0, 0, 100, 200), ("B", 10, 0, 110, 200)], False)
-        engine.DoCalcTr()
-        tr.udtTrPrm = engine.udtTrPrm
-        print(tr.TrXY(5, 5), engine.dRmsErr)
+    points = kv_tr.read_points("points.dat")     # or two arrays of shape (n, 2)
+    result = kv_tr.fit(points, "affine")
+    print(result.summary())
+    result = result.exclude("17")
+    images = result.transformation.transform(coordinates)
+    result.transformation.save("town.trp")
 
-Coordinates are metres, directions radians. Objects belong to one thread. What the user must know
-is shown through install_platform's messages; what the caller did wrong raises.
+Coordinates are metres, directions radians. What the caller did wrong raises. Results and
+transformations never change, so that any number of threads may use them.
+
+The published classes are clsTr and clsTrCalc with their records. Their objects belong to one
+thread, and what the user must know is shown through install_platform's messages.
 """
 
+from kv_tr._errors import FileError, FitError, FitWarning, NoInverseError
+from kv_tr._fit import ControlPoints, FitOutcome, FitResult, Statistics, fit, read_points
 from kv_tr._kv_tr import *
 from kv_tr._kv_tr import __version__
 

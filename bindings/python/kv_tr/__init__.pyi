@@ -1,8 +1,9 @@
 import builtins
 import enum
 import os
-from collections.abc import Callable, Iterable, MutableMapping
-from typing import Any, Final, Generic, Literal, TypeVar, overload
+from collections.abc import Callable, Hashable, Iterable, MutableMapping, Sequence
+from dataclasses import dataclass
+from typing import Any, Final, Generic, Literal, NamedTuple, TypeVar, overload
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
@@ -95,6 +96,161 @@ TR_EOV_STG_10e: Final = enuTR_TYPE.TR_EOV_STG_10e
 TR_EOV_HER_10e: Final = enuTR_TYPE.TR_EOV_HER_10e
 TR_EOV_HKR_10e: Final = enuTR_TYPE.TR_EOV_HKR_10e
 TR_EOV_HDR_10e: Final = enuTR_TYPE.TR_EOV_HDR_10e
+
+# The modern interface: values and functions.
+
+class Type(str, enum.Enum):
+    HELMERT = "helmert"
+    AFFINE = "affine"
+    HELMERT3 = "helmert3"
+    AFFINE5 = "affine5"
+    BILINEAR = "bilinear"
+    POLY1 = "poly1"
+    POLY2 = "poly2"
+    POLY3 = "poly3"
+    POLY4 = "poly4"
+    POLY5 = "poly5"
+    FATHOM_TO_METRE = "fathom_to_metre"
+    METRE_TO_FATHOM = "metre_to_fathom"
+    STG_HER = "STG_HER"
+    STG_HKR = "STG_HKR"
+    STG_HDR = "STG_HDR"
+    HER_STG = "HER_STG"
+    HKR_STG = "HKR_STG"
+    HDR_STG = "HDR_STG"
+    HER_HKR = "HER_HKR"
+    HKR_HER = "HKR_HER"
+    HDR_HKR = "HDR_HKR"
+    HKR_HDR = "HKR_HDR"
+    BOV_EOV = "BOV_EOV"
+    EOV_BOV = "EOV_BOV"
+    BOV_HKR = "BOV_HKR"
+    HKR_BOV = "HKR_BOV"
+    STG_BOV = "STG_BOV"
+    BOV_STG = "BOV_STG"
+    STG_EOV_10e = "STG_EOV_10e"
+    HER_EOV_10e = "HER_EOV_10e"
+    HKR_EOV_10e = "HKR_EOV_10e"
+    HDR_EOV_10e = "HDR_EOV_10e"
+    EOV_STG_10e = "EOV_STG_10e"
+    EOV_HER_10e = "EOV_HER_10e"
+    EOV_HKR_10e = "EOV_HKR_10e"
+    EOV_HDR_10e = "EOV_HDR_10e"
+
+_TypeLike = Type | enuTR_TYPE | str  # Type is a str, too; named for whoever reads the stub
+
+class FitTrouble(str, enum.Enum):
+    NONE = "none"
+    NO_POINTS = "no_points"
+    NO_START = "no_start"
+    TOO_FEW_POINTS = "too_few_points"
+    SINGULAR = "singular"
+    NOT_CONVERGED = "not_converged"
+
+class FileError(Exception):
+    file: str
+    line: int | None
+    cause: str
+    def __init__(self, file: str, line: int | None, cause: str) -> None: ...
+
+class NoInverseError(ValueError): ...
+
+class FitError(ValueError):
+    result: FitResult
+    def __init__(self, result: FitResult) -> None: ...
+
+class FitWarning(UserWarning): ...
+
+class Transformation:
+    def __init__(self, type: _TypeLike, a: ArrayLike, b: ArrayLike) -> None: ...
+    @property
+    def type(self) -> Type: ...
+    @property
+    def a(self) -> tuple[float, ...]: ...
+    @property
+    def b(self) -> tuple[float, ...]: ...
+    def transform(self, xy: ArrayLike, out: _Doubles | None = None) -> _Doubles: ...
+    def direction(self, angle: float, at: ArrayLike) -> float: ...
+    def inverse(self) -> Transformation: ...
+    def save(self, path: _Path) -> None: ...
+    @staticmethod
+    def load(
+        path: _Path, decimal_comma: bool = False, type: _TypeLike | None = None
+    ) -> Transformation: ...
+    @staticmethod
+    def national(name: str) -> Transformation: ...
+    @staticmethod
+    def fathom_to_metre() -> Transformation: ...
+    @staticmethod
+    def metre_to_fathom() -> Transformation: ...
+    def __eq__(self, other: object) -> bool: ...
+    def __hash__(self) -> int: ...
+    def __copy__(self) -> Transformation: ...
+    def __deepcopy__(self, memo: dict[int, Any], /) -> Transformation: ...
+
+@dataclass(frozen=True, eq=False)
+class ControlPoints:
+    ids: tuple[str, ...]
+    source: _Doubles
+    target: _Doubles
+    def __len__(self) -> int: ...
+    def __eq__(self, other: object) -> bool: ...
+
+def read_points(path: _Path, decimal_comma: bool = False) -> ControlPoints: ...
+
+class Statistics(NamedTuple):
+    rms: float
+    rms_first: float
+    rms_second: float
+    mean_first: float
+    mean_second: float
+
+class FitOutcome(NamedTuple):
+    trouble: FitTrouble
+    converged: bool
+    singular_systems: int
+    @property
+    def succeeded(self) -> bool: ...
+
+@dataclass(frozen=True, eq=False, repr=False)
+class FitResult:
+    type: Type
+    ids: Sequence[Hashable]
+    source: _Doubles
+    target: _Doubles
+    used: NDArray[np.bool_]
+    residuals: _Doubles
+    statistics: Statistics
+    outcome: FitOutcome
+    _transformation: Transformation | None
+    @property
+    def transformation(self) -> Transformation: ...
+    @property
+    def complaint(self) -> str: ...
+    def raise_for_trouble(self) -> FitResult: ...
+    def exclude(self, *ids: Hashable) -> FitResult: ...
+    def include(self, *ids: Hashable) -> FitResult: ...
+    def summary(self) -> str: ...
+
+@overload
+def fit(
+    source: ArrayLike,
+    target: ArrayLike,
+    type: _TypeLike,
+    *,
+    ids: Iterable[Hashable] | None = None,
+    used: ArrayLike | None = None,
+) -> FitResult: ...
+@overload
+def fit(
+    source: ControlPoints, target: _TypeLike, type: None = None, *, used: ArrayLike | None = None
+) -> FitResult: ...
+@overload
+def fit(
+    source: ControlPoints, target: None = None, *, type: _TypeLike, used: ArrayLike | None = None
+) -> FitResult: ...
+
+# The published classes.
 
 class RuntimeError(builtins.RuntimeError):
     number: int

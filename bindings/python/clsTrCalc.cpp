@@ -1,7 +1,8 @@
 // clsTrCalc in Python.
+#include "kv_tr/published/clsTrCalc.h"
+
 #include <pybind11/stl/filesystem.h>
 
-#include "kv_tr/published/clsTrCalc.h"
 #include "python/arrays.h"
 #include "python/binding.h"
 
@@ -219,7 +220,7 @@ void AddFiles(Engine& engine) {
 
 }  // namespace
 
-void AddEngine(py::module_& module) {
+void AddClsTrCalc(py::module_& module) {
     AddEvent(module);
     Engine engine(
         module, "clsTrCalc",

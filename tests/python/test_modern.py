@@ -1,0 +1,384 @@
+"""Fits, transformations and files as values: what holds for any points, and what is refused."""
+
+import copy
+import os
+import pickle
+import re
+import threading
+import warnings
+
+import kv_tr
+import numpy as np
+import pytest
+
+FITTED = ["helmert", "affine", "helmert3", "affine5", "bilinear"]
+FITTED += [f"poly{n}" for n in range(1, 6)]
+GRID = np.array([(y, x) for y in range(0, 3000, 500) for x in range(0, 2500, 500)], float)
+IDS = [f"P{n}" for n in range(len(GRID))]
+
+
+def bent(points):
+    """A shift, a slight turn and a bend, with a few centimetres of noise that never change."""
+    y, x = points.T
+    noise = np.random.default_rng(5).normal(0, 0.02, points.shape)
+    bends = np.column_stack([1e-6 * y * x, -1e-6 * y * y])
+    return points @ [[1, 0.001], [-0.001, 1]] + [100, -50] + bends + noise
+
+
+TARGET = bent(GRID)
+
+
+@pytest.fixture(params=FITTED)
+def result(request):
+    return kv_tr.fit(GRID, TARGET, request.param, ids=IDS)
+
+
+def bits(array):
+    return np.ascontiguousarray(array).tobytes()
+
+
+def same(one, other):
+    """Whether two fits agree bit for bit."""
+    return (
+        one.transformation == other.transformation
+        and bits(one.residuals) == bits(other.residuals)
+        and (one.type, one.statistics, one.outcome) == (other.type, other.statistics, other.outcome)
+    )
+
+
+def test_residuals_and_figures_are_those_of_the_transformation(result):
+    misses = result.transformation.transform(GRID) - TARGET
+    assert bits(result.residuals) == bits(misses)
+    squares = (misses**2).sum(axis=0) / (len(GRID) - 1)
+    s = result.statistics
+    assert (s.rms_first, s.rms_second) == pytest.approx(np.sqrt(squares))
+    assert s.rms == pytest.approx(np.sqrt(squares.sum()))
+    assert (s.mean_first, s.mean_second) == pytest.approx(misses.mean(axis=0), abs=1e-9)
+
+
+def test_fits_are_those_of_the_published_engine(result):
+    engine = kv_tr.clsTrCalc()
+    engine.AddXY4Tr([(i, *a, *b) for i, a, b in zip(IDS, GRID.tolist(), TARGET.tolist())], False)
+    numbers = dict(zip(FITTED, (0, -1, -2, -3, 6, 1, 2, 3, 4, 5)))
+    engine.eTrType = kv_tr.enuTR_TYPE(numbers[result.type])
+    engine.DoCalcTr()
+    record = engine.udtTrPrm
+    assert [getattr(record, f"dA{k}") for k in range(22)] == list(result.transformation.a)
+    assert engine.dRmsErr == result.statistics.rms
+    assert same(result, kv_tr.fit(GRID, TARGET, engine.eTrType))
+
+
+def test_excluding_is_fitting_with_a_mark_and_including_takes_it_back(result):
+    used = np.array([name not in ("P3", "P17") for name in IDS])
+    without = result.exclude("P3", "P17")
+    assert same(without, kv_tr.fit(GRID, TARGET, result.type, used=used))
+    assert without.used.tolist() == used.tolist() and without.ids == tuple(IDS)
+    assert same(without, result.exclude("P17").exclude("P3").exclude("P3"))
+    assert not same(without, result) and result.used.all()
+    assert same(without.include("P17", "P3"), result)
+    if result.type in ("helmert", "affine"):  # elsewhere excluded points still are the centroid's
+        alone = kv_tr.fit(GRID[used], TARGET[used], result.type)
+        images = alone.transformation.transform(GRID)
+        assert without.transformation.transform(GRID) == pytest.approx(images, abs=1e-6)
+
+
+LAYOUTS = {
+    "list": lambda xy: xy.tolist(),
+    "fortran": np.asfortranarray,
+    "strided": lambda xy: np.repeat(xy, 2, axis=0)[::2],
+    "reversed": lambda xy: xy[::-1].copy()[::-1],
+    "big endian": lambda xy: xy.astype(">f8"),
+    "unaligned": lambda xy: np.ndarray(xy.shape, "f8", b"_" + xy.tobytes(), 1),
+    "objects": lambda xy: xy.astype(object),
+    "read-only": lambda xy: np.frombuffer(xy.tobytes()).reshape(-1, 2),
+}
+
+
+@pytest.mark.parametrize("layout", LAYOUTS)
+def test_no_memory_order_or_number_type_changes_a_bit(result, layout):
+    laid = LAYOUTS[layout]
+    assert same(kv_tr.fit(laid(GRID), laid(TARGET), result.type), result)
+    t, images = result.transformation, result.transformation.transform(TARGET)
+    assert bits(t.transform(laid(TARGET))) == bits(images)
+    for point, image in zip(laid(TARGET), images):
+        assert bits(t.transform(point)) == bits(image)
+    single = TARGET.astype(np.float32)
+    assert bits(t.transform(single)) == bits(t.transform(single.astype(float)))
+    assert t.transform([]).shape == (0, 2) and t.transform([1, 2]).shape == (2,)
+
+
+def test_images_go_where_they_are_wanted():
+    t = kv_tr.fit(GRID, TARGET, "poly3").transformation
+    many = np.random.default_rng(1).random((30_000, 2)) * 2000
+    images = t.transform(many)
+    place, kept = np.empty_like(many), many.copy()
+    assert t.transform(many, out=place) is place and bits(place) == bits(images)
+    assert t.transform(kept, out=kept) is kept and bits(kept) == bits(images)
+    whole = np.zeros((30_001, 2))
+    frozen = np.zeros((30_000, 2))
+    frozen.flags.writeable = False
+    for out in (whole, whole[1:].T, many.astype("f4"), frozen, [[0, 0]], np.zeros((15_000, 4))):
+        with pytest.raises(ValueError, match=r"out must be .* shape \(30000, 2\)"):
+            t.transform(many, out=out)
+    with pytest.raises(ValueError, match="apart"):
+        t.transform(whole[1:], out=whole[:-1])
+    whole[20_000, 1] = np.nan
+    for out in (None, whole):
+        with pytest.raises(ValueError, match=r"xy\[20000, 1\] is nan"):
+            t.transform(whole, out=out)
+
+
+@pytest.mark.parametrize("kind", ["helmert", "affine", "helmert3", "affine5"])
+def test_there_and_back(kind):
+    t = kv_tr.fit(GRID, TARGET, kind).transformation
+    back = t.inverse()
+    assert back.type == kind
+    assert back.transform(t.transform(GRID)) == pytest.approx(GRID, abs=1e-8)
+    turned = back.direction(t.direction(1.25, GRID[3]), t.transform(GRID[3]))
+    assert turned == pytest.approx(1.25)
+    a_step = t.transform([[500, 500], [500 + np.cos(0.5), 500 + np.sin(0.5)]])
+    assert t.direction(0.5, (500, 500)) == pytest.approx(np.arctan2(*(a_step[1] - a_step[0])[::-1]))
+
+
+def test_what_has_no_inverse_says_why():
+    for name, reason in {"poly1": "exchanged", "bilinear": "exchanged"}.items():
+        with pytest.raises(kv_tr.NoInverseError, match=f"{name} .*{reason}"):
+            kv_tr.fit(GRID, TARGET, name).transformation.inverse()
+    flat = kv_tr.Transformation("affine", [0, 1, 2], [0, 2, 4])
+    with pytest.raises(kv_tr.NoInverseError, match="to a line"):
+        flat.inverse()
+    with pytest.raises(ValueError, match="direction to a point"):
+        kv_tr.Transformation("affine", [], []).direction(0, (0, 0))
+
+
+def test_transformations_are_values(result):
+    t = result.transformation
+    copies = [pickle.loads(pickle.dumps(t, p)) for p in range(pickle.HIGHEST_PROTOCOL + 1)]
+    copies += [copy.copy(t), copy.deepcopy(t), eval(repr(t), vars(kv_tr))]
+    copies.append(kv_tr.Transformation(t.type, t.a, t.b))
+    assert all(other == t and hash(other) == hash(t) for other in copies)
+    assert len({t, *copies, kv_tr.Transformation(t.type, t.a, t.a)}) == 2
+    zero, minus = (kv_tr.Transformation("affine", [z, 1], [0, 0, 1]) for z in (0.0, -0.0))
+    assert zero == minus and hash(zero) == hash(minus)
+    assert zero != "affine" and zero != kv_tr.Transformation("helmert", zero.a, zero.b)
+    for again in (pickle.loads(pickle.dumps(result)), copy.deepcopy(result)):
+        assert same(again, result) and again.ids == result.ids
+    with pytest.raises(AttributeError):
+        t.type = "poly1"
+    for array in (result.source, result.target, result.used, result.residuals):
+        with pytest.raises(ValueError, match="read-only"):
+            array[0] = 0
+
+
+def test_a_result_keeps_its_own_points():
+    source, used = GRID.copy(), np.ones(len(GRID), bool)
+    before = kv_tr.fit(source, TARGET, "poly2", used=used)
+    source[:] = used[:] = 0
+    assert same(before.exclude(4).include(4), before)
+
+
+LINE = np.column_stack([np.zeros(6), np.arange(6.0)])
+TROUBLES = {
+    "no_points": (np.zeros((0, 2)), "poly1", None),
+    "no_start": ([(5, 5), (0, 0), (10, 0), (10, 10), (0, 10)], "affine5", None),
+    "too_few_points": (GRID[:7], "poly3", None),
+    "singular": (LINE, "affine", None),
+}
+
+
+@pytest.mark.parametrize("word", TROUBLES)
+def test_no_bad_fit_is_silent(word):
+    points, kind, used = TROUBLES[word]
+    with pytest.warns(kv_tr.FitWarning, match=kind if len(points) else "no points") as caught:
+        bad = kv_tr.fit(points, points, kind, used=used)
+    assert caught[0].filename == __file__
+    assert bad.outcome.trouble == word and not bad.outcome.succeeded
+    assert bad.outcome.trouble is kv_tr.FitTrouble(word)
+    for text in (bad.summary(), repr(bad)):
+        assert "NOT TO BE TRUSTED" in text and str(bad.complaint) in text
+    with pytest.raises(kv_tr.FitError) as raised:
+        bad.raise_for_trouble()
+    assert raised.value.result is bad and str(raised.value) == bad.complaint
+    assert bad.residuals.shape == (len(points), 2)
+    if word.startswith("no_"):
+        assert np.isnan(bad.statistics).all() and np.isnan(bad.residuals).all()
+        with pytest.raises(kv_tr.FitError):
+            bad.transformation
+
+
+def test_exclusion_below_the_minimum_warns_where_it_was_asked_for():
+    good = kv_tr.fit(GRID[:3], TARGET[:3], "helmert", ids=["A", "B", "C"])
+    with pytest.warns(kv_tr.FitWarning, match="helmert needs 2 points, 1 are in use") as caught:
+        few = good.exclude("A", "C")
+    assert caught[0].filename == __file__ and few.outcome.trouble == "too_few_points"
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        assert few.include("A").raise_for_trouble().outcome.succeeded
+
+
+def test_the_summary_shows_type_figures_and_every_residual():
+    shifted = GRID[:4] + [10, 20]
+    shifted[2] += [0.3, -0.4]
+    ids = ["17.1", "two\x1b[2Jlines\n", 3, "é"]
+    lines = kv_tr.fit(GRID[:4], shifted, "helmert3", ids=ids).exclude(3).summary().splitlines()
+    assert "helmert3, 3 of 4 points in use" == lines[0] and lines[1].startswith("rms 0.000 m")
+    assert lines[5].split() == ["17.1", "0.000", "0.000", "0.000"]
+    assert lines[6].startswith("two_[2Jlines_ ")
+    assert lines[7].split() == ["3", "-0.300", "0.400", "0.500", "excluded"]
+    assert len(lines) == 9
+
+
+def test_names_of_points_may_be_anything_that_is_a_key():
+    rows = kv_tr.fit(GRID, TARGET, "affine")
+    numbers = kv_tr.fit(GRID, TARGET, "affine", ids=np.arange(100, 100 + len(GRID)))
+    assert same(rows.exclude(4), numbers.exclude(104)) and list(rows.ids) == [*range(len(GRID))]
+    twice = kv_tr.fit(GRID, TARGET, "affine", ids=["A", "A"] + IDS[2:]).exclude("A")
+    assert twice.used.tolist() == [False, False] + [True] * (len(GRID) - 2)
+
+
+NATIONAL = kv_tr.Transformation.national("STG_HER")
+
+BAD = [
+    (lambda: kv_tr.fit(GRID, TARGET[1:], "affine"), ValueError, "30 points, target has 29"),
+    (lambda: kv_tr.fit(GRID.T, TARGET.T, "affine"), ValueError, r"\(n, 2\), not \(2, 30\)"),
+    (lambda: kv_tr.fit(GRID, [[1, 2, 3]], "affine"), ValueError, r"target .*\(1, 3\)"),
+    (lambda: kv_tr.fit([[0, np.inf]], [[0, 0]], "affine"), ValueError, r"source\[0, 1\] is inf"),
+    (lambda: kv_tr.fit([["0", "1"]], [[0, 0]], "affine"), TypeError, "source must hold numbers"),
+    (lambda: kv_tr.fit(GRID, TARGET, "poly6"), ValueError, "'poly6' is not .*helmert, affine"),
+    (lambda: kv_tr.fit(GRID, TARGET, "\ud800"), ValueError, "is not a transformation type"),
+    (lambda: kv_tr.fit(GRID, TARGET, kv_tr.Type.STG_HER), ValueError, "STG_HER' cannot be fitted"),
+    (lambda: kv_tr.fit(GRID, TARGET, 2.5), TypeError, "type must be"),
+    (lambda: kv_tr.fit(GRID, TARGET), TypeError, "source, target and type"),
+    (lambda: kv_tr.fit(GRID, TARGET, "affine", ids="A" * 30), TypeError, "not one text"),
+    (lambda: kv_tr.fit(GRID, TARGET, "affine", ids=IDS[1:]), ValueError, "30 points, ids has 29"),
+    (lambda: kv_tr.fit(GRID, TARGET, "affine", used=[0, 2]), ValueError, r"\(30,\), not \(2,\)"),
+    (lambda: kv_tr.fit(GRID, TARGET, "affine", used=range(30)), TypeError, "hold bools, not int"),
+    (lambda: kv_tr.fit(GRID, TARGET, "affine").exclude(3, 77), KeyError, "identifier 77"),
+    (lambda: kv_tr.fit(GRID, TARGET, "affine").include([3]), TypeError, "unhashable"),
+    (lambda: kv_tr.Transformation("affine", range(23), []), ValueError, r"a .* 22 .*\(23,\)"),
+    (lambda: kv_tr.Transformation("affine", [], [np.nan]), ValueError, "finite"),
+    (lambda: kv_tr.Transformation.national("EOV"), ValueError, "'EOV' is no national"),
+    (lambda: NATIONAL.transform([1, np.nan]), ValueError, r"xy\[1\]"),
+    (lambda: NATIONAL.transform([1, 2, 3]), ValueError, r"\(3,\)"),
+    (lambda: NATIONAL.direction(0, GRID), ValueError, "one point"),
+]
+
+
+@pytest.mark.parametrize("call, kind, text", BAD)
+def test_bad_input_is_refused(call, kind, text):
+    with pytest.raises(kind, match=text):
+        call()
+
+
+def test_built_in_transformations():
+    t = kv_tr.Transformation.national("STG_EOV_10e")
+    record = kv_tr.clsTr()
+    record.udtTrPrmByDAT2M1 = kv_tr.TR_STG_EOV_10e
+    assert t.type is kv_tr.Type.STG_EOV_10e
+    assert tuple(t.transform([1000, 2000])) == record.TrXY(1000, 2000)
+    metres = kv_tr.Transformation.fathom_to_metre()
+    assert metres.transform([1, 10]) == pytest.approx([1.89648384, 18.9648384])
+    back = kv_tr.Transformation.metre_to_fathom().transform(metres.transform(GRID))
+    assert back == pytest.approx(GRID, rel=1e-8)
+    with pytest.raises(ValueError, match="cannot be fitted"):
+        kv_tr.fit(GRID, TARGET, metres.type)
+
+
+@pytest.mark.parametrize("separator", ".,")
+def test_parameter_files_keep_what_they_can(tmp_path, result, messages, separator):
+    kv_tr.DecimalSeparator(separator)  # of the published classes only
+    t = result.transformation
+    polynomial = result.type in FITTED[4:]
+    for name in ("town.ALL", "town.all") if polynomial else ("town.trp", "town.PRM", "Town.Prm"):
+        path = tmp_path / name
+        t.save(path)
+        loaded = kv_tr.Transformation.load(path, type=result.type)
+        assert loaded.type is result.type
+        near = pytest.approx(t.transform(GRID), abs=1e-3 if polynomial else 0.05)
+        assert loaded.transform(GRID) == near
+        assert loaded == kv_tr.Transformation.load(os.fspath(path), type=t.type)
+        path.write_text(path.read_text().replace(".", ","))
+        with pytest.raises(kv_tr.FileError, match="decimal_comma=True"):
+            kv_tr.Transformation.load(path)
+        assert kv_tr.Transformation.load(path, True, result.type) == loaded
+        own = kv_tr.Transformation.load(path, decimal_comma=True)
+        assert own.type == (result.type if polynomial else "affine")
+    with pytest.raises(ValueError, match=rf"cannot hold a {result.type}"):
+        t.save(tmp_path / ("town.trp" if polynomial else "town.all"))
+    with pytest.raises(ValueError, match="end in .trp, .prm or .all"):
+        t.save(tmp_path / "town.txt")
+    assert messages == [] and kv_tr.DecimalSeparator() == separator
+    kv_tr.DecimalSeparator(".")
+
+
+def raised(call, *arguments, **options):
+    with pytest.raises(kv_tr.FileError) as error:
+        call(*arguments, **options)
+    assert error.value.file in str(error.value) and error.value.cause in str(error.value)
+    again = pickle.loads(pickle.dumps(error.value))
+    assert (again.file, again.line, again.cause) == error.value.args
+    return error.value
+
+
+def test_bad_files_say_which_line_and_why(tmp_path, messages):
+    path = tmp_path / "poïnts.dat"
+    cases = {
+        "A 1 2 3 4\n\nB 5 6 7\n": (3, "too few fields"),
+        "A 1 2 3 f\x1b\n": (1, r"no number: .* column 9, in 'A 1 2 3 f\\x1b'"),
+        "A 1 2 3 4\nB 1,5 2,5 3,5 4,5\n": (2, "decimal commas; decimal_comma=True"),
+        "A 1 2 3 4\n" + "B" * 2_000_000: (2, "too long"),
+    }
+    for text, (line, cause) in cases.items():
+        path.write_text(text)
+        error = raised(kv_tr.read_points, path)
+        assert (error.file, error.line) == (str(path), line)
+        assert re.search(cause, error.cause), error.cause
+    assert raised(kv_tr.read_points, tmp_path).line is None
+    assert "no such file" in raised(kv_tr.read_points, tmp_path / "none").cause
+    load, save = kv_tr.Transformation.load, kv_tr.Transformation.national("STG_HER").save
+    polynomial = "title\n\n 1 sy = 1 sx = 2\n1 1 2\n2 x 2\n"
+    for name, text, line in [("bad.trp", "1 2\n3 x", 2), ("bad.ALL", polynomial, 5)]:
+        (tmp_path / name).write_text(text)
+        assert raised(load, tmp_path / name).line == line
+    save(tmp_path / "town.all")
+    assert "poly5, not of poly2" in raised(load, tmp_path / "town.all", type="poly2").cause
+    assert load(tmp_path / "town.all", type="STG_HER").type == "STG_HER"
+    assert raised(save, tmp_path / "nowhere" / "town.all").line is None
+    assert messages == []
+
+
+def test_points_of_a_file_are_fitted_as_they_are(tmp_path):
+    path = tmp_path / "points.dat"
+    lines = [f"{i} {a[0]} {a[1]} {b[0]!r} {b[1]!r}" for i, a, b in zip(IDS, GRID, TARGET.tolist())]
+    path.write_text("\r\n".join(lines) + "\r\n")
+    points = kv_tr.read_points(path)
+    assert points.ids == tuple(IDS) and len(points) == len(GRID)
+    result = kv_tr.fit(points, "bilinear")
+    assert result.ids == points.ids
+    assert same(result, kv_tr.fit(GRID, TARGET, "bilinear"))
+    used = np.array(IDS) != "P1"
+    assert same(result.exclude("P1"), kv_tr.fit(points, type="bilinear", used=used))
+    path.write_text(path.read_text().replace(".", ","))
+    assert kv_tr.read_points(path, decimal_comma=True) == points
+    for options in ({"ids": IDS}, {"target": TARGET, "type": "affine"}):
+        with pytest.raises(TypeError, match="type and used only"):
+            kv_tr.fit(points, **{"type": "affine", **options})
+
+
+def test_values_serve_many_threads():
+    t = kv_tr.fit(GRID, TARGET, "poly5").transformation
+    many = np.random.default_rng(2).random((100_000, 2)) * 2500
+    wanted, fits, ended = bits(t.transform(many)), kv_tr.fit(GRID, TARGET, "affine5"), []
+
+    def work():
+        for _ in range(5):
+            assert bits(t.transform(many)) == wanted
+            assert same(kv_tr.fit(GRID, TARGET, "affine5"), fits)
+        ended.append(True)
+
+    threads = [threading.Thread(target=work) for _ in range(4)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    assert len(ended) == 4
