@@ -22,7 +22,7 @@ struct Problem {
     Kind kind = Kind::kNotOpened;
     std::uint64_t line = 0;  ///< from 1; 0 for the file as a whole
     std::size_t column = 0;  ///< in the line, from 1, in letters; 0 for the line as a whole
-    std::string text{};        ///< the line, as far as there is one
+    std::string text{};      ///< the line, as far as there is one
 
     bool operator==(const Problem&) const = default;
 };
