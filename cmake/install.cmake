@@ -12,6 +12,7 @@ if(KV_TR_QT) # the component `qt` of the package
   install(EXPORT kv_tr-qt-targets NAMESPACE kv_tr:: DESTINATION ${package_folder})
 endif()
 install(FILES cmake/kv_tr-config.cmake DESTINATION ${package_folder})
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 write_basic_package_version_file(
   ${PROJECT_BINARY_DIR}/kv_tr-config-version.cmake
   COMPATIBILITY SameMinorVersion)

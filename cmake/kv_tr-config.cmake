@@ -1,5 +1,11 @@
 # The package kv_tr: the target kv_tr::kv_tr, and with the component `qt` also kv_tr::qt.
 include(${CMAKE_CURRENT_LIST_DIR}/kv_tr-targets.cmake)
+foreach(component IN LISTS kv_tr_FIND_COMPONENTS)
+  if(NOT component STREQUAL "qt" AND kv_tr_FIND_REQUIRED_${component})
+    set(kv_tr_FOUND FALSE)
+    set(kv_tr_NOT_FOUND_MESSAGE "kv_tr has no component ${component}")
+  endif()
+endforeach()
 if(qt IN_LIST kv_tr_FIND_COMPONENTS)
   include(CMakeFindDependencyMacro)
   find_dependency(Qt6 6.4 COMPONENTS Widgets PrintSupport)

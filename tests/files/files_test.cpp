@@ -68,7 +68,7 @@ TEST(ReadParameters, ReadsBackWhatWasWritten) {
         t.a[k] = static_cast<double>(k) / 64;
         t.b[k] = -static_cast<double>(k * k) / 32;
     }
-    std::istringstream listing(ListPolynomial(t, "title"));
+    std::istringstream listing(ListPolynomial(t, "two\r\nlines"));
     EXPECT_EQ(ReadParameters(listing, ParameterFormat::kPolynomial).transformation, t);
 }
 

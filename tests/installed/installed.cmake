@@ -71,6 +71,9 @@ file(REMOVE_RECURSE ${folder})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${folder}/prefix)
 file(RENAME ${folder}/prefix ${prefix})
 check_headers(${prefix}/include)
+if(NOT EXISTS ${prefix}/share/doc/kv_tr/LICENSE)
+  message(FATAL_ERROR "The licence is not installed")
+endif()
 
 # build_host(SOURCE NAME): in folder/NAME, with the CMake package.
 function(build_host source name)

@@ -2,6 +2,7 @@
 #include "kv_tr/files/parameter_listing.h"
 
 #include "kv_tr/files/formula_text.h"
+#include "kv_tr/text/control_characters.h"
 
 namespace kv_tr {
 
@@ -15,7 +16,7 @@ std::string ListPolynomial(const Transformation& transformation, const std::stri
     const auto& [type, a, b] = transformation;
     if (!IsPolynomial(type)) return {};
     const auto coefficient = [style](double value) { return PadLeft(SciText(value, style), 30); };
-    std::string text = title + "\r\n\r\n";
+    std::string text = WithoutControls(title) + "\r\n\r\n";
     text += " sy = " + FixedText(a[0], 3, style) + std::string(18, ' ') +
             "sx = " + FixedText(b[0], 3, style) + "\r\n";
     for (int k = 1; k <= TermCount(type); ++k) {

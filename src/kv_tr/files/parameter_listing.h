@@ -11,7 +11,8 @@ namespace kv_tr {
 /// Six parameters with their formula; empty for a transformation that has no six.
 std::string ListLinear(const Transformation& transformation, NumberStyle style = {});
 
-/// The title, the origin and one line a coefficient: what a polynomial file holds. Empty for a
+/// The title, its control characters as "_", the origin and one line a coefficient: what a
+/// polynomial file holds. Empty for a
 /// transformation of the six-parameter family.
 std::string ListPolynomial(const Transformation& transformation, const std::string& title,
                            NumberStyle style = {});
