@@ -10,10 +10,10 @@
 
 #include "cli/file_options.h"
 #include "cli/fit.h"
-#include "cli/host.h"
 #include "cli/interruption.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
+#include "cli/program.h"
 #include "cli/terminal.h"
 #include "kv_tr/files/control_point_file.h"
 #include "kv_tr/files/transformation_log.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iostream>
 
-#include "cli/host.h"
 #include "cli/parameters.h"
+#include "cli/program.h"
 #include "common/angle_units.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/number_format.h"
@@ -24,18 +24,18 @@ struct AngleOptions {
 int RunAngle(const AngleOptions& options) {
     Transformation transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) return code;
-    const auto unit = std::ranges::find(host::AngleUnits(), options.unit, &host::AngleUnit::name);
+    const auto unit = std::ranges::find(app::AngleUnits(), options.unit, &app::AngleUnit::name);
     const Point point{*ParseNumber(options.first), *ParseNumber(options.second)};
     const double length = *ParseNumber(options.length);
-    const std::string image = host::TransformedDirection(
-        transformation, *ParseNumber(options.angle), *unit, point, length);
+    const std::string image = app::TransformedDirection(transformation, *ParseNumber(options.angle),
+                                                        *unit, point, length);
     if (image.empty()) {
         ShowMessage(Text(TextId::kUnsuitableNumber, {options.first + " " + options.second}),
                     Icon::kExclamation);
         return kReported;
     }
     std::cout << image << '\n';
-    PrintNote("± " + host::DirectionUncertainty(transformation, *unit, point, length) + " " +
+    PrintNote("± " + app::DirectionUncertainty(transformation, *unit, point, length) + " " +
               options.unit + ": " + Text(TextId::kSinglePrecision));
     return kDone;
 }

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-#include "cli/host.h"
+#include "cli/program.h"
 #include "common/point_reading.h"
 #include "kv_tr/published/matrix_routines.h"
 #include "kv_tr/published/message.h"
@@ -51,7 +51,7 @@ void AddTypeOption(CLI::App& command, std::string& keyword) {
 
 bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decimalComma) {
     const auto reading =
-        host::ReadPoints(fileName, decimalComma ? Comma::kDecimalSign : Comma::kSuspect);
+        app::ReadPoints(fileName, decimalComma ? Comma::kDecimalSign : Comma::kSuspect);
     if (reading.Complete()) {
         adjustment.Assign(reading.points);
         return true;
@@ -66,7 +66,7 @@ bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decima
         PrintNote(Text(TextId::kCommasMayBeDecimal));
     } else {
         ShowMessage(
-            GetMlString(74, "Hibás fájl formátum!") + "\r\n" + host::Complaint(problem, fileName),
+            GetMlString(74, "Hibás fájl formátum!") + "\r\n" + app::Complaint(problem, fileName),
             Icon::kExclamation);
     }
     return false;

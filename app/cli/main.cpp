@@ -3,8 +3,8 @@
 #include <exception>
 #include <iostream>
 
-#include "cli/host.h"
 #include "cli/interruption.h"
+#include "cli/program.h"
 #include "cli/wording.h"
 #include "common/standard_streams.h"
 #include "kv_tr/published/errors.h"
@@ -34,7 +34,7 @@ int WhenWritten(int code) {
 }
 
 int RunCommandLine(int argc, char** argv) {
-    InstallHost(ChosenLanguage({argv + 1, argv + argc}));
+    InstallProgram(ChosenLanguage({argv + 1, argv + argc}));
 
     CLI::App program(Text(TextId::kProgram), "kv_tr");
     TranslateHelp(program);
@@ -67,7 +67,7 @@ int RunCommandLine(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     using namespace kv_tr::cli;
-    if (!kv_tr::host::OpenMissingStandardStreams()) return kReported;
+    if (!kv_tr::app::OpenMissingStandardStreams()) return kReported;
     ReportFilesTooLarge();
     try {
         return RunCommandLine(argc, argv);

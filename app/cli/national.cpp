@@ -4,7 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
-#include "cli/host.h"
+#include "cli/program.h"
 #include "cli/table.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/published/type_names.h"

@@ -7,7 +7,7 @@
 
 #include "cli/file_options.h"
 #include "cli/fit.h"
-#include "cli/host.h"
+#include "cli/program.h"
 #include "common/parameter_reading.h"
 #include "kv_tr/files/open_text.h"
 #include "kv_tr/files/parameter_file.h"
@@ -57,7 +57,7 @@ std::optional<Transformation> ReadFile(const ParameterSource& source) {
         return Complain(TextId::kDecimalCommas, {source.params});
     }
     const auto [transformation, complaint] =
-        host::ReadParametersWhole(source.params, linearType, source.decimalComma);
+        app::ReadParametersWhole(source.params, linearType, source.decimalComma);
     if (!complaint.empty()) {
         ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
         PrintNote(complaint);

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iostream>
 
-#include "cli/host.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
+#include "cli/program.h"
 #include "kv_tr/files/parameter_file.h"
 #include "kv_tr/files/parameter_listing.h"
 #include "kv_tr/model/type_name.h"

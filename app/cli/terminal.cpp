@@ -11,7 +11,7 @@
 #include <unistd.h>
 #endif
 
-#include "cli/host.h"
+#include "cli/program.h"
 
 namespace kv_tr::cli {
 namespace {

@@ -8,9 +8,9 @@
 #include <string_view>
 
 #include "cli/file_options.h"
-#include "cli/host.h"
 #include "cli/interruption.h"
 #include "cli/parameters.h"
+#include "cli/program.h"
 #include "cli/terminal.h"
 #include "common/coordinate_file.h"
 #include "kv_tr/published/errors.h"
@@ -26,7 +26,7 @@ struct TransformOptions {
     std::string input = "-";
     ParameterSource source;
     std::string output;
-    host::CoordinateOptions coordinates;
+    app::CoordinateOptions coordinates;
 };
 
 /// Where a line is read from.
@@ -90,11 +90,11 @@ private:
     std::optional<RemovedWhenInterrupted> guard_;
 };
 
-host::CoordinateResult TransformAll(Input& input, Output& output,
-                                    const Transformation& transformation,
-                                    const TransformOptions& options) {
+app::CoordinateResult TransformAll(Input& input, Output& output,
+                                   const Transformation& transformation,
+                                   const TransformOptions& options) {
     Progress progress(input.Size(), options.output.empty() && OutputIsTerminal());
-    const host::CoordinateOutput to{
+    const app::CoordinateOutput to{
         .write = [&output](std::string_view bytes) { output.Write(bytes); },
         .flush = [&output] { output.Flush(); },
         .goOn =
@@ -102,9 +102,8 @@ host::CoordinateResult TransformAll(Input& input, Output& output,
                 progress.Show(lines, bytes);
                 return true;
             }};
-    const auto result =
-        host::TransformText(input.Source(), to, transformation, options.coordinates);
-    host::ReportBadLines(result, input.Name());
+    const auto result = app::TransformText(input.Source(), to, transformation, options.coordinates);
+    app::ReportBadLines(result, input.Name());
     if (result.mayHaveDecimalCommas) PrintNote(Text(TextId::kCommasMayBeDecimal));
     return result;
 }

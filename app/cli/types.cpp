@@ -2,7 +2,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/fit.h"
-#include "cli/host.h"
+#include "cli/program.h"
 #include "cli/table.h"
 #include "kv_tr/model/type_name.h"
 #include "kv_tr/published/ml_strings.h"

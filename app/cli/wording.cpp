@@ -4,7 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
-#include "cli/host.h"
+#include "cli/program.h"
 
 namespace kv_tr::cli {
 namespace {

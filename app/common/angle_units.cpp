@@ -9,7 +9,7 @@
 #include "kv_tr/published/map_direction.h"
 #include "kv_tr/published/number_format.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 namespace {
 
 constexpr std::array kUnits{AngleUnit{"rad", std::numbers::pi, 9}, AngleUnit{"deg", 180.0, 7},
@@ -45,4 +45,4 @@ std::string DirectionUncertainty(const Transformation& transformation, const Ang
                        static_cast<std::uint8_t>(unit.decimals - 2), 0);
 }
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

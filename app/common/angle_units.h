@@ -8,7 +8,7 @@
 
 #include "kv_tr/model/transformation.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 
 struct AngleUnit {
     std::string_view name;
@@ -27,4 +27,4 @@ std::string TransformedDirection(const Transformation& transformation, double di
 std::string DirectionUncertainty(const Transformation& transformation, const AngleUnit& unit,
                                  Point point, double length);
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

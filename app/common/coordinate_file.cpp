@@ -15,7 +15,7 @@
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/text/line_reader.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 namespace {
 
 /// Lines on their way: transformed by another thread, or by the caller's when they are taken. The
@@ -149,4 +149,4 @@ void ReportBadLines(const CoordinateResult& result, const std::string& fileName)
     }
 }
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

@@ -11,7 +11,7 @@
 #include "common/coordinate_lines.h"
 #include "kv_tr/model/transformation.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 
 /// How far the work was done.
 struct CoordinateResult {
@@ -43,4 +43,4 @@ CoordinateResult TransformText(std::streambuf& source, const CoordinateOutput& o
 /// Shows the user which line of a file ended the work, or how many bad lines were passed on.
 void ReportBadLines(const CoordinateResult& result, const std::string& fileName);
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

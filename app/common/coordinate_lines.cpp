@@ -10,7 +10,7 @@
 #include "kv_tr/text/line_reader.h"
 #include "kv_tr/text/number_text.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 namespace {
 
 /// Whether the coordinates of a line, or its only two fields, seem to have decimal commas.
@@ -76,4 +76,4 @@ TransformedLines TransformLines(std::string_view text, const Transformation& tra
     return done;
 }
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

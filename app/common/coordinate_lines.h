@@ -8,7 +8,7 @@
 
 #include "kv_tr/model/transformation.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 
 /// How lines are read and written.
 struct CoordinateOptions {
@@ -37,4 +37,4 @@ struct TransformedLines {
 TransformedLines TransformLines(std::string_view text, const Transformation& transformation,
                                 const CoordinateOptions& options);
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

@@ -5,7 +5,7 @@
 
 #include "kv_tr/text/control_characters.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 
 /// A text as it can be shown on one line: control characters as "_", and cut.
 inline std::string Excerpt(const std::string& text) {
@@ -20,4 +20,4 @@ inline std::string Excerpt(const std::string& text) {
     return WithoutControls(shown);
 }
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

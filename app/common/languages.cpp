@@ -6,7 +6,7 @@
 
 #include "kv_tr/published/ml_strings.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 namespace {
 
 constexpr std::array kLanguages{
@@ -23,4 +23,4 @@ std::int32_t LanguageCoded(std::string_view code) {
     return found == kLanguages.end() ? 0 : found->id;
 }
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 
 struct Language {
     std::string_view code;  // as locales name it
@@ -17,4 +17,4 @@ std::span<const Language> Languages();
 /// The id of a code such as "hu"; 0 for an unknown one.
 std::int32_t LanguageCoded(std::string_view code);
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

@@ -7,7 +7,7 @@
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 namespace {
 
 std::string Complaint(const Problem& problem, const std::string& fileName) {
@@ -37,4 +37,4 @@ WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType
     return {{}, Complaint(*reading.problem, fileName)};
 }
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

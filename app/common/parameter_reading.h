@@ -6,7 +6,7 @@
 
 #include "kv_tr/model/transformation.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 
 struct WholeParameters {
     std::optional<Transformation>
@@ -18,4 +18,4 @@ struct WholeParameters {
 WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType,
                                     bool decimalComma);
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

@@ -6,7 +6,7 @@
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 namespace {
 
 /// The line, or why there is none.
@@ -30,4 +30,4 @@ std::string Complaint(const Problem& problem, const std::string& fileName) {
                       {fileName, std::to_string(problem.line), Excerpt(TextOf(problem))});
 }
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

@@ -7,7 +7,7 @@
 #include <cerrno>
 #endif
 
-namespace kv_tr::host {
+namespace kv_tr::app {
 
 #ifdef _WIN32
 bool OpenMissingStandardStreams() { return true; }
@@ -22,4 +22,4 @@ bool OpenMissingStandardStreams() {
 }
 #endif
 
-}  // namespace kv_tr::host
+}  // namespace kv_tr::app

@@ -77,7 +77,7 @@ bool HasDecimalCommas(const PointReading& reading) {
 /// coordinates that something else stands behind.
 Answer AreMeantAsPairs(const PointReading& reading, const std::string& fileName) {
     const bool likely = AreLikelyPairs(HasDecimalCommas(reading)
-                                           ? host::ReadPoints(fileName, Comma::kDecimalSign).points
+                                           ? app::ReadPoints(fileName, Comma::kDecimalSign).points
                                            : reading.points);
     if (likely && !MayBeOnePoint(FirstLine(fileName).value_or(""))) return Answer::kYes;
     return Ask({.text = FillPlaces(GetMlString(1216, {}), {fileName}),
@@ -97,7 +97,7 @@ bool IsWhole(const PointReading& reading, const std::string& fileName) {
     } else if (HasDecimalCommas(reading)) {
         ShowMessage(FillPlaces(GetMlString(1073, {}), {fileName}), Icon::kExclamation);
     } else {
-        ShowMessage(host::Complaint(reading.problems[0], fileName), Icon::kExclamation);
+        ShowMessage(app::Complaint(reading.problems[0], fileName), Icon::kExclamation);
     }
     return false;
 }
@@ -221,7 +221,7 @@ void DesktopForm::SaveParameters() { ChooseFileAndSave(transformation_); }
 void DesktopForm::OpenControlPoints() {
     const auto fileName =
         ChooseFile(*transformation_.oCalcTr(), &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (fileName) FitTo(host::ReadPoints(*fileName, Comma::kSuspect), *fileName);
+    if (fileName) FitTo(app::ReadPoints(*fileName, Comma::kSuspect), *fileName);
 }
 
 void DesktopForm::Adjust() {
@@ -239,7 +239,7 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
     const FileKind kind = KindOf(fileName);
     if (kind == FileKind::kParameters) Take([&] { return LoadParameters(fileName); });
     if (kind != FileKind::kControlPoints) return kind;
-    const auto reading = host::ReadPoints(fileName, Comma::kSuspect);
+    const auto reading = app::ReadPoints(fileName, Comma::kSuspect);
     const Answer arePairs = AreMeantAsPairs(reading, fileName);
     if (arePairs == Answer::kNo) return FileKind::kCoordinates;
     if (arePairs == Answer::kYes) FitTo(reading, fileName);
@@ -248,7 +248,7 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
 
 bool DesktopForm::LoadParameters(const std::string& fileName) {
     const auto [loaded, complaint] =
-        host::ReadParametersWhole(fileName, Type::kAffine, ParametersHaveDecimalCommas(fileName));
+        app::ReadParametersWhole(fileName, Type::kAffine, ParametersHaveDecimalCommas(fileName));
     if (!complaint.empty()) {
         ShowMessage(GetMlString(74, "Hibás fájl formátum!") + "\r\n" + complaint,
                     Icon::kExclamation);
@@ -280,15 +280,15 @@ DesktopForm::PointTexts DesktopForm::Image(const PointTexts& texts) const {
 }
 
 DesktopForm::DirectionTexts DesktopForm::ImageOfDirection(const std::string& direction,
-                                                          const host::AngleUnit& unit,
+                                                          const app::AngleUnit& unit,
                                                           const std::string& length,
                                                           const PointTexts& texts) const {
     const auto point = PointOf(texts);
     const auto angle = TypedNumber(direction);
     const auto metres = TypedNumber(length);
     if (!point || !angle || !metres) return {};
-    return {host::TransformedDirection(TransformationOf(Record()), *angle, unit, *point, *metres),
-            host::DirectionUncertainty(TransformationOf(Record()), unit, *point, *metres)};
+    return {app::TransformedDirection(TransformationOf(Record()), *angle, unit, *point, *metres),
+            app::DirectionUncertainty(TransformationOf(Record()), unit, *point, *metres)};
 }
 
 void DesktopForm::SwitchLanguage(std::int32_t languageId) {
@@ -298,7 +298,7 @@ void DesktopForm::SwitchLanguage(std::int32_t languageId) {
 
 std::int32_t DesktopForm::RememberedLanguage(std::int32_t fallback) {
     const std::string kept = Setting(kSection, kLanguage, "");
-    for (const host::Language& language : host::Languages()) {
+    for (const app::Language& language : app::Languages()) {
         if (kept == std::to_string(language.id)) return language.id;
     }
     return fallback;

@@ -70,9 +70,9 @@ public:
     PointTexts Image(const PointTexts& point) const;
     struct DirectionTexts {
         std::string image;
-        std::string uncertainty;  // see host::DirectionUncertainty
+        std::string uncertainty;  // see app::DirectionUncertainty
     };
-    DirectionTexts ImageOfDirection(const std::string& direction, const host::AngleUnit& unit,
+    DirectionTexts ImageOfDirection(const std::string& direction, const app::AngleUnit& unit,
                                     const std::string& length, const PointTexts& point) const;
 
     /// Switches the language of the whole program and remembers it.

@@ -9,7 +9,7 @@
 
 #include "common/languages.h"
 #include "common/standard_streams.h"
-#include "desktop/host_window.h"
+#include "desktop/main_window.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/qt/qt_platform.h"
@@ -20,14 +20,14 @@ using namespace kv_tr;
 
 /// English for a language that the component does not speak.
 std::int32_t LanguageNamed(const QString& name) {
-    const std::int32_t id = host::LanguageCoded(name.toStdString());
+    const std::int32_t id = app::LanguageCoded(name.toStdString());
     return id == 0 ? kEnglish : id;
 }
 
 /// Gives Qt's own windows the component's language, as far as Qt has been translated.
 void TranslateQt(QTranslator& texts) {
     QCoreApplication::removeTranslator(&texts);
-    for (const host::Language& language : host::Languages()) {
+    for (const app::Language& language : app::Languages()) {
         if (language.id != CurrentMlLanguage()) continue;
         const QString code =
             QString::fromUtf8(language.code.data(), qsizetype(language.code.size()));
@@ -40,7 +40,7 @@ void TranslateQt(QTranslator& texts) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    if (!host::OpenMissingStandardStreams()) return 1;
+    if (!app::OpenMissingStandardStreams()) return 1;
     QApplication application(argc, argv);
     QApplication::setApplicationName("KV_Tr");
     QApplication::setApplicationVersion(KV_TR_VERSION);
@@ -73,7 +73,7 @@ int main(int argc, char* argv[]) {
     TranslateQt(ownTexts);
     const Subscription languageChanged = OnLanguageChange([&ownTexts] { TranslateQt(ownTexts); });
     desktop::DesktopForm form(switchable);
-    desktop::HostWindow window(form, KV_TR_VERSION);
+    desktop::MainWindow window(form, KV_TR_VERSION);
     window.show();
     for (const QString& file : arguments.positionalArguments()) window.Open(file.toStdString());
     return QApplication::exec();

@@ -65,9 +65,9 @@ std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
         reader.SkipUtf8Mark();
         while (std::ssize(lines) < kPreviewLines && !reader.AtEnd()) {
             const std::string line(reader.Next());
-            const auto done = host::TransformLines(line, TransformationOf(record_), options);
+            const auto done = app::TransformLines(line, TransformationOf(record_), options);
             const bool bad = done.stoppedAt || done.badLines > 0;
-            lines.push_back({host::Excerpt(line), bad ? "" : host::Excerpt(done.text)});
+            lines.push_back({app::Excerpt(line), bad ? "" : app::Excerpt(done.text)});
         }
     } catch (const TextError&) {  // Run says what is wrong with the file
     }
@@ -87,7 +87,7 @@ bool TransformForm::MayWrite() const {
 
 /// Nothing after a file that does not open has been shown. A result file that is not finished is
 /// gone when the user is told so.
-std::optional<host::CoordinateResult> TransformForm::Write(const Progress& progress) const {
+std::optional<app::CoordinateResult> TransformForm::Write(const Progress& progress) const {
     std::ifstream source(input_, std::ios::binary);
     ReplacingFile file(output);
     if (!file.IsOpen()) {
@@ -97,14 +97,13 @@ std::optional<host::CoordinateResult> TransformForm::Write(const Progress& progr
     std::error_code error;
     const auto size =
         static_cast<double>(std::max<std::uintmax_t>(fs::file_size(input_, error), 1));
-    const host::CoordinateOutput to{
+    const app::CoordinateOutput to{
         .write = [&file](std::string_view bytes) { file.Write(bytes); },
         .goOn =
             [&](std::uint64_t, std::uint64_t bytes) {
                 return progress(std::min(static_cast<double>(bytes) / size, 1.0));
             }};
-    const auto result =
-        host::TransformText(*source.rdbuf(), to, TransformationOf(record_), options);
+    const auto result = app::TransformText(*source.rdbuf(), to, TransformationOf(record_), options);
     progress(1.0);
     if (result.Complete() && !file.Commit()) {
         throw WriteFailure(output);
@@ -121,7 +120,7 @@ bool TransformForm::Run(const Progress& progress) const {
     const auto result = Write(progress);
     if (!result) return false;
     const bool commas = result->mayHaveDecimalCommas;
-    if (!commas || !result->endedBy) host::ReportBadLines(*result, input_);
+    if (!commas || !result->endedBy) app::ReportBadLines(*result, input_);
     if (commas) {
         ShowMessage(FillPlaces(GetMlString(1217, {}), {input_, GetMlString(1071, {})}),
                     Icon::kExclamation);

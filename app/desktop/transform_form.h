@@ -16,7 +16,7 @@ class TransformForm {
 public:
     explicit TransformForm(const TR_PRM& record) : record_(record) {}
 
-    host::CoordinateOptions options;
+    app::CoordinateOptions options;
     std::string output;
 
     const std::string& Input() const { return input_; }
@@ -40,7 +40,7 @@ public:
 
 private:
     bool MayWrite() const;
-    std::optional<host::CoordinateResult> Write(const Progress& progress) const;
+    std::optional<app::CoordinateResult> Write(const Progress& progress) const;
 
     TR_PRM record_;
     std::string input_;

@@ -117,9 +117,9 @@ TransformWindow::TransformWindow(TransformForm& form, QWidget* parent,
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
-    layout->addWidget(MakeCheckBox(1019, &host::CoordinateOptions::noId));
-    layout->addWidget(MakeCheckBox(1071, &host::CoordinateOptions::decimalComma));
-    layout->addWidget(MakeCheckBox(1020, &host::CoordinateOptions::keepGoing));
+    layout->addWidget(MakeCheckBox(1019, &app::CoordinateOptions::noId));
+    layout->addWidget(MakeCheckBox(1071, &app::CoordinateOptions::decimalComma));
+    layout->addWidget(MakeCheckBox(1020, &app::CoordinateOptions::keepGoing));
     layout->addWidget(frame, 1);
     layout->addLayout(ends);
     run_->setDefault(true);
@@ -144,7 +144,7 @@ QLineEdit* TransformWindow::AddFileRow(QGridLayout& grid, int labelId,
     return edit;
 }
 
-QCheckBox* TransformWindow::MakeCheckBox(int textId, bool host::CoordinateOptions::*option) {
+QCheckBox* TransformWindow::MakeCheckBox(int textId, bool app::CoordinateOptions::*option) {
     auto* box = new QCheckBox(UiText(textId), this);
     connect(box, &QCheckBox::toggled, [this, option](bool checked) {
         form_.options.*option = checked;

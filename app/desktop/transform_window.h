@@ -27,7 +27,7 @@ protected:
 
 private:
     QLineEdit* AddFileRow(QGridLayout& grid, int labelId, const std::function<void()>& browse);
-    QCheckBox* MakeCheckBox(int textId, bool host::CoordinateOptions::*option);
+    QCheckBox* MakeCheckBox(int textId, bool app::CoordinateOptions::*option);
     void Redraw();
     void RedrawPreview();
     void Run();

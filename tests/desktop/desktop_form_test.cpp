@@ -82,7 +82,7 @@ TEST_F(Desktop, TransformsWhatIsTypedAndKeepsParametersThatNoDialogConfirmed) {
     form.OpenFile(File("turn.trp", "100\n0\n-1\n200\n1\n0\n"));
     EXPECT_EQ(form.Image({"1,5", " 2.5"}).first, "97.500");
     EXPECT_EQ(form.Image({"1.5", ""}).second, "");
-    const auto gon = host::AngleUnits()[2];
+    const auto gon = app::AngleUnits()[2];
     EXPECT_EQ(form.ImageOfDirection("100", gon, "100", {"0", "0"}).image, "200.0000000");
     EXPECT_EQ(form.ImageOfDirection("50", gon, "x", {"0", "0"}).image, "");
     // At 600 km floats are 2^-4 m apart, at 100 m still 2^-17.

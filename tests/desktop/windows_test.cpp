@@ -16,7 +16,7 @@
 #include <QTimer>
 #include <QTreeWidget>
 
-#include "desktop/host_window.h"
+#include "desktop/main_window.h"
 #include "desktop/transform_window.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
@@ -129,7 +129,7 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     WriteFile(folder.File("shift.trp"), "100\n1\n0\n200\n0\n1\n");
     WriteFile(folder.File("in.txt"), "A 1 2\n");
     desktop::DesktopForm form(*platform.texts);
-    desktop::HostWindow window(form, "1.2.3");
+    desktop::MainWindow window(form, "1.2.3");
     window.show();
     window.Open(folder.File("in.txt"));
     EXPECT_EQ(platform.TakeTexts().size(), 1U) << "no parameters yet";

@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "common/languages.h"
-#include "desktop/host_window.h"
+#include "desktop/main_window.h"
 #include "desktop/transform_window.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
@@ -98,7 +98,7 @@ void TakeProgram(const Camera& camera, test::RecordingPlatform& platform) {
     test::WriteFile(points,
                     "66.301 591294.430 255778.250 stone\n66.602 598602.520 254944.610 bolt\n");
     desktop::DesktopForm form(*platform.texts);
-    desktop::HostWindow window(form, "0.1.0");
+    desktop::MainWindow window(form, "0.1.0");
     camera.Take(window, "start-page");
     window.Open(parameters);
     for (const auto& [name, text] :
@@ -127,7 +127,7 @@ int main(int argc, char* argv[]) {
         dark.setColor(QPalette::Base, QColor(30, 30, 30));
         QApplication::setPalette(dark);
     }
-    test::RecordingPlatform platform(host::LanguageCoded(argv[2]));
+    test::RecordingPlatform platform(app::LanguageCoded(argv[2]));
     const Camera camera(argv[1], argv[2]);
     TakeAdjustment(camera);
     TakeDialogs(camera);

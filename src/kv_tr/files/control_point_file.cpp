@@ -22,12 +22,6 @@ std::string IdentifierField(const std::string& id) {
     return field;
 }
 
-Problem ProblemOf(const TextError& error, std::uint64_t line) {
-    const bool tooLong = error.Why() == TextError::Cause::kLineTooLong;
-    return {.kind = tooLong ? Problem::Kind::kLineTooLong : Problem::Kind::kUnreadable,
-            .line = line};
-}
-
 }  // namespace
 
 std::optional<Problem> ReadControlPoint(std::string_view line, Comma comma, ControlPoint& point) {

@@ -153,12 +153,6 @@ private:
     std::optional<Problem> problem_;
 };
 
-Problem Unreadable(const TextError& error, std::uint64_t line) {
-    const bool tooLong = error.Why() == TextError::Cause::kLineTooLong;
-    return {.kind = tooLong ? Problem::Kind::kLineTooLong : Problem::Kind::kUnreadable,
-            .line = line};
-}
-
 }  // namespace
 
 std::array<std::string, 6> LinearFileLines(const Transformation& transformation,
@@ -199,7 +193,7 @@ std::optional<Problem> ReadLinear(TextLines& lines, LinearFormat format, NumberS
                            .text = text};
         }
     } catch (const TextError& error) {
-        return Unreadable(error, lines.Number() + 1);
+        return ProblemOf(error, lines.Number() + 1);
     }
     return std::nullopt;
 }
@@ -213,7 +207,7 @@ PolynomialReading ReadPolynomial(TextLines& lines, NumberStyle style,
         reading.problem = reader.FirstProblem();
     } catch (const TextError& error) {
         reading.problem = reader.FirstProblem();
-        if (!reading.problem) reading.problem = Unreadable(error, lines.Number() + 1);
+        if (!reading.problem) reading.problem = ProblemOf(error, lines.Number() + 1);
     }
     const auto type = TypeWithTerms(reader.Count());
     reading.accepted = type.has_value();
@@ -238,7 +232,7 @@ ParameterReading ReadParameters(std::istream& file, ParameterFormat format, Type
             reading.problem = ReadLinear(lines, order, style.numbers, reading.transformation);
         }
     } catch (const TextError& error) {
-        reading.problem = Unreadable(error, 1);
+        reading.problem = ProblemOf(error, 1);
     }
     return reading;
 }

@@ -15,4 +15,10 @@ std::string TextLines::Next() {
     return *utf8_ ? ValidUtf8(line) : FromCodePage(line, page_);
 }
 
+Problem ProblemOf(const TextError& error, std::uint64_t line) {
+    const bool tooLong = error.Why() == TextError::Cause::kLineTooLong;
+    return {.kind = tooLong ? Problem::Kind::kLineTooLong : Problem::Kind::kUnreadable,
+            .line = line};
+}
+
 }  // namespace kv_tr

@@ -6,6 +6,7 @@
 #include <streambuf>
 #include <string>
 
+#include "kv_tr/files/problem.h"
 #include "kv_tr/text/code_page.h"
 #include "kv_tr/text/line_reader.h"
 
@@ -31,5 +32,8 @@ private:
     std::optional<bool> utf8_;  // not known while all lines were ASCII
     std::uint64_t number_ = 0;
 };
+
+/// What is wrong with a file whose line of this number cannot be read.
+Problem ProblemOf(const TextError& error, std::uint64_t line);
 
 }  // namespace kv_tr

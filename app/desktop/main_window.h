@@ -21,9 +21,9 @@ namespace kv_tr::desktop {
 
 /// A start page until there are parameters, then what they are and what they do to a point, a
 /// direction and a file.
-class HostWindow : public QMainWindow {
+class MainWindow : public QMainWindow {
 public:
-    HostWindow(DesktopForm& form, std::string version);
+    MainWindow(DesktopForm& form, std::string version);
 
     /// Opens a file as if it had been dropped on the window.
     void Open(const std::string& fileName);

@@ -1,5 +1,5 @@
 // What all commands share: messages, notes and texts.
-#include "cli/host.h"
+#include "cli/program.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -57,7 +57,7 @@ std::string Text(TextId id, std::initializer_list<std::string> values) {
 
 const std::vector<Message>& ReportedMessages() { return Kept(); }
 
-void InstallHost(std::int32_t language) {
+void InstallProgram(std::int32_t language) {
     Platform platform = ConsolePlatform(language);
     platform.messages = std::make_unique<KeptMessages>(std::move(platform.messages), Kept());
     InstallPlatform(std::move(platform));
@@ -78,7 +78,7 @@ std::int32_t ChosenLanguage(const std::vector<std::string>& arguments) {
         if (arguments[i] == option && i + 1 < arguments.size()) name = arguments[i + 1];
         if (arguments[i].starts_with(option + "=")) name = arguments[i].substr(option.size() + 1);
     }
-    const std::int32_t language = host::LanguageCoded(name);
+    const std::int32_t language = app::LanguageCoded(name);
     return language == 0 ? kEnglish : language;
 }
 
@@ -99,7 +99,7 @@ void AddLanguageOption(CLI::App& command) {
         ->description(Text(TextId::kLanguage))
         ->type_name("LANG")
         ->check([](const std::string& name) {
-            return host::LanguageCoded(name) != 0
+            return app::LanguageCoded(name) != 0
                        ? ""
                        : Text(TextId::kUnknownLanguage, {Excerpt(name), "hu, ro, vi, en, sr"});
         });

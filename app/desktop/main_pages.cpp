@@ -10,12 +10,12 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-#include "desktop/host_window.h"
+#include "desktop/main_window.h"
 #include "desktop/ui_text.h"
 
 namespace kv_tr::desktop {
 
-QWidget* HostWindow::MakeStartPage() {
+QWidget* MainWindow::MakeStartPage() {
     auto* page = new QWidget(this);
     auto* layout = new QVBoxLayout(page);
     auto* name = new QLabel("KV_Tr", page);
@@ -44,7 +44,7 @@ QWidget* HostWindow::MakeStartPage() {
     return page;
 }
 
-QWidget* HostWindow::MakeWorkPage() {
+QWidget* MainWindow::MakeWorkPage() {
     auto* page = new QWidget(this);
     auto* use = new QVBoxLayout;
     use->addWidget(MakePoint());
@@ -62,7 +62,7 @@ QWidget* HostWindow::MakeWorkPage() {
     return page;
 }
 
-QGroupBox* HostWindow::MakeParameters() {
+QGroupBox* MainWindow::MakeParameters() {
     QGroupBox* group = MakeGroup(1183);
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     type_ = new QLabel(group);
@@ -87,7 +87,7 @@ QGroupBox* HostWindow::MakeParameters() {
     return group;
 }
 
-QGroupBox* HostWindow::MakePoint() {
+QGroupBox* MainWindow::MakePoint() {
     QGroupBox* group = MakeGroup(1178);
     point_ = {MakeInput("Y1"), MakeInput("X1")};
     image_ = {MakeResult("Y2"), MakeResult("X2")};
@@ -103,7 +103,7 @@ QGroupBox* HostWindow::MakePoint() {
     return group;
 }
 
-QGroupBox* HostWindow::MakeDirection() {
+QGroupBox* MainWindow::MakeDirection() {
     QGroupBox* group = MakeGroup(1179);
     direction_ = MakeInput("direction");
     unit_ = new QComboBox(group);
@@ -112,7 +112,7 @@ QGroupBox* HostWindow::MakeDirection() {
     directionImage_ = MakeResult("directionImage");
     uncertainty_ = new QLabel(group);
     unit_->setObjectName("unit");
-    for (const host::AngleUnit& unit : host::AngleUnits()) {
+    for (const app::AngleUnit& unit : app::AngleUnits()) {
         unit_->addItem(QLatin1String(unit.name.data(), qsizetype(unit.name.size())));
     }
     unit_->setCurrentText("gon");
@@ -133,33 +133,33 @@ QGroupBox* HostWindow::MakeDirection() {
     return group;
 }
 
-QPushButton* HostWindow::MakeButton(int textId, const Action& action) {
+QPushButton* MainWindow::MakeButton(int textId, const Action& action) {
     auto* button = new QPushButton(this);
     connect(button, &QPushButton::clicked, [this, action] { Act(action); });
     captions_.emplace_back([button, textId] { button->setText(UiText(textId)); });
     return button;
 }
 
-QGroupBox* HostWindow::MakeGroup(int textId) {
+QGroupBox* MainWindow::MakeGroup(int textId) {
     auto* group = new QGroupBox(this);
     captions_.emplace_back([group, textId] { group->setTitle(UiText(textId)); });
     return group;
 }
 
-QLabel* HostWindow::MakeLabel(int textId) {
+QLabel* MainWindow::MakeLabel(int textId) {
     auto* label = new QLabel(this);
     captions_.emplace_back([label, textId] { label->setText(UiText(textId)); });
     return label;
 }
 
-QLineEdit* HostWindow::MakeInput(const char* name) {
+QLineEdit* MainWindow::MakeInput(const char* name) {
     auto* edit = new QLineEdit(this);
     edit->setObjectName(name);
     edit->setAlignment(Qt::AlignRight);
     return edit;
 }
 
-QLineEdit* HostWindow::MakeResult(const char* name) {
+QLineEdit* MainWindow::MakeResult(const char* name) {
     auto* edit = new QLineEdit(this);
     edit->setObjectName(name);
     edit->setReadOnly(true);

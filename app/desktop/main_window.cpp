@@ -1,5 +1,5 @@
 // The main window of the desktop program: what it does.
-#include "desktop/host_window.h"
+#include "desktop/main_window.h"
 
 #include <QActionGroup>
 #include <QApplication>
@@ -28,7 +28,7 @@ constexpr const char* kName = "Desktop";
 
 }  // namespace
 
-HostWindow::HostWindow(DesktopForm& form, std::string version)
+MainWindow::MainWindow(DesktopForm& form, std::string version)
     : form_(form), version_(std::move(version)) {
     setWindowTitle("KV_Tr");
     setAcceptDrops(true);
@@ -42,7 +42,7 @@ HostWindow::HostWindow(DesktopForm& form, std::string version)
     Redraw();
 }
 
-void HostWindow::MakeMenus() {
+void MainWindow::MakeMenus() {
     QMenu* file = AddMenu(1160);
     AddAction(file, 1161, [this] { form_.ChooseParameters(); });
     AddAction(file, 1162, [this] { form_.OpenControlPoints(); })->setShortcut(QKeySequence::Open);
@@ -69,7 +69,7 @@ void HostWindow::MakeMenus() {
 
     QMenu* languages = AddMenu(1174);
     auto* group = new QActionGroup(languages);
-    for (const host::Language& language : host::Languages()) {
+    for (const app::Language& language : app::Languages()) {
         QAction* action = languages->addAction(
             language.name, this, [this, &language] { form_.SwitchLanguage(language.id); });
         action->setCheckable(true);
@@ -80,13 +80,13 @@ void HostWindow::MakeMenus() {
     AddAction(AddMenu(1175), 1176, [this] { form_.ShowAbout(version_, qVersion()); });
 }
 
-QMenu* HostWindow::AddMenu(int textId) {
+QMenu* MainWindow::AddMenu(int textId) {
     QMenu* menu = menuBar()->addMenu("");
     captions_.emplace_back([menu, textId] { menu->setTitle("&" + UiText(textId)); });
     return menu;
 }
 
-QAction* HostWindow::AddAction(QMenu* menu, int textId, const Action& action) {
+QAction* MainWindow::AddAction(QMenu* menu, int textId, const Action& action) {
     QAction* added = menu->addAction("", this, [this, action] { Act(action); });
     captions_.emplace_back([added, textId] { added->setText(UiText(textId)); });
     return added;
@@ -94,7 +94,7 @@ QAction* HostWindow::AddAction(QMenu* menu, int textId, const Action& action) {
 
 /// Runs what the user asked for and shows what error comes out of it: none may pass through the
 /// event loop. New parameters are shown.
-void HostWindow::Act(const Action& action) {
+void MainWindow::Act(const Action& action) {
     try {
         action();
     } catch (const RuntimeError& error) {
@@ -102,7 +102,7 @@ void HostWindow::Act(const Action& action) {
     }
 }
 
-void HostWindow::Open(const std::string& fileName) {
+void MainWindow::Open(const std::string& fileName) {
     Act([&] {
         if (form_.OpenFile(fileName) == DesktopForm::FileKind::kCoordinates) {
             TransformFile(fileName);
@@ -110,7 +110,7 @@ void HostWindow::Open(const std::string& fileName) {
     });
 }
 
-void HostWindow::TransformFile(const std::string& fileName) {
+void MainWindow::TransformFile(const std::string& fileName) {
     if (!form_.HasParameters()) {
         ShowMessage(GetMlString(1195,
                                 "Még nincsenek paraméterek: először azokat kell "
@@ -123,7 +123,7 @@ void HostWindow::TransformFile(const std::string& fileName) {
     TransformWindow(form, this).exec();
 }
 
-void HostWindow::Redraw() {
+void MainWindow::Redraw() {
     for (const auto& set : captions_) set();
     for (QAction* action : needParameters_) action->setEnabled(form_.HasParameters());
     adjust_->setEnabled(form_.HasControlPoints());
@@ -140,7 +140,7 @@ void HostWindow::Redraw() {
     RedrawResults();
 }
 
-void HostWindow::RedrawRecent() {
+void MainWindow::RedrawRecent() {
     recent_->clear();
     recentMenu_->clear();
     for (const std::string& name : form_.Recent()) {
@@ -152,13 +152,13 @@ void HostWindow::RedrawRecent() {
     recentMenu_->setEnabled(!form_.Recent().empty());
 }
 
-void HostWindow::RedrawResults() {
+void MainWindow::RedrawResults() {
     const DesktopForm::PointTexts point{point_[0]->text().toStdString(),
                                         point_[1]->text().toStdString()};
     const auto image = form_.Image(point);
     image_[0]->setText(QString::fromStdString(image.first));
     image_[1]->setText(QString::fromStdString(image.second));
-    const auto& unit = host::AngleUnits()[static_cast<std::size_t>(unit_->currentIndex())];
+    const auto& unit = app::AngleUnits()[static_cast<std::size_t>(unit_->currentIndex())];
     const auto direction = form_.ImageOfDirection(direction_->text().toStdString(), unit,
                                                   length_->text().toStdString(), point);
     directionImage_->setText(QString::fromStdString(direction.image));
@@ -166,11 +166,11 @@ void HostWindow::RedrawResults() {
         direction.image.empty() ? QString() : "± " + QString::fromStdString(direction.uncertainty));
 }
 
-void HostWindow::dragEnterEvent(QDragEnterEvent* event) {
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
     if (event->mimeData()->hasUrls()) event->acceptProposedAction();
 }
 
-void HostWindow::dropEvent(QDropEvent* event) {
+void MainWindow::dropEvent(QDropEvent* event) {
     QStringList names;
     for (const QUrl& url : event->mimeData()->urls()) names << url.toLocalFile();
     event->acceptProposedAction();
@@ -183,7 +183,7 @@ void HostWindow::dropEvent(QDropEvent* event) {
         Qt::QueuedConnection);
 }
 
-void HostWindow::closeEvent(QCloseEvent* event) {
+void MainWindow::closeEvent(QCloseEvent* event) {
     RememberSize(kName, size());
     QMainWindow::closeEvent(event);
 }

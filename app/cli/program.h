@@ -25,13 +25,13 @@ const std::vector<Message>& ReportedMessages();
 
 /// Gives the component the command line's surroundings: messages are kept and printed, texts come
 /// in this language, and numbers carry a point.
-void InstallHost(std::int32_t language);
+void InstallProgram(std::int32_t language);
 
 /// Prints a remark, if it is not empty, to the standard error stream; unlike a message it does not
 /// count as trouble.
 void PrintNote(const std::string& text);
 
-using host::Excerpt;
+using app::Excerpt;
 
 /// The language that the arguments or else the user's locale ask for, English failing both.
 std::int32_t ChosenLanguage(const std::vector<std::string>& arguments);
