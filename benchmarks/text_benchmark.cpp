@@ -7,7 +7,7 @@
 #include <fstream>
 
 #include "kv_tr/files/control_point_file.h"
-#include "kv_tr/published/national.h"
+#include "kv_tr/model/national.h"
 #include "kv_tr/published/number_format.h"
 #include "samples.h"
 
@@ -87,8 +87,9 @@ void RegisterText() {
     RegisterProgram("Lines of points through a program/kv_tr, one processor",
                     "taskset -c 0 " + ours);
 #ifdef KV_TR_CCT
-    RegisterProgram("Lines of points through a program/cct",
-                    KV_TR_CCT " -d 3 " + ProjText(*NationalRecord(TR_STG_EOV_10e)));
+    RegisterProgram(
+        "Lines of points through a program/cct",
+        KV_TR_CCT " -d 3 " + ProjText(RecordOf(*NationalTransformation(Type::kStgToEov10e))));
 #endif
 }
 

@@ -61,8 +61,8 @@ public:
         if (options_.inverse) adjustment_.Swap();
         if (!ChooseType(adjustment_, wanted, options_.points) || !Exclude()) return false;
         if (adjustment_.FitType() != wanted) {
-            PrintNote(
-                Text(TextId::kTypeLowered, {TypeName(adjustment_.FitType(), ComponentTexts())}));
+            PrintNote(Translated(Text::kTypeLowered,
+                                 {TypeName(adjustment_.FitType(), ComponentTexts())}));
         }
         const FitOutcome outcome = Fit(adjustment_);
         good_ &= outcome.Succeeded();
@@ -93,12 +93,12 @@ private:
         }
         for (const std::string& id : identifiers) {
             if (known.contains(id)) continue;
-            ShowMessage(Text(TextId::kUnknownIdentifier, {Excerpt(id)}), Icon::kExclamation);
+            ShowMessage(Translated(Text::kUnknownIdentifier, {Excerpt(id)}), Icon::kExclamation);
             return false;
         }
         for (const std::size_t index : found) {
             if (!adjustment_.Toggle(index)) {
-                ShowMessage(GetMlString(79, "Nem lehet 2-nél kevesebb pont!"), Icon::kExclamation);
+                ShowMessage(Translated(Text::kFewerThanTwoPoints), Icon::kExclamation);
                 good_ = false;
             }
             while (const auto lower = adjustment_.LowerType()) lowered_.push_back(*lower);
@@ -137,7 +137,7 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
         std::error_code error;
         if (&fileName != &options.savePoints &&
             std::filesystem::equivalent(fileName, options.points, error)) {
-            ShowMessage(Text(TextId::kTakesPlaceOfInput), Icon::kExclamation);
+            ShowMessage(Translated(Text::kTakesPlaceOfInput), Icon::kExclamation);
             return false;
         }
         const SignalsWait wait;
@@ -152,7 +152,7 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
     });
     saved &= save(options.saveParams, [&] {
         if (work.IsGood()) return SaveParameters(work.Points().Result(), options.saveParams);
-        PrintNote(Text(TextId::kParametersNotSaved));
+        PrintNote(Translated(Text::kParametersNotSaved));
         return false;
     });
     saved &= save(options.plot, [&] { return SavePlot(work, options.plot); });
@@ -250,31 +250,33 @@ int RunAdjust(const AdjustOptions& options) {
 
 Run AddAdjust(CLI::App& command) {
     const auto options = std::make_shared<AdjustOptions>();
-    command.add_option("POINTS", options->points, Text(TextId::kPoints))->required();
+    command.add_option("POINTS", options->points, Translated(Text::kPointsArgument))->required();
     AddTypeOption(command, options->type);
-    command.add_flag("--inverse", options->inverse, Text(TextId::kInverse));
-    command.add_option("--exclude", options->exclude, Text(TextId::kExclude))
+    command.add_flag("--inverse", options->inverse, Translated(Text::kSwapOption));
+    command.add_option("--exclude", options->exclude, Translated(Text::kExcludeOption))
         ->type_name("ID")
         ->allow_extra_args(false);
-    command.add_option("--limit", options->limit, Text(TextId::kLimit))
+    command.add_option("--limit", options->limit, Translated(Text::kLimitOption))
         ->type_name("M")
         ->check([](const std::string& text) {
             const auto number = ParseNumber(text, true);
-            return number && *number >= 0.0 ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
+            return number && *number >= 0.0 ? ""
+                                            : Translated(Text::kUnsuitableNumber, {Excerpt(text)});
         });
-    AddFileOption(command, "--log", options->log, TextId::kLog);
-    AddFileOption(command, "--save-points", options->savePoints, TextId::kSavePoints);
-    AddFileOption(command, "--save-params", options->saveParams, TextId::kSaveParams)
+    AddFileOption(command, "--log", options->log, Text::kLogOption);
+    AddFileOption(command, "--save-points", options->savePoints, Text::kSavePointsOption);
+    AddFileOption(command, "--save-params", options->saveParams, Text::kSaveParamsOption)
         ->check(CheckExtension);
-    AddFileOption(command, "--plot", options->plot, TextId::kPlot)
+    AddFileOption(command, "--plot", options->plot, Text::kPlotOption)
         ->check([](const std::string& name) {
             return HasExtension(name, "svg")
                        ? ""
-                       : Text(TextId::kPictureExtension, {Excerpt(name), ".svg"});
+                       : Translated(Text::kPictureExtension, {Excerpt(name), ".svg"});
         });
     AddLanguageOption(command);
-    command.add_flag("--json", options->json, Text(TextId::kJson));
-    command.add_flag("--decimal-comma", options->decimalComma, Text(TextId::kDecimalComma));
+    command.add_flag("--json", options->json, Translated(Text::kJsonOption));
+    command.add_flag("--decimal-comma", options->decimalComma,
+                     Translated(Text::kDecimalCommaOption));
     return [options] { return RunAdjust(*options); };
 }
 

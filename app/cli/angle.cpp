@@ -30,13 +30,13 @@ int RunAngle(const AngleOptions& options) {
     const std::string image = app::TransformedDirection(transformation, *ParseNumber(options.angle),
                                                         *unit, point, length);
     if (image.empty()) {
-        ShowMessage(Text(TextId::kUnsuitableNumber, {options.first + " " + options.second}),
+        ShowMessage(Translated(Text::kUnsuitableNumber, {options.first + " " + options.second}),
                     Icon::kExclamation);
         return kReported;
     }
     std::cout << image << '\n';
     PrintNote("± " + app::DirectionUncertainty(transformation, *unit, point, length) + " " +
-              options.unit + ": " + Text(TextId::kSinglePrecision));
+              options.unit + ": " + Translated(Text::kSinglePrecision));
     return kDone;
 }
 
@@ -44,23 +44,24 @@ int RunAngle(const AngleOptions& options) {
 
 Run AddAngle(CLI::App& command) {
     const auto options = std::make_shared<AngleOptions>();
-    const auto addNumber = [&command](const char* name, std::string& value, TextId description) {
-        command.add_option(name, value, Text(description))->required()->check(CheckNumber);
+    const auto addNumber = [&command](const char* name, std::string& value, Text description) {
+        command.add_option(name, value, Translated(description))->required()->check(CheckNumber);
     };
-    addNumber("ANGLE", options->angle, TextId::kAngle);
-    addNumber("FIRST", options->first, TextId::kFirst);
-    addNumber("SECOND", options->second, TextId::kSecond);
+    addNumber("ANGLE", options->angle, Text::kAngleArgument);
+    addNumber("FIRST", options->first, Text::kFirstArgument);
+    addNumber("SECOND", options->second, Text::kSecondArgument);
     AddSourceOptions(command, options->source);
-    command.add_option("--unit", options->unit, Text(TextId::kUnit))
+    command.add_option("--unit", options->unit, Translated(Text::kUnitOption))
         ->type_name("UNIT")
         ->capture_default_str()
         ->check(CheckWord("rad, deg, gon"));
-    command.add_option("--length", options->length, Text(TextId::kLength))
+    command.add_option("--length", options->length, Translated(Text::kLengthOption))
         ->type_name("M")
         ->capture_default_str()
         ->check([](const std::string& text) {
             const auto number = ParseNumber(text);
-            return number && *number > 0.0 ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
+            return number && *number > 0.0 ? ""
+                                           : Translated(Text::kUnsuitableNumber, {Excerpt(text)});
         });
     AddLanguageOption(command);
     return [options] { return RunAngle(*options); };

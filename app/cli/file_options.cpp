@@ -32,7 +32,7 @@ bool IsSameFile(const std::string& one, const std::string& other) {
 bool IsNoneOf(const NamedFile& file, const std::vector<NamedFile>& others) {
     for (const NamedFile& other : others) {
         if (file.option == other.option || !IsSameFile(file.fileName, other.fileName)) continue;
-        PrintNote(Text(TextId::kSameFile, {file.option, other.option, Excerpt(file.fileName)}));
+        PrintNote(Translated(Text::kSameFile, {file.option, other.option, Excerpt(file.fileName)}));
         return false;
     }
     return true;
@@ -41,8 +41,8 @@ bool IsNoneOf(const NamedFile& file, const std::vector<NamedFile>& others) {
 }  // namespace
 
 CLI::Option* AddFileOption(CLI::App& command, const std::string& option, std::string& fileName,
-                           TextId description) {
-    return command.add_option(option, fileName, Text(description))
+                           Text description) {
+    return command.add_option(option, fileName, Translated(description))
         ->type_name("FILE")
         ->check([option](const std::string& name) -> std::string {
             if (name.starts_with("--")) throw CLI::ArgumentMismatch(option + ": " + name);

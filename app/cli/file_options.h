@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/texts.h"
+#include "kv_tr/published/ml_strings.h"
 
 namespace CLI {
 class App;
@@ -16,7 +16,7 @@ namespace kv_tr::cli {
 /// Adds an option that takes the name of a file. A name that begins like an option is refused: the
 /// name has been forgotten. "./--name" is such a file.
 CLI::Option* AddFileOption(CLI::App& command, const std::string& option, std::string& fileName,
-                           TextId description);
+                           Text description);
 
 /// An option and the file that it names, if any.
 struct NamedFile {

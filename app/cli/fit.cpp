@@ -41,11 +41,11 @@ std::span<const FitType> FitTypes() { return kFitTypes; }
 Type TypeNamed(const std::string& keyword) { return Find(keyword)->type; }
 
 void AddTypeOption(CLI::App& command, std::string& keyword) {
-    command.add_option("--type", keyword, Text(TextId::kType) + ": " + AllKeywords())
+    command.add_option("--type", keyword, Translated(Text::kTypeOption) + ": " + AllKeywords())
         ->type_name("TYPE")
         ->capture_default_str()
         ->check([](const std::string& name) {
-            return Find(name) ? "" : Text(TextId::kUnknownType, {Excerpt(name), AllKeywords()});
+            return Find(name) ? "" : Translated(Text::kUnknownType, {Excerpt(name), AllKeywords()});
         });
 }
 
@@ -60,14 +60,13 @@ bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decima
     if (problem.kind == Problem::Kind::kNotOpened) {
         ReportOpenFailure(fileName);
     } else if (problem.kind == Problem::Kind::kDecimalCommas) {
-        ShowMessage(Text(TextId::kPointsHaveDecimalCommas,
-                         {fileName, std::to_string(problem.line), Excerpt(problem.text)}),
+        ShowMessage(Translated(Text::kPointsHaveDecimalCommas,
+                               {fileName, std::to_string(problem.line), Excerpt(problem.text)}),
                     Icon::kExclamation);
-        PrintNote(Text(TextId::kCommasMayBeDecimal));
+        PrintNote(Translated(Text::kCommasMayBeDecimal));
     } else {
-        ShowMessage(
-            GetMlString(74, "Hibás fájl formátum!") + "\r\n" + app::Complaint(problem, fileName),
-            Icon::kExclamation);
+        ShowMessage(Translated(Text::kBadFormat) + "\r\n" + app::Complaint(problem, fileName),
+                    Icon::kExclamation);
     }
     return false;
 }
@@ -75,9 +74,9 @@ bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decima
 bool ChooseType(Adjustment& adjustment, Type type, const std::string& fileName) {
     adjustment.SetType(type);
     if (adjustment.IsEnoughFor(type)) return true;
-    ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
-    PrintNote(Text(TextId::kPointsNeeded, {fileName, std::to_string(MinimumPoints(type)),
-                                           std::to_string(adjustment.Points().size())}));
+    ShowMessage(Translated(Text::kTooFewPoints));
+    PrintNote(Translated(Text::kPointsNeeded, {fileName, std::to_string(MinimumPoints(type)),
+                                               std::to_string(adjustment.Points().size())}));
     return false;
 }
 
@@ -85,9 +84,11 @@ FitOutcome Fit(Adjustment& adjustment) {
     const FitOutcome outcome = adjustment.Fit();
     for (int i = 0; i < outcome.singularSystems; ++i) ReportSingularMatrix();
     if (outcome.trouble == FitTrouble::kNoStart) {
-        ShowMessage(GetMlString(76, "A transzformáció nem számítható !"));
+        ShowMessage(Translated(Text::kCannotCompute));
     } else if (!outcome.converged) {
-        ShowMessage(GetMlString(adjustment.FitType() == Type::kHelmert3 ? 77 : 76, {}));
+        ShowMessage(Translated(adjustment.FitType() == Type::kHelmert3
+                                   ? Text::kCannotComputeHelmert3
+                                   : Text::kCannotCompute));
     }
     return outcome;
 }

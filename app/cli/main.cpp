@@ -14,40 +14,40 @@ namespace {
 
 struct Command {
     const char* name;
-    TextId description;
+    Text description;
     Run (*add)(CLI::App&);
 };
 
 constexpr Command kCommands[] = {
-    {"adjust", TextId::kAdjust, AddAdjust},
-    {"transform", TextId::kTransform, AddTransform},
-    {"types", TextId::kTypes, AddTypes},
-    {"params", TextId::kParamsCommand, AddParams},
-    {"national", TextId::kNationalCommand, AddNational},
-    {"angle", TextId::kAngleCommand, AddAngle},
+    {"adjust", Text::kAdjustSummary, AddAdjust},
+    {"transform", Text::kTransformSummary, AddTransform},
+    {"types", Text::kTypesSummary, AddTypes},
+    {"params", Text::kParamsSummary, AddParams},
+    {"national", Text::kNationalSummary, AddNational},
+    {"angle", Text::kAngleSummary, AddAngle},
 };
 
 /// The exit code of what has been done, if all that was printed has also been written.
 int WhenWritten(int code) {
     if (std::cout.flush()) return code;
-    throw RuntimeError(ErrorNumber::kWriteFailed, Text(TextId::kWriteFailed));
+    throw RuntimeError(ErrorNumber::kWriteFailed, Translated(Text::kCannotWriteAll));
 }
 
 int RunCommandLine(int argc, char** argv) {
     InstallProgram(ChosenLanguage({argv + 1, argv + argc}));
 
-    CLI::App program(Text(TextId::kProgram), "kv_tr");
+    CLI::App program(Translated(Text::kProgramSummary), "kv_tr");
     TranslateHelp(program);
     program.require_subcommand(1);
-    program.set_help_flag("-h,--help", Text(TextId::kHelp));
-    program.set_version_flag("--version", "kv_tr " KV_TR_VERSION, Text(TextId::kVersion));
+    program.set_help_flag("-h,--help", Translated(Text::kHelpOption));
+    program.set_version_flag("--version", "kv_tr " KV_TR_VERSION, Translated(Text::kVersionOption));
     AddLanguageOption(program);
 
     Run run;
     for (const Command& command : kCommands) {
-        CLI::App& added = *program.add_subcommand(command.name, Text(command.description));
-        added.group(Text(TextId::kCommandsHeading));
-        added.set_help_flag("-h,--help", Text(TextId::kHelp));
+        CLI::App& added = *program.add_subcommand(command.name, Translated(command.description));
+        added.group(Translated(Text::kCommandsHeading));
+        added.set_help_flag("-h,--help", Translated(Text::kHelpOption));
         added.parse_complete_callback([&run, runThis = command.add(added)] { run = runThis; });
     }
     try {
@@ -56,7 +56,7 @@ int RunCommandLine(int argc, char** argv) {
         return WhenWritten(program.exit(wish));
     } catch (const CLI::ParseError& error) {
         PrintNote(Complaint(program, error));
-        PrintNote(Text(TextId::kSeeHelp));
+        PrintNote(Translated(Text::kSeeHelp));
         return kWrongUsage;
     }
     return WhenWritten(run());
@@ -72,7 +72,7 @@ int main(int argc, char** argv) {
     try {
         return RunCommandLine(argc, argv);
     } catch (const std::exception& error) {
-        PrintNote(Text(TextId::kError) + " " + error.what());
+        PrintNote(Translated(kv_tr::Text::kError) + " " + error.what());
         return kReported;
     }
 }

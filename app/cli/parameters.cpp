@@ -12,6 +12,7 @@
 #include "kv_tr/files/open_text.h"
 #include "kv_tr/files/parameter_file.h"
 #include "kv_tr/files/parameter_listing.h"
+#include "kv_tr/model/national.h"
 #include "kv_tr/model/type_name.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
@@ -19,7 +20,6 @@
 #include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/national.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/text/file_names.h"
 
@@ -27,8 +27,8 @@ namespace kv_tr::cli {
 namespace {
 
 /// Reports why there are no parameters.
-std::nullopt_t Complain(TextId id, std::initializer_list<std::string> values = {}) {
-    ShowMessage(Text(id, values), Icon::kExclamation);
+std::nullopt_t Complain(Text id, std::initializer_list<std::string> values = {}) {
+    ShowMessage(Translated(id, values), Icon::kExclamation);
     return std::nullopt;
 }
 
@@ -41,12 +41,11 @@ std::optional<Transformation> FitParameters(const ParameterSource& source) {
 }
 
 std::optional<Transformation> BuiltIn(const std::string& name) {
-    if (name == "OL_METER") return TransformationOf(WithAffine({}, FathomToMetre()));
-    if (name == "METER_OL") return TransformationOf(WithAffine({}, MetreToFathom()));
-    const auto infos = NationalInfos();
-    const auto found = std::ranges::find(infos, name, &NationalInfo::name);
-    if (found == infos.end()) return Complain(TextId::kUnknownNational, {Excerpt(name)});
-    return TransformationOf(*NationalRecord(found->type));
+    if (name == "OL_METER") return FathomToMetre();
+    if (name == "METER_OL") return MetreToFathom();
+    const NationalInfo* found = FindNational(name);
+    if (found == nullptr) return Complain(Text::kUnknownNational, {Excerpt(name)});
+    return NationalTransformation(found->type);
 }
 
 std::optional<Transformation> ReadFile(const ParameterSource& source) {
@@ -54,12 +53,12 @@ std::optional<Transformation> ReadFile(const ParameterSource& source) {
     if (!HasExtension(source.params, "all") && !FormatHolds("trp", linearType, source.params))
         return std::nullopt;
     if (!source.decimalComma && ParametersHaveDecimalCommas(source.params)) {
-        return Complain(TextId::kDecimalCommas, {source.params});
+        return Complain(Text::kParametersHaveDecimalCommas, {source.params});
     }
     const auto [transformation, complaint] =
         app::ReadParametersWhole(source.params, linearType, source.decimalComma);
     if (!complaint.empty()) {
-        ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+        ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
         PrintNote(complaint);
     }
     return transformation;
@@ -67,11 +66,10 @@ std::optional<Transformation> ReadFile(const ParameterSource& source) {
 
 std::optional<Transformation> InverseOf(const Transformation& transformation) {
     if (IsPolynomial(transformation.type)) {
-        return Complain(TextId::kNoInverseOfType,
-                        {TypeName(transformation.type, ComponentTexts())});
+        return Complain(Text::kNoInverseOfType, {TypeName(transformation.type, ComponentTexts())});
     }
     const auto inverse = transformation.Inverse();
-    return inverse ? inverse : Complain(TextId::kNoInverse);
+    return inverse ? inverse : Complain(Text::kNoInverse);
 }
 
 /// The parameters of the source; nothing after it was reported why there are none. A type asked for
@@ -82,38 +80,39 @@ std::optional<Transformation> Load(const ParameterSource& source) {
                                                    : ReadFile(source);
     if (!loaded) return std::nullopt;
     if (!source.type.empty() && TypeNamed(source.type) != loaded->type) {
-        return Complain(TextId::kOtherType,
+        return Complain(Text::kOtherType,
                         {source.params + source.national, TypeName(loaded->type, ComponentTexts()),
                          TypeName(TypeNamed(source.type), ComponentTexts())});
     }
     return source.inverse ? InverseOf(*loaded) : loaded;
 }
 
-int WrongUsage(TextId id) {
-    PrintNote(Text(id));
+int WrongUsage(Text id) {
+    PrintNote(Translated(id));
     return kWrongUsage;
 }
 
 }  // namespace
 
 void AddBuiltInOptions(CLI::App& command, ParameterSource& source) {
-    command.add_option("--national", source.national, Text(TextId::kNational))->type_name("NAME");
+    command.add_option("--national", source.national, Translated(Text::kNationalOption))
+        ->type_name("NAME");
     AddTypeOption(command, source.type);
-    command.add_flag("--inverse", source.inverse, Text(TextId::kApplyInverse));
-    command.add_flag("--decimal-comma", source.decimalComma, Text(TextId::kReadDecimalComma));
+    command.add_flag("--inverse", source.inverse, Translated(Text::kInverseOption));
+    command.add_flag("--decimal-comma", source.decimalComma, Translated(Text::kHasDecimalCommas));
 }
 
 void AddSourceOptions(CLI::App& command, ParameterSource& source) {
-    AddFileOption(command, "--points", source.points, TextId::kPoints)->type_name("POINTS");
-    AddFileOption(command, "--params", source.params, TextId::kParams)->check(CheckExtension);
+    AddFileOption(command, "--points", source.points, Text::kPointsArgument)->type_name("POINTS");
+    AddFileOption(command, "--params", source.params, Text::kParamsOption)->check(CheckExtension);
     AddBuiltInOptions(command, source);
 }
 
 int LoadParameters(Transformation& transformation, const ParameterSource& source) {
     if (!source.points.empty() + !source.params.empty() + !source.national.empty() != 1) {
-        return WrongUsage(TextId::kOneSource);
+        return WrongUsage(Text::kOneSource);
     }
-    if (!source.points.empty() && source.type.empty()) return WrongUsage(TextId::kTypeNeeded);
+    if (!source.points.empty() && source.type.empty()) return WrongUsage(Text::kTypeNeeded);
 
     const auto loaded = Load(source);
     if (loaded) transformation = *loaded;
@@ -123,12 +122,12 @@ int LoadParameters(Transformation& transformation, const ParameterSource& source
 std::string CheckExtension(const std::string& fileName) {
     const bool known = HasExtension(fileName, "trp") || HasExtension(fileName, "prm") ||
                        HasExtension(fileName, "all");
-    return known ? "" : Text(TextId::kUnknownExtension, {Excerpt(fileName)});
+    return known ? "" : Translated(Text::kUnknownExtension, {Excerpt(fileName)});
 }
 
 bool FormatHolds(const std::string& format, Type type, const std::string& name) {
     if ((format == "all") == IsPolynomial(type)) return true;
-    Complain(TextId::kFormatCannotHold, {name, TypeName(type, ComponentTexts())});
+    Complain(Text::kFormatCannotHold, {name, TypeName(type, ComponentTexts())});
     return false;
 }
 

@@ -8,9 +8,9 @@
 #include "cli/program.h"
 #include "kv_tr/files/parameter_file.h"
 #include "kv_tr/files/parameter_listing.h"
+#include "kv_tr/model/national.h"
 #include "kv_tr/model/type_name.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/national.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/published/transformation_type.h"
 
@@ -61,7 +61,7 @@ int RunParams(const ParamsOptions& options) {
     std::erase(text, '\r');
     std::cout << text;
     if (IsNational(transformation.type)) {
-        PrintNote(NationalOrigin(PublishedType(transformation.type)));
+        PrintNote(Translated(NationalOrigin(transformation.type)));
     }
     return kDone;
 }
@@ -70,10 +70,10 @@ int RunParams(const ParamsOptions& options) {
 
 Run AddParams(CLI::App& command) {
     const auto options = std::make_shared<ParamsOptions>();
-    command.add_option("FILE", options->source.params, Text(TextId::kParams))
+    command.add_option("FILE", options->source.params, Translated(Text::kParamsOption))
         ->check(CheckExtension);
     AddBuiltInOptions(command, options->source);
-    command.add_option("--format", options->format, Text(TextId::kFormat))
+    command.add_option("--format", options->format, Translated(Text::kFormatOption))
         ->type_name("FORMAT")
         ->capture_default_str()
         ->check(CheckWord("listing, trp, prm, all, json"));

@@ -51,10 +51,6 @@ std::string UsersLocale() {
 
 }  // namespace
 
-std::string Text(TextId id, std::initializer_list<std::string> values) {
-    return FillPlaces(GetMlString(static_cast<int>(id), {}), values);
-}
-
 const std::vector<Message>& ReportedMessages() { return Kept(); }
 
 void InstallProgram(std::int32_t language) {
@@ -83,25 +79,25 @@ std::int32_t ChosenLanguage(const std::vector<std::string>& arguments) {
 }
 
 std::string CheckNumber(const std::string& text) {
-    return ParseNumber(text) ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
+    return ParseNumber(text) ? "" : Translated(Text::kUnsuitableNumber, {Excerpt(text)});
 }
 
 std::function<std::string(const std::string&)> CheckWord(const std::string& words) {
     return [words](const std::string& word) {
         const bool known = word.find_first_of(", ") == word.npos &&
                            (", " + words + ",").find(" " + word + ",") != words.npos;
-        return known ? "" : Text(TextId::kUnknownValue, {Excerpt(word), words});
+        return known ? "" : Translated(Text::kUnknownValue, {Excerpt(word), words});
     };
 }
 
 void AddLanguageOption(CLI::App& command) {
     command.add_option("--language")
-        ->description(Text(TextId::kLanguage))
+        ->description(Translated(Text::kLanguageOption))
         ->type_name("LANG")
         ->check([](const std::string& name) {
             return app::LanguageCoded(name) != 0
                        ? ""
-                       : Text(TextId::kUnknownLanguage, {Excerpt(name), "hu, ro, vi, en, sr"});
+                       : Translated(Text::kUnknownLanguage, {Excerpt(name), "hu, ro, vi, en, sr"});
         });
 }
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/texts.h"
 #include "common/excerpt.h"
+#include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/platform.h"
 
 namespace CLI {

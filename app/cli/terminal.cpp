@@ -44,7 +44,7 @@ void Progress::Show(std::uint64_t lines, std::uint64_t bytes) {
     if (now < next_) return;
     next_ = now + kInterval;
     shown_ = true;
-    std::cerr << '\r' << Text(TextId::kLinesDone, {std::to_string(lines)});
+    std::cerr << '\r' << Translated(Text::kLinesDone, {std::to_string(lines)});
     if (size_ != 0) std::cerr << ", " << 100 * bytes / size_ << " %";
     std::cerr << std::flush;
 }

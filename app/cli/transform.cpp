@@ -36,7 +36,7 @@ public:
         std::error_code error;
         if (standard_) {
             std::ios::sync_with_stdio(false);
-            name_ = Text(TextId::kStandardInput);
+            name_ = Translated(Text::kStandardInput);
         } else if (!std::filesystem::is_directory(name, error)) {
             stream_.open(name, std::ios::binary);
             const auto size = std::filesystem::file_size(name, error);
@@ -104,7 +104,7 @@ app::CoordinateResult TransformAll(Input& input, Output& output,
             }};
     const auto result = app::TransformText(input.Source(), to, transformation, options.coordinates);
     app::ReportBadLines(result, input.Name());
-    if (result.mayHaveDecimalCommas) PrintNote(Text(TextId::kCommasMayBeDecimal));
+    if (result.mayHaveDecimalCommas) PrintNote(Translated(Text::kCommasMayBeDecimal));
     return result;
 }
 
@@ -115,7 +115,7 @@ int RunTransform(const TransformOptions& options) {
     }
     Transformation transformation;
     if (const int code = LoadParameters(transformation, options.source); code != kDone) {
-        if (code == kReported) PrintNote(Text(TextId::kNothingTransformed));
+        if (code == kReported) PrintNote(Translated(Text::kNothingTransformed));
         return code;
     }
     Input input(options.input);
@@ -132,7 +132,7 @@ int RunTransform(const TransformOptions& options) {
     if (!result.Complete()) return kReported;
     if (!output.Commit()) {
         if (!options.output.empty()) throw WriteFailure(options.output);
-        throw RuntimeError(ErrorNumber::kWriteFailed, Text(TextId::kWriteFailed));
+        throw RuntimeError(ErrorNumber::kWriteFailed, Translated(Text::kCannotWriteAll));
     }
     return result.badLines == 0 ? kDone : kReported;
 }
@@ -141,24 +141,27 @@ int RunTransform(const TransformOptions& options) {
 
 Run AddTransform(CLI::App& command) {
     const auto options = std::make_shared<TransformOptions>();
-    command.add_option("FILE", options->input, Text(TextId::kFile));
+    command.add_option("FILE", options->input, Translated(Text::kTransformArgument));
     AddSourceOptions(command, options->source);
-    AddFileOption(command, "--output", options->output, TextId::kOutput);
+    AddFileOption(command, "--output", options->output, Text::kOutputOption);
     const auto setDecimals = [options](const std::string& text) {
         options->coordinates.decimals = static_cast<int>(*ParseNumber(text));
     };
-    command.add_option_function<std::string>("--decimals", setDecimals, Text(TextId::kDecimals))
+    command
+        .add_option_function<std::string>("--decimals", setDecimals,
+                                          Translated(Text::kDecimalsOption))
         ->type_name("N")
         ->default_str(std::to_string(options->coordinates.decimals))
         ->check([](const std::string& text) {
             const auto number = ParseNumber(text);
             const bool suitable =
                 number && *number >= 0 && *number <= 15 && *number == std::floor(*number);
-            return suitable ? "" : Text(TextId::kUnsuitableNumber, {Excerpt(text)});
+            return suitable ? "" : Translated(Text::kUnsuitableNumber, {Excerpt(text)});
         });
-    command.add_flag("--no-id", options->coordinates.noId, Text(TextId::kNoId));
-    command.add_flag("--keep-going", options->coordinates.keepGoing, Text(TextId::kKeepGoing));
-    command.get_option("--decimal-comma")->description(Text(TextId::kDecimalComma));
+    command.add_flag("--no-id", options->coordinates.noId, Translated(Text::kNoIdOption));
+    command.add_flag("--keep-going", options->coordinates.keepGoing,
+                     Translated(Text::kKeepGoingOption));
+    command.get_option("--decimal-comma")->description(Translated(Text::kDecimalCommaOption));
     AddLanguageOption(command);
     return [options] {
         options->coordinates.decimalComma = options->source.decimalComma;

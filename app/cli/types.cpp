@@ -11,10 +11,10 @@ namespace kv_tr::cli {
 namespace {
 
 int RunTypes() {
-    Column keywords{Text(TextId::kTypeHeading)};
-    Column numbers{Text(TextId::kNumberHeading), true};
-    Column points{Text(TextId::kPointsHeading), true};
-    Column names{Text(TextId::kNameHeading)};
+    Column keywords{Translated(Text::kTypeHeading)};
+    Column numbers{Translated(Text::kNumberHeading), true};
+    Column points{Translated(Text::kPointsHeading), true};
+    Column names{Translated(Text::kNameHeading)};
     for (const auto& [keyword, type] : FitTypes()) {
         keywords.cells.emplace_back(keyword);
         numbers.cells.push_back(std::to_string(NumberOf(type)));

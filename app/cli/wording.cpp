@@ -32,25 +32,25 @@ std::string MissingFrom(const CLI::App& command) {
 /// Missing arguments come second: they may be due to a misspelt word, which is then left over.
 std::string WhatIsMissing(const CLI::App& program) {
     if (const auto unknown = program.remaining(true); !unknown.empty()) {
-        return Text(TextId::kUnexpected, {Excerpt(CLI::detail::join(unknown, " "))});
+        return Translated(Text::kUnexpected, {Excerpt(CLI::detail::join(unknown, " "))});
     }
     const auto given = program.get_subcommands();
-    if (given.empty()) return Text(TextId::kCommandNeeded, {CommandNames(program)});
-    return Text(TextId::kMissing, {MissingFrom(*given.front())});
+    if (given.empty()) return Translated(Text::kCommandNeeded, {CommandNames(program)});
+    return Translated(Text::kMissing, {MissingFrom(*given.front())});
 }
 
 }  // namespace
 
 void TranslateHelp(CLI::App& program) {
     const auto formatter = std::make_shared<CLI::Formatter>();
-    formatter->label("Usage", Text(TextId::kUsage));
-    formatter->label("OPTIONS", Text(TextId::kOptionsPlace));
-    formatter->label("Positionals", Text(TextId::kArgumentsHeading));
-    formatter->label("SUBCOMMAND", Text(TextId::kCommandPlace));
+    formatter->label("Usage", Translated(Text::kUsageHeading));
+    formatter->label("OPTIONS", Translated(Text::kOptionsPlace));
+    formatter->label("Positionals", Translated(Text::kArgumentsHeading));
+    formatter->label("SUBCOMMAND", Translated(Text::kCommandPlace));
     formatter->label("TEXT", "");
     formatter->label("REQUIRED", "");  // the line of usage has the others in brackets
     program.formatter(formatter);
-    program.option_defaults()->group(Text(TextId::kOptionsHeading));
+    program.option_defaults()->group(Translated(Text::kOptionsHeading));
 }
 
 std::string Complaint(const CLI::App& program, const CLI::ParseError& error) {
@@ -60,8 +60,8 @@ std::string Complaint(const CLI::App& program, const CLI::ParseError& error) {
     switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {
         case CLI::ExitCodes::RequiredError:
         case CLI::ExitCodes::ExtrasError: return WhatIsMissing(program);
-        case CLI::ExitCodes::ArgumentMismatch: return Text(TextId::kValueMissing, {option});
-        case CLI::ExitCodes::ConversionError: return Text(TextId::kTakesNoValue, {option});
+        case CLI::ExitCodes::ArgumentMismatch: return Translated(Text::kValueMissing, {option});
+        case CLI::ExitCodes::ConversionError: return Translated(Text::kTakesNoValue, {option});
         default:  // the checks of the options speak for themselves
             return text;
     }

@@ -28,8 +28,8 @@ std::span<const AngleUnit> AngleUnits() { return kUnits; }
 std::string TransformedDirection(const Transformation& transformation, double direction,
                                  const AngleUnit& unit, Point point, double length) {
     const AngleConstants angles;
-    const double image = MapDirection(
-        RecordOf(transformation), direction * angles.pi / unit.perHalfTurn, point, length, angles);
+    const double image = MapDirection(transformation, direction * angles.pi / unit.perHalfTurn,
+                                      point, length, angles);
     if (!std::isfinite(image)) return {};
     const auto text = [&unit](double value) { return FormatFixed(value, unit.decimals, 0); };
     const std::string shown = text(image * unit.perHalfTurn / angles.pi);

@@ -95,7 +95,7 @@ private:
     /// The error of a text whose lines have not all come out.
     RuntimeError Incomplete() const {
         return {ErrorNumber::kWriteFailed,
-                FillPlaces(GetMlString(1200, "{1} bájtból csak {0} lett átszámítva"),
+                Translated(Text::kPartTransformed,
                            {std::to_string(bytesDone_), std::to_string(bytesRead_)})};
     }
 
@@ -137,14 +137,11 @@ CoordinateResult TransformText(std::streambuf& source, const CoordinateOutput& o
 void ReportBadLines(const CoordinateResult& result, const std::string& fileName) {
     const std::string lines = std::to_string(result.lines);
     if (result.endedBy) {
-        ShowMessage(FillPlaces(GetMlString(1030, "{0}, {1}. sor: nem számítható át: {2}"),
-                               {fileName, lines, Excerpt(*result.endedBy)}),
-                    Icon::kExclamation);
+        ShowMessage(
+            Translated(Text::kBadCoordinateLine, {fileName, lines, Excerpt(*result.endedBy)}),
+            Icon::kExclamation);
     } else if (result.badLines > 0) {
-        ShowMessage(FillPlaces(GetMlString(1032,
-                                           "{1} sorból {0} hibás, ezek változatlanul "
-                                           "maradtak."),
-                               {std::to_string(result.badLines), lines}),
+        ShowMessage(Translated(Text::kBadLinesKept, {std::to_string(result.badLines), lines}),
                     Icon::kExclamation);
     }
 }

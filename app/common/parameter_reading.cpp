@@ -16,14 +16,12 @@ std::string Complaint(const Problem& problem, const std::string& fileName) {
         return {};
     }
     if (FormatNamed(fileName) != ParameterFormat::kPolynomial) {
-        return FillPlaces(GetMlString(1070, "{0}: hat számnak kell benne lennie."), {fileName});
+        return Translated(Text::kSixNumbersNeeded, {fileName});
     }
     if (problem.kind == Problem::Kind::kUnknownLayout) {
-        return FillPlaces(GetMlString(1067, "{0}: a sorok száma egyik polinomtípusé sem."),
-                          {fileName});
+        return Translated(Text::kNoSuchPolynomial, {fileName});
     }
-    return FillPlaces(GetMlString(1060, "{0}: a(z) {1}. sortól kezdve nem olvasható teljesen."),
-                      {fileName, std::to_string(problem.line)});
+    return Translated(Text::kUnreadableFrom, {fileName, std::to_string(problem.line)});
 }
 
 }  // namespace

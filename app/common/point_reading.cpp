@@ -26,7 +26,7 @@ PointReading ReadPoints(const std::string& fileName, Comma comma) {
 }
 
 std::string Complaint(const Problem& problem, const std::string& fileName) {
-    return FillPlaces(GetMlString(1029, "{0}, {1}. sor: azonosító és négy koordináta kellene: {2}"),
+    return Translated(Text::kBadPointLine,
                       {fileName, std::to_string(problem.line), Excerpt(TextOf(problem))});
 }
 

@@ -11,10 +11,10 @@
 #include <string_view>
 #include <typeinfo>
 
+#include "kv_tr/model/national.h"
 #include "kv_tr/model/transformation.h"
 #include "kv_tr/published/clsTr.h"
 #include "kv_tr/published/clsTrCalc.h"
-#include "kv_tr/published/national.h"
 #include "kv_tr/published/platform.h"
 
 namespace kv_tr::python {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "kv_tr/fit/fit.h"
-#include "kv_tr/published/national.h"
+#include "kv_tr/model/national.h"
 #include "kv_tr/published/transformation_type.h"
 #include "python/binding.h"
 
@@ -59,7 +59,7 @@ const std::vector<Word>& AllWords() {
     static const std::vector<Word> all = [] {
         std::vector<Word> words(kWords.begin(), kWords.end());
         for (const NationalInfo& info : NationalInfos()) {
-            words.emplace_back(info.name, TypeOf(info.type));
+            words.emplace_back(info.name, info.type);
         }
         return words;
     }();

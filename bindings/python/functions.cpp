@@ -1,12 +1,12 @@
 // Functions of general use in Python.
 #include <pybind11/stl/filesystem.h>
 
+#include "kv_tr/model/national.h"
 #include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/eval_tr_prm.h"
 #include "kv_tr/published/formula_text.h"
 #include "kv_tr/published/matrix_routines.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/national.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/text/file_names.h"
 #include "python/arrays.h"
@@ -89,7 +89,9 @@ void AddDecimalCommas(py::module_& module) {
 void AddNational(py::module_& module) {
     py::class_<NationalInfo>(module, "NationalInfo",
                              "What is known of a built-in transformation between two systems.")
-        .def_readonly("type", &NationalInfo::type, "For clsTr.udtTrPrmByDAT2M1.")
+        .def_property_readonly(
+            "type", [](const NationalInfo& info) { return PublishedType(info.type); },
+            "For clsTr.udtTrPrmByDAT2M1.")
         .def_readonly("name", &NationalInfo::name, "The type without TR_, as in 'STG_EOV_10e'.")
         .def_readonly("source", &NationalInfo::source,
                       "'STG', 'HÉR', 'HKR', 'HDR', 'BOV' or 'EOV'.")

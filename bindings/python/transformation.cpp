@@ -8,9 +8,9 @@
 #include <functional>
 #include <optional>
 
+#include "kv_tr/model/national.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/coefficients.h"
-#include "kv_tr/published/national.h"
 #include "kv_tr/published/transformation_type.h"
 #include "python/arrays.h"
 #include "python/binding.h"
@@ -135,16 +135,13 @@ Transformation Inverse(const Transformation& self) {
 }
 
 Transformation National(const std::string& name) {
-    const auto infos = NationalInfos();
-    const auto found = std::ranges::find(infos, name, &NationalInfo::name);
-    if (found == infos.end()) {
+    const NationalInfo* found = FindNational(name);
+    if (found == nullptr) {
         throw py::value_error("'" + name + "' is no national transformation; NationalInfos() " +
                               "lists them, as STG_EOV_10e");
     }
-    return TransformationOf(*NationalRecord(found->type));
+    return *NationalTransformation(found->type);
 }
-
-Transformation Fathoms(const AFFIN_PRM& record) { return TransformationOf(WithAffine({}, record)); }
 
 void AddFiles(py::class_<Transformation>& type) {
     using py::arg;
@@ -172,11 +169,10 @@ void AddFiles(py::class_<Transformation>& type) {
     type.def_static("national", National, arg("name"),
                     "A built-in transformation between two systems, as 'STG_EOV_10e'.\n"
                     "NationalInfos() lists them with their accuracy. ValueError for other names.");
+    type.def_static("fathom_to_metre", FathomToMetre,
+                    "From fathoms to metres: 1 fathom is 1.89648384 m.");
     type.def_static(
-        "fathom_to_metre", [] { return Fathoms(FathomToMetre()); },
-        "From fathoms to metres: 1 fathom is 1.89648384 m.");
-    type.def_static(
-        "metre_to_fathom", [] { return Fathoms(MetreToFathom()); },
+        "metre_to_fathom", MetreToFathom,
         "From metres to fathoms. The factor has nine decimals, so there and back is not exactly\n"
         "the identity.");
 }

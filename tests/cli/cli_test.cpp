@@ -7,7 +7,7 @@
 #include <regex>
 
 #include "cli/command_line.h"
-#include "kv_tr/published/national.h"
+#include "kv_tr/model/national.h"
 #include "kv_tr/text/code_page.h"
 
 namespace kv_tr::test {
@@ -233,7 +233,7 @@ TEST_F(CommandLine, PrintsEveryNumberInItsShortestForm) {
 TEST_F(CommandLine, AppliesEveryNationalTransformation) {
     int points = 0;
     for (const NationalInfo& info : NationalInfos()) {
-        Run("grep ^" + std::to_string(info.type) +
+        Run("grep ^" + std::to_string(NumberOf(info.type)) +
             ", national/checkpoints.csv | kv_tr transform --decimals 6 --national " + info.name);
         std::istringstream lines(out);
         for (std::string line; std::getline(lines, line); ++points) {

@@ -7,6 +7,7 @@
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "kv_tr/published/affine_record.h"
+#include "kv_tr/published/coefficients.h"
 
 namespace kv_tr::test {
 namespace {
@@ -107,7 +108,7 @@ TEST_F(Desktop, TransformsWhatIsTypedAndKeepsParametersThatNoDialogConfirmed) {
 }
 
 TEST_F(Desktop, WritesAWholeResultFileOrNone) {
-    TR_PRM shift = IdentityRecord();
+    TR_PRM shift = RecordOf({});
     shift.dA0 = 100;
     TransformForm transform(shift);
     transform.Input(File("in.txt", "A 1 2 stone\r\nB x 2\nC 3 4"));
@@ -138,7 +139,7 @@ TEST_F(Desktop, WritesAWholeResultFileOrNone) {
 }
 
 TEST_F(Desktop, TransformsDecimalCommasOnlyWhenItIsToldOfThem) {
-    TR_PRM shift = IdentityRecord();
+    TR_PRM shift = RecordOf({});
     shift.dA0 = 100;
     TransformForm transform(shift);
     transform.Input(File("in.txt", "A 650012,31 240001,17\r\nB 1 2,5 3,5\r\n"));

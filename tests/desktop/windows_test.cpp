@@ -21,6 +21,7 @@
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "kv_tr/published/affine_record.h"
+#include "kv_tr/published/coefficients.h"
 #include "kv_tr/qt/frmAffinTrPrm_window.h"
 #include "kv_tr/qt/frmChooseDAT2M1_window.h"
 #include "kv_tr/qt/frmChoosePrm_window.h"
@@ -172,7 +173,7 @@ class TransformationOfAFile : public testing::Test {
 protected:
     RecordingPlatform platform;
     const TemporaryFolder folder;
-    desktop::TransformForm form{IdentityRecord()};
+    desktop::TransformForm form{RecordOf({})};
 
     TransformationOfAFile() {
         std::string lines;

@@ -10,6 +10,7 @@
 #include "kv_tr/forms/frmPoliTrPrm.h"
 #include "kv_tr/forms/frmXY4Tr.h"
 #include "kv_tr/published/affine_record.h"
+#include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/published/working_folder.h"
 #include "kv_tr/text/file_names.h"
@@ -52,7 +53,7 @@ protected:
 using AffinTrPrm = ParameterForms;
 
 TEST_F(AffinTrPrm, TakesNumbersAndWritesThemBackWhicheverWayItIsClosed) {
-    TR_PRM exact = IdentityRecord();
+    TR_PRM exact = RecordOf({});
     exact.eType = TR_AFFIN;
     exact.dA0 = 1.00049;
     transformation.udtTrPrm(exact);

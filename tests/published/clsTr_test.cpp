@@ -3,10 +3,10 @@
 #include <cmath>
 
 #include "helpers/engine_test.h"
+#include "kv_tr/model/national.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/eval_tr_prm.h"
-#include "kv_tr/published/national.h"
 
 namespace kv_tr {
 namespace {
@@ -61,7 +61,7 @@ TEST_F(ClsTr, InvertsLinearRecordsOnly) {
         EXPECT_TRUE(tr.bGetInversePrm(inverse));
         EXPECT_EQ(inverse.eType, type);
         const PlanePoint image = test::Map(tr, {1234.5, 987.25});
-        test::ExpectNear(EvalTrPrm(WithAffine({}, inverse), image), {1234.5, 987.25}, 1e-9);
+        test::ExpectNear(WithAffine({}, inverse).Apply(image), {1234.5, 987.25}, 1e-9);
     }
     tr.udtTrPrm(MakeRecord(TR_AFFIN, {.a = {0, 1, 2}, .b = {0, 2, 4}}));  // everything on a line
     EXPECT_THROW(tr.bGetInversePrm(inverse), RuntimeError);
@@ -86,15 +86,15 @@ TEST_F(ClsTr, TakesNationalRecordsByTheirType) {
         platform.confirm = confirmed;
         EXPECT_FALSE(tr.bLoadByDAT2M1());
         EXPECT_EQ(tr.udtTrPrm().eType, loaded);
-        EXPECT_EQ(CoefficientsOf(tr.udtTrPrm()).a, CoefficientsOf(*NationalRecord(loaded)).a);
+        EXPECT_EQ(CoefficientsOf(tr.udtTrPrm()).a, NationalTransformation(static_cast<Type>(loaded))->a);
     }
     EXPECT_EQ(platform.opened.back(), "national from 10");
 }
 
 TEST_F(ClsTr, ConvertsFathomsThereAndNotQuiteBack) {
-    tr.udtTrAffinPrm(FathomToMetre());
+    tr.udtTrPrm(RecordOf(FathomToMetre()));
     EXPECT_DOUBLE_EQ(test::Map(tr, {1000, 1000}).first, 1896.48384);
-    tr.udtTrAffinPrm(MetreToFathom());
+    tr.udtTrPrm(RecordOf(MetreToFathom()));
     EXPECT_NEAR(test::Map(tr, {0, 1896.48384}).second, 1000.00000026, 5e-9);
 }
 

@@ -230,16 +230,16 @@ std::multiset<std::string> Shape(const std::string& text) {
     return {std::sregex_token_iterator(text.begin(), text.end(), marks), {}};
 }
 
-std::string Find(std::span<const MlString> table, int id) {
+std::string Find(std::span<const MlString> table, Text id) {
     return std::ranges::find(table, id, &MlString::id)->text;
 }
 
 TEST(StringTables, AgreeWithTheHungarianOneAndFitTheirCodePage) {
-    std::map<int, std::string> hungarian;
+    std::map<Text, std::string> hungarian;
     for (const auto& [id, text] : HungarianStrings()) hungarian[id] = text;
     for (const auto table : {HungarianStrings(), EnglishStrings(), RomanianStrings(),
                              VietnameseStrings(), SerbianStrings()}) {
-        EXPECT_GE(table.size() + 1, hungarian.size());  // only Hungarian has id 30
+        EXPECT_GE(table.size() + 1, hungarian.size());  // only Hungarian has kSixParametersButton
         const bool vietnamese = table.data() == VietnameseStrings().data();
         const CodePage page = vietnamese ? CodePage::kWindows1258 : kWindows1250;
         for (const auto& [id, text] : table) {
@@ -251,7 +251,7 @@ TEST(StringTables, AgreeWithTheHungarianOneAndFitTheirCodePage) {
             EXPECT_EQ(FromCodePage(ToCodePage(inFile, page), page), inFile);
             EXPECT_EQ(std::ranges::count(inFile, '?'), std::ranges::count(std::string(text), '?'));
         }
-        EXPECT_EQ(DisplayWidth(Find(table, 107)), 110U);
+        EXPECT_EQ(DisplayWidth(Find(table, Text::kLogColumns)), 110U);
     }
 }
 

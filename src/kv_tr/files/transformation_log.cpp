@@ -20,14 +20,14 @@ public:
 
     std::vector<LogLine> Log() {
         const Type type = adjustment_.FitType();
-        Add("\t" + texts_(103));
+        Add("\t" + texts_(Text::kLogTitle));
         Add("");
         Add("\t" + TypeName(type, texts_));
         IsPolynomial(type) ? AddPolynomial() : AddSixParameters();
         AddFigures();
-        AddTable(true, texts_(106));
+        AddTable(true, texts_(Text::kLogUsedPoints));
         Add("");
-        if (adjustment_.ExcludedCount() > 0) AddTable(false, texts_(108));
+        if (adjustment_.ExcludedCount() > 0) AddTable(false, texts_(Text::kLogExcludedPoints));
         Add("");
         return std::move(lines_);
     }
@@ -71,16 +71,17 @@ private:
 
     void AddFigures() {
         const Statistics& figures = adjustment_.Figures();
-        Add("\t" + texts_(104) + "\tY =" + Metres(figures.rmsFirst) +
+        Add("\t" + texts_(Text::kLogRmsErrors) + "\tY =" + Metres(figures.rmsFirst) +
             "\tX =" + Metres(figures.rmsSecond) + "\tYX=" + Metres(figures.rms));
-        Add("\t" + texts_(105) + "\t" + texts_(168) + Metres(figures.meanFirst) + "\t" +
-            texts_(170) + Metres(figures.meanSecond));
+        Add("\t" + texts_(Text::kLogRmsValues) + "\t" + texts_(Text::kSeriesFirst) +
+            Metres(figures.meanFirst) + "\t" + texts_(Text::kSeriesSecond) +
+            Metres(figures.meanSecond));
         Add("");
     }
 
     void AddTable(bool used, const std::string& title) {
         Add("\t" + title);
-        Add(texts_(107));
+        Add(texts_(Text::kLogColumns));
         const auto points = adjustment_.Points();
         for (std::size_t i = 0; i < points.size(); ++i) {
             if (points[i].used != used) continue;

@@ -5,6 +5,7 @@
 #include "kv_tr/files/parameter_file.h"
 #include "kv_tr/forms/choose_file.h"
 #include "kv_tr/forms/save_parameters.h"
+#include "kv_tr/model/national.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
@@ -18,7 +19,8 @@ namespace kv_tr {
 
 bool frmAffinTrPrm::bDoModal(clsTr& parameters, const std::function<void()>& showModal) {
     parameters_ = &parameters;
-    Take(AffineOf(parameters.bTypeIsPolinom() ? IdentityRecord() : parameters.udtTrPrm()));
+    Take(AffineOf(parameters.bTypeIsPolinom() ? Transformation{}
+                                              : TransformationOf(parameters.udtTrPrm())));
     fathomButtonsVisible_ = CurrentMlLanguage() == kHungarian;
     confirmed_ = false;
     showModal();
@@ -61,9 +63,9 @@ bool frmAffinTrPrm::txtTrPrm(int box, const std::string& text) {
     return number.has_value();
 }
 
-void frmAffinTrPrm::cmdMeterOl() { Take(MetreToFathom()); }
+void frmAffinTrPrm::cmdMeterOl() { Take(AffineOf(MetreToFathom())); }
 
-void frmAffinTrPrm::cmdOlMeter() { Take(FathomToMetre()); }
+void frmAffinTrPrm::cmdOlMeter() { Take(AffineOf(FathomToMetre())); }
 
 void frmAffinTrPrm::cmdLoad() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4LoadAffinTrPrm);
@@ -80,7 +82,7 @@ void frmAffinTrPrm::cmdLoad() {
     parameters_->udtTrPrm(RecordOf(loaded));
     if (problem) return ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
     parameters_->gName = DirectoryOf(*fileName);
-    Take(AffineOf(parameters_->udtTrPrm()));
+    Take(AffineOf(TransformationOf(parameters_->udtTrPrm())));
 }
 
 void frmAffinTrPrm::cmdSave() {

@@ -1,10 +1,10 @@
 // The chooser of national transformations without its window.
 #include "kv_tr/forms/frmChooseDAT2M1.h"
 
+#include "kv_tr/model/national.h"
+#include "kv_tr/model/type_name.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/national.h"
 #include "kv_tr/published/number_format.h"
-#include "kv_tr/published/type_names.h"
 
 namespace kv_tr {
 
@@ -28,7 +28,8 @@ std::vector<std::vector<std::string>> frmChooseDAT2M1::Rows() {
     for (const NationalInfo& info : NationalInfos()) {
         const bool country = info.area == NationalArea::kHungary;
         rows.push_back(
-            {TypeName(info.type), info.source, info.destination, FormatFixed(info.accuracy, 3, 0),
+            {TypeName(info.type, ComponentTexts()), info.source, info.destination,
+             FormatFixed(info.accuracy, 3, 0),
              country ? GetMlString(1065, "Magyarország") : GetMlString(1066, "Budapest")});
     }
     return rows;
@@ -40,7 +41,9 @@ void frmChooseDAT2M1::lstTr(int row) {
 }
 
 std::string frmChooseDAT2M1::Origin() const {
-    return selected_ < 0 ? "" : NationalOrigin(static_cast<enuTR_TYPE>(TR_STG_HER + selected_));
+    return selected_ < 0 ? ""
+                         : Translated(NationalOrigin(
+                               NationalInfos()[static_cast<std::size_t>(selected_)].type));
 }
 
 bool frmChooseDAT2M1::cmdOk() {

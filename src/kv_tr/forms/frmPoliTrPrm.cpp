@@ -8,13 +8,13 @@
 #include "kv_tr/files/parameter_listing.h"
 #include "kv_tr/forms/choose_file.h"
 #include "kv_tr/forms/save_parameters.h"
+#include "kv_tr/model/national.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/national.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/published/type_names.h"
 #include "kv_tr/published/working_folder.h"
@@ -67,7 +67,7 @@ void frmPoliTrPrm::cmdLoad() {
 void frmPoliTrPrm::cmdDAT2M1() {
     enuTR_TYPE type = working_.eType;
     if (!OpenDialogs().ChooseNational(type)) return;
-    if (const auto record = NationalRecord(type)) Take(*record);
+    if (const auto national = NationalTransformation(TypeOf(type))) Take(RecordOf(*national));
 }
 
 void frmPoliTrPrm::cmdSave() {

@@ -63,8 +63,10 @@ std::optional<double> Transformation::Direction(double angle, Point at) const {
     return DirectionOf(first, second);
 }
 
+double Determinant(const Transformation& t) { return t.a[1] * t.b[2] - t.a[2] * t.b[1]; }
+
 Transformation LinearInverse(const Transformation& t) {
-    const double d = t.a[1] * t.b[2] - t.a[2] * t.b[1];
+    const double d = Determinant(t);
     Transformation inverse{.type = t.type};
     inverse.a[0] = (t.b[0] * t.a[2] - t.a[0] * t.b[2]) / d;
     inverse.a[1] = t.b[2] / d;
@@ -77,7 +79,9 @@ Transformation LinearInverse(const Transformation& t) {
 
 std::optional<Transformation> Transformation::Inverse() const {
     if (IsPolynomial(type)) return std::nullopt;
-    const Transformation inverse = LinearInverse(*this);
+    Transformation inverse = LinearInverse(*this);
+    if (type == Type::kFathomToMetre) inverse.type = Type::kMetreToFathom;
+    if (type == Type::kMetreToFathom) inverse.type = Type::kFathomToMetre;
     if (!IsFinite(inverse.a) || !IsFinite(inverse.b)) return std::nullopt;
     return inverse;
 }

@@ -50,13 +50,17 @@ struct Transformation {
     /// the direction to a point.
     std::optional<double> Direction(double angle, Point at) const;
 
-    /// The transformation back, of the same type; nothing for a polynomial, and for a linear one
-    /// that maps the plane to a line or a point, or whose inverse has no finite coefficients.
+    /// The transformation back, of the same type, or of the other one of the two with fathoms;
+    /// nothing for a polynomial, and for a linear one that maps the plane to a line or a point, or
+    /// whose inverse has no finite coefficients.
     std::optional<Transformation> Inverse() const;
 };
 
-/// The transformation back of a linear one, by the formula. Where there is none the coefficients
-/// are infinite or not numbers.
+/// a[1] b[2] - a[2] b[1]: by how much a linear transformation enlarges areas.
+double Determinant(const Transformation& transformation);
+
+/// The transformation back of a linear one, of the same type, by the formula. Where there is none
+/// the coefficients are infinite or not numbers.
 Transformation LinearInverse(const Transformation& transformation);
 
 /// The derivatives of both coordinates of the image by both of the source.

@@ -43,19 +43,20 @@ std::string TypeName(Type type, const TextLookup& texts) {
                                                        NumberOf(Type::kFirstNational))];
     }
     switch (type) {
-        case Type::kFathomToMetre: return texts(115);
-        case Type::kMetreToFathom: return texts(116);
-        case Type::kHelmert: return texts(117);
-        case Type::kAffine: return texts(118);
-        case Type::kHelmert3: return texts(119);
-        case Type::kAffine5: return texts(120);
-        case Type::kBilinear: return texts(121);
+        case Type::kFathomToMetre: return texts(Text::kFathomToMetreType);
+        case Type::kMetreToFathom: return texts(Text::kMetreToFathomType);
+        case Type::kHelmert: return texts(Text::kHelmertType);
+        case Type::kAffine: return texts(Text::kAffineType);
+        case Type::kHelmert3: return texts(Text::kHelmert3Type);
+        case Type::kAffine5: return texts(Text::kAffine5Type);
+        case Type::kBilinear: return texts(Text::kBilinearType);
         case Type::kPolynomial1:
         case Type::kPolynomial2:
         case Type::kPolynomial3:
         case Type::kPolynomial4:
-        case Type::kPolynomial5: return std::to_string(NumberOf(type)) + texts(122);
-        default: return texts(141);
+        case Type::kPolynomial5:
+            return std::to_string(NumberOf(type)) + texts(Text::kPolynomialTypeSuffix);
+        default: return texts(Text::kBadType);
     }
 }
 

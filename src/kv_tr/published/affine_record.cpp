@@ -7,49 +7,35 @@
 #include "kv_tr/published/errors.h"
 
 namespace kv_tr {
-namespace {
 
-AFFIN_PRM Scaling(enuTR_TYPE type, double factor) {
-    AFFIN_PRM record{.eType = type};
-    record.dA1 = factor;
-    record.dB2 = factor;
-    return record;
+Transformation WithAffine(Transformation transformation, const AFFIN_PRM& affine) {
+    transformation.type = static_cast<Type>(affine.eType);
+    transformation.a[0] = affine.dA0;
+    transformation.a[1] = affine.dA1;
+    transformation.a[2] = affine.dA2;
+    transformation.b[0] = affine.dB0;
+    transformation.b[1] = affine.dB1;
+    transformation.b[2] = affine.dB2;
+    return transformation;
 }
 
-}  // namespace
-
-TR_PRM WithAffine(TR_PRM record, const AFFIN_PRM& affine) {
-    record.eType = affine.eType;
-    record.dA0 = affine.dA0;
-    record.dA1 = affine.dA1;
-    record.dA2 = affine.dA2;
-    record.dB0 = affine.dB0;
-    record.dB1 = affine.dB1;
-    record.dB2 = affine.dB2;
-    return record;
-}
-
-AFFIN_PRM AffineOf(const TR_PRM& record) {
-    AFFIN_PRM affine{.eType = record.eType};
-    affine.dA0 = record.dA0;
-    affine.dA1 = record.dA1;
-    affine.dA2 = record.dA2;
-    affine.dB0 = record.dB0;
-    affine.dB1 = record.dB1;
-    affine.dB2 = record.dB2;
-    return affine;
+AFFIN_PRM AffineOf(const Transformation& transformation) {
+    const auto& [type, a, b] = transformation;
+    return {.eType = static_cast<enuTR_TYPE>(type),
+            .dA0 = a[0],
+            .dA1 = a[1],
+            .dA2 = a[2],
+            .dB1 = b[1],
+            .dB0 = b[0],
+            .dB2 = b[2]};
 }
 
 AFFIN_PRM InverseOf(const AFFIN_PRM& record) {
-    const double d = record.dA1 * record.dB2 - record.dA2 * record.dB1;
-    AFFIN_PRM inverse{.eType = record.eType};
-    inverse.dA0 = Divide(record.dB0 * record.dA2 - record.dA0 * record.dB2, d);
-    inverse.dA1 = record.dB2 / d;
-    inverse.dA2 = -record.dA2 / d;
-    inverse.dB0 = (record.dA0 * record.dB1 - record.dB0 * record.dA1) / d;
-    inverse.dB1 = -record.dB1 / d;
-    inverse.dB2 = record.dA1 / d;
-    return inverse;
+    const Transformation transformation = WithAffine({}, record);
+    if (Determinant(transformation) == 0.0) {
+        throw RuntimeError(ErrorNumber::kDivisionByZero, "Division by zero");
+    }
+    return AffineOf(LinearInverse(transformation));
 }
 
 bool IsFinite(const AFFIN_PRM& record) {
@@ -57,11 +43,5 @@ bool IsFinite(const AFFIN_PRM& record) {
                                    record.dB0, record.dB1, record.dB2};
     return std::ranges::all_of(coefficients, [](double value) { return std::isfinite(value); });
 }
-
-TR_PRM IdentityRecord() { return WithAffine({}, Scaling(TR_HELMERT, 1.0)); }
-
-AFFIN_PRM FathomToMetre() { return Scaling(TR_OL_METER, 1.89648384); }
-
-AFFIN_PRM MetreToFathom() { return Scaling(TR_METER_OL, 0.527291601); }
 
 }  // namespace kv_tr

@@ -3,21 +3,20 @@
 
 #include "kv_tr/files/parameter_file.h"
 #include "kv_tr/files/parameter_listing.h"
+#include "kv_tr/model/national.h"
+#include "kv_tr/model/type_name.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/errors.h"
-#include "kv_tr/published/eval_tr_prm.h"
 #include "kv_tr/published/map_direction.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/national.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/published/parameter_chooser.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/published/transformation_type.h"
-#include "kv_tr/published/type_names.h"
 #include "kv_tr/text/file_names.h"
 
 namespace kv_tr {
@@ -27,10 +26,7 @@ LinearFormat FormatOf(bool itr25) { return itr25 ? LinearFormat::kItr25 : Linear
 
 }  // namespace
 
-clsTr::clsTr()
-    : hostLanguage_(FollowHostLanguage()),
-      record_(IdentityRecord()),
-      engine_(std::make_shared<clsTrCalc>()) {}
+clsTr::clsTr() : hostLanguage_(FollowHostLanguage()), engine_(std::make_shared<clsTrCalc>()) {}
 
 void clsTr::TearDown() {
     if (engine_) engine_->TearDown();
@@ -38,24 +34,24 @@ void clsTr::TearDown() {
 }
 
 std::int32_t clsTr::lNumberOfParameters() const {
-    switch (record_.eType) {
-        case TR_HELMERT_3:
-        case TR_AFFIN_5: return 3;
-        default:
-            return record_.eType >= TR_POLI_1 && record_.eType <= TR_BILINEAR
-                       ? TermCount(record_.eType)
-                       : 0;
-    }
+    if (held_.type == Type::kHelmert3 || held_.type == Type::kAffine5) return 3;
+    return bTypeIsPolinom() && held_.type <= Type::kBilinear ? TermCount(held_.type) : 0;
 }
 
-void clsTr::udtTrAffinPrm(const AFFIN_PRM& record) { record_ = WithAffine(record_, record); }
+TR_PRM clsTr::udtTrPrm() const { return RecordOf(held_); }
 
-void clsTr::udtTrPrmByDAT2M1(enuTR_TYPE type) { record_ = NationalRecord(type).value_or(record_); }
+void clsTr::udtTrPrm(const TR_PRM& record) { held_ = TransformationOf(record); }
+
+void clsTr::udtTrAffinPrm(const AFFIN_PRM& record) { held_ = WithAffine(held_, record); }
+
+void clsTr::udtTrPrmByDAT2M1(enuTR_TYPE type) {
+    held_ = NationalTransformation(TypeOf(type)).value_or(held_);
+}
 
 bool clsTr::bLoadByDAT2M1() {
-    enuTR_TYPE type = record_.eType;
+    enuTR_TYPE type = PublishedType(held_.type);
     if (!OpenDialogs().ChooseNational(type)) return false;
-    record_.eType = type;
+    held_.type = TypeOf(type);
     udtTrPrmByDAT2M1(type == TR_HER_STG ? TR_STG_HKR : type);
     return false;
 }
@@ -68,25 +64,25 @@ bool clsTr::bGetAffinPrm(double& a0, double& a1, double& a2, double& b0, double&
 bool clsTr::bGetHelmertPrm(double& a0, double& a1, double& a2, double& b0, double& b1,
                            double& b2) const {
     if (bTypeIsPolinom()) return false;
-    a0 = record_.dA0;
-    a1 = record_.dA1;
-    a2 = record_.dA2;
-    b0 = record_.dB0;
-    b1 = record_.dB1;
-    b2 = record_.dB2;
+    a0 = held_.a[0];
+    a1 = held_.a[1];
+    a2 = held_.a[2];
+    b0 = held_.b[0];
+    b1 = held_.b[1];
+    b2 = held_.b[2];
     return true;
 }
 
 bool clsTr::bGetInversePrm(AFFIN_PRM& udtInvAFFIN_PRM) const {
     if (bTypeIsPolinom()) return false;
-    udtInvAFFIN_PRM = InverseOf(AffineOf(record_));
+    udtInvAFFIN_PRM = InverseOf(AffineOf(held_));
     return true;
 }
 
-std::string clsTr::sTrTypeName() const { return TypeName(record_.eType); }
+std::string clsTr::sTrTypeName() const { return TypeName(held_.type, ComponentTexts()); }
 
 void clsTr::TrXY(double dX, double dY, double& dXtr, double& dYtr) const {
-    const PlanePoint image = EvalTrPrm(record_, {dX, dY});
+    const Point image = held_.Apply({dX, dY});
     dXtr = image.first;
     dYtr = image.second;
 }
@@ -111,7 +107,7 @@ bool clsTr::bChooseFile4SavePoliTrPrm(std::string& sFileName, std::string& sInit
     return ChoosePolynomialToSave(sFileName, sInitDir, Owner);
 }
 
-bool clsTr::bTypeIsPolinom() const { return IsPolynomial(record_.eType); }
+bool clsTr::bTypeIsPolinom() const { return IsPolynomial(held_.type); }
 
 bool clsTr::bChooseTrPrm() { return OpenDialogs().ChooseParameters(*this); }
 
@@ -126,8 +122,7 @@ void clsTr::bChooseFileAndSaveTrPrm(std::string& sFileName, std::string& sInitDi
 
 bool clsTr::bSaveAffinTrPrm(const std::string& sFileTrPrm, bool bItr25Format) {
     if (bTypeIsPolinom()) return false;
-    const auto lines =
-        LinearFileLines(TransformationOf(record_), FormatOf(bItr25Format), ComponentNumberStyle());
+    const auto lines = LinearFileLines(held_, FormatOf(bItr25Format), ComponentNumberStyle());
     clsFile file;
     file.OpenIt(sFileTrPrm);
     if (!file.IsOpen()) return false;
@@ -137,16 +132,12 @@ bool clsTr::bSaveAffinTrPrm(const std::string& sFileTrPrm, bool bItr25Format) {
 }
 
 bool clsTr::bLoadAffinTrPrmFromFile(const std::string& sFileTrPrm, bool bItr25Format) {
-    if (bTypeIsPolinom()) record_.eType = TR_AFFIN;
+    if (bTypeIsPolinom()) held_.type = Type::kAffine;
     clsFile file;
     file.OpenIt(sFileTrPrm, true);
     if (file.IsOpen()) {
-        Transformation transformation = TransformationOf(record_);
-        const auto problem = ReadLinear(file.Lines(), FormatOf(bItr25Format),
-                                        ComponentNumberStyle(), transformation);
-        record_ = RecordOf(transformation);
-        if (problem) {
-            ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+        if (ReadLinear(file.Lines(), FormatOf(bItr25Format), ComponentNumberStyle(), held_)) {
+            ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
             return false;
         }
     }
@@ -158,9 +149,7 @@ bool clsTr::bLoadPoliTrPrmFromFile(const std::string& sFileTrPrm) {
     clsFile file;
     file.OpenIt(sFileTrPrm, true);
     if (!file.IsOpen()) return false;
-    Transformation transformation = TransformationOf(record_);
-    const auto reading = ReadPolynomial(file.Lines(), ComponentNumberStyle(), transformation);
-    record_ = RecordOf(transformation);
+    const auto reading = ReadPolynomial(file.Lines(), ComponentNumberStyle(), held_);
     gName = DirectoryOf(sFileTrPrm);
     return reading.accepted;
 }
@@ -173,12 +162,11 @@ bool clsTr::bSavePoliTrPrm(const std::string& sFileTrPrm,
 }
 
 std::string clsTr::sListHelmertTrPrm(const std::optional<std::string>& /*vTitle*/) const {
-    return ListLinear(TransformationOf(record_), ComponentNumberStyle());
+    return ListLinear(held_, ComponentNumberStyle());
 }
 
 std::string clsTr::sListPoliTrPrm(const std::optional<std::string>& vTitle) const {
-    return ListPolynomial(TransformationOf(record_), vTitle.value_or(sTrTypeName()),
-                          ComponentNumberStyle());
+    return ListPolynomial(held_, vTitle.value_or(sTrTypeName()), ComponentNumberStyle());
 }
 
 bool clsTr::bShowAffinTrPrm() { return OpenDialogs().EditAffine(*this); }
@@ -190,7 +178,7 @@ bool clsTr::bShowXYs4Tr(const std::string& sTitle) {
 }
 
 void clsTr::TrAngle(double dAngle, double& dAngleTr, double dX, double dY, double dLength) const {
-    dAngleTr = MapDirection(record_, dAngle, {dX, dY}, dLength, {PI, RAD_90, RAD_360});
+    dAngleTr = MapDirection(held_, dAngle, {dX, dY}, dLength, {PI, RAD_90, RAD_360});
 }
 
 std::shared_ptr<clsTrCalc> clsTr::oCalcTr() const {

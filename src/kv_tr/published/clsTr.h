@@ -7,6 +7,7 @@
 #include <string>
 
 #include "kv_tr/model/direction.h"
+#include "kv_tr/model/transformation.h"
 #include "kv_tr/published/bookkeeping.h"
 #include "kv_tr/published/clsTrCalc.h"
 #include "kv_tr/published/records.h"
@@ -52,9 +53,9 @@ public:
     /// number of its own, Helmert and affine included, deliberately.
     std::int32_t lNumberOfParameters() const;
     /// The whole record, its type included. The engine's record is another one.
-    TR_PRM udtTrPrm() const { return record_; }
+    TR_PRM udtTrPrm() const;
     /// Takes a whole record.
-    void udtTrPrm(const TR_PRM& record) { record_ = record; }
+    void udtTrPrm(const TR_PRM& record);
     /// Takes type and six coefficients; the other coefficients stay.
     void udtTrAffinPrm(const AFFIN_PRM& record);
     /// Takes the built-in record of a national type; any other type changes nothing.
@@ -143,7 +144,7 @@ public:
 private:
     TraceEntry trace_{"clsTr"};
     Subscription hostLanguage_;
-    TR_PRM record_;
+    Transformation held_;
     std::shared_ptr<clsTrCalc> engine_;
 };
 

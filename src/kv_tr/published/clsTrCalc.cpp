@@ -19,7 +19,7 @@
 namespace kv_tr {
 
 clsTrCalc::clsTrCalc()
-    : hostLanguage_(FollowHostLanguage()), fileCaption_(GetMlString(181, "Közös pontok állomány")) {
+    : hostLanguage_(FollowHostLanguage()), fileCaption_(Translated(Text::kPointsFilter)) {
     adjustment_.SetResult({.a = {}, .b = {}});
     LoadInitDir();
 }
@@ -117,7 +117,7 @@ void clsTrCalc::ResetAllNotUsed() {
 void clsTrCalc::ExcludeByIx(std::int32_t lIx, bool bRecalc) {
     if (lIx < 0 || lIx >= lFullCnt()) return;
     if (!Held().Toggle(static_cast<std::size_t>(lIx))) {
-        ShowMessage(GetMlString(79, "Nem lehet 2-nél kevesebb pont!"), Icon::kExclamation);
+        ShowMessage(Translated(Text::kFewerThanTwoPoints), Icon::kExclamation);
         return;
     }
     while (const auto lower = adjustment_.LowerType()) {
@@ -169,8 +169,8 @@ void clsTrCalc::Calculate(const FitOptions& options) {
     }
     for (int system = 0; system < outcome.singularSystems; ++system) ReportSingularMatrix();
     if (outcome.converged) return;
-    ShowMessage(eTrType() == TR_HELMERT_3 ? GetMlString(77, "A transzformáció nem számítható!")
-                                          : GetMlString(76, "A transzformáció nem számítható !"));
+    ShowMessage(eTrType() == TR_HELMERT_3 ? Translated(Text::kCannotComputeHelmert3)
+                                          : Translated(Text::kCannotCompute));
 }
 
 void clsTrCalc::TrXY(double dXsour, double dYsour, double& dXdest, double& dYdest) const {
@@ -204,8 +204,8 @@ bool clsTrCalc::bSaveXYs4Tr(const std::string& sFileName) {
 bool clsTrCalc::bLoadXYsFromFile(const std::string& sFileXYs, bool bAppend) {
     const LoadedPoints loaded = LoadControlPoints(sFileXYs);
     if (loaded.failed) {
-        ShowMessage(GetMlString(74, "Hibás fájl formátum!") + "\r\n" +
-                        std::to_string(loaded.lineShown) + GetMlString(153, ".sor"),
+        ShowMessage(Translated(Text::kBadFormat) + "\r\n" + std::to_string(loaded.lineShown) +
+                        Translated(Text::kLineSuffix),
                     Icon::kExclamation);
     }
     Take(loaded.points, bAppend);

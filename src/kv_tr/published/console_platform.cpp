@@ -49,7 +49,7 @@ public:
 
 private:
     static bool Refuse() {
-        ShowMessage(GetMlString(1001, "Ez a program nem tud ablakot nyitni."), Icon::kExclamation);
+        ShowMessage(Translated(Text::kNoWindows), Icon::kExclamation);
         return false;
     }
 };

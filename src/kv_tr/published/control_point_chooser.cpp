@@ -21,11 +21,10 @@ bool Choose(FileDialogArguments arguments, std::string& fileName, std::string& c
 
 bool ChooseControlPointsToLoad(std::string& fileName, const std::string& initDir,
                                std::int32_t owner, std::string& caption) {
-    return Choose({.Filter = caption + " (*.dat)|*.dat" +
-                             GetMlString(78, "|Egyéb (*.txt;*.lst;)|*.txt;*.lst;") +
-                             GetMlString(71, "|Minden fájl (*.*)|*.*"),
+    return Choose({.Filter = caption + " (*.dat)|*.dat" + Translated(Text::kOtherPointsFilter) +
+                             Translated(Text::kAllFilesFilter),
                    .InitDir = initDir,
-                   .DlgTitle = caption + GetMlString(72, " betöltése"),
+                   .DlgTitle = caption + Translated(Text::kLoadingSuffix),
                    .Owner = owner},
                   fileName, caption);
 }
@@ -35,7 +34,7 @@ bool ChooseControlPointsToSave(std::string& fileName, const std::string& initDir
     return Choose({.FileMustExist = false,
                    .Filter = "",
                    .InitDir = initDir,
-                   .DlgTitle = caption + GetMlString(73, " mentése"),
+                   .DlgTitle = caption + Translated(Text::kSavingSuffix),
                    .Owner = owner},
                   fileName, caption);
 }

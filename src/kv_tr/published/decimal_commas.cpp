@@ -67,11 +67,7 @@ bool PointsMayHaveDecimalCommas(const std::string& fileName) {
 
 bool ReportDecimalCommas(const std::string& pointsFileName) {
     if (!PointsMayHaveDecimalCommas(pointsFileName)) return false;
-    ShowMessage(FillPlaces(GetMlString(1073,
-                                       "{0}: a vessző itt elválasztójel; a tizedesvesszőt "
-                                       "cserélje pontra."),
-                           {pointsFileName}),
-                Icon::kExclamation);
+    ShowMessage(Translated(Text::kCommasSeparateFields, {pointsFileName}), Icon::kExclamation);
     return true;
 }
 

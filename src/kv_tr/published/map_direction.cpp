@@ -2,9 +2,6 @@
 #include "kv_tr/published/map_direction.h"
 
 #include <cmath>
-
-#include "kv_tr/published/eval_tr_prm.h"
-
 namespace kv_tr {
 namespace {
 
@@ -14,11 +11,11 @@ float SingleDifference(double to, double from) {
 
 }  // namespace
 
-double MapDirection(const TR_PRM& record, double angle, PlanePoint point, double length,
+double MapDirection(const Transformation& transformation, double angle, Point point, double length,
                     const AngleConstants& constants) {
-    const PlanePoint from = EvalTrPrm(record, point);
-    const PlanePoint to = EvalTrPrm(
-        record, {point.first + std::cos(angle) * length, point.second + std::sin(angle) * length});
+    const Point from = transformation.Apply(point);
+    const Point to = transformation.Apply(
+        {point.first + std::cos(angle) * length, point.second + std::sin(angle) * length});
     return DirectionOf(SingleDifference(to.first, from.first),
                        SingleDifference(to.second, from.second), constants);
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kv_tr/model/direction.h"
-#include "kv_tr/published/records.h"
+#include "kv_tr/model/transformation.h"
 
 namespace kv_tr {
 
@@ -13,7 +13,7 @@ namespace kv_tr {
 /// Deliberately, the image coordinates are rounded to single precision before they are
 /// subtracted: at several hundred kilometres by up to 3 cm, which turns a direction taken over 100
 /// m by some 10⁻⁴. Images that coincide then give 0.
-double MapDirection(const TR_PRM& record, double angle, PlanePoint point, double length,
+double MapDirection(const Transformation& transformation, double angle, Point point, double length,
                     const AngleConstants& constants);
 
 }  // namespace kv_tr

@@ -12,28 +12,26 @@ void ShowMessage(const std::string& text, Icon icon, const std::string& title) {
 }
 
 void ReportOpenFailure(const std::string& fileName) {
-    ShowMessage(GetMlString(70, "Fájl megnyitási hiba: ") + WithoutControls(fileName),
-                Icon::kExclamation);
+    ShowMessage(Translated(Text::kCannotOpen) + WithoutControls(fileName), Icon::kExclamation);
 }
 
 RuntimeError WriteFailure(const std::string& fileName) {
     return {ErrorNumber::kWriteFailed,
-            GetMlString(1087, "Nem sikerült mindent kiírni") + ": " + WithoutControls(fileName)};
+            Translated(Text::kCannotWriteAll) + ": " + WithoutControls(fileName)};
 }
 
 RuntimeError ReadFailure(const TextError& error) {
     if (error.Why() == TextError::Cause::kLineTooLong) {
-        return {ErrorNumber::kLineTooLong,
-                GetMlString(1089, "Egy sor túl hosszú egy szövegfájlhoz")};
+        return {ErrorNumber::kLineTooLong, Translated(Text::kLineTooLong)};
     }
-    return {ErrorNumber::kDeviceError, GetMlString(1088, "A fájlt nem sikerült végigolvasni")};
+    return {ErrorNumber::kDeviceError, Translated(Text::kCannotReadAll)};
 }
 
 Answer Ask(const Message& question) { return TheComponent().platform.messages->Show(question); }
 
 bool MayReplace(const std::string& fileName) {
-    return Ask({.text = FillPlaces(GetMlString(1191, "{0} már létezik. Felülírható?"), {fileName}),
-                .title = GetMlString(83, "Figyelmeztetés"),
+    return Ask({.text = Translated(Text::kReplaceQuestion, {fileName}),
+                .title = Translated(Text::kWarningTitle),
                 .icon = Icon::kExclamation,
                 .buttons = Buttons::kYesNo,
                 .defaultAnswer = Answer::kNo}) == Answer::kYes;

@@ -25,8 +25,12 @@ std::string GetMlString(int id, std::string_view /*sDefault*/) {
     return TheComponent().platform.texts->Text(id, TheComponent().language);
 }
 
+std::string Translated(Text id, std::initializer_list<std::string> values) {
+    return FillPlaces(GetMlString(static_cast<int>(id), {}), values);
+}
+
 TextLookup ComponentTexts() {
-    return [](int id) { return GetMlString(id, {}); };
+    return [](Text id) { return Translated(id); };
 }
 
 void SetMlLanguage(std::int32_t LanguageID, std::string_view /*sName*/) {
@@ -95,9 +99,8 @@ void EmbeddedTexts::LoadFrom(const std::string& path) {
         loaded_ = std::move(texts);
         return;
     }
-    const std::string complaint =
-        GetMlString(1086, "{0}, {1}. sor: hibás, ezért a beépített szövegek maradnak.");
-    ShowMessage(FillPlaces(complaint, {path, std::to_string(badLine)}), Icon::kExclamation);
+    ShowMessage(Translated(Text::kTextFileDamaged, {path, std::to_string(badLine)}),
+                Icon::kExclamation);
 }
 
 std::string EmbeddedTexts::Text(int id, std::int32_t languageId) {
@@ -106,7 +109,7 @@ std::string EmbeddedTexts::Text(int id, std::int32_t languageId) {
         if (const auto found = loaded_.find({language, id}); found != loaded_.end()) {
             return found->second;
         }
-        if (const char* text = BuiltInText(id, language); text != nullptr) return text;
+        if (const char* text = BuiltInText(kv_tr::Text{id}, language); text != nullptr) return text;
     }
     throw RuntimeError(ErrorNumber::kTextMissing, "No text has the id " + std::to_string(id));
 }

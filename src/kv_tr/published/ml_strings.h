@@ -23,7 +23,10 @@ namespace kv_tr {
 /// Throws RuntimeError kTextMissing for an id that no table has.
 std::string GetMlString(int id, std::string_view sDefault);
 
-/// GetMlString without its second argument, for the functions of the core.
+/// What a text says in the current language, its places {0}, {1}, ... filled with the values.
+std::string Translated(Text id, std::initializer_list<std::string> values = {});
+
+/// Translated for the functions of the core.
 TextLookup ComponentTexts();
 
 /// Makes LanguageID the current language of the whole component, or Hungarian when it is none of

@@ -18,8 +18,8 @@ bool Choose(Purpose purpose, const std::string& description, const std::string& 
         .Filename = fileName,
         .Filter = description + " (*." + extension + ")|*." + extension + furtherFilters,
         .InitDir = initDir,
-        .DlgTitle =
-            description + (load ? GetMlString(72, " betöltése") : GetMlString(73, " mentése")),
+        .DlgTitle = description +
+                    (load ? Translated(Text::kLoadingSuffix) : Translated(Text::kSavingSuffix)),
         .DefaultExt = "*." + extension,
         .Owner = owner};
     GCommonDialog dialog;
@@ -29,13 +29,13 @@ bool Choose(Purpose purpose, const std::string& description, const std::string& 
     return chosen;
 }
 
-std::string LinearDescription() { return GetMlString(148, "Helmert/Affin tr. paraméterek"); }
+std::string LinearDescription() { return Translated(Text::kLinearParametersFilter); }
 
-std::string PolynomialDescription() { return GetMlString(149, "1-5 fokú tr. paraméterek"); }
+std::string PolynomialDescription() { return Translated(Text::kPolynomialParametersFilter); }
 
-std::string Itr25Filter() { return GetMlString(150, "|ITR-2.5 (*.prm)|*.prm"); }
+std::string Itr25Filter() { return Translated(Text::kItr25Filter); }
 
-std::string AllFilesFilter() { return GetMlString(71, "|Minden fájl (*.*)|*.*"); }
+std::string AllFilesFilter() { return Translated(Text::kAllFilesFilter); }
 
 }  // namespace
 

@@ -19,7 +19,8 @@ enum class Icon { kNone, kInformation, kExclamation };
 enum class Buttons { kOk, kYesNo, kYesNoCancel };
 enum class Answer { kOk, kYes, kNo, kCancel };
 
-/// A message for the user, as a message box would show it. All text is UTF-8.
+/// A message for the user, as a message box would show it. Texts are UTF-8; the name of a file in
+/// one has whatever bytes the system gave it.
 struct Message {
     std::string text;
     std::string title;  ///< empty: the host's own title

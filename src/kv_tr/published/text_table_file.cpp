@@ -57,8 +57,8 @@ private:
     }
 
     bool TakeText(int id, std::string text) {
-        const auto row = std::ranges::lower_bound(model_, id, {}, &MlString::id);
-        const bool fits = row != model_.end() && row->id == id && !text.empty() &&
+        const auto row = std::ranges::lower_bound(model_, Text{id}, {}, &MlString::id);
+        const bool fits = row != model_.end() && row->id == Text{id} && !text.empty() &&
                           ValidUtf8(text) == text && Marks(text) == Marks(row->text);
         return fits && texts.emplace(std::pair{*language_, id}, std::move(text)).second;
     }

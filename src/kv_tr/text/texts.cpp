@@ -18,7 +18,7 @@ constexpr std::array kTables{HungarianStrings,  RomanianStrings, EnglishStrings,
 
 std::span<const std::int32_t> Languages() { return kLanguages; }
 
-const char* BuiltInText(int id, std::int32_t language) {
+const char* BuiltInText(Text id, std::int32_t language) {
     const auto found = std::ranges::find(kLanguages, language);
     if (found == kLanguages.end()) return nullptr;
     const auto table = kTables[static_cast<std::size_t>(found - kLanguages.begin())]();
@@ -27,11 +27,11 @@ const char* BuiltInText(int id, std::int32_t language) {
 }
 
 TextLookup TextsIn(std::int32_t language) {
-    return [language](int id) -> std::string {
+    return [language](Text id) -> std::string {
         for (const std::int32_t one : {language, kHungarian}) {
             if (const char* text = BuiltInText(id, one)) return text;
         }
-        throw std::out_of_range("No text has the id " + std::to_string(id));
+        throw std::out_of_range("No text has the id " + std::to_string(static_cast<int>(id)));
     };
 }
 

@@ -6,6 +6,8 @@
 #include <span>
 #include <string>
 
+#include "kv_tr/text/text_id.h"
+
 namespace kv_tr {
 
 // Language ids of the component.
@@ -19,13 +21,13 @@ inline constexpr std::int32_t kSerbian = 2074;    ///< Latin script
 /// The languages there are, in the order in which hosts list them.
 std::span<const std::int32_t> Languages();
 
-/// The built-in text of an id in a language, UTF-8; a null pointer where the language lacks it.
-const char* BuiltInText(int id, std::int32_t language);
+/// What a text says in a language, UTF-8; a null pointer where the language lacks it.
+const char* BuiltInText(Text id, std::int32_t language);
 
-/// Yields the text of an id in the language that a caller wants.
-using TextLookup = std::function<std::string(int id)>;
+/// Yields what a text says in the language that a caller wants.
+using TextLookup = std::function<std::string(Text id)>;
 
-/// The built-in texts of a language, in Hungarian where it lacks one. An id that no language has
+/// The built-in texts of a language, in Hungarian where it lacks one. A text that no language has
 /// is std::out_of_range.
 TextLookup TextsIn(std::int32_t language);
 

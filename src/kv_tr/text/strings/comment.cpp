@@ -6,12 +6,12 @@ namespace {
 
 // clang-format off
 constexpr MlString kCommentStrings[] = {
-    {  31, "Field/Caption"},
-    {  33, "Field/Caption"},
-    {  34, "Field/Caption"},
-    {  35, "Field/Caption"},
-    {  74, "Rossz ford."},
-    {  97, "Rossz ford."},
+    {Text::kAdjustmentTitle, "Field/Caption"},
+    {Text::kGraphMode, "Field/Caption"},
+    {Text::kEditMode, "Field/Caption"},
+    {Text::kTableMode, "Field/Caption"},
+    {Text::kBadFormat, "Rossz ford."},
+    {Text::kTooFewPoints, "Rossz ford."},
 };
 // clang-format on
 static_assert(IdsRise(kCommentStrings));

@@ -4,10 +4,12 @@
 #include <cstddef>
 #include <span>
 
+#include "kv_tr/text/text_id.h"
+
 namespace kv_tr {
 
 struct MlString {
-    int id;
+    Text id;
     const char* text;  // UTF-8
 };
 

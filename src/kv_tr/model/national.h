@@ -1,19 +1,20 @@
-// The built-in transformations between the Hungarian projection systems.
+// The built-in transformations: between the Hungarian projection systems, and of fathoms.
 #pragma once
 
 #include <optional>
 #include <span>
-#include <string>
+#include <string_view>
 
-#include "kv_tr/published/records.h"
+#include "kv_tr/model/transformation.h"
+#include "kv_tr/text/text_id.h"
 
 namespace kv_tr {
 
-/// The record of a national type, 10 to 33; nothing for any other type.
+/// The transformation of a national type, 10 to 33; nothing for any other type.
 ///
 /// Indices 0 to 3 are published constants. The higher ones are derived, not the official digits:
 /// docs/national-transformations.md says how, and what accuracy to expect.
-std::optional<TR_PRM> NationalRecord(enuTR_TYPE type);
+std::optional<Transformation> NationalTransformation(Type type);
 
 /// Where the accuracy of a national transformation holds.
 enum class NationalArea {
@@ -21,10 +22,10 @@ enum class NationalArea {
     kBudapest,  // within 15 km of the city's centre, BOV (-4033, -1619); not meant beyond 45 km
 };
 
-/// What a host tells about a national transformation.
+/// What a program tells its user about a national transformation.
 struct NationalInfo {
-    enuTR_TYPE type;
-    const char* name;         // the constant without TR_: "STG_HER", "EOV_STG_10e"
+    Type type;
+    const char* name;         // "STG_HER", "EOV_STG_10e"
     const char* source;       // "STG", "HÉR", "HKR", "HDR", "BOV" or "EOV" in UTF-8
     const char* destination;  // likewise
 
@@ -40,11 +41,21 @@ struct NationalInfo {
     NationalArea area;
 };
 
-/// Which constants of a national transformation are published, and how far to trust the others, in
-/// the current language.
-std::string NationalOrigin(enuTR_TYPE type);
+/// The text that says which constants of a national transformation are published, and how far to
+/// trust the others.
+Text NationalOrigin(Type type);
 
 /// All national transformations by ascending type.
 std::span<const NationalInfo> NationalInfos();
+
+/// The national transformation of a name such as "STG_HER"; a null pointer where there is none.
+const NationalInfo* FindNational(std::string_view name);
+
+/// Viennese fathoms to metres, 1 fathom being 1.89648384 m.
+Transformation FathomToMetre();
+
+/// Metres to Viennese fathoms. The factor 0.527291601 is the reciprocal rounded to nine decimals,
+/// as it is published; there and back differs from the identity by 4e-11 of the coordinate.
+Transformation MetreToFathom();
 
 }  // namespace kv_tr

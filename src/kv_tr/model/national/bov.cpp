@@ -2,7 +2,7 @@
 // are published constants, the others derived: docs/national-transformations.md.
 #include <array>
 
-#include "kv_tr/published/national/table.h"
+#include "kv_tr/model/national/table.h"
 
 namespace kv_tr {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 // clang-format off
 
 //  A                   B                    k      BOV -> EOV
-constexpr NationalTable kBovEov{TR_BOV_EOV, {
+constexpr NationalTable kBovEov{Type::kBovToEov, {
     // published
     { 0.0,                0.0               }, // 0
     { 650000.01,          238104.731        }, // 1
@@ -38,7 +38,7 @@ constexpr NationalTable kBovEov{TR_BOV_EOV, {
 }};
 
 //  A                   B                    k      EOV -> BOV
-constexpr NationalTable kEovBov{TR_EOV_BOV, {
+constexpr NationalTable kEovBov{Type::kEovToBov, {
     // published
     { 654032.3814,        239723.9586       }, // 0
     {-4032.7082,         -1619.0649         }, // 1
@@ -66,7 +66,7 @@ constexpr NationalTable kEovBov{TR_EOV_BOV, {
 }};
 
 //  A                   B                    k      BOV -> HKR
-constexpr NationalTable kBovHkr{TR_BOV_HKR, {
+constexpr NationalTable kBovHkr{Type::kBovToHkr, {
     // published
     {-4032.756,          -1619.045          }, // 0
     {-4032.8606,         -39381.7022        }, // 1
@@ -94,7 +94,7 @@ constexpr NationalTable kBovHkr{TR_BOV_HKR, {
 }};
 
 //  A                   B                    k      HKR -> BOV
-constexpr NationalTable kHkrBov{TR_HKR_BOV, {
+constexpr NationalTable kHkrBov{Type::kHkrToBov, {
     // published
     {-4032.833,          -39381.724         }, // 0
     {-4032.7228,         -1619.0663         }, // 1
@@ -122,7 +122,7 @@ constexpr NationalTable kHkrBov{TR_HKR_BOV, {
 }};
 
 //  A                   B                    k      STG -> BOV
-constexpr NationalTable kStgBov{TR_STG_BOV, {
+constexpr NationalTable kStgBov{Type::kStgToBov, {
     // published
     {-4032.832,          -1619.026          }, // 0
     {-4032.7488,         -1619.0648         }, // 1
@@ -150,7 +150,7 @@ constexpr NationalTable kStgBov{TR_STG_BOV, {
 }};
 
 //  A                   B                    k      BOV -> STG
-constexpr NationalTable kBovStg{TR_BOV_STG, {
+constexpr NationalTable kBovStg{Type::kBovToStg, {
     // published
     {-4032.756,          -1619.045          }, // 0
     {-4032.8392,         -1619.0057         }, // 1

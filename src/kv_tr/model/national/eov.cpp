@@ -2,7 +2,7 @@
 // are published constants, the others derived: docs/national-transformations.md.
 #include <array>
 
-#include "kv_tr/published/national/table.h"
+#include "kv_tr/model/national/table.h"
 
 namespace kv_tr {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 // clang-format off
 
 //  A                   B                    k      STG -> EOV
-constexpr NationalTable kStgEov{TR_STG_EOV_10e, {
+constexpr NationalTable kStgEov{Type::kStgToEov10e, {
     // published
     {-39068.0367,         36349.4927        }, // 0
     { 689066.6165,        201760.405        }, // 1
@@ -38,7 +38,7 @@ constexpr NationalTable kStgEov{TR_STG_EOV_10e, {
 }};
 
 //  A                   B                    k      HÉR -> EOV
-constexpr NationalTable kHerEov{TR_HER_EOV_10e, {
+constexpr NationalTable kHerEov{Type::kHerToEov10e, {
     // published
     {-39067.4165,         173058.7313       }, // 0
     { 689050.9264,        201778.5077       }, // 1
@@ -66,7 +66,7 @@ constexpr NationalTable kHerEov{TR_HER_EOV_10e, {
 }};
 
 //  A                   B                    k      HKR -> EOV
-constexpr NationalTable kHkrEov{TR_HKR_EOV_10e, {
+constexpr NationalTable kHkrEov{Type::kHkrToEov10e, {
     // published
     {-39069.2847,        -1407.8961         }, // 0
     { 689067.1695,        201754.5197       }, // 1
@@ -94,7 +94,7 @@ constexpr NationalTable kHkrEov{TR_HKR_EOV_10e, {
 }};
 
 //  A                   B                    k      HDR -> EOV
-constexpr NationalTable kHdrEov{TR_HDR_EOV_10e, {
+constexpr NationalTable kHdrEov{Type::kHdrToEov10e, {
     // published
     {-39100.3789,        -175844.6258       }, // 0
     { 689083.4086,        201730.5205       }, // 1
@@ -122,7 +122,7 @@ constexpr NationalTable kHdrEov{TR_HDR_EOV_10e, {
 }};
 
 //  A                   B                    k      EOV -> STG
-constexpr NationalTable kEovStg{TR_EOV_STG_10e, {
+constexpr NationalTable kEovStg{Type::kEovToStg10e, {
     // published
     { 689067.5321,        201754.4133       }, // 0
     {-39068.9522,         36355.49          }, // 1
@@ -150,7 +150,7 @@ constexpr NationalTable kEovStg{TR_EOV_STG_10e, {
 }};
 
 //  A                   B                    k      EOV -> HÉR
-constexpr NationalTable kEovHer{TR_EOV_HER_10e, {
+constexpr NationalTable kEovHer{Type::kEovToHer10e, {
     // published
     { 689067.5321,        201754.4133       }, // 0
     {-39084.0331,         173082.8342       }, // 1
@@ -178,7 +178,7 @@ constexpr NationalTable kEovHer{TR_EOV_HER_10e, {
 }};
 
 //  A                   B                    k      EOV -> HKR
-constexpr NationalTable kEovHkr{TR_EOV_HKR_10e, {
+constexpr NationalTable kEovHkr{Type::kEovToHkr10e, {
     // published
     { 689067.5321,        201754.4133       }, // 0
     {-39069.6473,        -1407.7896         }, // 1
@@ -206,7 +206,7 @@ constexpr NationalTable kEovHkr{TR_EOV_HKR_10e, {
 }};
 
 //  A                   B                    k      EOV -> HDR
-constexpr NationalTable kEovHdr{TR_EOV_HDR_10e, {
+constexpr NationalTable kEovHdr{Type::kEovToHdr10e, {
     // published
     { 689067.5321,        201754.4132       }, // 0
     {-39084.4996,        -175868.5327       }, // 1

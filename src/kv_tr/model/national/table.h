@@ -3,13 +3,13 @@
 
 #include <span>
 
-#include "kv_tr/published/records.h"
+#include "kv_tr/model/type.h"
 
 namespace kv_tr {
 
-/// The coefficients of a national transformation: row k holds A(k) and B(k), missing rows are zero.
+/// The coefficients of a national transformation: row k holds a[k] and b[k], missing rows are zero.
 struct NationalTable {
-    enuTR_TYPE type;
+    Type type;
     double rows[22][2];
 };
 

@@ -1,5 +1,5 @@
 // The national transformations against their data, against formulas and against one another.
-#include "kv_tr/published/national.h"
+#include "kv_tr/model/national.h"
 
 #include <gtest/gtest.h>
 
@@ -13,8 +13,6 @@
 #include <vector>
 
 #include "helpers/files.h"
-#include "kv_tr/published/coefficients.h"
-#include "kv_tr/published/eval_tr_prm.h"
 
 namespace kv_tr {
 namespace {
@@ -33,17 +31,13 @@ std::vector<std::vector<std::string>> ReadRows(const std::string& name) {
     return rows;
 }
 
-enuTR_TYPE TypeOf(const std::string& text) { return static_cast<enuTR_TYPE>(std::stoi(text)); }
+Type TypeOf(const std::string& text) { return Type{std::stoi(text)}; }
 
-PlanePoint Apply(enuTR_TYPE type, PlanePoint point) {
-    return EvalTrPrm(NationalRecord(type).value(), point);
-}
+Point Apply(Type type, Point point) { return NationalTransformation(type).value().Apply(point); }
 
-double Distance(PlanePoint a, PlanePoint b) {
-    return std::hypot(a.first - b.first, a.second - b.second);
-}
+double Distance(Point a, Point b) { return std::hypot(a.first - b.first, a.second - b.second); }
 
-enuTR_TYPE TypeBetween(const std::string& source, const std::string& destination) {
+Type TypeBetween(const std::string& source, const std::string& destination) {
     for (const NationalInfo& info : NationalInfos()) {
         if (info.source == source && info.destination == destination) return info.type;
     }
@@ -51,8 +45,8 @@ enuTR_TYPE TypeBetween(const std::string& source, const std::string& destination
 }
 
 /// Points of an ellipse: its centre and three rings, a and b being conjugate half-axes.
-std::vector<PlanePoint> EllipsePoints(PlanePoint centre, PlanePoint a, PlanePoint b) {
-    std::vector<PlanePoint> points{centre};
+std::vector<Point> EllipsePoints(Point centre, Point a, Point b) {
+    std::vector<Point> points{centre};
     for (const double size : {0.4, 0.7, 1.0}) {
         for (int k = 0; k < 12; ++k) {
             const double c = size * std::cos(k * std::numbers::pi / 6);
@@ -65,60 +59,59 @@ std::vector<PlanePoint> EllipsePoints(PlanePoint centre, PlanePoint a, PlanePoin
 }
 
 /// Points over the country or 30 km around the city, in the source system of a transformation.
-std::vector<PlanePoint> AreaOf(const NationalInfo& info) {
+std::vector<Point> AreaOf(const NationalInfo& info) {
     const bool city = info.area == NationalArea::kBudapest;
     const std::string system = city ? "BOV" : "EOV";
     auto points = city ? EllipsePoints({-4033, -1619}, {30e3, 0}, {0, 30e3})
                        : EllipsePoints({660e3, 190e3}, {200e3, 40e3}, {-10e3, 110e3});
     if (info.source != system) {
-        const enuTR_TYPE type = TypeBetween(system, info.source);
-        for (PlanePoint& point : points) point = Apply(type, point);
+        const Type type = TypeBetween(system, info.source);
+        for (Point& point : points) point = Apply(type, point);
     }
     return points;
 }
 
-TEST(NationalRecord, HoldsTheCoefficientsOfTheDataFile) {
+TEST(NationalTransformation, HoldsTheCoefficientsOfTheDataFile) {
     const auto rows = ReadRows("coefficients.csv");
     ASSERT_EQ(rows.size(), 24U * 22U);
     for (const auto& row : rows) {
         SCOPED_TRACE(row[0] + " index " + row[2]);
-        const auto record = NationalRecord(TypeOf(row[0]));
-        ASSERT_TRUE(record);
-        EXPECT_EQ(record->eType, TypeOf(row[0]));
-        const auto [a, b] = CoefficientsOf(*record);
-        EXPECT_EQ(a.at(std::stoul(row[2])), std::stod(row[3]));
-        EXPECT_EQ(b.at(std::stoul(row[2])), std::stod(row[4]));
+        const auto national = NationalTransformation(TypeOf(row[0]));
+        ASSERT_TRUE(national);
+        EXPECT_EQ(national->type, TypeOf(row[0]));
+        EXPECT_EQ(national->a.at(std::stoul(row[2])), std::stod(row[3]));
+        EXPECT_EQ(national->b.at(std::stoul(row[2])), std::stod(row[4]));
     }
 }
 
-TEST(NationalRecord, IsNothingForOtherTypes) {
+TEST(NationalTransformation, IsNothingForOtherTypes) {
     for (const int type : {-5, -1, 0, 5, 6, 7, 9, 34, 1000}) {
-        EXPECT_FALSE(NationalRecord(static_cast<enuTR_TYPE>(type))) << type;
+        EXPECT_FALSE(NationalTransformation(Type{type})) << type;
     }
 }
 
-TEST(NationalRecord, MeetsTheCheckPointsWithinTheirTolerances) {
+TEST(NationalTransformation, MeetsTheCheckPointsWithinTheirTolerances) {
     const auto rows = ReadRows("checkpoints.csv");
     ASSERT_EQ(rows.size(), 169U);
     for (const auto& row : rows) {
         SCOPED_TRACE(row[0] + " at " + row[1] + " " + row[2] + ", " + row[6]);
-        const PlanePoint image = Apply(TypeOf(row[0]), {std::stod(row[1]), std::stod(row[2])});
+        const Point image = Apply(TypeOf(row[0]), {std::stod(row[1]), std::stod(row[2])});
         EXPECT_LE(Distance(image, {std::stod(row[3]), std::stod(row[4])}), std::stod(row[5]));
     }
 }
 
-TEST(NationalRecord, LeadsThereAndBack) {
+TEST(NationalTransformation, LeadsThereAndBack) {
     // Polynomials leave up to half a millimetre, above all where terms are absent (13 to 19). More
     // comes from published constants that do not fit those of the way back.
-    std::map<enuTR_TYPE, double> tolerance{
-        {TR_STG_EOV_10e, 0.006},  // B(1) is 5 mm off
-        {TR_BOV_HKR, 0.016},      // A(1) is 5 mm off, A(2) and A(3) 0.75 ppm
-        {TR_BOV_EOV, 0.002},
+    std::map<Type, double> tolerance{
+        {Type::kStgToEov10e, 0.006},  // B(1) is 5 mm off
+        {Type::kBovToHkr, 0.016},     // A(1) is 5 mm off, A(2) and A(3) 0.75 ppm
+        {Type::kBovToEov, 0.002},
     };
     for (const NationalInfo& info : NationalInfos()) {
-        const enuTR_TYPE back = TypeBetween(info.destination, info.source);
+        const Type back = TypeBetween(info.destination, info.source);
         const double limit = std::max({0.0006, tolerance[info.type], tolerance[back]});
-        for (const PlanePoint& point : AreaOf(info)) {
+        for (const Point& point : AreaOf(info)) {
             EXPECT_LE(Distance(Apply(back, Apply(info.type, point)), point), limit)
                 << info.name << " at " << point.first << " " << point.second;
         }
@@ -143,10 +136,10 @@ TEST(NationalInfos, NameEachTypeByItsConstant) {
 // The misfit between two systems of one sphere hardly varies over the country, so a few towns show
 // it: 15 percent.
 TEST(NationalInfos, StateTheAccuracyThatExactFormulasShow) {
-    std::map<enuTR_TYPE, std::vector<double>> misses;
+    std::map<Type, std::vector<double>> misses;
     for (const auto& row : ReadRows("checkpoints.csv")) {
         if (!row[6].ends_with("exact formulas with R=6378512.966")) continue;
-        const PlanePoint image = Apply(TypeOf(row[0]), {std::stod(row[1]), std::stod(row[2])});
+        const Point image = Apply(TypeOf(row[0]), {std::stod(row[1]), std::stod(row[2])});
         misses[TypeOf(row[0])].push_back(Distance(image, {std::stod(row[3]), std::stod(row[4])}));
     }
     EXPECT_EQ(misses.size(), 10U);
@@ -154,8 +147,9 @@ TEST(NationalInfos, StateTheAccuracyThatExactFormulasShow) {
         double squares = 0;
         for (const double distance : distances) squares += distance * distance;
         const double rms = std::sqrt(squares / static_cast<double>(distances.size()));
-        const double stated = NationalInfos()[static_cast<std::size_t>(type - TR_STG_HER)].accuracy;
-        EXPECT_NEAR(rms, stated, 0.15 * stated) << type;
+        const double stated =
+            NationalInfos()[static_cast<std::size_t>(NumberOf(type) - 10)].accuracy;
+        EXPECT_NEAR(rms, stated, 0.15 * stated) << NumberOf(type);
     }
 }
 

@@ -3,7 +3,7 @@
 // docs/national-transformations.md.
 #include <array>
 
-#include "kv_tr/published/national/table.h"
+#include "kv_tr/model/national/table.h"
 
 namespace kv_tr {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 // clang-format off
 
 //  A                   B                    k      STG -> HÉR
-constexpr NationalTable kStgHer{TR_STG_HER, {
+constexpr NationalTable kStgHer{Type::kStgToHer, {
     // published
     { 0.0,                0.0               }, // 0
     { 0.0,                136720.801        }, // 1
@@ -39,7 +39,7 @@ constexpr NationalTable kStgHer{TR_STG_HER, {
 }};
 
 //  A                   B                    k      STG -> HKR
-constexpr NationalTable kStgHkr{TR_STG_HKR, {
+constexpr NationalTable kStgHkr{Type::kStgToHkr, {
     // published
     { 0.0,                0.0               }, // 0
     { 0.0,               -37762.549         }, // 1
@@ -67,7 +67,7 @@ constexpr NationalTable kStgHkr{TR_STG_HKR, {
 }};
 
 //  A                   B                    k      STG -> HDR
-constexpr NationalTable kStgHdr{TR_STG_HDR, {
+constexpr NationalTable kStgHdr{Type::kStgToHdr, {
     // published
     { 0.0,                0.0               }, // 0
     { 0.0,               -212243.221        }, // 1
@@ -95,7 +95,7 @@ constexpr NationalTable kStgHdr{TR_STG_HDR, {
 }};
 
 //  A                   B                    k      HÉR -> STG
-constexpr NationalTable kHerStg{TR_HER_STG, {
+constexpr NationalTable kHerStg{Type::kHerToStg, {
     // published
     { 0.0,                0.0               }, // 0
     {-4.268,             -136715.567        }, // 1
@@ -121,7 +121,7 @@ constexpr NationalTable kHerStg{TR_HER_STG, {
 }};
 
 //  A                   B                    k      HKR -> STG
-constexpr NationalTable kHkrStg{TR_HKR_STG, {
+constexpr NationalTable kHkrStg{Type::kHkrToStg, {
     // published
     { 0.0,                0.0               }, // 0
     { 1.179,              37762.439         }, // 1
@@ -147,7 +147,7 @@ constexpr NationalTable kHkrStg{TR_HKR_STG, {
 }};
 
 //  A                   B                    k      HDR -> STG
-constexpr NationalTable kHdrStg{TR_HDR_STG, {
+constexpr NationalTable kHdrStg{Type::kHdrToStg, {
     // published
     { 0.0,                0.0               }, // 0
     { 6.626,              212223.64         }, // 1
@@ -173,7 +173,7 @@ constexpr NationalTable kHdrStg{TR_HDR_STG, {
 }};
 
 //  A                   B                    k      HÉR -> HKR
-constexpr NationalTable kHerHkr{TR_HER_HKR, {
+constexpr NationalTable kHerHkr{Type::kHerToHkr, {
     // published
     { 0.0,                0.0               }, // 0
     { 0.0,               -174494.422        }, // 1
@@ -195,7 +195,7 @@ constexpr NationalTable kHerHkr{TR_HER_HKR, {
 }};
 
 //  A                   B                    k      HKR -> HÉR
-constexpr NationalTable kHkrHer{TR_HKR_HER, {
+constexpr NationalTable kHkrHer{Type::kHkrToHer, {
     // published
     { 0.0,                0.0               }, // 0
     { 0.0,                174494.422        }, // 1
@@ -217,7 +217,7 @@ constexpr NationalTable kHkrHer{TR_HKR_HER, {
 }};
 
 //  A                   B                    k      HDR -> HKR
-constexpr NationalTable kHdrHkr{TR_HDR_HKR, {
+constexpr NationalTable kHdrHkr{Type::kHdrToHkr, {
     // published
     { 0.0,                0.0               }, // 0
     { 0.0,                174463.486        }, // 1
@@ -239,7 +239,7 @@ constexpr NationalTable kHdrHkr{TR_HDR_HKR, {
 }};
 
 //  A                   B                    k      HKR -> HDR
-constexpr NationalTable kHkrHdr{TR_HKR_HDR, {
+constexpr NationalTable kHkrHdr{Type::kHkrToHdr, {
     // published
     { 0.0,                0.0               }, // 0
     { 0.0,               -174463.486        }, // 1
