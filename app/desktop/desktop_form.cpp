@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <optional>
+#include <utility>
 
 #include "common/languages.h"
 #include "common/parameter_reading.h"
@@ -104,8 +105,7 @@ bool IsWhole(const PointReading& reading, const std::string& fileName) {
 
 }  // namespace
 
-DesktopForm::DesktopForm(EmbeddedTexts& texts)
-    : texts_(texts), languageChanged_(OnLanguageChange([this] { Changed.Raise(); })) {}
+DesktopForm::DesktopForm(EmbeddedTexts& texts) : Form({}), texts_(texts) {}
 
 std::string DesktopForm::ListingText() const {
     if (transformation_.bTypeIsPolinom()) return transformation_.sListPoliTrPrm();
@@ -139,13 +139,14 @@ private:
 };
 
 void DesktopForm::ShowStartPage(bool shown) {
-    onStartPage_ = shown || !hasParameters_;
-    Changed.Raise();
+    const bool before = std::exchange(onStartPage_, shown || !hasParameters_);
+    if (onStartPage_ != before) Changed.Raise();
 }
 
 /// Runs what may bring other parameters. The control points stay only with parameters that were
 /// fitted to them: a dialog may have loaded others before the fit was cancelled.
 void DesktopForm::Take(const std::function<bool()>& action) {
+    const ChangeEvent::Action wholeAction(Changed);
     const Before before(transformation_);
     try {
         const bool taken = action();

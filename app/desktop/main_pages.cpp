@@ -12,6 +12,7 @@
 
 #include "desktop/main_window.h"
 #include "desktop/ui_text.h"
+#include "kv_tr/qt/form_window.h"
 
 namespace kv_tr::desktop {
 
@@ -135,7 +136,7 @@ QGroupBox* MainWindow::MakeDirection() {
 
 QPushButton* MainWindow::MakeButton(int textId, const Action& action) {
     auto* button = new QPushButton(this);
-    connect(button, &QPushButton::clicked, [this, action] { Act(action); });
+    connect(button, &QPushButton::clicked, [action] { RunAction(action); });
     captions_.emplace_back([button, textId] { button->setText(UiText(textId)); });
     return button;
 }

@@ -17,7 +17,6 @@
 #include "common/languages.h"
 #include "desktop/transform_window.h"
 #include "desktop/ui_text.h"
-#include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/qt/form_window.h"
 
@@ -70,8 +69,9 @@ void MainWindow::MakeMenus() {
     QMenu* languages = AddMenu(1174);
     auto* group = new QActionGroup(languages);
     for (const app::Language& language : app::Languages()) {
-        QAction* action = languages->addAction(
-            language.name, this, [this, &language] { form_.SwitchLanguage(language.id); });
+        QAction* action = languages->addAction(language.name, this, [this, &language] {
+            RunAction([&] { form_.SwitchLanguage(language.id); });
+        });
         action->setCheckable(true);
         action->setActionGroup(group);
         captions_.emplace_back(
@@ -87,23 +87,13 @@ QMenu* MainWindow::AddMenu(int textId) {
 }
 
 QAction* MainWindow::AddAction(QMenu* menu, int textId, const Action& action) {
-    QAction* added = menu->addAction("", this, [this, action] { Act(action); });
+    QAction* added = menu->addAction("", this, [action] { RunAction(action); });
     captions_.emplace_back([added, textId] { added->setText(UiText(textId)); });
     return added;
 }
 
-/// Runs what the user asked for and shows what error comes out of it: none may pass through the
-/// event loop. New parameters are shown.
-void MainWindow::Act(const Action& action) {
-    try {
-        action();
-    } catch (const RuntimeError& error) {
-        ShowMessage(error.what(), Icon::kExclamation);
-    }
-}
-
 void MainWindow::Open(const std::string& fileName) {
-    Act([&] {
+    RunAction([&] {
         if (form_.OpenFile(fileName) == DesktopForm::FileKind::kCoordinates) {
             TransformFile(fileName);
         }

@@ -50,7 +50,6 @@ private:
     QLineEdit* MakeInput(const char* name);
     QLineEdit* MakeResult(const char* name);
 
-    void Act(const Action& action);
     void TransformFile(const std::string& fileName);
     void Redraw();
     void RedrawRecent();

@@ -22,6 +22,13 @@ namespace {
 
 constexpr int kPreviewLines = 5;
 
+constexpr Caption kCaptions[] = {
+    {"Transform", 1173, {}},  {"lblInput", 1186, {}},        {"cmdBrowseInput", 17, {}},
+    {"lblOutput", 1187, {}},  {"cmdBrowseOutput", 17, {}},   {"lblDecimals", 1188, {}},
+    {"chkNoId", 1019, {}},    {"chkDecimalComma", 1071, {}}, {"chkKeepGoing", 1020, {}},
+    {"frmPreview", 1189, {}}, {"cmdRun", 1190, {}},          {"cmdNok", 18, {}},
+};
+
 FileDialogArguments Arguments(const std::string& fileName, int titleId) {
     return {.Filename = fileName,
             .OverWritePrompt = false,  // Run asks
@@ -38,10 +45,23 @@ bool CanBeRead(const std::string& name) {
 
 }  // namespace
 
+TransformForm::TransformForm(const TR_PRM& record) : Form(kCaptions), record_(record) {}
+
+void TransformForm::Options(const app::CoordinateOptions& options) {
+    options_ = options;
+    Changed.Raise();
+}
+
+void TransformForm::Output(const std::string& fileName) {
+    output_ = fileName;
+    Changed.Raise();
+}
+
 void TransformForm::Input(const std::string& fileName) {
     input_ = fileName;
     const fs::path path(fileName);
-    output = (path.parent_path() / path.stem()).string() + "_tr" + path.extension().string();
+    output_ = (path.parent_path() / path.stem()).string() + "_tr" + path.extension().string();
+    Changed.Raise();
 }
 
 void TransformForm::BrowseInput() {
@@ -52,8 +72,8 @@ void TransformForm::BrowseInput() {
 }
 
 void TransformForm::BrowseOutput() {
-    FileDialogArguments arguments = Arguments(output, 1173);
-    if (GCommonDialog().VBGetSaveFileName(arguments)) output = arguments.Filename;
+    FileDialogArguments arguments = Arguments(output_, 1173);
+    if (GCommonDialog().VBGetSaveFileName(arguments)) Output(arguments.Filename);
 }
 
 std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
@@ -65,7 +85,7 @@ std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
         reader.SkipUtf8Mark();
         while (std::ssize(lines) < kPreviewLines && !reader.AtEnd()) {
             const std::string line(reader.Next());
-            const auto done = app::TransformLines(line, TransformationOf(record_), options);
+            const auto done = app::TransformLines(line, TransformationOf(record_), options_);
             const bool bad = done.stoppedAt || done.badLines > 0;
             lines.push_back({app::Excerpt(line), bad ? "" : app::Excerpt(done.text)});
         }
@@ -76,22 +96,22 @@ std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
 
 bool TransformForm::MayWrite() const {
     std::error_code error;
-    if (!fs::exists(output, error)) return true;
-    if (fs::equivalent(input_, output, error)) {
+    if (!fs::exists(output_, error)) return true;
+    if (fs::equivalent(input_, output_, error)) {
         ShowMessage(GetMlString(1197, "Az eredmény nem íródhat a koordinátafájl helyére."),
                     Icon::kExclamation);
         return false;
     }
-    return MayReplace(output);
+    return MayReplace(output_);
 }
 
 /// Nothing after a file that does not open has been shown. A result file that is not finished is
 /// gone when the user is told so.
 std::optional<app::CoordinateResult> TransformForm::Write(const Progress& progress) const {
     std::ifstream source(input_, std::ios::binary);
-    ReplacingFile file(output);
+    ReplacingFile file(output_);
     if (!file.IsOpen()) {
-        ReportOpenFailure(output);
+        ReportOpenFailure(output_);
         return std::nullopt;
     }
     std::error_code error;
@@ -103,10 +123,11 @@ std::optional<app::CoordinateResult> TransformForm::Write(const Progress& progre
             [&](std::uint64_t, std::uint64_t bytes) {
                 return progress(std::min(static_cast<double>(bytes) / size, 1.0));
             }};
-    const auto result = app::TransformText(*source.rdbuf(), to, TransformationOf(record_), options);
+    const auto result =
+        app::TransformText(*source.rdbuf(), to, TransformationOf(record_), options_);
     progress(1.0);
     if (result.Complete() && !file.Commit()) {
-        throw WriteFailure(output);
+        throw WriteFailure(output_);
     }
     return result;
 }
@@ -128,7 +149,7 @@ bool TransformForm::Run(const Progress& progress) const {
     if (result->cancelled) ShowMessage(GetMlString(1193, "Megszakítva; semmi sem íródott ki."));
     if (!result->Complete()) return false;
     ShowMessage(FillPlaces(GetMlString(1192, "{0} sor átszámítva ide: {1}"),
-                           {std::to_string(result->lines), output}),
+                           {std::to_string(result->lines), output_}),
                 Icon::kInformation);
     return true;
 }

@@ -9,7 +9,4 @@ namespace kv_tr::desktop {
 
 inline QString UiText(int id) { return QString::fromStdString(GetMlString(id, {})); }
 
-/// The text of a menu entry as the title of what it opens.
-inline QString WithoutDots(QString text) { return text.remove("..."); }
-
 }  // namespace kv_tr::desktop

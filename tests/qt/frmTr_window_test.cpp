@@ -50,6 +50,9 @@ protected:
         return Find<QLabel>(window, label).text().toStdString();
     }
 
+    /// The box that has the focus.
+    static QLineEdit& Editor() { return dynamic_cast<QLineEdit&>(*QApplication::focusWidget()); }
+
     /// The middle of a cell, rows and columns counted from 0.
     static QPoint CellAt(const QTableView& grid, int row, int column) {
         return grid.visualRect(grid.model()->index(row, column)).center();
@@ -162,49 +165,69 @@ TEST_F(FrmTrWindow, PaintsTheTextsOfACrossApart) {
     }
 }
 
-TEST_F(FrmTrWindow, EditsCells) {
+TEST_F(FrmTrWindow, TakesWhatIsTypedInACellBeforeAnythingElse) {
     Open([&](frmTrWindow& window) {
         auto& grid = Find<QTableView>(window, "Grid1");
-        auto& edit = Find<QLineEdit>(window, "txtEdit");
+        const auto type = [&](int row, const char* text) {
+            QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, row, 2));
+            Editor().setText(text);
+        };
         Click(window, "opMode(1)");
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
-        ASSERT_TRUE(edit.isVisible());
-        EXPECT_TRUE(edit.geometry().contains(CellAt(grid, 2, 2)));
-        edit.selectAll();
-        QTest::keyClicks(&edit, "1234");
-        QTest::keyClick(&edit, Qt::Key_Return);
-        EXPECT_EQ(engine.Pairs()[2].dXsour, 1234);
-        EXPECT_FALSE(edit.isVisible());
-        QTest::keyClicks(&grid, "9");
-        EXPECT_EQ(edit.text(), "9");
-        QTest::keyClick(&edit, Qt::Key_Escape);
+        engine.ExcludeByIx(0, true);
+        type(11, "6");
+        Click(window, "cmdRemoveExt");  // as its letter does, the focus staying in the editor
+        EXPECT_EQ(engine.lFullCnt(), 11);
+        EXPECT_EQ(engine.Pairs().back().dXsour, 6);
+        QTest::keyClick(&grid, Qt::Key_F2);
+        EXPECT_EQ(Editor().text(), "6.000") << "the current row exists";
+        QTest::keyClick(&Editor(), Qt::Key_Escape);
         EXPECT_TRUE(window.isVisible()) << "Esc belongs to the editor";
-        EXPECT_EQ(engine.Pairs()[2].dXsour, 1234);
-        QTest::keyClicks(&grid, "8");
-        QTest::keyClick(&edit, Qt::Key_Down);
-        EXPECT_EQ(engine.Pairs()[2].dXsour, 8);
-        EXPECT_EQ(grid.currentIndex().row(), 3);
-        QTest::keyClicks(&grid, "7");
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 0, 1));
-        EXPECT_EQ(engine.Pairs()[3].dXsour, 7) << "a click elsewhere takes what was typed";
-        QTest::keyClick(&edit, Qt::Key_Escape);
         QTest::keyClick(&grid, Qt::Key_Escape);
         EXPECT_TRUE(window.isVisible());
+        type(3, "7");
+        Find<QWidget>(window, "txtLimit").setFocus();
+        EXPECT_EQ(engine.Pairs()[3].dXsour, 7);
+        type(4, "8");
+        Click(window, "opMode(2)");
+        EXPECT_EQ(engine.Pairs()[4].dXsour, 8);
+        Click(window, "opMode(1)");
+        type(5, "9");
+        Click(window, "cmdExit");
+        EXPECT_EQ(engine.Pairs()[5].dXsour, 9);
+    });
+}
 
-        engine.ExcludeByIx(0, true);
-        const int last = engine.lFullCnt() - 1;
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, last, 2));
-        edit.setText("6");
-        Click(window, "cmdRemoveExt");  // as its letter does, the focus staying in the editor
-        EXPECT_EQ(engine.lFullCnt(), last);
-        EXPECT_EQ(engine.Pairs().back().dXsour, 6);
-        EXPECT_FALSE(edit.isVisible());
-        QTest::keyClick(&grid, Qt::Key_F2);
-        EXPECT_EQ(edit.text(), "6.000") << "the current row exists";
-        QTest::keyClick(&edit, Qt::Key_Escape);
-        Click(window, "opMode(0)");
-        QTest::keyClick(&grid, Qt::Key_Escape);
-        EXPECT_FALSE(window.isVisible()) << "Esc leaves by cmdExit";
+TEST_F(FrmTrWindow, IsDrawnOnceAClick) {
+    Open([&](frmTrWindow& window) {
+        auto& grid = Find<QTableView>(window, "Grid1");
+        int drawn = 0;  // every time the headings are told that they may have changed
+        QObject::connect(grid.model(), &QAbstractItemModel::headerDataChanged, [&] { ++drawn; });
+        const auto expectOne = [&](const char* what) {
+            EXPECT_EQ(std::exchange(drawn, 0), 1) << what;
+        };
+        for (const char* button :
+             {"RadioTrType(1)", "RadioTrType(5)", "chkInverz", "opMode(2)", "chkNr", "chkRad",
+              "cmsResetExt", "opMode(1)", "opMode(0)", "cmdRemoveExt"}) {
+            platform.whileShown = [&] { drawn = 0; };  // a refusal is drawn before it is told, too
+            Click(window, button);
+            expectOne(button);
+        }
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
+        expectOne("click");
+        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
+        expectOne("double click");
+        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
+        QTest::mouseClick(grid.viewport(), Qt::RightButton, {}, CellAt(grid, 4, 2));
+        EXPECT_LE(std::exchange(drawn, 0), 2) << "the button goes down, and up";
+        auto& limit = Find<QLineEdit>(window, "txtLimit");
+        limit.setFocus();
+        limit.selectAll();
+        QTest::keyClicks(&limit, "0.7");
+        EXPECT_EQ(drawn, 0);
+        Click(window, "chkInverz");
+        expectOne("limit and inverse");
+        platform.texts->SwitchLanguage(kSerbian, "");
+        expectOne("language");
     });
 }
 

@@ -32,7 +32,7 @@ constexpr Caption kTrCaptions[] = {
     {"chkInverz",        48, "Inverz"},
     {"frmDsp",           37, "Kijelzés"},
     {"chkNr",            41, "Psz."},
-    {"chkDx",            40, "Dy"},  // deliberately crosswise: the fields named X are shown as Y
+    {"chkDx",            40, "Dy"},  // crosswise: surveyors call the fields named X Y
     {"chkDy",            39, "Dx"},
     {"chkRad",            0, "Dxy"},
     {"frmRes",           60, "Statisztika"},
@@ -113,12 +113,12 @@ std::string TextOf(int id, std::string_view text) {
 
 }  // namespace
 
-void Captions::SetText(std::string_view control, std::string text) {
+void Captions::SetText(std::string_view control, std::function<std::string()> text) {
     texts_[Row(control).control] = std::move(text);
 }
 
 std::string Captions::Text(std::string_view control) const {
-    if (const auto text = texts_.find(control); text != texts_.end()) return text->second;
+    if (const auto text = texts_.find(control); text != texts_.end()) return text->second();
     return TextOf(Row(control).captionId, Row(control).text);
 }
 

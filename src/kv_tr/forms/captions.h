@@ -1,6 +1,7 @@
 // The captions and tool tips of the controls of a form.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <span>
 #include <string>
@@ -24,8 +25,8 @@ public:
 
     std::span<const Caption> Rows() const { return rows_; }
     void SetCaption(std::string_view control, int id) { Row(control).captionId = id; }
-    /// A text that takes the place of the control's caption.
-    void SetText(std::string_view control, std::string text);
+    /// A text that takes the place of the control's caption; made anew whenever it is asked for.
+    void SetText(std::string_view control, std::function<std::string()> text);
     void SetToolTip(std::string_view control, int id) { Row(control).toolTipId = id; }
 
     /// Throws std::out_of_range for a control that the form does not have.
@@ -37,7 +38,7 @@ private:
     Caption& Row(std::string_view control);
 
     std::vector<Caption> rows_;
-    std::map<std::string_view, std::string> texts_;  // set by SetText, by control
+    std::map<std::string_view, std::function<std::string()>> texts_;  // set by SetText, by control
 };
 
 /// The rows of each form; the one that bears the form's own name has the title of its window.

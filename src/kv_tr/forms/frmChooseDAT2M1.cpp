@@ -1,6 +1,8 @@
 // The chooser of national transformations without its window.
 #include "kv_tr/forms/frmChooseDAT2M1.h"
 
+#include <utility>
+
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/national.h"
 #include "kv_tr/published/number_format.h"
@@ -35,8 +37,7 @@ std::vector<std::vector<std::string>> frmChooseDAT2M1::Rows() {
 }
 
 void frmChooseDAT2M1::lstTr(int row) {
-    selected_ = row;
-    Changed.Raise();
+    if (std::exchange(selected_, row) != row) Changed.Raise();
 }
 
 std::string frmChooseDAT2M1::Origin() const {

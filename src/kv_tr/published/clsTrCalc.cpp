@@ -203,11 +203,7 @@ bool clsTrCalc::bSaveXYs4Tr(const std::string& sFileName) {
 
 bool clsTrCalc::bLoadXYsFromFile(const std::string& sFileXYs, bool bAppend) {
     const LoadedPoints loaded = LoadControlPoints(sFileXYs);
-    if (loaded.failed) {
-        ShowMessage(GetMlString(74, "Hibás fájl formátum!") + "\r\n" +
-                        std::to_string(loaded.lineShown) + GetMlString(153, ".sor"),
-                    Icon::kExclamation);
-    }
+    ReportFailure(loaded);
     Take(loaded.points, bAppend);
     return loaded.accepted;
 }

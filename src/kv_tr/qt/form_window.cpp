@@ -2,7 +2,6 @@
 #include "kv_tr/qt/form_window.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -45,7 +44,8 @@ void SetCaption(QWidget& control, const QString& caption, QSet<QChar>& taken) {
     } else if (auto* frame = qobject_cast<QGroupBox*>(&control)) {
         frame->setTitle(caption);
     } else if (control.isWindow()) {
-        control.setWindowTitle(caption);
+        const bool isOfAnEntry = caption.endsWith("...");  // which opens the window
+        control.setWindowTitle(isOfAnEntry ? caption.chopped(3) : caption);
     }
 }
 
@@ -67,35 +67,7 @@ void RememberSize(const char* name, QSize size) {
     SaveSetting(kSection, name, std::to_string(size.width()) + "x" + std::to_string(size.height()));
 }
 
-FormWindow::FormWindow(const char* name, QSize size) : QDialog(QApplication::activeWindow()) {
-    setObjectName(name);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    setWindowFlag(Qt::WindowMaximizeButtonHint);
-    resize(RememberedSize(name, size));
-}
-
-void FormWindow::Follow(Event<>& changed) {
-    changed_ = changed.Subscribe([this] { Redraw(); });
-    Redraw();
-}
-
-void FormWindow::ShowCaptions(const Captions& captions) {
-    std::vector<std::pair<QWidget*, QString>> texts;
-    for (const Caption& row : captions.Rows()) {
-        const auto name = QString::fromUtf8(row.control.data(), qsizetype(row.control.size()));
-        QWidget* control = name == objectName() ? this : findChild<QWidget*>(name);
-        if (control == nullptr) continue;
-        texts.emplace_back(control,
-                           QString::fromStdString(captions.Text(row.control)).remove('\r'));
-        control->setToolTip(QString::fromStdString(captions.ToolTip(row.control)));
-    }
-    // The short ones have the fewest letters to choose from.
-    std::ranges::stable_sort(texts, {}, [](const auto& text) { return text.second.size(); });
-    QSet<QChar> taken;
-    for (const auto& [control, text] : texts) SetCaption(*control, text, taken);
-}
-
-void FormWindow::Act(const std::function<void()>& action) {
+void RunAction(const std::function<void()>& action) {
     const WaitCursor wait;
     try {
         action();
@@ -104,19 +76,71 @@ void FormWindow::Act(const std::function<void()>& action) {
     }
 }
 
-QPushButton* FormWindow::MakeButton(const QString& name, const std::function<void()>& action) {
-    auto* button = new QPushButton(this);
-    button->setObjectName(name);
+FormWindow::FormWindow(Form& form, const char* name, QSize size, QWidget* parent)
+    : QDialog(parent), form_(form) {
+    Bind(name, this);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    resize(RememberedSize(name, size));
+}
+
+int FormWindow::exec() {
+    const OwnCursors cursors;
+    return QDialog::exec();
+}
+
+void FormWindow::Follow() {
+    changed_ = form_.Changed.Subscribe([this] { Redraw(); });
+    Redraw();
+}
+
+void FormWindow::Redraw() {
+    std::vector<std::pair<QWidget*, QString>> texts;
+    const Captions& captions = form_.ControlTexts();
+    for (const auto& [control, name] : bound_) {
+        texts.emplace_back(control, QString::fromStdString(captions.Text(name)).remove('\r'));
+        control->setToolTip(QString::fromStdString(captions.ToolTip(name)));
+    }
+    // The short ones have the fewest letters to choose from.
+    std::ranges::stable_sort(texts, {}, [](const auto& text) { return text.second.size(); });
+    QSet<QChar> taken;
+    for (const auto& [control, text] : texts) SetCaption(*control, text, taken);
+}
+
+void FormWindow::Act(const std::function<void()>& action) {
+    const ChangeEvent::Action wholeAction(form_.Changed);
+    RunAction(action);
+}
+
+QPushButton* FormWindow::MakePlainButton(const QString& name) {
+    auto* button = Bind(name, new QPushButton(this));
     button->setAutoDefault(false);  // Enter belongs to the boxes
+    return button;
+}
+
+QPushButton* FormWindow::MakeButton(const QString& name, const std::function<void()>& action) {
+    QPushButton* button = MakePlainButton(name);
     connect(button, &QPushButton::clicked, this, [this, action] { Act(action); });
     return button;
 }
 
 QCheckBox* FormWindow::MakeCheckBox(const QString& name, const std::function<void()>& action) {
-    auto* box = new QCheckBox(this);
-    box->setObjectName(name);
+    auto* box = Bind(name, new QCheckBox(this));
     connect(box, &QCheckBox::clicked, this, [this, action] { Act(action); });
     return box;
+}
+
+QPushButton* FormWindow::MakeCancelButton(const QString& name) {
+    QPushButton* button = MakePlainButton(name);
+    connect(button, &QPushButton::clicked, this, &QDialog::reject);
+    return button;
+}
+
+QDialogButtonBox* FormWindow::MakeEnds(QPushButton* confirm, QPushButton* cancel) {
+    auto* ends = new QDialogButtonBox(this);
+    ends->addButton(confirm, QDialogButtonBox::YesRole);  // AcceptRole would make it the default
+    ends->addButton(cancel, QDialogButtonBox::RejectRole);
+    return ends;
 }
 
 void FormWindow::done(int result) {

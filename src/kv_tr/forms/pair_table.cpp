@@ -1,15 +1,18 @@
-// The table of the adjustment dialog: cells, colours, exclusion and editing.
+// The table of control points with their residuals: cells, colours, the current cell, editing.
+#include "kv_tr/forms/pair_table.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <utility>
 
-#include "kv_tr/forms/frmTr.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
-#include "kv_tr/published/pairs.h"
 
 namespace kv_tr {
 namespace {
+
+constexpr int kAtTheEnd = 1000;  // of any text
 
 enum Column { kNumber, kIdentifier, kFirstCoordinate, kLastCoordinate = 5, kTotal = 8 };
 
@@ -35,23 +38,39 @@ std::string Trimmed(const std::string& text) {
     return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
 }
 
+/// Puts a text into a point; false for a column that cannot be changed and for a text that is no
+/// number where one is needed.
+bool Put(const std::string& text, int column, ControlPoint& point) {
+    if (column == kIdentifier) {
+        point.id = text;
+        return true;
+    }
+    if (column < kFirstCoordinate || column > kLastCoordinate) return false;
+    const auto number = TypedNumber(text);
+    if (!number) return false;
+    const std::array coordinates{&point.source.first, &point.source.second,
+                                 &point.destination.first, &point.destination.second};
+    *coordinates[static_cast<std::size_t>(column - kFirstCoordinate)] = *number;
+    return true;
+}
+
 }  // namespace
 
-std::string frmTr::CellText(int row, int column) const {
+std::string PairTable::CellText(int row, int column) const {
     if (row == 0) return Heading(column);
     if (column == kNumber) return std::to_string(row);
     return column == kIdentifier ? PointIn(row).id : FormatFixed(NumberIn(row, column), 3, 0);
 }
 
-std::optional<frmTr::CellColours> frmTr::ColoursOf(int row, int column) const {
+std::optional<PairTable::CellColours> PairTable::ColoursOf(int row, int column) const {
     if (row == 0 || (column != kIdentifier && column != kTotal)) return std::nullopt;
-    CellColours colours{.text = ResidualIn(row).Length() <= engine_->gdErrLimit ? kBlue : kRed};
+    CellColours colours{.text = ResidualIn(row).Length() <= limit_ ? kBlue : kRed};
     if (!PointIn(row).used) colours.background = kYellow;
     return colours;
 }
 
-std::string frmTr::WidestText(int column) const {
-    const auto points = engine_->Held().Points();
+std::string PairTable::WidestText(int column) const {
+    const auto points = adjustment_.Points();
     if (points.empty()) return {};
     if (column == kNumber) return std::to_string(points.size());
     if (column == kIdentifier) {
@@ -69,7 +88,7 @@ std::string frmTr::WidestText(int column) const {
     return negative.size() > positive.size() ? negative : positive;
 }
 
-std::string frmTr::TableText(std::span<const int> rows) const {
+std::string PairTable::TableText(std::span<const int> rows) const {
     std::string text;
     const auto addRow = [&](int row) {
         for (int column = 0; column < kColumns; ++column) {
@@ -84,104 +103,81 @@ std::string frmTr::TableText(std::span<const int> rows) const {
     return text;
 }
 
-void frmTr::Grid1EnterCell(int row, int column) {
-    if (row == currentRow_ && column == currentColumn_) return;
+int PairTable::CurrentRow() const { return std::min(currentRow_, RowCount() - 1); }
+
+void PairTable::Grid1EnterCell(int row, int column) {
+    if (row == CurrentRow() && column == currentColumn_) return;
     currentRow_ = row;
     currentColumn_ = column;
     editor_.visible = false;
-    Changed.Raise();
+    changed_.Raise();
 }
 
-void frmTr::Grid1Click(int row, int column) {
+void PairTable::Editable(bool editable) {
+    editable_ = editable;
+    CloseEditor();
+}
+
+void PairTable::CloseEditor() {
+    if (std::exchange(editor_.visible, false)) changed_.Raise();
+}
+
+void PairTable::OpenEditor(const std::string& text, int caret) {
+    if (!editable_) return;
+    editor_ = {.visible = true, .text = text, .caret = caret};
+    changed_.Raise();
+}
+
+void PairTable::Grid1Click(int row, int column) {
+    const ChangeEvent::Action action(changed_);
     Grid1EnterCell(row, column);
-    if (row > 0 && column <= kLastCoordinate) OpenEditor(CellText(row, column), 1000);
+    if (row > 0 && column <= kLastCoordinate) OpenEditor(CellText(row, column), kAtTheEnd);
 }
 
-void frmTr::Grid1DblClick(int row, int column) {
-    if (mode_ != Mode::kTable || row == 0) return;
-    Fit([&] { engine_->ExcludeByIx(row - 1, true); });
-    currentRow_ = 0;
-    currentColumn_ = column;
-    ShowResult();
-}
-
-void frmTr::Grid1MouseUp(int anchorRow, int row) {
-    if (mode_ != Mode::kTable) return;
-    const auto [first, last] = std::minmax(anchorRow, row);
-    for (int number = std::max(first, 1); number <= last; ++number) {
-        engine_->ExcludeByIx(number - 1, false);
-    }
-    Recalculate();
-    SelectTypeOf(engine_->eTrType());
-}
-
-void frmTr::Grid1KeyPress(const std::string& character) {
-    if (currentRow_ == 0 || currentRow_ >= RowCount()) return;
+void PairTable::Grid1KeyPress(const std::string& character) {
+    if (CurrentRow() == 0) return;
     const bool printable = !character.empty() && static_cast<unsigned char>(character[0]) > 32;
     if (printable) {
         OpenEditor(character, 1);
     } else {
-        OpenEditor(CellText(currentRow_, currentColumn_), 1000);
+        OpenEditor(CellText(CurrentRow(), currentColumn_), kAtTheEnd);
     }
 }
 
-void frmTr::Grid1GotFocus() {
-    if (mode_ == Mode::kEdit && editor_.visible) CommitEdit();
+void PairTable::Grid1GotFocus() {
+    if (editor_.visible) SetCell(CurrentRow(), currentColumn_, editor_.text);
 }
 
-void frmTr::txtEditKeyDown(EditKey key) {
+void PairTable::txtEditKeyDown(EditKey key) {
     if (!editor_.visible) return;
-    if (key == EditKey::kEscape) {
-        editor_.visible = false;
-        Changed.Raise();
-        return;
-    }
-    CommitEdit();
+    if (key == EditKey::kEscape) return CloseEditor();
+    const ChangeEvent::Action action(changed_);
+    Grid1GotFocus();
     const int step = key == EditKey::kUp ? -1 : key == EditKey::kDown ? 1 : 0;
-    Grid1EnterCell(std::clamp(currentRow_ + step, 1, RowCount() - 1), currentColumn_);
+    Grid1EnterCell(std::clamp(CurrentRow() + step, 1, RowCount() - 1), currentColumn_);
 }
 
-void frmTr::OpenEditor(const std::string& text, int caret) {
-    if (mode_ != Mode::kEdit) return;
-    editor_ = {.visible = true, .text = text, .caret = caret};
-    Changed.Raise();
-}
-
-void frmTr::CommitEdit() {
-    editor_.visible = false;
-    if (editor_.text == CellText(currentRow_, currentColumn_)) return Changed.Raise();
-    ControlPoint point = PointIn(currentRow_);
-    if (!Accept(point, currentColumn_)) return Changed.Raise();
-    engine_->Held().Replace(static_cast<std::size_t>(currentRow_ - 1), point);
-    Recalculate();
-}
-
-/// Puts the editor's text into the point; false for a cell that cannot be changed and for text that
-/// is no number where one is needed.
-bool frmTr::Accept(ControlPoint& point, int column) const {
-    if (column == kIdentifier) {
-        point.id = editor_.text;
-        return true;
-    }
-    if (column < kFirstCoordinate || column > kLastCoordinate) return false;
-    const auto number = TypedNumber(editor_.text);
-    if (!number) return false;
-    const std::array coordinates{&point.source.first, &point.source.second,
-                                 &point.destination.first, &point.destination.second};
-    *coordinates[static_cast<std::size_t>(column - kFirstCoordinate)] = *number;
+bool PairTable::SetCell(int row, int column, const std::string& text) {
+    const ChangeEvent::Action action(changed_);
+    CloseEditor();
+    ControlPoint point = PointIn(row);
+    if (text == CellText(row, column) || !Put(text, column, point)) return false;
+    adjustment_.Replace(static_cast<std::size_t>(row - 1), point);
+    changed_.Raise();
+    Edited.Raise();
     return true;
 }
 
-const ControlPoint& frmTr::PointIn(int row) const {
-    return engine_->Held().Points()[static_cast<std::size_t>(row - 1)];
+const ControlPoint& PairTable::PointIn(int row) const {
+    return adjustment_.Points()[static_cast<std::size_t>(row - 1)];
 }
 
-const Residual& frmTr::ResidualIn(int row) const {
-    return engine_->Held().Residuals()[static_cast<std::size_t>(row - 1)];
+const Residual& PairTable::ResidualIn(int row) const {
+    return adjustment_.Residuals()[static_cast<std::size_t>(row - 1)];
 }
 
 /// The number in a column from kFirstCoordinate on.
-double frmTr::NumberIn(int row, int column) const {
+double PairTable::NumberIn(int row, int column) const {
     const auto& [id, source, destination, used] = PointIn(row);
     const Residual& residual = ResidualIn(row);
     const std::array numbers{source.first,   source.second,   destination.first, destination.second,
