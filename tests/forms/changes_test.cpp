@@ -57,7 +57,8 @@ TEST_F(Changes, OfTheAdjustmentAreOneAnAction) {
                       {"limit", [](frmTr& f) { f.txtLimit("0.7"); }},
                       {"same limit", [](frmTr& f) { f.txtLimit("0.7"); }, 0},
                       {"bad limit", [](frmTr& f) { f.txtLimit("x"); }, 0},
-                      {"activate", [](frmTr& f) { f.Activate(); }},
+                      {"activate", [](frmTr& f) { f.Activate(); }},  // 0.70
+                      {"activate again", [](frmTr& f) { f.Activate(); }, 0},
                       {"move", [](frmTr& f) { f.Table().Grid1EnterCell(2, 2); }},
                       {"same cell", [](frmTr& f) { f.Table().Grid1EnterCell(2, 2); }, 0},
                       {"click", [](frmTr& f) { f.Table().Grid1Click(2, 2); }, 0},

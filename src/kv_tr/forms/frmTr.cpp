@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "kv_tr/forms/save_parameters.h"
 #include "kv_tr/forms/scratch_transformation.h"
@@ -131,8 +132,8 @@ bool frmTr::txtLimit(const std::string& text) {
 }
 
 void frmTr::Activate() {
-    limitText_ = kv_tr::LimitText(engine_->gdErrLimit);
-    Changed.Raise();
+    const std::string text = kv_tr::LimitText(engine_->gdErrLimit);
+    if (std::exchange(limitText_, text) != text) Changed.Raise();
 }
 
 void frmTr::cmdRemoveExt() {

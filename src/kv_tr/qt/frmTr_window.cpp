@@ -207,6 +207,7 @@ void frmTrWindow::Redraw() {
 void frmTrWindow::resizeEvent(QResizeEvent* event) {
     FormWindow::resizeEvent(event);
     form_.Activate();
+    FitPanel();
 }
 
 /// Makes the panel as wide as its controls, and its scroll bar where there is one, need it.
@@ -266,7 +267,9 @@ void frmTrWindow::keyPressEvent(QKeyEvent* event) {
 
 void frmTrWindow::changeEvent(QEvent* event) {
     FormWindow::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) form_.Activate();
+    if (event->type() != QEvent::ActivationChange || !isActiveWindow()) return;
+    form_.Activate();
+    Redraw();
 }
 
 bool frmTrWindow::eventFilter(QObject* watched, QEvent* event) {
