@@ -78,6 +78,23 @@ TEST_F(FrmTrWindow, GivesEveryControlItsCaption) {
     });
 }
 
+TEST_F(FrmTrWindow, GivesEveryButtonALetterOfItsOwnInEachLanguage) {
+    Open([&](frmTrWindow& window) {
+        for (const int language : {kHungarian, kRomanian, kVietnamese, kEnglish, kSerbian}) {
+            platform.texts->SwitchLanguage(language, "");
+            std::set<QChar> letters;
+            for (const auto* button : window.findChildren<QAbstractButton*>()) {
+                if (button->text().isEmpty()) continue;  // the table's corner
+                const auto mark = button->text().indexOf('&');
+                ASSERT_GE(mark, 0) << language << ' ' << button->text().toStdString();
+                const QChar letter = button->text()[mark + 1].toLower();
+                EXPECT_TRUE(letters.insert(letter).second)
+                    << language << ' ' << char(letter.cell());
+            }
+        }
+    });
+}
+
 TEST_F(FrmTrWindow, ForwardsTheButtons) {
     Open([&](frmTrWindow& window) {
         EXPECT_EQ(Find<QTableView>(window, "Grid1").model()->rowCount(), 12);
@@ -172,7 +189,9 @@ TEST_F(FrmTrWindow, TakesWhatIsTypedInACellBeforeAnythingElse) {
             QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, row, 2));
             Editor().setText(text);
         };
+        window.setFocus();
         Click(window, "opMode(1)");
+        EXPECT_TRUE(grid.hasFocus()) << "who wants to edit moves and types";
         engine.ExcludeByIx(0, true);
         type(11, "6");
         Click(window, "cmdRemoveExt");  // as its letter does, the focus staying in the editor

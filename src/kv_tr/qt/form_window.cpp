@@ -7,40 +7,31 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
-#include <QSet>
-#include <algorithm>
-#include <utility>
-#include <vector>
 
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/qt/cursor_scope.h"
+#include "kv_tr/qt/mnemonics.h"
 
 namespace kv_tr {
 namespace {
 
 constexpr const char* kSection = "Windows";
 
-/// The caption with "&" before its first letter that none before it has for Alt.
-QString WithMnemonic(const QString& caption, QSet<QChar>& taken) {
-    for (int i = 0; i < caption.size(); ++i) {
-        const QChar letter = caption[i].toLower();
-        const bool plain = (letter >= 'a' && letter <= 'z') || letter.isDigit();
-        if (!plain || taken.contains(letter)) continue;
-        taken.insert(letter);
-        return QString(caption).insert(i, '&');
-    }
-    return caption;
+/// Whether the keyboard can reach a control by a letter.
+bool HasMnemonic(const QWidget& control) {
+    const auto* label = qobject_cast<const QLabel*>(&control);
+    return label != nullptr ? label->buddy() != nullptr
+                            : qobject_cast<const QAbstractButton*>(&control) != nullptr;
 }
 
 /// Sets the caption of a control, if it is another one: setting it would lay out the window anew.
-void SetCaption(QWidget& control, const QString& caption, QSet<QChar>& taken) {
+void SetCaption(QWidget& control, const QString& caption) {
     if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
-        const QString text = WithMnemonic(caption, taken);
-        if (button->text() != text) button->setText(text);
+        if (button->text() != caption) button->setText(caption);
     } else if (auto* label = qobject_cast<QLabel*>(&control)) {
-        label->setText(label->buddy() != nullptr ? WithMnemonic(caption, taken) : caption);
+        label->setText(caption);
     } else if (auto* frame = qobject_cast<QGroupBox*>(&control)) {
         frame->setTitle(caption);
     } else if (control.isWindow()) {
@@ -95,16 +86,22 @@ void FormWindow::Follow() {
 }
 
 void FormWindow::Redraw() {
-    std::vector<std::pair<QWidget*, QString>> texts;
     const Captions& captions = form_.ControlTexts();
+    QStringList texts;
     for (const auto& [control, name] : bound_) {
-        texts.emplace_back(control, QString::fromStdString(captions.Text(name)).remove('\r'));
+        const QString text = QString::fromStdString(captions.Text(name)).remove('\r');
+        if (HasMnemonic(*control)) {
+            texts << text;
+        } else {
+            SetCaption(*control, text);
+        }
         control->setToolTip(QString::fromStdString(captions.ToolTip(name)));
     }
-    // The short ones have the fewest letters to choose from.
-    std::ranges::stable_sort(texts, {}, [](const auto& text) { return text.second.size(); });
-    QSet<QChar> taken;
-    for (const auto& [control, text] : texts) SetCaption(*control, text, taken);
+    const QStringList marked = WithMnemonics(texts);
+    auto next = marked.begin();
+    for (const auto& [control, name] : bound_) {
+        if (HasMnemonic(*control)) SetCaption(*control, *next++);
+    }
 }
 
 void FormWindow::Act(const std::function<void()>& action) {

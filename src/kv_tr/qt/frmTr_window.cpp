@@ -123,6 +123,9 @@ QWidget* frmTrWindow::MakeModes() {
         auto* button = MakeButton(Numbered("opMode", i),
                                   [this, i] { form_.opMode(static_cast<frmTr::Mode>(i)); });
         button->setCheckable(true);
+        connect(button, &QPushButton::clicked, this, [this] {
+            if (grid_->isVisible()) grid_->setFocus();  // whoever wants to edit moves and types
+        });
         group->addButton(button);
         layout->addWidget(button);
         modes_[static_cast<std::size_t>(i)] = button;
