@@ -72,7 +72,7 @@ TEST_F(FrmTrWindow, GivesEveryControlItsCaptionAndEveryButtonALetter) {
                 const auto mark = button->text().indexOf('&');
                 const QChar letter = button->text().toLower()[mark + 1];
                 without += mark < 0;
-                EXPECT_TRUE(mark < 0 || letters.insert(letter).second) << letter.unicode();
+                EXPECT_TRUE(mark < 0 || letters.insert(letter).second) << int(letter.unicode());
             }
             EXPECT_EQ(without, 0) << language;
             for (const auto& [control, id] : {std::pair{"opMode(2)", 33}, {"cmdApplyResult", 27}}) {
