@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <optional>
+#include <utility>
 
 #include "common/languages.h"
 #include "common/parameter_reading.h"
@@ -80,8 +81,8 @@ Answer AreMeantAsPairs(const PointReading& reading, const std::string& fileName)
                                            ? app::ReadPoints(fileName, Comma::kDecimalSign).points
                                            : reading.points);
     if (likely && !MayBeOnePoint(FirstLine(fileName).value_or(""))) return Answer::kYes;
-    return Ask({.text = FillPlaces(GetMlString(1216, {}), {fileName}),
-                .title = GetMlString(83, "Figyelmeztetés"),
+    return Ask({.text = Translated(Text::kPointsOrCoordinatesQuestion, {fileName}),
+                .title = Translated(Text::kWarningTitle),
                 .icon = Icon::kExclamation,
                 .buttons = Buttons::kYesNoCancel,
                 .defaultAnswer = Answer::kCancel});
@@ -91,11 +92,11 @@ Answer AreMeantAsPairs(const PointReading& reading, const std::string& fileName)
 bool IsWhole(const PointReading& reading, const std::string& fileName) {
     if (reading.Complete()) {
         if (!reading.points.empty()) return true;
-        ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
+        ShowMessage(Translated(Text::kTooFewPoints));
     } else if (reading.problems[0].kind == Problem::Kind::kNotOpened) {
         ReportOpenFailure(fileName);
     } else if (HasDecimalCommas(reading)) {
-        ShowMessage(FillPlaces(GetMlString(1073, {}), {fileName}), Icon::kExclamation);
+        ShowMessage(Translated(Text::kCommasSeparateFields, {fileName}), Icon::kExclamation);
     } else {
         ShowMessage(app::Complaint(reading.problems[0], fileName), Icon::kExclamation);
     }
@@ -104,8 +105,7 @@ bool IsWhole(const PointReading& reading, const std::string& fileName) {
 
 }  // namespace
 
-DesktopForm::DesktopForm(EmbeddedTexts& texts)
-    : texts_(texts), languageChanged_(OnLanguageChange([this] { Changed.Raise(); })) {}
+DesktopForm::DesktopForm(EmbeddedTexts& texts) : Form({}), texts_(texts) {}
 
 std::string DesktopForm::ListingText() const {
     if (transformation_.bTypeIsPolinom()) return transformation_.sListPoliTrPrm();
@@ -139,13 +139,14 @@ private:
 };
 
 void DesktopForm::ShowStartPage(bool shown) {
-    onStartPage_ = shown || !hasParameters_;
-    Changed.Raise();
+    const bool before = std::exchange(onStartPage_, shown || !hasParameters_);
+    if (onStartPage_ != before) Changed.Raise();
 }
 
 /// Runs what may bring other parameters. The control points stay only with parameters that were
 /// fitted to them: a dialog may have loaded others before the fit was cancelled.
 void DesktopForm::Take(const std::function<bool()>& action) {
+    const ChangeEvent::Action wholeAction(Changed);
     const Before before(transformation_);
     try {
         const bool taken = action();
@@ -198,10 +199,7 @@ void DesktopForm::Invert() {
         } catch (const RuntimeError&) {  // says less than the message
         }
         if (!exists) {
-            ShowMessage(GetMlString(1057,
-                                    "A paramétereknek nincs inverzük: egy egyenesre vagy egy "
-                                    "pontra képezik le a síkot."),
-                        Icon::kExclamation);
+            ShowMessage(Translated(Text::kNoInverse), Icon::kExclamation);
             return false;
         }
         transformation_.udtTrAffinPrm(inverse);
@@ -250,8 +248,7 @@ bool DesktopForm::LoadParameters(const std::string& fileName) {
     const auto [loaded, complaint] =
         app::ReadParametersWhole(fileName, Type::kAffine, ParametersHaveDecimalCommas(fileName));
     if (!complaint.empty()) {
-        ShowMessage(GetMlString(74, "Hibás fájl formátum!") + "\r\n" + complaint,
-                    Icon::kExclamation);
+        ShowMessage(Translated(Text::kBadFormat) + "\r\n" + complaint, Icon::kExclamation);
     }
     if (!loaded) return false;
     transformation_.udtTrPrm(RecordOf(*loaded));
@@ -305,8 +302,8 @@ std::int32_t DesktopForm::RememberedLanguage(std::int32_t fallback) {
 }
 
 void DesktopForm::ShowAbout(const std::string& version, const std::string& toolkitVersion) const {
-    ShowMessage("KV_Tr: " + GetMlString(1002, "Síkbeli transzformációk illesztése közös pontokra") +
-                    "\r\n\r\n" + FillPlaces(GetMlString(1196, {}), {version, toolkitVersion}),
+    ShowMessage("KV_Tr: " + Translated(Text::kProgramSummary) + "\r\n\r\n" +
+                    Translated(Text::kAboutText, {version, toolkitVersion}),
                 Icon::kInformation, "KV_Tr");
 }
 

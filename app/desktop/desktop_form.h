@@ -8,24 +8,21 @@
 #include "common/angle_units.h"
 #include "common/point_reading.h"
 #include "desktop/recent_files.h"
+#include "kv_tr/forms/form.h"
 #include "kv_tr/published/clsTr.h"
-#include "kv_tr/published/event.h"
 #include "kv_tr/published/ml_strings.h"
 
 namespace kv_tr::desktop {
 
 /// Gets parameters from dialogs and files and applies them to what the user types. An action that
 /// is cancelled or fails leaves the parameters and the control points as they were.
-class DesktopForm {
+class DesktopForm : public Form {
 public:
     /// The texts are those of the component, whose language the program switches.
     explicit DesktopForm(EmbeddedTexts& texts);
     ~DesktopForm() { transformation_.TearDown(); }
     DesktopForm(const DesktopForm&) = delete;
     DesktopForm& operator=(const DesktopForm&) = delete;
-
-    /// Raised whenever anything that the window draws may have changed.
-    Event<> Changed;
 
     bool HasParameters() const { return hasParameters_; }
     /// Whether the start page is shown rather than the parameters: until there are any, and when
@@ -94,7 +91,6 @@ private:
     bool hasParameters_ = false;
     bool onStartPage_ = true;
     RecentFiles recent_;
-    Subscription languageChanged_;
 };
 
 }  // namespace kv_tr::desktop

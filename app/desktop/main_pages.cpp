@@ -12,6 +12,7 @@
 
 #include "desktop/main_window.h"
 #include "desktop/ui_text.h"
+#include "kv_tr/qt/form_window.h"
 
 namespace kv_tr::desktop {
 
@@ -22,7 +23,7 @@ QWidget* MainWindow::MakeStartPage() {
     QFont large = name->font();
     large.setPointSize(2 * large.pointSize());
     name->setFont(large);
-    auto* hint = MakeLabel(1177);
+    auto* hint = MakeLabel(Text::kDropHint);
     hint->setWordWrap(true);
     recent_ = new QListWidget(page);
     recent_->setObjectName("recent");
@@ -30,16 +31,17 @@ QWidget* MainWindow::MakeStartPage() {
         Open(item->data(Qt::UserRole).toString().toStdString());
     });
     layout->addWidget(name);
-    layout->addWidget(MakeLabel(1002));
+    layout->addWidget(MakeLabel(Text::kProgramSummary));
     layout->addSpacing(12);
-    for (QPushButton* button : {MakeButton(1161, [this] { form_.ChooseParameters(); }),
-                                MakeButton(1162, [this] { form_.OpenControlPoints(); })}) {
+    for (QPushButton* button :
+         {MakeButton(Text::kChooseParameters, [this] { form_.ChooseParameters(); }),
+          MakeButton(Text::kOpenPoints, [this] { form_.OpenControlPoints(); })}) {
         button->setMinimumSize(360, 44);
         layout->addWidget(button, 0, Qt::AlignLeft);
     }
     layout->addWidget(hint);
     layout->addSpacing(12);
-    layout->addWidget(MakeLabel(1165));
+    layout->addWidget(MakeLabel(Text::kRecentFiles));
     layout->addWidget(recent_, 1);
     return page;
 }
@@ -49,8 +51,8 @@ QWidget* MainWindow::MakeWorkPage() {
     auto* use = new QVBoxLayout;
     use->addWidget(MakePoint());
     use->addWidget(MakeDirection());
-    use->addWidget(MakeButton(1173, [this] { TransformFile({}); }));
-    use->addWidget(MakeButton(1161, [this] { form_.ChooseParameters(); }));
+    use->addWidget(MakeButton(Text::kTransformFile, [this] { TransformFile({}); }));
+    use->addWidget(MakeButton(Text::kChooseParameters, [this] { form_.ChooseParameters(); }));
     use->addStretch();
     auto* layout = new QHBoxLayout(page);
     layout->addWidget(MakeParameters(), 1);
@@ -63,7 +65,7 @@ QWidget* MainWindow::MakeWorkPage() {
 }
 
 QGroupBox* MainWindow::MakeParameters() {
-    QGroupBox* group = MakeGroup(1183);
+    QGroupBox* group = MakeGroup(Text::kCurrentParameters);
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     type_ = new QLabel(group);
     type_->setObjectName("type");
@@ -88,7 +90,7 @@ QGroupBox* MainWindow::MakeParameters() {
 }
 
 QGroupBox* MainWindow::MakePoint() {
-    QGroupBox* group = MakeGroup(1178);
+    QGroupBox* group = MakeGroup(Text::kPointFrame);
     point_ = {MakeInput("Y1"), MakeInput("X1")};
     image_ = {MakeResult("Y2"), MakeResult("X2")};
     auto* grid = new QGridLayout(group);
@@ -104,7 +106,7 @@ QGroupBox* MainWindow::MakePoint() {
 }
 
 QGroupBox* MainWindow::MakeDirection() {
-    QGroupBox* group = MakeGroup(1179);
+    QGroupBox* group = MakeGroup(Text::kDirectionFrame);
     direction_ = MakeInput("direction");
     unit_ = new QComboBox(group);
     length_ = MakeInput("length");
@@ -117,38 +119,38 @@ QGroupBox* MainWindow::MakeDirection() {
     }
     unit_->setCurrentText("gon");
     captions_.emplace_back([this] {
-        direction_->setToolTip(UiText(1048));
-        length_->setToolTip(UiText(1052));
-        uncertainty_->setToolTip(UiText(1198));
+        direction_->setToolTip(UiText(Text::kAngleArgument));
+        length_->setToolTip(UiText(Text::kLengthOption));
+        uncertainty_->setToolTip(UiText(Text::kSinglePrecision));
     });
     auto* grid = new QGridLayout(group);
-    grid->addWidget(MakeLabel(1180), 0, 0);
+    grid->addWidget(MakeLabel(Text::kDirectionLabel), 0, 0);
     grid->addWidget(direction_, 0, 1);
     grid->addWidget(unit_, 0, 2);
-    grid->addWidget(MakeLabel(1181), 1, 0);
+    grid->addWidget(MakeLabel(Text::kLengthLabel), 1, 0);
     grid->addWidget(length_, 1, 1);
-    grid->addWidget(MakeLabel(1182), 2, 0);
+    grid->addWidget(MakeLabel(Text::kResultLabel), 2, 0);
     grid->addWidget(directionImage_, 2, 1);
     grid->addWidget(uncertainty_, 3, 1, Qt::AlignRight);
     return group;
 }
 
-QPushButton* MainWindow::MakeButton(int textId, const Action& action) {
+QPushButton* MainWindow::MakeButton(Text text, const Action& action) {
     auto* button = new QPushButton(this);
-    connect(button, &QPushButton::clicked, [this, action] { Act(action); });
-    captions_.emplace_back([button, textId] { button->setText(UiText(textId)); });
+    connect(button, &QPushButton::clicked, [action] { RunAction(action); });
+    captions_.emplace_back([button, text] { button->setText(UiText(text)); });
     return button;
 }
 
-QGroupBox* MainWindow::MakeGroup(int textId) {
+QGroupBox* MainWindow::MakeGroup(Text text) {
     auto* group = new QGroupBox(this);
-    captions_.emplace_back([group, textId] { group->setTitle(UiText(textId)); });
+    captions_.emplace_back([group, text] { group->setTitle(UiText(text)); });
     return group;
 }
 
-QLabel* MainWindow::MakeLabel(int textId) {
+QLabel* MainWindow::MakeLabel(Text text) {
     auto* label = new QLabel(this);
-    captions_.emplace_back([label, textId] { label->setText(UiText(textId)); });
+    captions_.emplace_back([label, text] { label->setText(UiText(text)); });
     return label;
 }
 

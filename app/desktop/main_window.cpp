@@ -17,7 +17,6 @@
 #include "common/languages.h"
 #include "desktop/transform_window.h"
 #include "desktop/ui_text.h"
-#include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/qt/form_window.h"
 
@@ -43,67 +42,62 @@ MainWindow::MainWindow(DesktopForm& form, std::string version)
 }
 
 void MainWindow::MakeMenus() {
-    QMenu* file = AddMenu(1160);
-    AddAction(file, 1161, [this] { form_.ChooseParameters(); });
-    AddAction(file, 1162, [this] { form_.OpenControlPoints(); })->setShortcut(QKeySequence::Open);
-    AddAction(file, 1163, [this] { form_.OpenParameters(); });
+    QMenu* file = AddMenu(Text::kFileMenu);
+    AddAction(file, Text::kChooseParameters, [this] { form_.ChooseParameters(); });
+    AddAction(file, Text::kOpenPoints, [this] {
+        form_.OpenControlPoints();
+    })->setShortcut(QKeySequence::Open);
+    AddAction(file, Text::kOpenParameters, [this] { form_.OpenParameters(); });
     recentMenu_ = file->addMenu("");
-    captions_.emplace_back([this] { recentMenu_->setTitle(UiText(1165)); });
+    captions_.emplace_back([this] { recentMenu_->setTitle(UiText(Text::kRecentFiles)); });
     file->addSeparator();
-    QAction* save = AddAction(file, 1164, [this] { form_.SaveParameters(); });
+    QAction* save = AddAction(file, Text::kSaveParametersAs, [this] { form_.SaveParameters(); });
     save->setShortcut(QKeySequence::Save);
-    QAction* transform = AddAction(file, 1173, [this] { TransformFile({}); });
+    QAction* transform = AddAction(file, Text::kTransformFile, [this] { TransformFile({}); });
     transform->setShortcut(Qt::CTRL | Qt::Key_T);
     file->addSeparator();
-    startPage_ = AddAction(file, 1185, [this] { form_.ShowStartPage(startPage_->isChecked()); });
+    startPage_ =
+        AddAction(file, Text::kStartPage, [this] { form_.ShowStartPage(startPage_->isChecked()); });
     startPage_->setCheckable(true);
-    AddAction(file, 1166, [this] { close(); })->setShortcut(QKeySequence::Quit);
+    AddAction(file, Text::kQuit, [this] { close(); })->setShortcut(QKeySequence::Quit);
     needParameters_ = {save, transform};
 
-    QMenu* parameters = AddMenu(1167);
-    AddAction(parameters, 1168, [this] { form_.EditAffine(); });
-    AddAction(parameters, 1169, [this] { form_.ViewPolynomial(); });
-    AddAction(parameters, 1170, [this] { form_.ChooseNational(); });
-    adjust_ = AddAction(parameters, 1171, [this] { form_.Adjust(); });
-    invert_ = AddAction(parameters, 1172, [this] { form_.Invert(); });
+    QMenu* parameters = AddMenu(Text::kParametersMenu);
+    AddAction(parameters, Text::kSixParameters, [this] { form_.EditAffine(); });
+    AddAction(parameters, Text::kPolynomial, [this] { form_.ViewPolynomial(); });
+    AddAction(parameters, Text::kNationalTransformation, [this] { form_.ChooseNational(); });
+    adjust_ = AddAction(parameters, Text::kFitToPoints, [this] { form_.Adjust(); });
+    invert_ = AddAction(parameters, Text::kInvert, [this] { form_.Invert(); });
 
-    QMenu* languages = AddMenu(1174);
+    QMenu* languages = AddMenu(Text::kLanguageMenu);
     auto* group = new QActionGroup(languages);
     for (const app::Language& language : app::Languages()) {
-        QAction* action = languages->addAction(
-            language.name, this, [this, &language] { form_.SwitchLanguage(language.id); });
+        QAction* action = languages->addAction(language.name, this, [this, &language] {
+            RunAction([&] { form_.SwitchLanguage(language.id); });
+        });
         action->setCheckable(true);
         action->setActionGroup(group);
         captions_.emplace_back(
             [action, &language] { action->setChecked(language.id == CurrentMlLanguage()); });
     }
-    AddAction(AddMenu(1175), 1176, [this] { form_.ShowAbout(version_, qVersion()); });
+    AddAction(AddMenu(Text::kHelpMenu), Text::kAbout,
+              [this] { form_.ShowAbout(version_, qVersion()); });
 }
 
-QMenu* MainWindow::AddMenu(int textId) {
+QMenu* MainWindow::AddMenu(Text text) {
     QMenu* menu = menuBar()->addMenu("");
-    captions_.emplace_back([menu, textId] { menu->setTitle("&" + UiText(textId)); });
+    captions_.emplace_back([menu, text] { menu->setTitle("&" + UiText(text)); });
     return menu;
 }
 
-QAction* MainWindow::AddAction(QMenu* menu, int textId, const Action& action) {
-    QAction* added = menu->addAction("", this, [this, action] { Act(action); });
-    captions_.emplace_back([added, textId] { added->setText(UiText(textId)); });
+QAction* MainWindow::AddAction(QMenu* menu, Text text, const Action& action) {
+    QAction* added = menu->addAction("", this, [action] { RunAction(action); });
+    captions_.emplace_back([added, text] { added->setText(UiText(text)); });
     return added;
 }
 
-/// Runs what the user asked for and shows what error comes out of it: none may pass through the
-/// event loop. New parameters are shown.
-void MainWindow::Act(const Action& action) {
-    try {
-        action();
-    } catch (const RuntimeError& error) {
-        ShowMessage(error.what(), Icon::kExclamation);
-    }
-}
-
 void MainWindow::Open(const std::string& fileName) {
-    Act([&] {
+    RunAction([&] {
         if (form_.OpenFile(fileName) == DesktopForm::FileKind::kCoordinates) {
             TransformFile(fileName);
         }
@@ -112,10 +106,7 @@ void MainWindow::Open(const std::string& fileName) {
 
 void MainWindow::TransformFile(const std::string& fileName) {
     if (!form_.HasParameters()) {
-        ShowMessage(GetMlString(1195,
-                                "Még nincsenek paraméterek: először azokat kell "
-                                "kiválasztani."),
-                    Icon::kInformation);
+        ShowMessage(Translated(Text::kNoParametersYet), Icon::kInformation);
         return;
     }
     TransformForm form(form_.Record());

@@ -37,20 +37,19 @@ private:
     using Action = std::function<void()>;
 
     void MakeMenus();
-    QMenu* AddMenu(int textId);
-    QAction* AddAction(QMenu* menu, int textId, const Action& action);
+    QMenu* AddMenu(Text text);
+    QAction* AddAction(QMenu* menu, Text text, const Action& action);
     QWidget* MakeStartPage();
     QWidget* MakeWorkPage();
     QGroupBox* MakeParameters();
     QGroupBox* MakePoint();
     QGroupBox* MakeDirection();
-    QPushButton* MakeButton(int textId, const Action& action);
-    QGroupBox* MakeGroup(int textId);
-    QLabel* MakeLabel(int textId);
+    QPushButton* MakeButton(Text text, const Action& action);
+    QGroupBox* MakeGroup(Text text);
+    QLabel* MakeLabel(Text text);
     QLineEdit* MakeInput(const char* name);
     QLineEdit* MakeResult(const char* name);
 
-    void Act(const Action& action);
     void TransformFile(const std::string& fileName);
     void Redraw();
     void RedrawRecent();

@@ -22,13 +22,21 @@ namespace {
 
 constexpr int kPreviewLines = 5;
 
-FileDialogArguments Arguments(const std::string& fileName, int titleId) {
+constexpr Caption kCaptions[] = {
+    {"Transform", Text::kTransformFile},      {"lblInput", Text::kCoordinateFileLabel},
+    {"cmdBrowseInput", Text::kBrowse},        {"lblOutput", Text::kResultFileLabel},
+    {"cmdBrowseOutput", Text::kBrowse},       {"lblDecimals", Text::kDecimalsLabel},
+    {"chkNoId", Text::kNoIdOption},           {"chkDecimalComma", Text::kHasDecimalCommas},
+    {"chkKeepGoing", Text::kKeepGoingOption}, {"frmPreview", Text::kPreviewFrame},
+    {"cmdRun", Text::kTransformButton},       {"cmdNok", Text::kCancel},
+};
+
+FileDialogArguments Arguments(const std::string& fileName, Text title) {
     return {.Filename = fileName,
             .OverWritePrompt = false,  // Run asks
-            .Filter = GetMlString(1194, "Koordináták (*.txt;*.dat;*.csv)|*.txt;*.dat;*.csv") +
-                      GetMlString(71, "|Minden fájl (*.*)|*.*"),
+            .Filter = Translated(Text::kCoordinatesFilter) + Translated(Text::kAllFilesFilter),
             .InitDir = InitDir(),
-            .DlgTitle = GetMlString(titleId, {})};
+            .DlgTitle = Translated(title)};
 }
 
 bool CanBeRead(const std::string& name) {
@@ -38,22 +46,35 @@ bool CanBeRead(const std::string& name) {
 
 }  // namespace
 
+TransformForm::TransformForm(const TR_PRM& record) : Form(kCaptions), record_(record) {}
+
+void TransformForm::Options(const app::CoordinateOptions& options) {
+    options_ = options;
+    Changed.Raise();
+}
+
+void TransformForm::Output(const std::string& fileName) {
+    output_ = fileName;
+    Changed.Raise();
+}
+
 void TransformForm::Input(const std::string& fileName) {
     input_ = fileName;
     const fs::path path(fileName);
-    output = (path.parent_path() / path.stem()).string() + "_tr" + path.extension().string();
+    output_ = (path.parent_path() / path.stem()).string() + "_tr" + path.extension().string();
+    Changed.Raise();
 }
 
 void TransformForm::BrowseInput() {
-    FileDialogArguments arguments = Arguments(input_, 1173);
+    FileDialogArguments arguments = Arguments(input_, Text::kTransformFile);
     if (!GCommonDialog().VBGetOpenFileName(arguments)) return;
     RememberFolderOf(arguments.Filename);
     Input(arguments.Filename);
 }
 
 void TransformForm::BrowseOutput() {
-    FileDialogArguments arguments = Arguments(output, 1173);
-    if (GCommonDialog().VBGetSaveFileName(arguments)) output = arguments.Filename;
+    FileDialogArguments arguments = Arguments(output_, Text::kTransformFile);
+    if (GCommonDialog().VBGetSaveFileName(arguments)) Output(arguments.Filename);
 }
 
 std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
@@ -65,7 +86,7 @@ std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
         reader.SkipUtf8Mark();
         while (std::ssize(lines) < kPreviewLines && !reader.AtEnd()) {
             const std::string line(reader.Next());
-            const auto done = app::TransformLines(line, TransformationOf(record_), options);
+            const auto done = app::TransformLines(line, TransformationOf(record_), options_);
             const bool bad = done.stoppedAt || done.badLines > 0;
             lines.push_back({app::Excerpt(line), bad ? "" : app::Excerpt(done.text)});
         }
@@ -76,22 +97,21 @@ std::vector<TransformForm::PreviewLine> TransformForm::Preview() const {
 
 bool TransformForm::MayWrite() const {
     std::error_code error;
-    if (!fs::exists(output, error)) return true;
-    if (fs::equivalent(input_, output, error)) {
-        ShowMessage(GetMlString(1197, "Az eredmény nem íródhat a koordinátafájl helyére."),
-                    Icon::kExclamation);
+    if (!fs::exists(output_, error)) return true;
+    if (fs::equivalent(input_, output_, error)) {
+        ShowMessage(Translated(Text::kTakesPlaceOfInput), Icon::kExclamation);
         return false;
     }
-    return MayReplace(output);
+    return MayReplace(output_);
 }
 
 /// Nothing after a file that does not open has been shown. A result file that is not finished is
 /// gone when the user is told so.
 std::optional<app::CoordinateResult> TransformForm::Write(const Progress& progress) const {
     std::ifstream source(input_, std::ios::binary);
-    ReplacingFile file(output);
+    ReplacingFile file(output_);
     if (!file.IsOpen()) {
-        ReportOpenFailure(output);
+        ReportOpenFailure(output_);
         return std::nullopt;
     }
     std::error_code error;
@@ -103,10 +123,11 @@ std::optional<app::CoordinateResult> TransformForm::Write(const Progress& progre
             [&](std::uint64_t, std::uint64_t bytes) {
                 return progress(std::min(static_cast<double>(bytes) / size, 1.0));
             }};
-    const auto result = app::TransformText(*source.rdbuf(), to, TransformationOf(record_), options);
+    const auto result =
+        app::TransformText(*source.rdbuf(), to, TransformationOf(record_), options_);
     progress(1.0);
     if (result.Complete() && !file.Commit()) {
-        throw WriteFailure(output);
+        throw WriteFailure(output_);
     }
     return result;
 }
@@ -122,13 +143,13 @@ bool TransformForm::Run(const Progress& progress) const {
     const bool commas = result->mayHaveDecimalCommas;
     if (!commas || !result->endedBy) app::ReportBadLines(*result, input_);
     if (commas) {
-        ShowMessage(FillPlaces(GetMlString(1217, {}), {input_, GetMlString(1071, {})}),
+        ShowMessage(Translated(Text::kCoordinatesHaveDecimalCommas,
+                               {input_, Translated(Text::kHasDecimalCommas)}),
                     Icon::kExclamation);
     }
-    if (result->cancelled) ShowMessage(GetMlString(1193, "Megszakítva; semmi sem íródott ki."));
+    if (result->cancelled) ShowMessage(Translated(Text::kCancelled));
     if (!result->Complete()) return false;
-    ShowMessage(FillPlaces(GetMlString(1192, "{0} sor átszámítva ide: {1}"),
-                           {std::to_string(result->lines), output}),
+    ShowMessage(Translated(Text::kLinesTransformed, {std::to_string(result->lines), output_}),
                 Icon::kInformation);
     return true;
 }

@@ -7,18 +7,20 @@
 #include <vector>
 
 #include "common/coordinate_file.h"
+#include "kv_tr/forms/form.h"
 #include "kv_tr/published/records.h"
 
 namespace kv_tr::desktop {
 
 /// Transforms the coordinates of one file into another that is complete or not there.
-class TransformForm {
+class TransformForm : public Form {
 public:
-    explicit TransformForm(const TR_PRM& record) : record_(record) {}
+    explicit TransformForm(const TR_PRM& record);
 
-    app::CoordinateOptions options;
-    std::string output;
-
+    const app::CoordinateOptions& Options() const { return options_; }
+    void Options(const app::CoordinateOptions& options);
+    const std::string& Output() const { return output_; }
+    void Output(const std::string& fileName);
     const std::string& Input() const { return input_; }
     /// Also suggests a result file beside it.
     void Input(const std::string& fileName);
@@ -43,7 +45,9 @@ private:
     std::optional<app::CoordinateResult> Write(const Progress& progress) const;
 
     TR_PRM record_;
+    app::CoordinateOptions options_;
     std::string input_;
+    std::string output_;
 };
 
 }  // namespace kv_tr::desktop

@@ -17,14 +17,10 @@
 #include <memory>
 
 #include "desktop/ui_text.h"
-#include "kv_tr/published/errors.h"
-#include "kv_tr/published/message.h"
-#include "kv_tr/qt/form_window.h"
+#include "kv_tr/qt/cursor_scope.h"
 
 namespace kv_tr::desktop {
 namespace {
-
-constexpr const char* kName = "Transform";
 
 /// A bar above the window while a transformation goes on that takes longer than the user's
 /// patience. Before and after, when questions are asked and the outcome is told, there is none.
@@ -53,8 +49,8 @@ private:
     static constexpr int kSteps = 1000;
 
     void Open() {
-        bar_ = std::make_unique<QProgressDialog>(window_.windowTitle(), UiText(18), 0, kSteps,
-                                                 &window_);
+        bar_ = std::make_unique<QProgressDialog>(window_.windowTitle(), UiText(Text::kCancel), 0,
+                                                 kSteps, &window_);
         bar_->setWindowTitle(window_.windowTitle());
         bar_->setWindowModality(Qt::WindowModal);
         bar_->setAutoReset(false);
@@ -64,6 +60,7 @@ private:
     QWidget& window_;
     const std::chrono::milliseconds patience_;
     QElapsedTimer sinceDrawn_;
+    const OwnCursors cursors_;  // work can be cancelled
     std::unique_ptr<QProgressDialog> bar_;
 };
 
@@ -71,32 +68,68 @@ private:
 
 TransformWindow::TransformWindow(TransformForm& form, QWidget* parent,
                                  std::chrono::milliseconds patience)
-    : QDialog(parent), form_(form), patience_(patience) {
-    setWindowTitle(WithoutDots(UiText(1173)));
-    resize(RememberedSize(kName, {640, 420}));
-    auto* grid = new QGridLayout;
-    input_ = AddFileRow(*grid, 1186, [this] { form_.BrowseInput(); });
-    input_->setObjectName("input");
-    output_ = AddFileRow(*grid, 1187, [this] { form_.BrowseOutput(); });
-    output_->setObjectName("output");
-    connect(input_, &QLineEdit::textEdited, [this](const QString& text) {
-        form_.Input(text.toStdString());
-        Redraw();
-    });
-    connect(output_, &QLineEdit::textEdited,
-            [this](const QString& text) { form_.output = text.toStdString(); });
+    : FormWindow(form, "Transform", {640, 420}, parent), form_(form), patience_(patience) {
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(MakeSettings());
+    layout->addWidget(MakeOption("chkNoId", &app::CoordinateOptions::noId));
+    layout->addWidget(MakeOption("chkDecimalComma", &app::CoordinateOptions::decimalComma));
+    layout->addWidget(MakeOption("chkKeepGoing", &app::CoordinateOptions::keepGoing));
+    layout->addWidget(MakePreview(), 1);
+    run_ = MakeButton("cmdRun", [this] { Run(); });
+    run_->setDefault(true);
+    layout->addWidget(MakeEnds(run_, MakeCancelButton("cmdNok")));
+    Follow();
+}
 
+QLayout* TransformWindow::MakeSettings() {
+    auto* grid = new QGridLayout;
+    input_ = AddFileRow(*grid, "Input", &TransformForm::BrowseInput);
+    output_ = AddFileRow(*grid, "Output", &TransformForm::BrowseOutput);
+    connect(input_, &QLineEdit::textEdited,
+            [this](const QString& text) { form_.Input(text.toStdString()); });
+    connect(output_, &QLineEdit::textEdited,
+            [this](const QString& text) { form_.Output(text.toStdString()); });
     auto* decimals = new QSpinBox(this);
     decimals->setRange(0, 15);
-    decimals->setValue(form.options.decimals);
+    decimals->setValue(form_.Options().decimals);
     connect(decimals, &QSpinBox::valueChanged, [this](int value) {
-        form_.options.decimals = value;
-        RedrawPreview();
+        app::CoordinateOptions options = form_.Options();
+        options.decimals = value;
+        form_.Options(options);
     });
-    grid->addWidget(new QLabel(UiText(1188), this), 2, 0);
-    grid->addWidget(decimals, 2, 1, Qt::AlignLeft);
+    auto* label = Bind("lblDecimals", new QLabel(this));
+    label->setBuddy(decimals);
+    grid->addWidget(label, grid->rowCount(), 0);
+    grid->addWidget(decimals, grid->rowCount() - 1, 1, Qt::AlignLeft);
+    return grid;
+}
 
-    auto* frame = new QGroupBox(UiText(1189), this);
+QLineEdit* TransformWindow::AddFileRow(QGridLayout& grid, const char* name,
+                                       void (TransformForm::*browse)()) {
+    const int row = grid.rowCount();
+    auto* edit = new QLineEdit(this);
+    edit->setObjectName(QString("txt") + name);
+    auto* label = Bind(QString("lbl") + name, new QLabel(this));
+    label->setBuddy(edit);
+    grid.addWidget(label, row, 0);
+    grid.addWidget(edit, row, 1);
+    grid.addWidget(MakeButton(QString("cmdBrowse") + name, [this, browse] { (form_.*browse)(); }),
+                   row, 2);
+    return edit;
+}
+
+QWidget* TransformWindow::MakeOption(const char* name, bool app::CoordinateOptions::*option) {
+    auto* box = MakeCheckBox(name, [this, option] {
+        app::CoordinateOptions options = form_.Options();
+        options.*option = !(options.*option);
+        form_.Options(options);
+    });
+    box->setChecked(form_.Options().*option);
+    return box;
+}
+
+QWidget* TransformWindow::MakePreview() {
+    auto* frame = Bind("frmPreview", new QGroupBox(this));
     preview_ = new QTreeWidget(frame);
     preview_->setHeaderHidden(true);
     preview_->setColumnCount(2);
@@ -104,61 +137,16 @@ TransformWindow::TransformWindow(TransformForm& form, QWidget* parent,
     preview_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     preview_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     (new QVBoxLayout(frame))->addWidget(preview_);
-
-    run_ = new QPushButton(UiText(1190), this);
-    run_->setObjectName("run");
-    connect(run_, &QPushButton::clicked, [this] { Run(); });
-    auto* cancel = new QPushButton(UiText(18), this);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    auto* ends = new QHBoxLayout;
-    ends->addStretch();
-    ends->addWidget(run_);
-    ends->addWidget(cancel);
-
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(grid);
-    layout->addWidget(MakeCheckBox(1019, &app::CoordinateOptions::noId));
-    layout->addWidget(MakeCheckBox(1071, &app::CoordinateOptions::decimalComma));
-    layout->addWidget(MakeCheckBox(1020, &app::CoordinateOptions::keepGoing));
-    layout->addWidget(frame, 1);
-    layout->addLayout(ends);
-    run_->setDefault(true);
-    Redraw();
-}
-
-QLineEdit* TransformWindow::AddFileRow(QGridLayout& grid, int labelId,
-                                       const std::function<void()>& browse) {
-    const int row = grid.rowCount() == 1 && grid.count() == 0 ? 0 : grid.rowCount();
-    auto* edit = new QLineEdit(this);
-    auto* label = new QLabel(UiText(labelId), this);
-    label->setBuddy(edit);
-    auto* button = new QPushButton(UiText(17), this);
-    button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, [this, browse] {
-        browse();
-        Redraw();
-    });
-    grid.addWidget(label, row, 0);
-    grid.addWidget(edit, row, 1);
-    grid.addWidget(button, row, 2);
-    return edit;
-}
-
-QCheckBox* TransformWindow::MakeCheckBox(int textId, bool app::CoordinateOptions::*option) {
-    auto* box = new QCheckBox(UiText(textId), this);
-    connect(box, &QCheckBox::toggled, [this, option](bool checked) {
-        form_.options.*option = checked;
-        RedrawPreview();
-    });
-    return box;
+    return frame;
 }
 
 void TransformWindow::Redraw() {
+    FormWindow::Redraw();
     const auto show = [](QLineEdit* edit, const std::string& text) {
         if (edit->text().toStdString() != text) edit->setText(QString::fromStdString(text));
     };
     show(input_, form_.Input());
-    show(output_, form_.output);
+    show(output_, form_.Output());
     RedrawPreview();
 }
 
@@ -174,17 +162,8 @@ void TransformWindow::RedrawPreview() {
 }
 
 void TransformWindow::Run() {
-    try {
-        ProgressBar bar(*this, patience_);
-        if (form_.Run([&bar](double done) { return bar.Show(done); })) accept();
-    } catch (const RuntimeError& error) {
-        ShowMessage(error.what(), Icon::kExclamation);
-    }
-}
-
-void TransformWindow::done(int result) {
-    RememberSize(kName, size());
-    QDialog::done(result);
+    ProgressBar bar(*this, patience_);
+    if (form_.Run([&bar](double done) { return bar.Show(done); })) accept();
 }
 
 }  // namespace kv_tr::desktop

@@ -7,9 +7,6 @@
 
 namespace kv_tr::desktop {
 
-inline QString UiText(int id) { return QString::fromStdString(GetMlString(id, {})); }
-
-/// The text of a menu entry as the title of what it opens.
-inline QString WithoutDots(QString text) { return text.remove("..."); }
+inline QString UiText(Text text) { return QString::fromStdString(Translated(text)); }
 
 }  // namespace kv_tr::desktop

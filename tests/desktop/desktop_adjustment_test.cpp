@@ -43,9 +43,9 @@ protected:
     std::string Table() {
         std::string table;
         const Script before = std::exchange(script, [&table](frmTr& dialog) {
-            std::vector<int> rows(static_cast<std::size_t>(dialog.RowCount() - 1));
+            std::vector<int> rows(static_cast<std::size_t>(dialog.Table().RowCount() - 1));
             std::iota(rows.begin(), rows.end(), 1);
-            table = dialog.TableText(rows) + dialog.ControlTexts().Text("lblExtCnt") +
+            table = dialog.Table().TableText(rows) + dialog.ControlTexts().TextOf("lblExtCnt") +
                     (dialog.InverseChecked() ? " inverse " : " ") +
                     std::to_string(dialog.SelectedType());
         });
@@ -71,13 +71,7 @@ TEST_F(DesktopAdjustment, CancelPutsThePointsBack) {
         {"resumption", [](frmTr& dialog) { dialog.cmsResetExt(); }},
         {"deletion", [](frmTr& dialog) { dialog.cmdRemoveExt(); }},
         {"type", [](frmTr& dialog) { dialog.RadioTrType(0); }},
-        {"edit",
-         [](frmTr& dialog) {
-             dialog.opMode(frmTr::Mode::kEdit);
-             dialog.Grid1Click(2, 2);
-             dialog.txtEditChange("77");
-             dialog.txtEditKeyDown(frmTr::EditKey::kEnter);
-         }},
+        {"edit", [](frmTr& dialog) { dialog.Table().SetCell(2, 2, "77"); }},
     };
     for (const auto& [name, change] : changes) {
         SCOPED_TRACE(name);
@@ -95,9 +89,7 @@ TEST_F(DesktopAdjustment, ShowsTheInverseBoxAsThePointsAre) {
     script = [](frmTr& dialog) {
         dialog.chkInverz();
         dialog.opMode(frmTr::Mode::kEdit);
-        dialog.Grid1Click(1, 1);
-        dialog.txtEditChange("edited");
-        dialog.txtEditKeyDown(frmTr::EditKey::kEnter);
+        dialog.Table().SetCell(1, 1, "edited");
         dialog.Grid1DblClick(4, 1);
         dialog.cmdRemoveExt();
         EXPECT_TRUE(dialog.InverseChecked());

@@ -113,14 +113,14 @@ TEST_F(Desktop, WritesAWholeResultFileOrNone) {
     TransformForm transform(shift);
     transform.Input(File("in.txt", "A 1 2 stone\r\nB x 2\nC 3 4"));
     const auto run = [&transform] { return transform.Run([](double) { return true; }); };
-    ASSERT_EQ(transform.output, folder.File("in_tr.txt"));
+    ASSERT_EQ(transform.Output(), folder.File("in_tr.txt"));
     ASSERT_EQ(transform.Preview().size(), 3U);
     EXPECT_EQ(transform.Preview()[0].image, "A 101.000 2.000 stone");
     EXPECT_EQ(transform.Preview()[1].image, "");
 
     EXPECT_FALSE(run());
     EXPECT_TRUE(platform.TakeTexts().front().starts_with(transform.Input() + ", line 2: "));
-    transform.options.keepGoing = true;
+    transform.Options({.keepGoing = true});
     EXPECT_FALSE(transform.Run([](double done) { return done < 0.5; }));
     const auto files = [this] {
         return std::distance(std::filesystem::directory_iterator(folder.File("")), {});
@@ -128,12 +128,12 @@ TEST_F(Desktop, WritesAWholeResultFileOrNone) {
     EXPECT_EQ(files(), 1);
     EXPECT_TRUE(run());
     const std::string result = "A 101.000 2.000 stone\r\nB x 2\nC 103.000 4.000";
-    EXPECT_EQ(ReadFile(transform.output), result);
+    EXPECT_EQ(ReadFile(transform.Output()), result);
 
-    transform.options.noId = true;
+    transform.Options({.noId = true, .keepGoing = true});
     EXPECT_FALSE(run()) << "the default is not to replace a file";
-    EXPECT_EQ(ReadFile(transform.output), result);
-    transform.output = transform.Input();
+    EXPECT_EQ(ReadFile(transform.Output()), result);
+    transform.Output(transform.Input());
     EXPECT_FALSE(run());
     EXPECT_EQ(files(), 2);
 }
@@ -152,10 +152,10 @@ TEST_F(Desktop, TransformsDecimalCommasOnlyWhenItIsToldOfThem) {
                   ": the coordinates seem to have decimal commas. If so, tick \"The numbers of the "
                   "file have decimal commas\". If the commas separate fields, replace them by "
                   "semicolons."});
-    EXPECT_FALSE(std::filesystem::exists(transform.output));
-    transform.options.decimalComma = true;
+    EXPECT_FALSE(std::filesystem::exists(transform.Output()));
+    transform.Options({.decimalComma = true});
     EXPECT_TRUE(run());
-    EXPECT_EQ(ReadFile(transform.output), "A 650112,310 240001,170\r\nB 101,000 2,500 3,5\r\n");
+    EXPECT_EQ(ReadFile(transform.Output()), "A 650112,310 240001,170\r\nB 101,000 2,500 3,5\r\n");
 }
 
 TEST_F(Desktop, RefusesNamesThatBelongToTheOtherKindOfParameters) {

@@ -147,25 +147,20 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     auto* pages = window.findChild<QStackedWidget*>();
     EXPECT_EQ(pages->currentIndex(), 1);
     form.ShowStartPage(true);
-    window.menuBar()->actions()[2]->menu()->actions()[0]->trigger();
-    EXPECT_EQ(pages->currentIndex(), 0) << "the language changes the texts only";
-    form.ShowStartPage(false);
-    EXPECT_EQ(pages->currentIndex(), 1);
+    EXPECT_EQ(pages->currentIndex(), 0);
 
     desktop::TransformForm transform(form.Record());
     transform.Input(folder.File("in.txt"));
     desktop::TransformWindow transformWindow(transform, &window);
     transformWindow.show();
-    Click(transformWindow, "run");
+    Click(transformWindow, "cmdRun");
     EXPECT_EQ(ReadFile(folder.File("in_tr.txt")), "A 101.000 202.000\n");
 
     transform.Input(folder.File("commas.txt"));
     WriteFile(transform.Input(), "A 1,5 2,5\n");
     desktop::TransformWindow other(transform, &window);
-    for (auto* box : other.findChildren<QCheckBox*>()) {
-        if (box->text().toStdString() == GetMlString(1071, {})) box->click();
-    }
-    Click(other, "run");
+    other.findChild<QCheckBox*>("chkDecimalComma")->click();
+    Click(other, "cmdRun");
     EXPECT_EQ(ReadFile(folder.File("commas_tr.txt")), "A 101,500 202,500\n");
 }
 
@@ -184,7 +179,7 @@ protected:
 };
 
 TEST_F(TransformationOfAFile, ShowsHowFarItIsOnlyWhileItGoesOn) {
-    WriteFile(form.output, "older");
+    WriteFile(form.Output(), "older");
     platform.answers = {Answer::kYes};
     desktop::TransformWindow window(form, nullptr, std::chrono::milliseconds(0));
     window.show();
@@ -195,7 +190,7 @@ TEST_F(TransformationOfAFile, ShowsHowFarItIsOnlyWhileItGoesOn) {
     QObject::connect(&timer, &QTimer::timeout,
                      [&] { bar |= window.findChild<QProgressDialog*>() != nullptr; });
     timer.start(0);
-    Click(window, "run");
+    Click(window, "cmdRun");
     EXPECT_EQ(platform.messages.size(), 2U) << "the question and the outcome";
     EXPECT_FALSE(before) << "there is nothing to see or to cancel then";
     EXPECT_TRUE(bar);
@@ -204,7 +199,7 @@ TEST_F(TransformationOfAFile, ShowsHowFarItIsOnlyWhileItGoesOn) {
     desktop::TransformWindow patient(form, nullptr, std::chrono::hours(1));
     platform.answers = {Answer::kYes};
     bar = false;
-    Click(patient, "run");
+    Click(patient, "cmdRun");
     EXPECT_EQ(platform.messages.size(), 4U);
     EXPECT_FALSE(bar || before);
 }
@@ -218,9 +213,9 @@ TEST_F(TransformationOfAFile, WritesNothingOnceItIsCancelled) {
         if (auto* bar = window.findChild<QProgressDialog*>()) bar->cancel();
     });
     timer.start(0);
-    Click(window, "run");
+    Click(window, "cmdRun");
     EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{"Cancelled; nothing was written."});
-    EXPECT_FALSE(std::filesystem::exists(form.output));
+    EXPECT_FALSE(std::filesystem::exists(form.Output()));
     EXPECT_TRUE(window.isVisible());
     window.close();
     EXPECT_EQ(desktop::TransformWindow(form, nullptr).size(), QSize(700, 500));

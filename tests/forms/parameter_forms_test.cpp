@@ -48,6 +48,13 @@ protected:
         return folder.File(name);
     }
     std::vector<Message> TakeMessages() { return std::exchange(platform.messages, {}); }
+    /// Expects that the user was told this with an exclamation mark, and nothing else.
+    void ExpectTold(const std::string& beginning) {
+        const auto messages = TakeMessages();
+        ASSERT_EQ(messages.size(), 1U);
+        EXPECT_TRUE(messages[0].text.starts_with(beginning)) << messages[0].text;
+        EXPECT_EQ(messages[0].icon, Icon::kExclamation);
+    }
 };
 
 using AffinTrPrm = ParameterForms;
@@ -99,11 +106,12 @@ TEST_F(AffinTrPrm, LoadsAndSavesInTheOrderOfTheExtension) {
         EXPECT_EQ(form.BoxText(5), "1.89648384");
         Choose("bad.trp", "7 x");
         form.cmdLoad();
+        ExpectTold(GetMlString(74, {}));
         Choose("gone.trp", "");
         form.cmdLoad();
+        ExpectTold(GetMlString(70, {}));
         form.cmdLoad();  // cancelled
         EXPECT_EQ(form.BoxText(1), "1.89648384");
-        EXPECT_EQ(TakeMessages().size(), 2U);
         Choose("in.prm", "1 2 3 4 5 6");
         form.cmdLoad();
         EXPECT_EQ(form.SampleText(0), " Y' = [1.000] + [3.00000000] * Y + [5.00000000] * X");
@@ -182,7 +190,7 @@ TEST_F(PoliTrPrm, LoadsChoosesAndSavesTheTextAsItStands) {
             Choose("bad" + std::to_string(text.size()), text);
             form.cmdLoad();
             EXPECT_EQ(form.rtBox(), listing);
-            EXPECT_EQ(TakeMessages().size(), 1U);
+            ExpectTold(GetMlString(text.empty() ? 70 : 74, {}));
         }
         platform.confirm = false;
         platform.nationalChoice = TR_EOV_HDR_10e;
@@ -242,7 +250,7 @@ TEST_F(XY4Tr, TakesAChangedTextOnlyWhenItIsWantedAndReadToItsEnd) {
     engine.ExcludeByIx(1, false);
     const std::string listing = engine.sListXYs();
     EXPECT_TRUE(OpenPoints([&](frmXY4Tr& form) {
-        EXPECT_EQ(form.Title(), " GCPs");
+        EXPECT_EQ(form.ControlTexts().TextOf("frmXY4Tr"), " GCPs");
         EXPECT_EQ(form.rtBox(), listing);
         EXPECT_TRUE(form.cmdOk());
     }));
@@ -253,11 +261,12 @@ TEST_F(XY4Tr, TakesAChangedTextOnlyWhenItIsWantedAndReadToItsEnd) {
         std::deque<Answer> answers;
         bool confirmed;
         std::int32_t pairs;
+        std::string line{};  // that is told to be bad
     } cases[] = {
         {kPoints, {}, true, 4},
         {kPoints, {Answer::kCancel}, false, 4},
-        {std::string(kPoints) + "D 1 2 3\n", {Answer::kYes}, false, 4},  // the loader takes three
-        {"A 0 0\n", {Answer::kYes}, false, 4},                           // and here a half one
+        {std::string(kPoints) + "D 1 2 3\n", {Answer::kYes}, false, 4, "3.line"},
+        {"A 0 0\n", {Answer::kYes}, false, 4, "1.line"},
         {kPoints, {Answer::kYes}, true, 3},
     };
     for (const auto& expected : cases) {
@@ -265,7 +274,7 @@ TEST_F(XY4Tr, TakesAChangedTextOnlyWhenItIsWantedAndReadToItsEnd) {
         platform.answers = expected.answers;
         EXPECT_EQ(OpenPoints(
                       [&](frmXY4Tr& form) {
-                          EXPECT_EQ(form.Title(), "title");
+                          EXPECT_EQ(form.ControlTexts().TextOf("frmXY4Tr"), "title");
                           form.rtBox(expected.text);
                           EXPECT_EQ(form.cmdOk(), expected.confirmed);
                       },
@@ -273,7 +282,12 @@ TEST_F(XY4Tr, TakesAChangedTextOnlyWhenItIsWantedAndReadToItsEnd) {
                   expected.confirmed);
         EXPECT_EQ(engine.lFullCnt(), expected.pairs);
         EXPECT_EQ(engine.lNotUsedCnt(), expected.pairs == 4 ? 1 : 0);
-        EXPECT_EQ(TakeMessages().front().title, "Data of GCPs");
+        const auto messages = TakeMessages();
+        EXPECT_EQ(messages.front().title, "Data of GCPs");
+        EXPECT_EQ(messages.size(), expected.line.empty() ? 1U : 2U);
+        if (expected.line.empty()) continue;
+        EXPECT_EQ(messages.back().text, "Invalid file format!\r\n" + expected.line);
+        EXPECT_EQ(messages.back().icon, Icon::kExclamation);
     }
 }
 

@@ -32,12 +32,9 @@ TEST_F(ResidualGraph, ScalesByTheAxisThatNeedsMoreRoom) {
     EXPECT_EQ(vertical.ToSurface({7, 100}).first, 0);
     const PlanePoint back = wide.ToDestination(wide.ToSurface({123, 456}));
     ExpectNear(back, {123, 456}, 1e-12);
-}
-
-TEST_F(ResidualGraph, ShowsPointsWithoutExtentInTheMiddleAtScaleOne) {
-    const GraphScale scale = Scale({{50, 60}, {50, 60}}, 400, 200);
-    EXPECT_EQ(scale.metresPerUnit, 1);
-    ExpectNear(scale.ToSurface({50, 60}), {200, 100}, 0);
+    const GraphScale point = Scale({{50, 60}, {50, 60}}, 400, 200);
+    EXPECT_EQ(point.metresPerUnit, 1);
+    ExpectNear(point.ToSurface({50, 60}), {200, 100}, 0);
 }
 
 TEST_F(ResidualGraph, MarksPairsByUseAndLimit) {
@@ -69,22 +66,22 @@ TEST_F(ResidualGraph, TogglesTheNearestPairAfterADoubleClick) {
     const auto used = [&](std::size_t i) { return !engine.Pairs()[i].bNotUsed; };
     frmTr form;
     form.bDoModal(engine, false, [&] {
-        form.Resize(120, 120);
+        form.Plan().Resize(120, 120);
         form.opMode(frmTr::Mode::kGraph);
         EXPECT_FALSE(form.PicBoxMouseUp(10, 10)) << "no double click before";
         EXPECT_TRUE(used(3));
-        form.PicBoxDblClick();
+        form.Plan().PicBoxDblClick();
         EXPECT_TRUE(form.PicBoxMouseUp(-5000, -5000));
         EXPECT_FALSE(used(3)) << "the upper left one is nearest, however far";
         EXPECT_FALSE(form.PicBoxMouseUp(-5000, -5000)) << "used up";
-        form.PicBoxDblClick();
+        form.Plan().PicBoxDblClick();
         form.PicBoxMouseUp(60, 60);
         EXPECT_FALSE(used(0)) << "the first of equally near ones";
-        form.Resize(5, 400);
-        EXPECT_EQ(form.Marks()[2].place.first, 110) << "too small to be laid out";
+        form.Plan().Resize(5, 400);
+        EXPECT_EQ(form.Plan().Marks()[2].place.first, 110) << "too small to be laid out";
 
         engine.AddXY4Tr({}, false);
-        form.PicBoxDblClick();
+        form.Plan().PicBoxDblClick();
         EXPECT_FALSE(form.PicBoxMouseUp(10, 10));
         EXPECT_EQ(platform.TakeTexts(), Texts{"Nearer!"});
     });
@@ -94,10 +91,10 @@ TEST_F(ResidualGraph, FollowsWhatHappenedInTheTable) {
     engine.AddXY4Tr(ShiftedPairs(3), false);
     frmTr form;
     form.bDoModal(engine, false, [&] {
-        form.Resize(300, 300);
+        form.Plan().Resize(300, 300);
         form.chkInverz();
         form.opMode(frmTr::Mode::kGraph);
-        for (const GraphMark& mark : form.Marks()) {
+        for (const GraphMark& mark : form.Plan().Marks()) {
             EXPECT_GT(mark.place.first, 0);
             EXPECT_LT(mark.place.second, 300);
         }

@@ -27,7 +27,8 @@ TEST(bChooseTrPrm, LeadsFromAPointsFileToTheAppliedRecord) {
                      .chooseParameters = [&](frmChoosePrm& form) { closed = form.cmdCalc(); },
                      .controlPoints =
                          [&](frmXY4Tr& form) {
-                             if (goesOn("list " + form.Title())) form.cmdOk();
+                             if (goesOn("list " + form.ControlTexts().TextOf("frmXY4Tr")))
+                                 form.cmdOk();
                          }}));
     const TemporaryFolder folder;
     const std::string points = folder.File("points.dat");

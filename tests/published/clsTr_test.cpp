@@ -86,7 +86,8 @@ TEST_F(ClsTr, TakesNationalRecordsByTheirType) {
         platform.confirm = confirmed;
         EXPECT_FALSE(tr.bLoadByDAT2M1());
         EXPECT_EQ(tr.udtTrPrm().eType, loaded);
-        EXPECT_EQ(CoefficientsOf(tr.udtTrPrm()).a, NationalTransformation(static_cast<Type>(loaded))->a);
+        EXPECT_EQ(CoefficientsOf(tr.udtTrPrm()).a,
+                  NationalTransformation(static_cast<Type>(loaded))->a);
     }
     EXPECT_EQ(platform.opened.back(), "national from 10");
 }

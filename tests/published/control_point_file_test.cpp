@@ -79,6 +79,7 @@ TEST_F(ControlPointFile, KeepsWhatWasReadBeforeABadLine) {
     };
     for (const auto& [text, accepted, line, pairs] : cases) {
         EXPECT_EQ(engine.bLoadXYsFromFile(Written(text), false), accepted);
+        EXPECT_EQ(platform.messages[0].icon, Icon::kExclamation);
         EXPECT_EQ(platform.TakeTexts(), Texts{std::string("Invalid file format!\r\n") + line});
         EXPECT_EQ(engine.lFullCnt(), pairs);
     }

@@ -90,6 +90,7 @@ TEST_F(ParameterFile, SaysWhatCannotBeReadAndKeepsWhatWas) {
         tr.udtTrPrm(MakeRecord(TR_AFFIN, Many()));
         tr.gName = "before";
         EXPECT_FALSE(tr.bLoadAffinTrPrmFromFile(Written(text)));
+        EXPECT_EQ(platform.messages[0].icon, Icon::kExclamation);
         EXPECT_EQ(platform.TakeTexts(), Texts{"Invalid file format!"});
         EXPECT_EQ(Loaded().a[1], 8.0) << "the numbers before are taken";
         EXPECT_EQ(Loaded().b, Many().b);

@@ -50,6 +50,9 @@ protected:
         return Find<QLabel>(window, label).text().toStdString();
     }
 
+    /// The box that has the focus.
+    static QLineEdit& Editor() { return dynamic_cast<QLineEdit&>(*QApplication::focusWidget()); }
+
     /// The middle of a cell, rows and columns counted from 0.
     static QPoint CellAt(const QTableView& grid, int row, int column) {
         return grid.visualRect(grid.model()->index(row, column)).center();
@@ -58,26 +61,36 @@ protected:
     bool confirmed = false;
 };
 
-TEST_F(FrmTrWindow, GivesEveryControlItsCaption) {
+TEST_F(FrmTrWindow, GivesEveryControlItsCaptionAndEveryButtonALetter) {
     Open([&](frmTrWindow& window) {
-        for (const Caption& row : TrCaptions()) {
-            if (row.control == "frmTr") continue;
-            EXPECT_NO_THROW(Find<QWidget>(window, row.control.data())) << row.control;
+        for (const int language : {kHungarian, kRomanian, kVietnamese, kEnglish, kSerbian}) {
+            platform.texts->SwitchLanguage(language, "");
+            int without = language == kVietnamese ? -1 : 0;  // which has few plain letters
+            std::set<QChar> letters;
+            for (const auto* button : window.findChildren<QAbstractButton*>()) {
+                if (button->text().isEmpty()) continue;  // the table's corner
+                const auto mark = button->text().indexOf('&');
+                const QChar letter = button->text().toLower()[mark + 1];
+                without += mark < 0;
+                EXPECT_TRUE(mark < 0 || letters.insert(letter).second) << int(letter.unicode());
+            }
+            EXPECT_EQ(without, 0) << language;
+            for (const auto& [control, id] : {std::pair{"opMode(2)", 33}, {"cmdApplyResult", 27}}) {
+                EXPECT_EQ(Find<QAbstractButton>(window, control).text().remove('&').toStdString(),
+                          GetMlString(id, {}));
+            }
+            EXPECT_EQ(Find<QGroupBox>(window, "frmRes").title().toStdString(), GetMlString(60, {}));
+            EXPECT_EQ(window.windowTitle().toStdString(), GetMlString(31, {}));
+            EXPECT_EQ(TextOf(window, "lblCnt"), GetMlString(67, {}) + "12");
+            const auto* model = Find<QTableView>(window, "Grid1").model();
+            EXPECT_EQ(model->headerData(0, Qt::Horizontal).toString().toStdString(),
+                      GetMlString(98, {}));
         }
-        EXPECT_EQ(window.windowTitle(), "Transformation");
-        platform.texts->SwitchLanguage(kVietnamese, "");
-        const auto plain = [](QString caption) { return caption.remove('&').toStdString(); };
-        EXPECT_EQ(plain(Find<QAbstractButton>(window, "opMode(2)").text()), "Đồ họa");
-        EXPECT_EQ(plain(Find<QGroupBox>(window, "frmRes").title()), "Thống kê");
-        EXPECT_EQ(TextOf(window, "lblCnt"), "Được tính:12");
-        const auto* model = Find<QTableView>(window, "Grid1").model();
-        EXPECT_EQ(model->headerData(0, Qt::Horizontal).toString(), "STT");
     });
 }
 
 TEST_F(FrmTrWindow, ForwardsTheButtons) {
     Open([&](frmTrWindow& window) {
-        EXPECT_EQ(Find<QTableView>(window, "Grid1").model()->rowCount(), 12);
         Click(window, "RadioTrType(1)");
         EXPECT_EQ(engine.eTrType(), TR_AFFIN);
         Click(window, "RadioTrType(5)");
@@ -162,49 +175,71 @@ TEST_F(FrmTrWindow, PaintsTheTextsOfACrossApart) {
     }
 }
 
-TEST_F(FrmTrWindow, EditsCells) {
+TEST_F(FrmTrWindow, TakesWhatIsTypedInACellBeforeAnythingElse) {
     Open([&](frmTrWindow& window) {
         auto& grid = Find<QTableView>(window, "Grid1");
-        auto& edit = Find<QLineEdit>(window, "txtEdit");
+        const auto type = [&](int row, const char* text) {
+            QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, row, 2));
+            Editor().setText(text);
+        };
+        window.setFocus();
         Click(window, "opMode(1)");
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
-        ASSERT_TRUE(edit.isVisible());
-        EXPECT_TRUE(edit.geometry().contains(CellAt(grid, 2, 2)));
-        edit.selectAll();
-        QTest::keyClicks(&edit, "1234");
-        QTest::keyClick(&edit, Qt::Key_Return);
-        EXPECT_EQ(engine.Pairs()[2].dXsour, 1234);
-        EXPECT_FALSE(edit.isVisible());
-        QTest::keyClicks(&grid, "9");
-        EXPECT_EQ(edit.text(), "9");
-        QTest::keyClick(&edit, Qt::Key_Escape);
+        EXPECT_TRUE(grid.hasFocus()) << "who wants to edit moves and types";
+        engine.ExcludeByIx(0, true);
+        type(11, "6");
+        Click(window, "cmdRemoveExt");  // as its letter does, the focus staying in the editor
+        EXPECT_EQ(engine.lFullCnt(), 11);
+        EXPECT_EQ(engine.Pairs().back().dXsour, 6);
+        QTest::keyClick(&grid, Qt::Key_F2);
+        EXPECT_EQ(Editor().text(), "6.000") << "the current row exists";
+        QTest::keyClick(&Editor(), Qt::Key_Escape);
         EXPECT_TRUE(window.isVisible()) << "Esc belongs to the editor";
-        EXPECT_EQ(engine.Pairs()[2].dXsour, 1234);
-        QTest::keyClicks(&grid, "8");
-        QTest::keyClick(&edit, Qt::Key_Down);
-        EXPECT_EQ(engine.Pairs()[2].dXsour, 8);
-        EXPECT_EQ(grid.currentIndex().row(), 3);
-        QTest::keyClicks(&grid, "7");
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 0, 1));
-        EXPECT_EQ(engine.Pairs()[3].dXsour, 7) << "a click elsewhere takes what was typed";
-        QTest::keyClick(&edit, Qt::Key_Escape);
         QTest::keyClick(&grid, Qt::Key_Escape);
         EXPECT_TRUE(window.isVisible());
+        type(3, "7");
+        Find<QWidget>(window, "txtLimit").setFocus();
+        EXPECT_EQ(engine.Pairs()[3].dXsour, 7);
+        type(4, "8");
+        Click(window, "opMode(2)");
+        EXPECT_EQ(engine.Pairs()[4].dXsour, 8);
+        Click(window, "opMode(1)");
+        type(5, "9");
+        Click(window, "cmdExit");
+        EXPECT_EQ(engine.Pairs()[5].dXsour, 9);
+    });
+}
 
-        engine.ExcludeByIx(0, true);
-        const int last = engine.lFullCnt() - 1;
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, last, 2));
-        edit.setText("6");
-        Click(window, "cmdRemoveExt");  // as its letter does, the focus staying in the editor
-        EXPECT_EQ(engine.lFullCnt(), last);
-        EXPECT_EQ(engine.Pairs().back().dXsour, 6);
-        EXPECT_FALSE(edit.isVisible());
-        QTest::keyClick(&grid, Qt::Key_F2);
-        EXPECT_EQ(edit.text(), "6.000") << "the current row exists";
-        QTest::keyClick(&edit, Qt::Key_Escape);
-        Click(window, "opMode(0)");
-        QTest::keyClick(&grid, Qt::Key_Escape);
-        EXPECT_FALSE(window.isVisible()) << "Esc leaves by cmdExit";
+TEST_F(FrmTrWindow, IsDrawnOnceAClick) {
+    Open([&](frmTrWindow& window) {
+        auto& grid = Find<QTableView>(window, "Grid1");
+        int drawn = 0;  // every time the headings are told that they may have changed
+        QObject::connect(grid.model(), &QAbstractItemModel::headerDataChanged, [&] { ++drawn; });
+        const auto expectOne = [&](const char* what) {
+            EXPECT_EQ(std::exchange(drawn, 0), 1) << what;
+        };
+        for (const char* button :
+             {"RadioTrType(1)", "RadioTrType(5)", "chkInverz", "opMode(2)", "chkNr", "chkRad",
+              "cmsResetExt", "opMode(1)", "opMode(0)", "cmdRemoveExt"}) {
+            platform.whileShown = [&] { drawn = 0; };  // a refusal is drawn before it is told, too
+            Click(window, button);
+            expectOne(button);
+        }
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
+        expectOne("click");
+        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
+        expectOne("double click");
+        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
+        QTest::mouseClick(grid.viewport(), Qt::RightButton, {}, CellAt(grid, 4, 2));
+        EXPECT_LE(std::exchange(drawn, 0), 2) << "the button goes down, and up";
+        auto& limit = Find<QLineEdit>(window, "txtLimit");
+        limit.setFocus();
+        limit.selectAll();
+        QTest::keyClicks(&limit, "0.7");
+        EXPECT_EQ(drawn, 0);
+        Click(window, "chkInverz");
+        expectOne("limit and inverse");
+        platform.texts->SwitchLanguage(kSerbian, "");
+        expectOne("language");
     });
 }
 

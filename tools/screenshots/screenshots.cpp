@@ -61,7 +61,7 @@ void TakeAdjustment(const Camera& camera) {
         window.resize(940, 700);
         camera.Take(window, "adjustment-table");
         form.opMode(frmTr::Mode::kEdit);
-        form.Grid1Click(5, 2);
+        form.Table().Grid1Click(5, 2);
         camera.Take(window, "adjustment-edit");
         form.opMode(frmTr::Mode::kGraph);
         form.chkRad();

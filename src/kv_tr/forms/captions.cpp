@@ -12,118 +12,115 @@ namespace {
 
 // clang-format off
 constexpr Caption kTrCaptions[] = {
-    //control           id    text                                 tool tip
-    {"frmTr",            31, "Transzformáció"},
-    {"Grid1",             0, "",                                     87},
-    {"opMode(0)",        35, "Táblázat"},
-    {"opMode(1)",        34, "Szerkesztés"},
-    {"opMode(2)",        33, "Grafika"},
-    {"frmTrType",        43, "Transzformáció tipusa"},
-    {"RadioTrType(0)",   51, "HELMERT"},
-    {"RadioTrType(1)",   52, "AFFIN"},
-    {"RadioTrType(2)",   53, "1. fokú"},
-    {"RadioTrType(3)",   54, "2. fokú"},
-    {"RadioTrType(4)",   55, "3. fokú"},
-    {"RadioTrType(5)",   56, "4. fokú"},
-    {"RadioTrType(6)",   57, "5. fokú"},
-    {"RadioTrType(7)",   49, "Affin(5i)",                            50},
-    {"RadioTrType(8)",   46, "Helmert(3i)",                          47},
-    {"RadioTrType(9)",   44, "Trapéz",                               45},
-    {"chkInverz",        48, "Inverz"},
-    {"frmDsp",           37, "Kijelzés"},
-    {"chkNr",            41, "Psz."},
-    {"chkDx",            40, "Dy"},  // deliberately crosswise: the fields named X are shown as Y
-    {"chkDy",            39, "Dx"},
-    {"chkRad",            0, "Dxy"},
-    {"frmRes",           60, "Statisztika"},
-    {"Label1",           65, "Középhibák [m]:"},
-    {"lblKh",            69, "Kh [m]:"},
-    {"lblCnt",           67, "Számított:"},
-    {"lblExtCnt",        66, "Kizárt:"},
-    {"lblLimit",         68, "Hibahatár[m]:"},
-    {"txtLimit",          0, "",                                     64},
-    {"cmdRemoveExt",     61, " Kizárt pontok végleges törlése"},
-    {"cmsResetExt",      62, " Kizárt pontok visszavétele"},
-    {"cmdSaveLog",       36, "Jegyzőkönyv mentése"},
-    {"cmdSavePrm",       59, "Tr. paraméterek mentése"},
-    {"cmdApplyResult",   27, "OK"},
-    {"cmdExit",          42, "Mégsem"},
-    {"PicBox",            0, "",                                     58},
-    {"cmdPrint",       1110, "Nyomtatás..."},
-    {"cmdSavePicture", 1111, "Kép mentése..."},
+    {"frmTr", Text::kAdjustmentTitle},
+    {"Grid1", {}, Text::kTableModeTip},
+    {"opMode(0)", Text::kTableMode},
+    {"opMode(1)", Text::kEditMode},
+    {"opMode(2)", Text::kGraphMode},
+    {"frmTrType", Text::kTypeFrame},
+    {"RadioTrType(0)", Text::kHelmertButton},
+    {"RadioTrType(1)", Text::kAffineButton},
+    {"RadioTrType(2)", Text::kOrder1Button},
+    {"RadioTrType(3)", Text::kOrder2Button},
+    {"RadioTrType(4)", Text::kOrder3Button},
+    {"RadioTrType(5)", Text::kOrder4Button},
+    {"RadioTrType(6)", Text::kOrder5Button},
+    {"RadioTrType(7)", Text::kAffine5Button, Text::kAffine5Tip},
+    {"RadioTrType(8)", Text::kHelmert3Button, Text::kHelmert3Tip},
+    {"RadioTrType(9)", Text::kTrapezoidButton, Text::kBilinearTip},
+    {"chkInverz", Text::kInverse},
+    {"frmDsp", Text::kDisplayFrame},
+    {"chkNr", Text::kDisplayIdentifier},
+    {"chkDx", Text::kDisplayFirst},  // crosswise: surveyors call the fields named X Y
+    {"chkDy", Text::kDisplaySecond},
+    {"chkRad", {}, {}, "Dxy"},
+    {"frmRes", Text::kStatisticsFrame},
+    {"Label1", Text::kRmsErrorsLabel},
+    {"lblKh", Text::kRmsLabel},
+    {"lblCnt", Text::kUsedCount},
+    {"lblExtCnt", Text::kExcludedCount},
+    {"lblLimit", Text::kLimitLabel},
+    {"txtLimit", {}, Text::kLimitTip},
+    {"cmdRemoveExt", Text::kRemoveExcluded},
+    {"cmsResetExt", Text::kReadmitExcluded},
+    {"cmdSaveLog", Text::kSaveLog},
+    {"cmdSavePrm", Text::kSaveParameters},
+    {"cmdApplyResult", Text::kOkOfAdjustment},
+    {"cmdExit", Text::kCancelOfAdjustment},
+    {"PicBox", {}, Text::kGraphTip},
+    {"cmdPrint", Text::kPrint},
+    {"cmdSavePicture", Text::kSavePicture},
 };
 
 constexpr Caption kAffinTrPrmCaptions[] = {
-    {"frmAffinTrPrm",     1, " Transzformációs együtthatók"},
-    {"frmPrm",            4, "Transzformációs együtthatók"},
-    {"lblTrPrm(0)",      12, "A0"},
-    {"lblTrPrm(1)",      11, "A1"},
-    {"lblTrPrm(2)",      10, "A2"},
-    {"lblTrPrm(3)",       9, "B0"},
-    {"lblTrPrm(4)",       8, "B1"},
-    {"lblTrPrm(5)",       7, "B2"},
-    {"frmSample",        13, "Minta"},
-    {"lblSample(0)",     15, " Y' = A0+ A1 * Y + A2 * X"},
-    {"lblSample(1)",     14, " X' = B0+ B1 * Y + B2 * X"},
-    {"cmdMeterOl",        2, "Méter-öl"},
-    {"cmdOlMeter",        3, "Öl-méter"},
-    {"cmdLoad",          17, "Tallózás"},
-    {"cmdSave",          16, "Mentés"},
-    {"cmdOk",            19, "Ok"},
-    {"cmdNok",           18, "Mégse"},
+    {"frmAffinTrPrm", Text::kSixParametersTitle},
+    {"frmPrm", Text::kSixParametersFrame},
+    {"lblTrPrm(0)", Text::kLabelA0},
+    {"lblTrPrm(1)", Text::kLabelA1},
+    {"lblTrPrm(2)", Text::kLabelA2},
+    {"lblTrPrm(3)", Text::kLabelB0},
+    {"lblTrPrm(4)", Text::kLabelB1},
+    {"lblTrPrm(5)", Text::kLabelB2},
+    {"frmSample", Text::kSampleFrame},
+    {"lblSample(0)", Text::kSampleFirst},
+    {"lblSample(1)", Text::kSampleSecond},
+    {"cmdMeterOl", Text::kMetresToFathoms},
+    {"cmdOlMeter", Text::kFathomsToMetres},
+    {"cmdLoad", Text::kBrowse},
+    {"cmdSave", Text::kSave},
+    {"cmdOk", Text::kOk},
+    {"cmdNok", Text::kCancel},
 };
 
 constexpr Caption kPoliTrPrmCaptions[] = {
-    {"frmPoliTrPrm",     20, " 1-5 fokú polinom együtthatók"},
-    {"cmdDAT2M1",        21, "DAT2-M1..."},
-    {"cmdLoad",          17, "Tallózás"},
-    {"cmdSave",          16, "Mentés"},
-    {"cmdOk",            19, "Ok"},
-    {"cmdNok",           18, "Mégse"},
+    {"frmPoliTrPrm", Text::kPolynomialTitle},
+    {"cmdDAT2M1", Text::kDat2M1Button},
+    {"cmdLoad", Text::kBrowse},
+    {"cmdSave", Text::kSave},
+    {"cmdOk", Text::kOk},
+    {"cmdNok", Text::kCancel},
 };
 
 constexpr Caption kChoosePrmCaptions[] = {
-    {"frmChoosePrm",     26, " Együtthatók választása"},
-    {"cmdAffin",          0, "Helmert/Affin",                      1153},
-    {"cmdPoli",          29, "Polinom (DAT2-M1)",                  1154},
-    {"cmdCalc",          28, "Közös pontok alapján",               1155},
-    {"cmdOk",            27, "OK",                                 1156},
-    {"cmdNok",           18, "Mégse"},
+    {"frmChoosePrm", Text::kChooseTitle},
+    {"cmdAffin", {}, Text::kSixParametersTip, "Helmert/Affin"},
+    {"cmdPoli", Text::kPolynomialButton, Text::kPolynomialTip},
+    {"cmdCalc", Text::kByPointsButton, Text::kByPointsTip},
+    {"cmdOk", Text::kOkOfAdjustment, Text::kKeepParametersTip},
+    {"cmdNok", Text::kCancel},
 };
 
 constexpr Caption kChooseDAT2M1Captions[] = {
-    {"frmChooseDAT2M1",  25, " DAT2-M1 polinom tr. állandók"},
-    {"lstTr",             0, "",                                   1157},
-    {"cmdOk",            19, "Ok"},
-    {"cmdNok",           18, "Mégse"},
+    {"frmChooseDAT2M1", Text::kNationalTitle},
+    {"lstTr", {}, Text::kAccuracyMeaning},
+    {"cmdOk", Text::kOk},
+    {"cmdNok", Text::kCancel},
 };
 
 constexpr Caption kXY4TrCaptions[] = {
-    {"frmXY4Tr",         22, " Közös pontok"},
-    {"cmdLoad",          24, "Betöltés..."},
-    {"cmdSave",          23, "Mentés..."},
-    {"cmdOk",            19, "Ok"},
-    {"cmdNok",           18, "Mégse"},
+    {"frmXY4Tr", Text::kPointsTitle},
+    {"cmdLoad", Text::kLoadPointsButton},
+    {"cmdSave", Text::kSavePointsButton},
+    {"cmdOk", Text::kOk},
+    {"cmdNok", Text::kCancel},
 };
 // clang-format on
 
-std::string TextOf(int id, std::string_view text) {
-    return id == 0 ? std::string(text) : GetMlString(id, text);
-}
-
 }  // namespace
 
-void Captions::SetText(std::string_view control, std::string text) {
+void Captions::SetText(std::string_view control, std::function<std::string()> text) {
     texts_[Row(control).control] = std::move(text);
 }
 
-std::string Captions::Text(std::string_view control) const {
-    if (const auto text = texts_.find(control); text != texts_.end()) return text->second;
-    return TextOf(Row(control).captionId, Row(control).text);
+std::string Captions::TextOf(std::string_view control) const {
+    if (const auto text = texts_.find(control); text != texts_.end()) return text->second();
+    const Caption& row = Row(control);
+    return row.caption ? Translated(*row.caption) : std::string(row.literal);
 }
 
 std::string Captions::ToolTip(std::string_view control) const {
-    return TextOf(Row(control).toolTipId, {});
+    const Caption& row = Row(control);
+    return row.toolTip ? Translated(*row.toolTip) : std::string();
 }
 
 const Caption& Captions::Row(std::string_view control) const {

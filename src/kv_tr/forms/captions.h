@@ -1,20 +1,24 @@
 // The captions and tool tips of the controls of a form.
 #pragma once
 
+#include <functional>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "kv_tr/text/text_id.h"
+
 namespace kv_tr {
 
-/// The texts of one control by their numbers, 0 for none.
+/// The texts of one control.
 struct Caption {
     std::string_view control;  // its published name, which is also that of the window's object
-    int captionId = 0;
-    std::string_view text;  // the Hungarian caption; without an id the one that is shown as it is
-    int toolTipId = 0;
+    std::optional<Text> caption{};
+    std::optional<Text> toolTip{};
+    std::string_view literal{};  // the caption where it is the same in all languages
 };
 
 /// The texts of the controls of one form, in whatever language is the current one when asked.
@@ -23,13 +27,13 @@ public:
     explicit Captions(std::span<const Caption> rows) : rows_(rows.begin(), rows.end()) {}
 
     std::span<const Caption> Rows() const { return rows_; }
-    void SetCaption(std::string_view control, int id) { Row(control).captionId = id; }
-    /// A text that takes the place of the control's caption.
-    void SetText(std::string_view control, std::string text);
-    void SetToolTip(std::string_view control, int id) { Row(control).toolTipId = id; }
+    void SetCaption(std::string_view control, Text text) { Row(control).caption = text; }
+    /// A text that takes the place of the control's caption; made anew whenever it is asked for.
+    void SetText(std::string_view control, std::function<std::string()> text);
+    void SetToolTip(std::string_view control, Text text) { Row(control).toolTip = text; }
 
     /// Throws std::out_of_range for a control that the form does not have.
-    std::string Text(std::string_view control) const;
+    std::string TextOf(std::string_view control) const;
     std::string ToolTip(std::string_view control) const;
 
 private:
@@ -37,7 +41,7 @@ private:
     Caption& Row(std::string_view control);
 
     std::vector<Caption> rows_;
-    std::map<std::string_view, std::string> texts_;  // set by SetText, by control
+    std::map<std::string_view, std::function<std::string()>> texts_;  // set by SetText, by control
 };
 
 /// The rows of each form; the one that bears the form's own name has the title of its window.

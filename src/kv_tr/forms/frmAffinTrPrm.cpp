@@ -57,7 +57,7 @@ bool frmAffinTrPrm::txtTrPrm(int box, const std::string& text) {
         // What was shown is not the whole value: leaving the box as it is must not round it.
         if (text != BoxText(box)) values_[static_cast<std::size_t>(box)] = *number;
     } else {
-        ShowMessage(text, Icon::kExclamation, GetMlString(84, "Hibás érték!"));
+        ShowMessage(text, Icon::kExclamation, Translated(Text::kBadValueTitle));
     }
     Changed.Raise();
     return number.has_value();
@@ -80,7 +80,7 @@ void frmAffinTrPrm::cmdLoad() {
         lines, HasExtension(*fileName, "prm") ? LinearFormat::kItr25 : LinearFormat::kNative,
         commas ? NumberStyle{','} : ComponentNumberStyle(), loaded);
     parameters_->udtTrPrm(RecordOf(loaded));
-    if (problem) return ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+    if (problem) return ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
     parameters_->gName = DirectoryOf(*fileName);
     Take(AffineOf(TransformationOf(parameters_->udtTrPrm())));
 }
@@ -89,26 +89,21 @@ void frmAffinTrPrm::cmdSave() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4SaveAffinTrPrm);
     if (!fileName) return;
     if (parameters_->bTypeIsPolinom()) {
-        ShowMessage(
-            FillPlaces(GetMlString(1054, "{0}: ez a formátum nem tárolhat ilyen típust: {1}"),
-                       {*fileName, parameters_->sTrTypeName()}),
-            Icon::kExclamation);
+        ShowMessage(Translated(Text::kFormatCannotHold, {*fileName, parameters_->sTrTypeName()}),
+                    Icon::kExclamation);
     } else if (SuitsParameters(*fileName, parameters_->udtTrPrm().eType)) {
         parameters_->bSaveAffinTrPrm(*fileName, HasExtension(*fileName, "prm"));
     }
 }
 
 bool frmAffinTrPrm::cmdOk() {
-    confirmed_ =
-        values_ != std::array{0.0, 1.0, 0.0, 0.0, 0.0, 1.0} ||
-        Ask({.text = GetMlString(81,
-                                 "Ezekkel a paraméterekkel nem történik valódi transzformáció, "
-                                 "a koordináták nem változnak!") +
-                     "\r\n" + GetMlString(82, "Indítható a transzformáció?"),
-             .title = GetMlString(83, "Figyelmeztetés"),
-             .icon = Icon::kExclamation,
-             .buttons = Buttons::kYesNo,
-             .defaultAnswer = Answer::kNo}) == Answer::kYes;
+    confirmed_ = values_ != std::array{0.0, 1.0, 0.0, 0.0, 0.0, 1.0} ||
+                 Ask({.text = Translated(Text::kIdentityQuestion) + "\r\n" +
+                              Translated(Text::kStartQuestion),
+                      .title = Translated(Text::kWarningTitle),
+                      .icon = Icon::kExclamation,
+                      .buttons = Buttons::kYesNo,
+                      .defaultAnswer = Answer::kNo}) == Answer::kYes;
     return confirmed_;
 }
 

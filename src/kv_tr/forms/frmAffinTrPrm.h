@@ -20,15 +20,16 @@ public:
 
     /// Shows the dialog by calling showModal and waits until that returns; true when the user
     /// confirmed. The coefficients in the boxes become those of the object whichever way the
-    /// dialog was closed, deliberately. They keep the object's type; for a polynomial object the
-    /// editor begins with the identity.
+    /// dialog was closed: hosts rely on it, and those that keep the old ones look at the result.
+    /// The object's type stays; for a polynomial object the editor begins with the identity.
     bool bDoModal(clsTr& parameters, const std::function<void()>& showModal);
 
     static constexpr int kBoxes = 6;
 
     std::string BoxText(int box) const;
     std::string SampleText(int line) const;
-    /// Whether cmdMeterOl and cmdOlMeter are there: in the Hungarian interface only, deliberately.
+    /// Whether cmdMeterOl and cmdOlMeter are there: in the Hungarian interface only, as
+    /// fathoms are the unit of old Hungarian surveys.
     bool FathomButtonsVisible() const { return fathomButtonsVisible_; }
 
     /// Takes the text of a box; false, with a message, if it is no number.
@@ -36,8 +37,8 @@ public:
     void cmdMeterOl();
     void cmdOlMeter();
     void cmdLoad();
-    /// Saves what the object holds: typed values reach it only when the dialog closes,
-    /// deliberately.
+    /// Saves what the object holds, which is what the dialog was opened with or has loaded: typed
+    /// values reach the object when the dialog closes, after they have been confirmed or not.
     void cmdSave();
     bool cmdOk();
 

@@ -1,6 +1,8 @@
 // The chooser of national transformations without its window.
 #include "kv_tr/forms/frmChooseDAT2M1.h"
 
+#include <utility>
+
 #include "kv_tr/model/national.h"
 #include "kv_tr/model/type_name.h"
 #include "kv_tr/published/ml_strings.h"
@@ -19,25 +21,24 @@ bool frmChooseDAT2M1::bDoModal(enuTR_TYPE& type, const std::function<void()>& sh
 }
 
 std::vector<std::string> frmChooseDAT2M1::Headings() {
-    return {GetMlString(1037, "név"), GetMlString(1061, "forrás"), GetMlString(1062, "cél"),
-            GetMlString(1063, "pontosság [m]"), GetMlString(1064, "terület")};
+    return {Translated(Text::kNameHeading), Translated(Text::kSourceHeading),
+            Translated(Text::kDestinationHeading), Translated(Text::kAccuracyHeading),
+            Translated(Text::kAreaHeading)};
 }
 
 std::vector<std::vector<std::string>> frmChooseDAT2M1::Rows() {
     std::vector<std::vector<std::string>> rows;
     for (const NationalInfo& info : NationalInfos()) {
         const bool country = info.area == NationalArea::kHungary;
-        rows.push_back(
-            {TypeName(info.type, ComponentTexts()), info.source, info.destination,
-             FormatFixed(info.accuracy, 3, 0),
-             country ? GetMlString(1065, "Magyarország") : GetMlString(1066, "Budapest")});
+        rows.push_back({TypeName(info.type, ComponentTexts()), info.source, info.destination,
+                        FormatFixed(info.accuracy, 3, 0),
+                        country ? Translated(Text::kHungary) : Translated(Text::kBudapest)});
     }
     return rows;
 }
 
 void frmChooseDAT2M1::lstTr(int row) {
-    selected_ = row;
-    Changed.Raise();
+    if (std::exchange(selected_, row) != row) Changed.Raise();
 }
 
 std::string frmChooseDAT2M1::Origin() const {

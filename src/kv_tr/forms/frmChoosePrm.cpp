@@ -35,7 +35,7 @@ bool frmChoosePrm::cmdCalc() {
         return false;
     }
     if (engine.lFullCnt() == 0) {
-        ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
+        ShowMessage(Translated(Text::kTooFewPoints));
         return false;
     }
     engine.eTrType(TR_AFFIN);

@@ -33,7 +33,7 @@ std::optional<TR_PRM> Read(const std::string& fileName, bool decimalCommas) {
     const auto reading = ReadParameters(*file, ParameterFormat::kPolynomial, Type::kAffine,
                                         {.codePage = FilesCodePage(), .numbers = numbers});
     if (reading.Complete()) return RecordOf(reading.transformation);
-    ShowMessage(GetMlString(74, "Hibás fájl formátum!"), Icon::kExclamation);
+    ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
     return std::nullopt;
 }
 
@@ -76,9 +76,7 @@ void frmPoliTrPrm::cmdSave() {
     if (fileName && SuitsParameters(*fileName, type)) WriteTextFile(*fileName, rtBox());
 }
 
-std::string frmPoliTrPrm::QuestionTitle() const {
-    return GetMlString(86, "1-5 fokú polinom transzformációs paraméterek");
-}
+std::string frmPoliTrPrm::QuestionTitle() const { return Translated(Text::kPolynomialParameters); }
 
 /// Reads the text into the working record; false, with a message, when not every line can be read:
 /// a polynomial of the lines above a slip would be another one.

@@ -19,7 +19,8 @@ public:
     /// confirmed. Only then the object changes.
     bool bDoModal(clsTr& parameters, const std::function<void()>& showModal);
 
-    /// Whether cmdDAT2M1 is there: in the Hungarian interface only, deliberately.
+    /// Whether cmdDAT2M1 is there: in the Hungarian interface only, whose users' country the
+    /// national transformations are for.
     bool NationalVisible() const { return nationalVisible_; }
 
     void cmdLoad();

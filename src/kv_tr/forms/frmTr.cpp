@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "kv_tr/forms/save_parameters.h"
 #include "kv_tr/forms/scratch_transformation.h"
@@ -26,49 +27,95 @@ constexpr std::array kTypes{TR_HELMERT, TR_AFFIN,  TR_POLI_1,  TR_POLI_2,    TR_
 
 bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
                      const std::function<void()>& showModal) {
+    engine_ = &engine;
+    Adjustment& adjustment = engine.Held();
+    table_.emplace(adjustment, engine.gdErrLimit, Changed);
+    plan_.emplace(adjustment, engine.gdErrLimit, Changed);
     applied_ = false;
     exited_ = false;
-    captions_.SetToolTip("RadioTrType(8)", 109);
-    captions_.SetToolTip("RadioTrType(7)", 110);
     applyVisible_ = showApplyButton;
-    if (!showApplyButton) captions_.SetCaption("cmdExit", 111);
-    engine_ = &engine;
-    Activate();
+    captions_ = Captions(TrCaptions());
+    captions_.SetToolTip("RadioTrType(8)", Text::kHelmert3Unknowns);
+    captions_.SetToolTip("RadioTrType(7)", Text::kAffine5Unknowns);
+    if (!showApplyButton) captions_.SetCaption("cmdExit", Text::kContinue);
+    captions_.SetText("lblKh", [&] { return FiguresText(adjustment.Figures()); });
+    captions_.SetText("lblCnt", [&] { return UsedCountText(adjustment); });
+    captions_.SetText("lblExtCnt", [&] { return ExcludedCountText(adjustment); });
+    const Subscription edited = table_->Edited.Subscribe([this] { Recalculate(); });
     const Subscription typeChanged =
-        engine.TypeChanched.Subscribe([this](enuTR_TYPE& type) { SelectTypeOf(type); });
-    const Subscription languageChanged = OnLanguageChange([this] { ShowResult(); });
-    SelectTypeOf(engine.eTrType());
-    CalcScale4Pic();
+        engine.TypeChanched.Subscribe([this](enuTR_TYPE&) { Changed.Raise(); });
+    opMode(Mode::kTable);
+    Activate();
     Recalculate();
     showModal();
+    captions_ = Captions(TrCaptions());
+    plan_.reset();
+    table_.reset();
     engine_ = nullptr;
     return showApplyButton ? applied_ : exited_;
 }
 
+int frmTr::SelectedType() const {
+    const auto found = std::ranges::find(kTypes, engine_->eTrType());
+    return found == kTypes.end() ? 0 : static_cast<int>(found - kTypes.begin());
+}
+
+void frmTr::Grid1DblClick(int row, int column) {
+    if (mode_ != Mode::kTable || row == 0) return;
+    const ChangeEvent::Action action(Changed);
+    Fit([&] { engine_->ExcludeByIx(row - 1, true); });
+    table_->Grid1EnterCell(0, column);
+}
+
+void frmTr::Grid1MouseUp(int anchorRow, int row) {
+    if (mode_ != Mode::kTable) return;
+    const ChangeEvent::Action action(Changed);
+    Changed.Raise();
+    const auto [first, last] = std::minmax(anchorRow, row);
+    for (int number = std::max(first, 1); number <= last; ++number) {
+        engine_->ExcludeByIx(number - 1, false);
+    }
+    Recalculate();
+}
+
+bool frmTr::PicBoxMouseUp(double x, double y) {
+    if (!plan_->PicBoxMouseUp()) return false;
+    const auto nearest = plan_->NearestTo(x, y);
+    if (!nearest) {
+        ShowMessage(Translated(Text::kPickNearer), Icon::kInformation);
+        return false;
+    }
+    Fit([&] { engine_->ExcludeByIx(*nearest, true); });
+    return true;
+}
+
 void frmTr::opMode(Mode mode) {
-    constexpr std::array kToolTips{87, 88, 89};  // by mode
+    constexpr std::array kToolTips{Text::kTableModeTip, Text::kEditModeTip,
+                                   Text::kGraphModeTip};  // by mode
+    const ChangeEvent::Action action(Changed);
     mode_ = mode;
     captions_.SetToolTip("Grid1", kToolTips[static_cast<std::size_t>(mode)]);
-    editor_.visible = false;
-    if (mode == Mode::kGraph) CalcScale4Pic();  // points may have been swapped or edited
-    ShowResult();
+    table_->Editable(mode == Mode::kEdit);
+    if (mode == Mode::kGraph) plan_->CalcScale4Pic();  // points may have been swapped or edited
+    Changed.Raise();
 }
 
 void frmTr::RadioTrType(int index) {
+    const ChangeEvent::Action action(Changed);
     const enuTR_TYPE type = kTypes[static_cast<std::size_t>(index)];
+    Changed.Raise();  // a button that is refused has marked itself
     if (engine_->bXYCntIsValid4TrType(type)) {
         engine_->eTrType(type);
         Recalculate();
     } else {
-        ShowMessage(GetMlString(97, "A választott transzformációhoz kevés a közös pont!"));
+        ShowMessage(Translated(Text::kTooFewPoints));
     }
-    SelectTypeOf(engine_->eTrType());
-    ShowResult();
 }
 
 void frmTr::chkInverz() {
+    const ChangeEvent::Action action(Changed);
     engine_->SwapSourDest();
-    if (mode_ == Mode::kGraph) CalcScale4Pic();
+    if (mode_ == Mode::kGraph) plan_->CalcScale4Pic();
     Recalculate();
 }
 
@@ -76,43 +123,40 @@ bool frmTr::txtLimit(const std::string& text) {
     if (text == limitText_) return true;
     const auto limit = TypedNumber(text);
     if (!limit) {
-        ShowMessage(text, Icon::kExclamation, GetMlString(84, "Hibás érték!"));
+        ShowMessage(text, Icon::kExclamation, Translated(Text::kBadValueTitle));
         return false;
     }
     engine_->gdErrLimit = *limit;
     limitText_ = text;
-    ShowResult();
+    Changed.Raise();
     return true;
 }
 
 void frmTr::Activate() {
-    limitText_ = kv_tr::LimitText(engine_->gdErrLimit);
-    Changed.Raise();
+    const std::string text = kv_tr::LimitText(engine_->gdErrLimit);
+    if (std::exchange(limitText_, text) != text) Changed.Raise();
 }
 
 void frmTr::cmdRemoveExt() {
     if (engine_->Held().UsedCount() < 2) {
-        ShowMessage(GetMlString(112, "Legalább két érvényes pontpárnak kell lenni!"),
-                    Icon::kInformation, GetMlString(113, "Kizárt pontok törlése"));
+        ShowMessage(Translated(Text::kTwoPointsNeeded), Icon::kInformation,
+                    Translated(Text::kRemoveExcludedTitle));
         return;
     }
+    const ChangeEvent::Action action(Changed);
+    table_->CloseEditor();
     engine_->Held().RemoveExcluded();
-    editor_.visible = false;
-    currentRow_ = std::min(currentRow_, RowCount() - 1);
-    SelectTypeOf(engine_->eTrType());
-    ShowResult();
+    Changed.Raise();
 }
 
 void frmTr::cmsResetExt() {
     Fit([this] { engine_->ResetAllNotUsed(); });
-    SelectTypeOf(engine_->eTrType());
-    ShowResult();
 }
 
 void frmTr::cmdSaveLog() {
-    FileDialogArguments arguments{.Filter = GetMlString(100, "Jegyzőkönyv (*.txt)") + "|*.txt",
+    FileDialogArguments arguments{.Filter = Translated(Text::kLogFilter) + "|*.txt",
                                   .InitDir = InitDir(),
-                                  .DlgTitle = GetMlString(36, "Jegyzőkönyv mentése"),
+                                  .DlgTitle = Translated(Text::kSaveLog),
                                   .DefaultExt = "txt"};
     if (!GCommonDialog().VBGetSaveFileName(arguments)) return;
     engine_->SaveLog(arguments.Filename);
@@ -130,38 +174,25 @@ void frmTr::cmdExit() {
     exited_ = true;
 }
 
-void frmTr::SelectTypeOf(enuTR_TYPE type) {
-    const auto found = std::ranges::find(kTypes, type);
-    selectedType_ = found == kTypes.end() ? 0 : static_cast<int>(found - kTypes.begin());
-    Changed.Raise();
-}
-
-void frmTr::ShowResult() {
-    captions_.SetText("lblKh", FiguresText(engine_->Held().Figures()));
-    captions_.SetText("lblCnt", UsedCountText(engine_->Held()));
-    captions_.SetText("lblExtCnt", ExcludedCountText(engine_->Held()));
-    marksAreCurrent_ = false;
-    Changed.Raise();
-}
-
 void frmTr::Recalculate() {
     Fit([this] { engine_->DoCalcTr(); });
-    ShowResult();
 }
 
 /// Runs what ends with a fit. When there is none, the user is told and the type goes back to the
 /// one that was fitted last, or a step down from it, so that all figures belong to the pairs.
 void frmTr::Fit(const std::function<void()>& fit) {
+    const ChangeEvent::Action action(Changed);
+    Changed.Raise();
     try {
         fit();
     } catch (const RuntimeError& error) {
         if (error.Number() != ErrorNumber::kDivisionByZero) throw;
-        ShowMessage(GetMlString(76, "A transzformáció nem számítható !"));
+        ShowMessage(Translated(Text::kCannotCompute));
         const enuTR_TYPE failed = engine_->eTrType();
         const Type lower = StepDown(TypeOf(failed)).value_or(Type::kHelmert);
         engine_->eTrType(failed == fittedType_ ? PublishedType(lower) : fittedType_);
         engine_->DoCalcTr();
-        SelectTypeOf(engine_->eTrType());
+        Changed.Raise();
     }
     fittedType_ = engine_->eTrType();
 }

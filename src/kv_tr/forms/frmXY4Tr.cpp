@@ -15,7 +15,7 @@ namespace kv_tr {
 bool frmXY4Tr::bDoModal(clsTrCalc& engine, const std::string& title,
                         const std::function<void()>& showModal) {
     engine_ = &engine;
-    title_ = title;
+    if (!title.empty()) captions_.SetText("frmXY4Tr", [title] { return title; });
     original_ = engine.sListXYs();
     nameLine_.clear();
     Show(original_, original_);
@@ -23,10 +23,6 @@ bool frmXY4Tr::bDoModal(clsTrCalc& engine, const std::string& title,
     showModal();
     engine_ = nullptr;
     return confirmed_;
-}
-
-std::string frmXY4Tr::Title() const {
-    return title_.empty() ? ControlTexts().Text("frmXY4Tr") : title_;
 }
 
 void frmXY4Tr::cmdLoad() {
@@ -45,21 +41,22 @@ void frmXY4Tr::cmdSave() {
     if (fileName) WriteTextFile(*fileName, rtBox());
 }
 
-std::string frmXY4Tr::QuestionTitle() const { return GetMlString(114, "Közös pontok adatai"); }
+std::string frmXY4Tr::QuestionTitle() const { return Translated(Text::kPointsQuestionTitle); }
 
-/// Makes the engine's points those of the text, or leaves them as they were. The loader takes the
-/// lines above a bad one and says that it succeeded; here that would lose the points below.
+/// Makes the engine's points those of the text, or leaves them as they were when a line is bad: to
+/// take only the lines above would lose the points below.
 bool frmXY4Tr::TakeText() {
     const bool named = !nameLine_.empty() && rtBox().starts_with(nameLine_);
-    const std::string file = WriteWorkingFile(
+    const LoadedPoints loaded = LoadControlPoints(WriteWorkingFile(
         "tmp-XYs4Tr.dat",
-        WithDecimalPoints(std::string_view(rtBox()).substr(named ? nameLine_.size() : 0)));
-    const Adjustment before = engine_->Held();
-    const bool read = engine_->bLoadXYsFromFile(file, false) &&
-                      ReadControlPointFile(file, {.comma = Comma::kSeparator}).Complete();
-    if (!read) engine_->Held() = before;
-    if (!named) engine_->Held().SetSwapped(before.IsSwapped());
-    return read;
+        WithDecimalPoints(std::string_view(rtBox()).substr(named ? nameLine_.size() : 0))));
+    ReportFailure(loaded);
+    if (loaded.failed) return false;
+    Adjustment& adjustment = engine_->Held();
+    const bool swapped = adjustment.IsSwapped() && !named;
+    adjustment.Assign(loaded.points);
+    adjustment.SetSwapped(swapped);
+    return true;
 }
 
 }  // namespace kv_tr

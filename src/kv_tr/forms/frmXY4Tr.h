@@ -20,8 +20,6 @@ public:
     bool bDoModal(clsTrCalc& engine, const std::string& title,
                   const std::function<void()>& showModal);
 
-    std::string Title() const;
-
     /// Shows the points of a file below its name; the engine changes only with cmdOk.
     void cmdLoad();
     /// Saves the text as it stands, the name of a loaded file included.
@@ -32,7 +30,6 @@ private:
     bool TakeText() override;
 
     clsTrCalc* engine_ = nullptr;
-    std::string title_;
     std::string original_;  // the text at first
     std::string nameLine_;  // of a loaded file, with its line end
 };

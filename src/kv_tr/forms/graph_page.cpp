@@ -27,9 +27,9 @@ std::vector<std::string> Lines(const std::string& text) {
 }  // namespace
 
 std::string FiguresText(const Statistics& figures) {
-    return GetMlString(90, "Kh.=") + Metres(figures.rms) + "\r\n" +  //
+    return Translated(Text::kRmsInGraph) + Metres(figures.rms) + "\r\n" +  //
            "mY=" + Metres(figures.rmsFirst) + "  mX=" + Metres(figures.rmsSecond) + "\r\n" +
-           GetMlString(93, "Középértékek(m):") + "\r\n" +  //
+           Translated(Text::kRmsValuesInGraph) + "\r\n" +  //
            "Y=" + Metres(figures.meanFirst) + "  X=" + Metres(figures.meanSecond);
 }
 
@@ -42,20 +42,20 @@ std::string LimitText(double limit) {
 }
 
 std::string UsedCountText(const Adjustment& adjustment) {
-    return GetMlString(67, "Számított:") + std::to_string(adjustment.UsedCount());
+    return Translated(Text::kUsedCount) + std::to_string(adjustment.UsedCount());
 }
 
 std::string ExcludedCountText(const Adjustment& adjustment) {
-    return GetMlString(66, "Kizárt:") + std::to_string(adjustment.ExcludedCount());
+    return Translated(Text::kExcludedCount) + std::to_string(adjustment.ExcludedCount());
 }
 
 GraphPage PageOf(const Adjustment& adjustment, double limit, const GraphLabels& labels,
                  double width, double height) {
-    GraphPage page{.width = width, .height = height, .title = GetMlString(31, "Transzformáció")};
+    GraphPage page{.width = width, .height = height, .title = Translated(Text::kAdjustmentTitle)};
     page.lines = Lines(TypeName(adjustment.FitType(), ComponentTexts()) + "\n" +
                        FiguresText(adjustment.Figures()));
     page.lines.push_back(UsedCountText(adjustment) + "  " + ExcludedCountText(adjustment) + "  " +
-                         GetMlString(68, "Hibahatár[m]:") + LimitText(limit));
+                         Translated(Text::kLimitLabel) + LimitText(limit));
     page.planTop =
         2 * GraphPage::kTitleSize + static_cast<double>(page.lines.size()) * GraphPage::kLineStep;
     page.marks =

@@ -24,8 +24,9 @@ struct GraphScale {
 };
 
 /// The scale at which all pairs fit on a surface. Its margins are a tenth of each axis's own range
-/// on either side, so that the plan is centred along one axis only, deliberately. Without any
-/// extent the scale is 1 and the plan is in the middle.
+/// on either side, as users know their plans: the axis that sets the scale is centred, the other
+/// one begins at the left or upper edge. Without any extent the scale is 1 and the plan is in the
+/// middle.
 GraphScale ScaleFor(const Adjustment& adjustment, double width, double height);
 
 /// Which texts stand at the corners of the crosses.

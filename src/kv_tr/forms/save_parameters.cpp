@@ -13,7 +13,7 @@ bool SuitsParameters(const std::string& fileName, enuTR_TYPE type) {
     const bool linearName = HasExtension(fileName, "trp") || HasExtension(fileName, "prm");
     const bool polynomial = type >= TR_POLI_1;
     if (polynomial ? !linearName : !HasExtension(fileName, "all")) return true;
-    ShowMessage(FillPlaces(GetMlString(1215, {}),
+    ShowMessage(Translated(Text::kWrongParameterExtension,
                            {fileName, TypeName(type), polynomial ? ".all" : ".trp, .prm"}),
                 Icon::kExclamation);
     return false;

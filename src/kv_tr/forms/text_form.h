@@ -19,7 +19,7 @@ public:
     bool cmdOk() {
         Answer keep = Answer::kNo;
         if (text_ != reference_) {
-            keep = Ask({.text = GetMlString(85, "A megváltozott adatokat akarod megtartani ?"),
+            keep = Ask({.text = Translated(Text::kKeepChangesQuestion),
                         .title = QuestionTitle(),
                         .buttons = Buttons::kYesNoCancel,
                         .defaultAnswer = Answer::kNo});

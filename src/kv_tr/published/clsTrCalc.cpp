@@ -203,11 +203,7 @@ bool clsTrCalc::bSaveXYs4Tr(const std::string& sFileName) {
 
 bool clsTrCalc::bLoadXYsFromFile(const std::string& sFileXYs, bool bAppend) {
     const LoadedPoints loaded = LoadControlPoints(sFileXYs);
-    if (loaded.failed) {
-        ShowMessage(Translated(Text::kBadFormat) + "\r\n" + std::to_string(loaded.lineShown) +
-                        Translated(Text::kLineSuffix),
-                    Icon::kExclamation);
-    }
+    ReportFailure(loaded);
     Take(loaded.points, bAppend);
     return loaded.accepted;
 }

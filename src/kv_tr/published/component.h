@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 
+#include "kv_tr/published/event.h"
 #include "kv_tr/published/platform.h"
 
 namespace kv_tr {
@@ -32,6 +33,7 @@ struct Component {
     explicit Component(Platform surroundings);
 
     Platform platform;                       // every port is present
+    Event<> messageComing;                   // raised in the thread that shows a message
     std::atomic<std::int32_t> language = 0;  // 0 until a language is set
     std::atomic<bool> stringsInitialised = false;
     std::atomic<bool> useTextFile = false;  // texts come from a separate file

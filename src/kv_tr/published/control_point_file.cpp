@@ -5,6 +5,7 @@
 
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/message.h"
+#include "kv_tr/published/ml_strings.h"
 
 namespace kv_tr {
 
@@ -23,6 +24,13 @@ LoadedPoints LoadControlPoints(const std::string& fileName) {
     loaded.accepted = complete > 0;
     loaded.lineShown = static_cast<std::int32_t>(complete) + 1;
     return loaded;
+}
+
+void ReportFailure(const LoadedPoints& loaded) {
+    if (!loaded.failed) return;
+    ShowMessage(Translated(Text::kBadFormat) + "\r\n" + std::to_string(loaded.lineShown) +
+                    Translated(Text::kLineSuffix),
+                Icon::kExclamation);
 }
 
 }  // namespace kv_tr

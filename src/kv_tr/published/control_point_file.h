@@ -26,4 +26,7 @@ struct LoadedPoints {
 /// nothing counts as accepted. All this is deliberate.
 LoadedPoints LoadControlPoints(const std::string& fileName);
 
+/// Tells the user of a failure (text 74 with the line).
+void ReportFailure(const LoadedPoints& loaded);
+
 }  // namespace kv_tr

@@ -1,6 +1,9 @@
 // The way to talk to the user.
 #include "kv_tr/published/message.h"
 
+#include <thread>
+#include <utility>
+
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/text/control_characters.h"
@@ -8,7 +11,7 @@
 namespace kv_tr {
 
 void ShowMessage(const std::string& text, Icon icon, const std::string& title) {
-    TheComponent().platform.messages->Show({.text = text, .title = title, .icon = icon});
+    Ask({.text = text, .title = title, .icon = icon});
 }
 
 void ReportOpenFailure(const std::string& fileName) {
@@ -27,7 +30,17 @@ RuntimeError ReadFailure(const TextError& error) {
     return {ErrorNumber::kDeviceError, Translated(Text::kCannotReadAll)};
 }
 
-Answer Ask(const Message& question) { return TheComponent().platform.messages->Show(question); }
+Answer Ask(const Message& question) {
+    TheComponent().messageComing.Raise();
+    return TheComponent().platform.messages->Show(question);
+}
+
+Subscription BeforeMessages(std::function<void()> handler) {
+    return TheComponent().messageComing.Subscribe(
+        [handler = std::move(handler), thread = std::this_thread::get_id()] {
+            if (std::this_thread::get_id() == thread) handler();
+        });
+}
 
 bool MayReplace(const std::string& fileName) {
     return Ask({.text = Translated(Text::kReplaceQuestion, {fileName}),

@@ -1,9 +1,11 @@
 // The way to talk to the user.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "kv_tr/published/errors.h"
+#include "kv_tr/published/event.h"
 #include "kv_tr/published/platform.h"
 #include "kv_tr/text/line_reader.h"
 
@@ -11,6 +13,10 @@ namespace kv_tr {
 
 /// Shows a message with an OK button and waits for it. Without a title the host's own is shown.
 void ShowMessage(const std::string& text, Icon icon = Icon::kNone, const std::string& title = {});
+
+/// Calls a handler before each message and question that this thread shows: what is drawn behind
+/// it may have to be brought up to date.
+[[nodiscard]] Subscription BeforeMessages(std::function<void()> handler);
 
 /// Tells the user that a file does not open (text 70).
 void ReportOpenFailure(const std::string& fileName);

@@ -2,50 +2,41 @@
 #include "kv_tr/qt/form_window.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
-#include <QSet>
-#include <algorithm>
-#include <utility>
-#include <vector>
 
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/qt/cursor_scope.h"
+#include "kv_tr/qt/mnemonics.h"
 
 namespace kv_tr {
 namespace {
 
 constexpr const char* kSection = "Windows";
 
-/// The caption with "&" before its first letter that none before it has for Alt.
-QString WithMnemonic(const QString& caption, QSet<QChar>& taken) {
-    for (int i = 0; i < caption.size(); ++i) {
-        const QChar letter = caption[i].toLower();
-        const bool plain = (letter >= 'a' && letter <= 'z') || letter.isDigit();
-        if (!plain || taken.contains(letter)) continue;
-        taken.insert(letter);
-        return QString(caption).insert(i, '&');
-    }
-    return caption;
+/// Whether the keyboard can reach a control by a letter.
+bool HasMnemonic(const QWidget& control) {
+    const auto* label = qobject_cast<const QLabel*>(&control);
+    return label != nullptr ? label->buddy() != nullptr
+                            : qobject_cast<const QAbstractButton*>(&control) != nullptr;
 }
 
 /// Sets the caption of a control, if it is another one: setting it would lay out the window anew.
-void SetCaption(QWidget& control, const QString& caption, QSet<QChar>& taken) {
+void SetCaption(QWidget& control, const QString& caption) {
     if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
-        const QString text = WithMnemonic(caption, taken);
-        if (button->text() != text) button->setText(text);
+        if (button->text() != caption) button->setText(caption);
     } else if (auto* label = qobject_cast<QLabel*>(&control)) {
-        label->setText(label->buddy() != nullptr ? WithMnemonic(caption, taken) : caption);
+        label->setText(caption);
     } else if (auto* frame = qobject_cast<QGroupBox*>(&control)) {
         frame->setTitle(caption);
     } else if (control.isWindow()) {
-        control.setWindowTitle(caption);
+        const bool isOfAnEntry = caption.endsWith("...");  // which opens the window
+        control.setWindowTitle(isOfAnEntry ? caption.chopped(3) : caption);
     }
 }
 
@@ -67,35 +58,7 @@ void RememberSize(const char* name, QSize size) {
     SaveSetting(kSection, name, std::to_string(size.width()) + "x" + std::to_string(size.height()));
 }
 
-FormWindow::FormWindow(const char* name, QSize size) : QDialog(QApplication::activeWindow()) {
-    setObjectName(name);
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    setWindowFlag(Qt::WindowMaximizeButtonHint);
-    resize(RememberedSize(name, size));
-}
-
-void FormWindow::Follow(Event<>& changed) {
-    changed_ = changed.Subscribe([this] { Redraw(); });
-    Redraw();
-}
-
-void FormWindow::ShowCaptions(const Captions& captions) {
-    std::vector<std::pair<QWidget*, QString>> texts;
-    for (const Caption& row : captions.Rows()) {
-        const auto name = QString::fromUtf8(row.control.data(), qsizetype(row.control.size()));
-        QWidget* control = name == objectName() ? this : findChild<QWidget*>(name);
-        if (control == nullptr) continue;
-        texts.emplace_back(control,
-                           QString::fromStdString(captions.Text(row.control)).remove('\r'));
-        control->setToolTip(QString::fromStdString(captions.ToolTip(row.control)));
-    }
-    // The short ones have the fewest letters to choose from.
-    std::ranges::stable_sort(texts, {}, [](const auto& text) { return text.second.size(); });
-    QSet<QChar> taken;
-    for (const auto& [control, text] : texts) SetCaption(*control, text, taken);
-}
-
-void FormWindow::Act(const std::function<void()>& action) {
+void RunAction(const std::function<void()>& action) {
     const WaitCursor wait;
     try {
         action();
@@ -104,19 +67,77 @@ void FormWindow::Act(const std::function<void()>& action) {
     }
 }
 
-QPushButton* FormWindow::MakeButton(const QString& name, const std::function<void()>& action) {
-    auto* button = new QPushButton(this);
-    button->setObjectName(name);
+FormWindow::FormWindow(Form& form, const char* name, QSize size, QWidget* parent)
+    : QDialog(parent), form_(form) {
+    Bind(name, this);
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    resize(RememberedSize(name, size));
+}
+
+int FormWindow::exec() {
+    const OwnCursors cursors;
+    return QDialog::exec();
+}
+
+void FormWindow::Follow() {
+    changed_ = form_.Changed.Subscribe([this] { Redraw(); });
+    Redraw();
+}
+
+void FormWindow::Redraw() {
+    const Captions& captions = form_.ControlTexts();
+    QStringList texts;
+    for (const auto& [control, name] : bound_) {
+        const QString text = QString::fromStdString(captions.TextOf(name)).remove('\r');
+        if (HasMnemonic(*control)) {
+            texts << text;
+        } else {
+            SetCaption(*control, text);
+        }
+        control->setToolTip(QString::fromStdString(captions.ToolTip(name)));
+    }
+    const QStringList marked = WithMnemonics(texts);
+    auto next = marked.begin();
+    for (const auto& [control, name] : bound_) {
+        if (HasMnemonic(*control)) SetCaption(*control, *next++);
+    }
+}
+
+void FormWindow::Act(const std::function<void()>& action) {
+    const ChangeEvent::Action wholeAction(form_.Changed);
+    RunAction(action);
+}
+
+QPushButton* FormWindow::MakePlainButton(const QString& name) {
+    auto* button = Bind(name, new QPushButton(this));
     button->setAutoDefault(false);  // Enter belongs to the boxes
+    return button;
+}
+
+QPushButton* FormWindow::MakeButton(const QString& name, const std::function<void()>& action) {
+    QPushButton* button = MakePlainButton(name);
     connect(button, &QPushButton::clicked, this, [this, action] { Act(action); });
     return button;
 }
 
 QCheckBox* FormWindow::MakeCheckBox(const QString& name, const std::function<void()>& action) {
-    auto* box = new QCheckBox(this);
-    box->setObjectName(name);
+    auto* box = Bind(name, new QCheckBox(this));
     connect(box, &QCheckBox::clicked, this, [this, action] { Act(action); });
     return box;
+}
+
+QPushButton* FormWindow::MakeCancelButton(const QString& name) {
+    QPushButton* button = MakePlainButton(name);
+    connect(button, &QPushButton::clicked, this, &QDialog::reject);
+    return button;
+}
+
+QDialogButtonBox* FormWindow::MakeEnds(QPushButton* confirm, QPushButton* cancel) {
+    auto* ends = new QDialogButtonBox(this);
+    ends->addButton(confirm, QDialogButtonBox::YesRole);  // AcceptRole would make it the default
+    ends->addButton(cancel, QDialogButtonBox::RejectRole);
+    return ends;
 }
 
 void FormWindow::done(int result) {

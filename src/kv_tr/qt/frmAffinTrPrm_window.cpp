@@ -11,28 +11,27 @@
 #include "kv_tr/published/number_format.h"
 
 namespace kv_tr {
+
 frmAffinTrPrmWindow::frmAffinTrPrmWindow(frmAffinTrPrm& form)
-    : FormWindow("frmAffinTrPrm", {620, 320}), form_(form) {
+    : FormWindow(form, "frmAffinTrPrm", {620, 320}), form_(form) {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(MakeBoxes());
     layout->addWidget(MakeSample());
     layout->addStretch();
     layout->addLayout(MakeButtons());
-    Follow(form.Changed);
+    Follow();
     boxes_.front()->setFocus();
 }
 
 QGroupBox* frmAffinTrPrmWindow::MakeBoxes() {
-    auto* frame = new QGroupBox(this);
-    frame->setObjectName("frmPrm");
+    auto* frame = Bind("frmPrm", new QGroupBox(this));
     auto* grid = new QGridLayout(frame);
     for (int i = 0; i < frmAffinTrPrm::kBoxes; ++i) {
         auto* box = new QLineEdit(frame);
         box->setObjectName(Numbered("txtTrPrm", i));
         box->setAlignment(Qt::AlignRight);
         connect(box, &QLineEdit::editingFinished, [this, i] { Settle(i); });
-        auto* label = new QLabel(frame);
-        label->setObjectName(Numbered("lblTrPrm", i));
+        auto* label = Bind(Numbered("lblTrPrm", i), new QLabel(frame));
         label->setBuddy(box);
         const int row = i % 3;
         const int column = i / 3 * 2;
@@ -44,8 +43,7 @@ QGroupBox* frmAffinTrPrmWindow::MakeBoxes() {
 }
 
 QGroupBox* frmAffinTrPrmWindow::MakeSample() {
-    auto* frame = new QGroupBox(this);
-    frame->setObjectName("frmSample");
+    auto* frame = Bind("frmSample", new QGroupBox(this));
     auto* layout = new QVBoxLayout(frame);
     for (QLabel*& sample : samples_) {
         sample = new QLabel(frame);
@@ -63,28 +61,25 @@ QLayout* frmAffinTrPrmWindow::MakeButtons() {
     QPushButton* ok = MakeButton("cmdOk", [this] {
         if (form_.cmdOk()) accept();
     });
-    auto* cancel = new QPushButton(this);  // no entry in a box can keep the user from leaving
-    cancel->setObjectName("cmdNok");
-    cancel->setAutoDefault(false);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    QPushButton* cancel = MakeCancelButton("cmdNok");  // whatever stands in a box
     auto* row = new QHBoxLayout;
     for (QPushButton* button : fathomButtons_) row->addWidget(button);
     row->addStretch();
     row->addWidget(load);
     row->addWidget(save);
-    row->addWidget(ok);
-    row->addWidget(cancel);
-    for (auto* button : findChildren<QPushButton*>()) {
+    row->addWidget(MakeEnds(ok, cancel));
+    for (auto* button : {fathomButtons_[0], fathomButtons_[1], load, save, ok, cancel}) {
         button->setFocusPolicy(Qt::TabFocus);  // a click must not have the box checked before it
     }
     return row;
 }
 
 void frmAffinTrPrmWindow::Redraw() {
-    ShowCaptions(form_.ControlTexts());
+    FormWindow::Redraw();
     for (int i = 0; i < frmAffinTrPrm::kBoxes; ++i) {
         QLineEdit* box = boxes_[static_cast<std::size_t>(i)];
-        if (!box->isModified()) box->setText(QString::fromStdString(form_.BoxText(i)));
+        const QString text = QString::fromStdString(form_.BoxText(i));
+        if (!box->isModified() && box->text() != text) box->setText(text);
     }
     for (int line = 0; line < 2; ++line) {
         samples_[static_cast<std::size_t>(line)]->setText(
@@ -94,10 +89,12 @@ void frmAffinTrPrmWindow::Redraw() {
 }
 
 void frmAffinTrPrmWindow::Act(const std::function<void()>& action) {
-    for (int i = 0; i < frmAffinTrPrm::kBoxes; ++i) {
-        if (!Settle(i)) return;
-    }
-    FormWindow::Act(action);
+    FormWindow::Act([&] {
+        for (int i = 0; i < frmAffinTrPrm::kBoxes; ++i) {
+            if (!Settle(i)) return;
+        }
+        action();
+    });
 }
 
 /// Leaves with the numbers that were typed; other texts no longer matter.
@@ -119,6 +116,7 @@ bool frmAffinTrPrmWindow::Settle(int box) {
     if (!edit->isModified()) return true;
     edit->setModified(false);  // the message takes the focus from the box, once
     if (form_.txtTrPrm(box, edit->text().toStdString())) return true;
+    edit->setText(QString::fromStdString(form_.BoxText(box)));
     edit->setFocus();
     edit->selectAll();
     return false;

@@ -19,9 +19,8 @@ QStringList Texts(const std::vector<std::string>& texts) {
 }  // namespace
 
 frmChooseDAT2M1Window::frmChooseDAT2M1Window(frmChooseDAT2M1& form)
-    : FormWindow("frmChooseDAT2M1", {640, 520}), form_(form) {
-    list_ = new QTreeWidget(this);
-    list_->setObjectName("lstTr");
+    : FormWindow(form, "frmChooseDAT2M1", {640, 520}), form_(form) {
+    list_ = Bind("lstTr", new QTreeWidget(this));
     list_->setHeaderLabels(
         Texts(frmChooseDAT2M1::Headings()));  // before rows: one selects its cells
     list_->setRootIsDecorated(false);
@@ -43,19 +42,15 @@ frmChooseDAT2M1Window::frmChooseDAT2M1Window(frmChooseDAT2M1& form)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(list_);
     layout->addWidget(origin_);
-    auto* ends = new QHBoxLayout;
-    ends->addStretch();
-    ends->addWidget(ok_);
-    ends->addWidget(MakeButton("cmdNok", [this] { reject(); }));
-    layout->addLayout(ends);
-    Follow(form.Changed);
+    layout->addWidget(MakeEnds(ok_, MakeCancelButton("cmdNok")));
+    Follow();
     connect(list_, &QTreeWidget::currentItemChanged,
             [this](QTreeWidgetItem* item) { form_.lstTr(list_->indexOfTopLevelItem(item)); });
     connect(list_, &QTreeWidget::itemDoubleClicked, [this, confirm] { Act(confirm); });
 }
 
 void frmChooseDAT2M1Window::Redraw() {
-    ShowCaptions(form_.ControlTexts());
+    FormWindow::Redraw();
     list_->setHeaderLabels(Texts(frmChooseDAT2M1::Headings()));
     origin_->setText(QString::fromStdString(form_.Origin()));
     ok_->setEnabled(form_.lstTr() >= 0);

@@ -7,25 +7,23 @@
 namespace kv_tr {
 
 frmChoosePrmWindow::frmChoosePrmWindow(frmChoosePrm& form)
-    : FormWindow("frmChoosePrm", {360, 220}), form_(form) {
+    : FormWindow(form, "frmChoosePrm", {360, 220}), form_(form) {
     const auto make = [this](const char* name, const std::function<bool()>& click) {
         return MakeButton(name, [this, click] {
             if (click()) accept();
         });
     };
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(make("cmdAffin", [this] { return form_.cmdAffin(); }));
-    layout->addWidget(make("cmdPoli", [this] { return form_.cmdPoli(); }));
-    layout->addWidget(make("cmdCalc", [this] { return form_.cmdCalc(); }));
-    for (auto* button : findChildren<QPushButton*>()) button->setMinimumHeight(40);
+    for (QPushButton* source : {make("cmdAffin", [this] { return form_.cmdAffin(); }),
+                                make("cmdPoli", [this] { return form_.cmdPoli(); }),
+                                make("cmdCalc", [this] { return form_.cmdCalc(); })}) {
+        source->setMinimumHeight(40);
+        layout->addWidget(source);
+    }
     layout->addStretch();
-    auto* ends = new QHBoxLayout;
-    ends->addStretch();
-    ends->addWidget(make("cmdOk", [this] { return form_.cmdOk(); }));
-    QPushButton* cancel = MakeButton("cmdNok", [this] { reject(); });
-    ends->addWidget(cancel);
-    layout->addLayout(ends);
-    Follow(form.Changed);
+    layout->addWidget(
+        MakeEnds(make("cmdOk", [this] { return form_.cmdOk(); }), MakeCancelButton("cmdNok")));
+    Follow();
 }
 
 }  // namespace kv_tr

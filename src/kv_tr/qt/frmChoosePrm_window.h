@@ -10,9 +10,6 @@ class frmChoosePrmWindow : public FormWindow {
 public:
     explicit frmChoosePrmWindow(frmChoosePrm& form);
 
-protected:
-    void Redraw() override { ShowCaptions(form_.ControlTexts()); }
-
 private:
     frmChoosePrm& form_;
 };

@@ -26,12 +26,6 @@
 namespace kv_tr {
 namespace {
 
-QGroupBox* MakeFrame(const QString& name, QWidget* parent) {
-    auto* frame = new QGroupBox(parent);
-    frame->setObjectName(name);
-    return frame;
-}
-
 /// On a small screen the controls scroll.
 QScrollArea* Scrollable(QWidget* panel) {
     auto* area = new QScrollArea(panel->parentWidget());
@@ -45,24 +39,37 @@ QScrollArea* Scrollable(QWidget* panel) {
 
 }  // namespace
 
-frmTrWindow::frmTrWindow(frmTr& form) : FormWindow("frmTr", {1040, 680}), form_(form) {
-    const auto act = [this](const std::function<void()>& action) { ActOnCells(action); };
-    grid_ = new PairGrid(form, act, this);
-    picture_ = new GraphArea(form, act, this);
+frmTrWindow::frmTrWindow(frmTr& form) : FormWindow(form, "frmTr", {1040, 680}), form_(form) {
+    MakeViews();
     auto* layout = new QHBoxLayout(this);
-    for (QWidget* view : std::initializer_list<QWidget*>{grid_, picture_}) {
-        view->setMinimumWidth(320);
-    }
     layout->addWidget(grid_, 1);
     layout->addWidget(picture_, 1);
     panel_ = Scrollable(MakePanel());
     auto* side = new QVBoxLayout;
     side->addWidget(panel_);
-    side->addLayout(MakeEnds());
+    side->addWidget(MakeExits());
     layout->addLayout(side);
     connect(new QShortcut(QKeySequence::Copy, this), &QShortcut::activated, [this] { Copy(); });
-    Follow(form.Changed);
+    Follow();
     grid_->setFocus();
+}
+
+void frmTrWindow::MakeViews() {
+    const auto act = [this](const std::function<void()>& action) { ActOnCells(action); };
+    grid_ = Bind("Grid1", new PairGrid(form_.Table(), act, this));
+    picture_ = Bind("PicBox", new GraphArea(form_.Plan(), this));
+    for (QWidget* view : std::initializer_list<QWidget*>{grid_, picture_}) {
+        view->setMinimumWidth(320);
+    }
+    connect(grid_, &PairGrid::PairDoubleClicked, this,
+            [this, act](int row, int column) { act([&] { form_.Grid1DblClick(row, column); }); });
+    connect(grid_, &PairGrid::RowsToggled, this,
+            [this, act](int first, int last) { act([&] { form_.Grid1MouseUp(first, last); }); });
+    connect(picture_, &GraphArea::MouseReleased, this, [this, act](QPointF place) {
+        act([&] {
+            if (form_.PicBoxMouseUp(place.x(), place.y())) QApplication::beep();
+        });
+    });
 }
 
 QWidget* frmTrWindow::MakePanel() {
@@ -79,32 +86,32 @@ QWidget* frmTrWindow::MakePanel() {
     layout->addWidget(MakeButton("cmsResetExt", [this] { form_.cmsResetExt(); }));
     layout->addWidget(MakeButton("cmdSaveLog", [this] { form_.cmdSaveLog(); }));
     layout->addWidget(MakeButton("cmdSavePrm", [this] { form_.cmdSavePrm(); }));
-    print_ = MakeButton("cmdPrint", [this] { PreviewAndPrint(form_, this); });
-    savePicture_ = MakeButton("cmdSavePicture", [this] { ChooseAndSavePicture(form_); });
+    print_ = MakeButton("cmdPrint", [this] {
+        PreviewAndPrint(form_.Plan(), form_.ControlTexts().TextOf("cmdPrint"), this);
+    });
+    savePicture_ = MakeButton("cmdSavePicture", [this] {
+        ChooseAndSavePicture(form_.Plan(), form_.ControlTexts().TextOf("cmdSavePicture"));
+    });
     layout->addWidget(print_);
     layout->addWidget(savePicture_);
     layout->addStretch();
     return panel;
 }
 
-QLayout* frmTrWindow::MakeEnds() {
+QWidget* frmTrWindow::MakeExits() {
     apply_ = MakeButton("cmdApplyResult", [this] {
         form_.cmdApplyResult();
         accept();
     });
-    exit_ = new QPushButton(this);  // no entry in a box can keep the user from leaving
-    exit_->setObjectName("cmdExit");
-    exit_->setAutoDefault(false);
+    exit_ = MakePlainButton("cmdExit");   // no entry in a box can keep the user from leaving
     exit_->setFocusPolicy(Qt::TabFocus);  // a click must not have the limit checked before it
-    connect(exit_, &QPushButton::clicked, [this] {
+    connect(exit_, &QPushButton::clicked, this, [this] {
+        const ChangeEvent::Action action(form_.Changed);
         TakeWhatIsTyped();
         form_.cmdExit();
         accept();
     });
-    auto* ends = new QHBoxLayout;
-    ends->addWidget(apply_);
-    ends->addWidget(exit_);
-    return ends;
+    return MakeEnds(apply_, exit_);
 }
 
 QWidget* frmTrWindow::MakeModes() {
@@ -116,6 +123,9 @@ QWidget* frmTrWindow::MakeModes() {
         auto* button = MakeButton(Numbered("opMode", i),
                                   [this, i] { form_.opMode(static_cast<frmTr::Mode>(i)); });
         button->setCheckable(true);
+        connect(button, &QPushButton::clicked, this, [this] {
+            if (grid_->isVisible()) grid_->setFocus();  // whoever wants to edit moves and types
+        });
         group->addButton(button);
         layout->addWidget(button);
         modes_[static_cast<std::size_t>(i)] = button;
@@ -124,13 +134,12 @@ QWidget* frmTrWindow::MakeModes() {
 }
 
 QGroupBox* frmTrWindow::MakeTypes() {
-    QGroupBox* frame = MakeFrame("frmTrType", this);
+    auto* frame = Bind("frmTrType", new QGroupBox(this));
     auto* layout = new QGridLayout(frame);
     constexpr std::array kOrder{0, 1, 8, 7, 9, 2, 3, 4, 5, 6};  // linear left, polynomials right
     for (int place = 0; place < 10; ++place) {
         const int index = kOrder[static_cast<std::size_t>(place)];
-        auto* button = new QRadioButton(frame);
-        button->setObjectName(Numbered("RadioTrType", index));
+        auto* button = Bind(Numbered("RadioTrType", index), new QRadioButton(frame));
         connect(button, &QRadioButton::clicked,
                 [this, index] { Act([this, index] { form_.RadioTrType(index); }); });
         layout->addWidget(button, place % 5, place / 5);
@@ -140,7 +149,7 @@ QGroupBox* frmTrWindow::MakeTypes() {
 }
 
 QGroupBox* frmTrWindow::MakeDisplay() {
-    QGroupBox* frame = MakeFrame("frmDsp", this);
+    auto* frame = Bind("frmDsp", new QGroupBox(this));
     auto* layout = new QHBoxLayout(frame);
     labels_ = {MakeCheckBox("chkNr", [this] { form_.chkNr(); }),
                MakeCheckBox("chkDx", [this] { form_.chkDx(); }),
@@ -151,15 +160,15 @@ QGroupBox* frmTrWindow::MakeDisplay() {
 }
 
 QLabel* frmTrWindow::MakeLabel(const QString& name, QBoxLayout& layout) {
-    auto* label = new QLabel(this);
-    label->setObjectName(name);
+    auto* label = Bind(name, new QLabel(this));
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    statistics_.push_back(label);
     layout.addWidget(label);
     return label;
 }
 
 QGroupBox* frmTrWindow::MakeStatistics() {
-    QGroupBox* frame = MakeFrame("frmRes", this);
+    auto* frame = Bind("frmRes", new QGroupBox(this));
     auto* layout = new QVBoxLayout(frame);
     MakeLabel("Label1", *layout);
     MakeLabel("lblKh", *layout);
@@ -169,8 +178,7 @@ QGroupBox* frmTrWindow::MakeStatistics() {
     layout->addLayout(counts);
     auto* row = new QHBoxLayout;
     QLabel* label = MakeLabel("lblLimit", *row);
-    limit_ = new QLineEdit(frame);
-    limit_->setObjectName("txtLimit");
+    limit_ = Bind("txtLimit", new QLineEdit(frame));
     limit_->setAlignment(Qt::AlignRight);
     limit_->installEventFilter(this);
     label->setBuddy(limit_);
@@ -180,7 +188,7 @@ QGroupBox* frmTrWindow::MakeStatistics() {
 }
 
 void frmTrWindow::Redraw() {
-    ShowCaptions(form_.ControlTexts());
+    FormWindow::Redraw();
     const bool graph = form_.DisplayMode() == frmTr::Mode::kGraph;
     grid_->setVisible(!graph);
     picture_->setVisible(graph);
@@ -190,7 +198,7 @@ void frmTrWindow::Redraw() {
     modes_[static_cast<std::size_t>(form_.DisplayMode())]->setChecked(true);
     types_[static_cast<std::size_t>(form_.SelectedType())]->setChecked(true);
     inverse_->setChecked(form_.InverseChecked());
-    const GraphLabels& labels = form_.Labels();
+    const GraphLabels& labels = form_.Plan().Labels();
     const std::array shown{labels.identifier, labels.first, labels.second, labels.total};
     for (std::size_t i = 0; i < shown.size(); ++i) labels_[i]->setChecked(shown[i]);
     if (!limit_->isModified()) limit_->setText(QString::fromStdString(form_.LimitText()));
@@ -201,6 +209,7 @@ void frmTrWindow::Redraw() {
 
 void frmTrWindow::resizeEvent(QResizeEvent* event) {
     FormWindow::resizeEvent(event);
+    form_.Activate();
     FitPanel();
 }
 
@@ -216,28 +225,28 @@ void frmTrWindow::FitPanel() {
 /// belongs to the rows as they are now.
 void frmTrWindow::Act(const std::function<void()>& action) {
     ActOnCells([&] {
-        form_.Grid1GotFocus();
+        form_.Table().Grid1GotFocus();
         action();
     });
 }
 
+/// An action waits until the limit is right; a button that was pressed has marked itself already.
 void frmTrWindow::ActOnCells(const std::function<void()>& action) {
-    if (SettleLimit()) FormWindow::Act(action);
-    Redraw();  // a refused button has marked itself already
+    FormWindow::Act([&] { SettleLimit() ? action() : form_.Changed.Raise(); });
 }
 
 /// Copies what is selected in the statistics, else the table.
 void frmTrWindow::Copy() {
-    for (const QLabel* label : findChildren<QLabel*>()) {
-        if (label->hasSelectedText())
-            return QApplication::clipboard()->setText(label->selectedText());
+    for (const QLabel* label : statistics_) {
+        if (!label->hasSelectedText()) continue;
+        return QApplication::clipboard()->setText(label->selectedText());
     }
     grid_->Copy();
 }
 
 /// Takes what stands in the cell editor and in the limit box, without a word on what is no number.
 void frmTrWindow::TakeWhatIsTyped() {
-    FormWindow::Act([this] { form_.Grid1GotFocus(); });
+    FormWindow::Act([this] { form_.Table().Grid1GotFocus(); });
     const std::string limit = limit_->text().toStdString();
     if (limit_->isModified() && TypedNumber(limit)) form_.txtLimit(limit);
     limit_->setModified(false);
@@ -261,7 +270,9 @@ void frmTrWindow::keyPressEvent(QKeyEvent* event) {
 
 void frmTrWindow::changeEvent(QEvent* event) {
     FormWindow::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) form_.Activate();
+    if (event->type() != QEvent::ActivationChange || !isActiveWindow()) return;
+    form_.Activate();
+    Redraw();
 }
 
 bool frmTrWindow::eventFilter(QObject* watched, QEvent* event) {

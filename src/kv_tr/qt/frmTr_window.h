@@ -36,7 +36,8 @@ private:
     QGroupBox* MakeDisplay();
     QGroupBox* MakeStatistics();
     QWidget* MakePanel();
-    QLayout* MakeEnds();
+    QWidget* MakeExits();
+    void MakeViews();
     QLabel* MakeLabel(const QString& name, QBoxLayout& layout);
     void ActOnCells(const std::function<void()>& action);
     bool SettleLimit();
@@ -45,13 +46,14 @@ private:
     void Copy();
 
     frmTr& form_;
-    PairGrid* grid_;
-    GraphArea* picture_;
+    PairGrid* grid_ = nullptr;
+    GraphArea* picture_ = nullptr;
     QScrollArea* panel_ = nullptr;
     std::array<QPushButton*, 3> modes_{};
     std::array<QRadioButton*, 10> types_{};
     QCheckBox* inverse_ = nullptr;
     std::array<QCheckBox*, 4> labels_{};
+    std::vector<QLabel*> statistics_;
     QLineEdit* limit_ = nullptr;
     QPushButton* print_ = nullptr;
     QPushButton* savePicture_ = nullptr;

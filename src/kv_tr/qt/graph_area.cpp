@@ -1,7 +1,6 @@
 // Painting the residual graph, on the screen and on pages.
 #include "kv_tr/qt/graph_area.h"
 
-#include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <cmath>
@@ -36,7 +35,7 @@ class Crowd {
 public:
     explicit Crowd(std::size_t markCount) : isCrowd_(markCount > 5000) {}
 
-    bool HasRoom(PlanePoint place) {
+    bool HasRoom(Point place) {
         constexpr double kRoom = 8;
         return !isCrowd_ ||
                taken_.insert({std::lround(place.first / kRoom), std::lround(place.second / kRoom)})
@@ -102,27 +101,20 @@ void PaintPage(QPainter& painter, const GraphPage& page) {
     painter.restore();
 }
 
-GraphArea::GraphArea(frmTr& form, ActFunction act, QWidget* parent)
-    : QWidget(parent), form_(form), act_(std::move(act)) {
-    setObjectName("PicBox");
+GraphArea::GraphArea(ResidualPlan& plan, QWidget* parent) : QWidget(parent), plan_(plan) {
     setBackgroundRole(QPalette::Base);
     setAutoFillBackground(true);
 }
 
 void GraphArea::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    PaintMarks(painter, form_.Marks(), palette().color(QPalette::Base), event->rect());
+    PaintMarks(painter, plan_.Marks(), palette().color(QPalette::Base), event->rect());
 }
 
-void GraphArea::resizeEvent(QResizeEvent*) { form_.Resize(width(), height()); }
+void GraphArea::resizeEvent(QResizeEvent*) { plan_.Resize(width(), height()); }
 
-void GraphArea::mouseDoubleClickEvent(QMouseEvent*) { form_.PicBoxDblClick(); }
+void GraphArea::mouseDoubleClickEvent(QMouseEvent*) { plan_.PicBoxDblClick(); }
 
-void GraphArea::mouseReleaseEvent(QMouseEvent* event) {
-    const QPointF place = event->position();
-    act_([&] {
-        if (form_.PicBoxMouseUp(place.x(), place.y())) QApplication::beep();
-    });
-}
+void GraphArea::mouseReleaseEvent(QMouseEvent* event) { emit MouseReleased(event->position()); }
 
 }  // namespace kv_tr

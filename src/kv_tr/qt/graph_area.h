@@ -4,8 +4,7 @@
 #include <QWidget>
 
 #include "kv_tr/forms/colour.h"
-#include "kv_tr/forms/frmTr.h"
-#include "kv_tr/qt/form_window.h"
+#include "kv_tr/forms/residual_plan.h"
 
 class QPainter;
 
@@ -17,10 +16,16 @@ QColor ReadableOn(const QColor& background, Colour colour);
 /// Paints the page; one unit of it is one of the painter's.
 void PaintPage(QPainter& painter, const GraphPage& page);
 
-/// PicBox: shows the form's marks; a double click toggles the nearest pair.
+/// PicBox: shows the marks of a plan, which has the size of this widget.
 class GraphArea : public QWidget {
+    Q_OBJECT
+
 public:
-    GraphArea(frmTr& form, ActFunction act, QWidget* parent);
+    GraphArea(ResidualPlan& plan, QWidget* parent);
+
+signals:
+    /// The plan knows whether that was the end of a double click.
+    void MouseReleased(QPointF place);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -29,8 +34,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    frmTr& form_;
-    ActFunction act_;
+    ResidualPlan& plan_;
 };
 
 }  // namespace kv_tr

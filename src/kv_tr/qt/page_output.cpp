@@ -7,7 +7,7 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 
-#include "kv_tr/forms/frmTr.h"
+#include "kv_tr/forms/residual_plan.h"
 #include "kv_tr/published/GCommonDialog.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
@@ -40,38 +40,37 @@ std::string PngOf(const GraphPage& page) {
 
 }  // namespace
 
-void PreviewAndPrint(const frmTr& form, QWidget* parent) {
+void PreviewAndPrint(const ResidualPlan& plan, const std::string& title, QWidget* parent) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
     QPrintPreviewDialog preview(&printer, parent);
-    preview.setWindowTitle(QString::fromStdString(form.ControlTexts().Text("cmdPrint")));
-    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&form](QPrinter* paper) {
+    preview.setWindowTitle(QString::fromStdString(title));
+    QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&plan](QPrinter* paper) {
         QPainter painter(paper);
         if (!painter.isActive()) return ReportOpenFailure(paper->outputFileName().toStdString());
         const double dotsPerUnit = paper->resolution() / kUnitsPerInch;
         const QSizeF size = QSizeF(painter.viewport().size()) / dotsPerUnit;
         painter.scale(dotsPerUnit, dotsPerUnit);
-        PaintPage(painter, form.PicturePage(size.width(), size.height()));
+        PaintPage(painter, plan.Page(size.width(), size.height()));
     });
     const OwnCursors cursors;
     preview.exec();
 }
 
-void ChooseAndSavePicture(const frmTr& form) {
-    FileDialogArguments arguments{
-        .Filter = GetMlString(1112, "SVG kép (*.svg)|*.svg|PNG kép (*.png)|*.png"),
-        .InitDir = InitDir(),
-        .DlgTitle = form.ControlTexts().Text("cmdSavePicture"),
-        .DefaultExt = "svg"};
+void ChooseAndSavePicture(const ResidualPlan& plan, const std::string& title) {
+    FileDialogArguments arguments{.Filter = Translated(Text::kPictureFilter),
+                                  .InitDir = InitDir(),
+                                  .DlgTitle = title,
+                                  .DefaultExt = "svg"};
     if (!GCommonDialog().VBGetSaveFileName(arguments)) return;
     const std::string& path = arguments.Filename;
     InitDir(GetFolderPart(path));
     const bool png = HasExtension(path, "png");
     if (!png && !HasExtension(path, "svg")) {
-        return ShowMessage(FillPlaces(GetMlString(1116, {}), {path, ".svg, .png"}),
+        return ShowMessage(Translated(Text::kPictureExtension, {path, ".svg, .png"}),
                            Icon::kExclamation);
     }
-    const GraphPage page = form.PicturePage(GraphPage::kPictureWidth, GraphPage::kPictureHeight);
+    const GraphPage page = plan.Page(GraphPage::kPictureWidth, GraphPage::kPictureHeight);
     SavePicture(path, png ? PngOf(page) : SvgOf(page));
 }
 

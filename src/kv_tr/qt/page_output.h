@@ -7,13 +7,14 @@ class QWidget;
 
 namespace kv_tr {
 
-class frmTr;
+class ResidualPlan;
 
-/// Shows how the page will look, with the buttons to print it or to write a PDF.
-void PreviewAndPrint(const frmTr& form, QWidget* parent);
+/// Shows in a window of this title how the page will look, with the buttons to print it or to write
+/// a PDF.
+void PreviewAndPrint(const ResidualPlan& plan, const std::string& title, QWidget* parent);
 
-/// Asks for a file name ending in .svg or .png and writes the page there. A file that cannot be
-/// written is shown to the user.
-void ChooseAndSavePicture(const frmTr& form);
+/// Asks under this title for a file name ending in .svg or .png and writes the page there. A file
+/// that cannot be written is shown to the user.
+void ChooseAndSavePicture(const ResidualPlan& plan, const std::string& title);
 
 }  // namespace kv_tr

@@ -1,67 +1,42 @@
-// The table of pairs: a view that reads the form, and the editor over its cells.
+// The table of pairs as a view.
 #pragma once
 
-#include <QAbstractTableModel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QTableView>
 
-#include "kv_tr/forms/frmTr.h"
+#include "kv_tr/forms/pair_table.h"
 #include "kv_tr/qt/form_window.h"
 
 namespace kv_tr {
 
-/// The rows of the form below its headings; nothing is copied.
-class PairModel : public QAbstractTableModel {
-public:
-    explicit PairModel(const frmTr& form, QObject* parent);
+class PairModel;
 
-    /// Tells the views that any cell may have changed.
-    void Update();
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    int columnCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-
-private:
-    const frmTr& form_;
-    int rows_ = 0;
-};
-
-/// txtEdit: forwards its text and keys to the form.
-class CellEdit : public QLineEdit {
-public:
-    CellEdit(frmTr& form, ActFunction act, QWidget* parent);
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
-
-private:
-    void Press(frmTr::EditKey key);
-
-    frmTr& form_;
-    ActFunction act_;
-};
-
-/// Grid1: forwards clicks and keys to the form. Actions that fit run through act.
+/// Grid1: shows a table and forwards clicks and keys to it. Actions on cells run through act.
 class PairGrid : public QTableView {
-public:
-    PairGrid(frmTr& form, ActFunction act, QWidget* parent);
+    Q_OBJECT
 
-    /// Shows the form as it is now.
+public:
+    PairGrid(PairTable& table, ActFunction act, QWidget* parent);
+
+    /// Shows the table as it is now.
     void Redraw();
     /// Puts the selected rows, or all, on the clipboard.
     void Copy() const;
 
+signals:
+    // Rows are counted as the table's are.
+    void PairDoubleClicked(int row, int column);
+    /// The user wants to exclude these rows or to take them back.
+    void RowsToggled(int first, int last);
+
 protected:
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void scrollContentsBy(int dx, int dy) override;
 
 private:
     struct Rows {
@@ -71,13 +46,17 @@ private:
     Rows SelectedRows() const;
     void ToggleSelected();
     void ShowMode();
-    void ShowEditor();
+    void ShowCurrentCell();
+    QModelIndex CurrentCell() const;
+    void CloseEditorUnlessWanted();
+    void OpenEditorIfWanted();
     void WidenColumns();
 
-    frmTr& form_;
+    PairTable& table_;
     ActFunction act_;
     PairModel* model_;
-    CellEdit* edit_;
+    QPointer<QLineEdit> edit_;  // the open editor
+    QModelIndex current_;       // the table's current cell when it was shown last
 };
 
 }  // namespace kv_tr

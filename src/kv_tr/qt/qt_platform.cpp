@@ -23,13 +23,13 @@ namespace {
 struct ButtonText {
     Answer answer;
     QMessageBox::StandardButton button;
-    int textId;
+    Text text;
 };
 
-constexpr std::array kOk{ButtonText{Answer::kOk, QMessageBox::Ok, 19}};
-constexpr std::array kYesNoCancel{ButtonText{Answer::kYes, QMessageBox::Yes, 1113},
-                                  ButtonText{Answer::kNo, QMessageBox::No, 1114},
-                                  ButtonText{Answer::kCancel, QMessageBox::Cancel, 18}};
+constexpr std::array kOk{ButtonText{Answer::kOk, QMessageBox::Ok, Text::kOk}};
+constexpr std::array kYesNoCancel{ButtonText{Answer::kYes, QMessageBox::Yes, Text::kYes},
+                                  ButtonText{Answer::kNo, QMessageBox::No, Text::kNo},
+                                  ButtonText{Answer::kCancel, QMessageBox::Cancel, Text::kCancel}};
 
 std::span<const ButtonText> TextsOf(Buttons buttons) {
     if (buttons == Buttons::kOk) return kOk;
@@ -65,7 +65,7 @@ public:
         const auto texts = TextsOf(message.buttons);
         for (const ButtonText& text : texts) {
             QPushButton* button = box.addButton(text.button);
-            button->setText(QString::fromStdString(GetMlString(text.textId, {})));
+            button->setText(QString::fromStdString(Translated(text.text)));
             if (text.answer == message.defaultAnswer) box.setDefaultButton(button);
         }
         MakeRoomForTitle(box);
@@ -89,7 +89,7 @@ QStringList FilterTexts(const FileRequest& request) {
     QStringList texts;
     for (const FileFilter& filter : request.filters) texts << FilterText(filter);
     if (!texts.isEmpty() || request.defaultExtension.empty()) return texts;
-    const QString all = QString::fromStdString(GetMlString(71, "|Minden fájl (*.*)|*.*"));
+    const QString all = QString::fromStdString(Translated(Text::kAllFilesFilter));
     return {"*." + QString::fromStdString(request.defaultExtension),
             FilterText({all.section('|', 1, 1).toStdString(), "*.*"})};
 }
@@ -106,7 +106,7 @@ public:
         if ((request.flags & kFileMustExist) == 0) return ChooseTarget(request, true);
         QFileDialog dialog(QApplication::activeWindow());
         dialog.setFileMode(QFileDialog::ExistingFile);
-        return Choose(dialog, request, 19);
+        return Choose(dialog, request, Text::kOk);
     }
     std::optional<FileChoice> ChooseToSave(const FileRequest& request) override {
         return ChooseTarget(request, (request.flags & kOverwritePrompt) != 0);
@@ -117,7 +117,7 @@ private:
         QFileDialog dialog(QApplication::activeWindow());
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked in the user's language
-        auto choice = Choose(dialog, request, 16);
+        auto choice = Choose(dialog, request, Text::kSave);
         while (choice && ask && QFile::exists(QString::fromStdString(choice->path)) &&
                !MayReplace(choice->path)) {
             dialog.selectFile(QString::fromStdString(choice->path));
@@ -127,7 +127,7 @@ private:
     }
 
     static std::optional<FileChoice> Choose(QFileDialog& dialog, const FileRequest& request,
-                                            int acceptId) {
+                                            Text accept) {
         const QStringList filters = FilterTexts(request);
         dialog.setWindowTitle(QString::fromStdString(request.title));
         const std::string& folder = request.initialFolder;
@@ -136,13 +136,14 @@ private:
         dialog.setNameFilters(filters);
         dialog.selectNameFilter(filters.value(request.filterIndex - 1));
         dialog.selectFile(QString::fromStdString(request.fileName));
-        const std::pair<QFileDialog::DialogLabel, int> labels[] = {{QFileDialog::Accept, acceptId},
-                                                                   {QFileDialog::Reject, 18},
-                                                                   {QFileDialog::LookIn, 1117},
-                                                                   {QFileDialog::FileName, 1118},
-                                                                   {QFileDialog::FileType, 1119}};
-        for (const auto& [label, textId] : labels) {
-            dialog.setLabelText(label, QString::fromStdString(GetMlString(textId, {})));
+        const std::pair<QFileDialog::DialogLabel, Text> labels[] = {
+            {QFileDialog::Accept, accept},
+            {QFileDialog::Reject, Text::kCancel},
+            {QFileDialog::LookIn, Text::kFolderLabel},
+            {QFileDialog::FileName, Text::kFileNameLabel},
+            {QFileDialog::FileType, Text::kFileTypeLabel}};
+        for (const auto& [label, text] : labels) {
+            dialog.setLabelText(label, QString::fromStdString(Translated(text)));
         }
         QObject::connect(&dialog, &QFileDialog::filterSelected, [&dialog](const QString& filter) {
             const QString extension = ExtensionOf(filter);

@@ -1,7 +1,6 @@
 // Every form in its Qt window.
 #include "kv_tr/qt/qt_windows.h"
 
-#include "kv_tr/qt/cursor_scope.h"
 #include "kv_tr/qt/frmAffinTrPrm_window.h"
 #include "kv_tr/qt/frmChooseDAT2M1_window.h"
 #include "kv_tr/qt/frmChoosePrm_window.h"
@@ -14,10 +13,7 @@ namespace {
 
 /// Opens the window of a form and waits until it is closed.
 template <class Window>
-constexpr auto kShow = [](auto& form) {
-    const OwnCursors cursors;  // the window below may be waiting
-    Window(form).exec();
-};
+constexpr auto kShow = [](auto& form) { Window(form).exec(); };
 
 }  // namespace
 

@@ -24,7 +24,7 @@ protected:
 
 }  // namespace
 
-void TextWindow::LayOut(const QList<QPushButton*>& buttons, const std::function<bool()>& confirm) {
+void TextWindow::LayOut(const QList<QPushButton*>& buttons) {
     box_ = new TextBox(this);
     box_->setObjectName("rtBox");
     box_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -41,51 +41,43 @@ void TextWindow::LayOut(const QList<QPushButton*>& buttons, const std::function<
         before = button;
     }
     row->addStretch();
-    row->addWidget(MakeButton("cmdOk", [this, confirm] {
-        if (confirm()) accept();
-    }));
-    row->addWidget(MakeButton("cmdNok", [this] { reject(); }));
+    row->addWidget(MakeEnds(MakeButton("cmdOk",
+                                       [this] {
+                                           if (form_.cmdOk()) accept();
+                                       }),
+                            MakeCancelButton("cmdNok")));
     layout->addLayout(row);
+    Follow();
+    connect(box_, &QPlainTextEdit::textChanged, [this] { form_.rtBox(Text()); });
 }
 
-void TextWindow::ShowText(const std::string& text) {
+void TextWindow::Redraw() {
+    FormWindow::Redraw();
+    const std::string& text = form_.rtBox();
     if (Text() != text) box_->setPlainText(QString::fromStdString(text).remove('\r'));
 }
 
+/// The text in the box with the form's line ends.
 std::string TextWindow::Text() const {
     constexpr QChar kParagraph(0x2029);  // between lines; toPlainText would change blanks
     return box_->document()->toRawText().replace(kParagraph, "\r\n").toStdString();
 }
 
 PolynomialWindow::PolynomialWindow(frmPoliTrPrm& form)
-    : TextWindow("frmPoliTrPrm", {720, 560}), form_(form) {
+    : TextWindow(form, "frmPoliTrPrm", {720, 560}), form_(form) {
     national_ = MakeButton("cmdDAT2M1", [this] { form_.cmdDAT2M1(); });
     LayOut({national_, MakeButton("cmdLoad", [this] { form_.cmdLoad(); }),
-            MakeButton("cmdSave", [this] { form_.cmdSave(); })},
-           [this] { return form_.cmdOk(); });
-    Follow(form.Changed);
-    connect(box_, &QPlainTextEdit::textChanged, [this] { form_.rtBox(Text()); });
+            MakeButton("cmdSave", [this] { form_.cmdSave(); })});
 }
 
 void PolynomialWindow::Redraw() {
-    ShowCaptions(form_.ControlTexts());
+    TextWindow::Redraw();
     national_->setVisible(form_.NationalVisible());
-    ShowText(form_.rtBox());
 }
 
-ControlPointWindow::ControlPointWindow(frmXY4Tr& form)
-    : TextWindow("frmXY4Tr", {720, 480}), form_(form) {
-    LayOut({MakeButton("cmdLoad", [this] { form_.cmdLoad(); }),
-            MakeButton("cmdSave", [this] { form_.cmdSave(); })},
-           [this] { return form_.cmdOk(); });
-    Follow(form.Changed);
-    connect(box_, &QPlainTextEdit::textChanged, [this] { form_.rtBox(Text()); });
-}
-
-void ControlPointWindow::Redraw() {
-    ShowCaptions(form_.ControlTexts());
-    setWindowTitle(QString::fromStdString(form_.Title()));
-    ShowText(form_.rtBox());
+ControlPointWindow::ControlPointWindow(frmXY4Tr& form) : TextWindow(form, "frmXY4Tr", {720, 480}) {
+    LayOut({MakeButton("cmdLoad", [&form] { form.cmdLoad(); }),
+            MakeButton("cmdSave", [&form] { form.cmdSave(); })});
 }
 
 }  // namespace kv_tr

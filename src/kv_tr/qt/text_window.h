@@ -5,7 +5,6 @@
 #include "kv_tr/forms/frmXY4Tr.h"
 #include "kv_tr/qt/form_window.h"
 
-class QBoxLayout;
 class QPlainTextEdit;
 
 namespace kv_tr {
@@ -13,14 +12,17 @@ namespace kv_tr {
 /// A window with a text box and the buttons below it.
 class TextWindow : public FormWindow {
 protected:
-    using FormWindow::FormWindow;
+    TextWindow(TextForm& form, const char* name, QSize size)
+        : FormWindow(form, name, size), form_(form) {}
 
-    /// Lays the window out: the box, the buttons of the form, OK and cancel.
-    void LayOut(const QList<QPushButton*>& buttons, const std::function<bool()>& confirm);
-    void ShowText(const std::string& text);
-    /// The text with the form's line ends.
+    /// Lays the window out: the box, the buttons of the form, OK and cancel; and shows the form.
+    void LayOut(const QList<QPushButton*>& buttons);
+    void Redraw() override;
+
+private:
     std::string Text() const;
 
+    TextForm& form_;
     QPlainTextEdit* box_ = nullptr;
 };
 
@@ -39,12 +41,6 @@ private:
 class ControlPointWindow : public TextWindow {
 public:
     explicit ControlPointWindow(frmXY4Tr& form);
-
-protected:
-    void Redraw() override;
-
-private:
-    frmXY4Tr& form_;
 };
 
 }  // namespace kv_tr

@@ -1,0 +1,188 @@
+// The table of control points with their residuals: cells, colours, the current cell, editing.
+#include "kv_tr/forms/pair_table.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/number_format.h"
+
+namespace kv_tr {
+namespace {
+
+constexpr int kAtTheEnd = 1000;  // of any text
+
+enum Column { kNumber, kIdentifier, kFirstCoordinate, kLastCoordinate = 5, kTotal = 8 };
+
+std::string Heading(int column) {
+    constexpr std::array kFixed{"    Y1", "    X1", "    Y2",  "    X2",
+                                "    Dy", "    Dx", "    DyDx"};
+    if (column == kNumber) return Translated(Text::kNumberColumn);
+    if (column == kIdentifier) return Translated(Text::kIdentifierColumn);
+    return kFixed[static_cast<std::size_t>(column - kFirstCoordinate)];
+}
+
+/// The shortest text that reads back to the same number.
+std::string AllDigits(double value) {
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    std::replace(text.data(), end, '.', DecimalSeparator());
+    return {text.data(), end};
+}
+
+std::string Trimmed(const std::string& text) {
+    const auto begin = text.find_first_not_of(' ');
+    if (begin == text.npos) return {};
+    return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
+}
+
+/// Puts a text into a point; false for a column that cannot be changed and for a text that is no
+/// number where one is needed.
+bool Put(const std::string& text, int column, ControlPoint& point) {
+    if (column == kIdentifier) {
+        point.id = text;
+        return true;
+    }
+    if (column < kFirstCoordinate || column > kLastCoordinate) return false;
+    const auto number = TypedNumber(text);
+    if (!number) return false;
+    const std::array coordinates{&point.source.first, &point.source.second,
+                                 &point.destination.first, &point.destination.second};
+    *coordinates[static_cast<std::size_t>(column - kFirstCoordinate)] = *number;
+    return true;
+}
+
+}  // namespace
+
+std::string PairTable::CellText(int row, int column) const {
+    if (row == 0) return Heading(column);
+    if (column == kNumber) return std::to_string(row);
+    return column == kIdentifier ? PointIn(row).id : FormatFixed(NumberIn(row, column), 3, 0);
+}
+
+std::optional<PairTable::CellColours> PairTable::ColoursOf(int row, int column) const {
+    if (row == 0 || (column != kIdentifier && column != kTotal)) return std::nullopt;
+    CellColours colours{.text = ResidualIn(row).Length() <= limit_ ? kBlue : kRed};
+    if (!PointIn(row).used) colours.background = kYellow;
+    return colours;
+}
+
+std::string PairTable::WidestText(int column) const {
+    const auto points = adjustment_.Points();
+    if (points.empty()) return {};
+    if (column == kNumber) return std::to_string(points.size());
+    if (column == kIdentifier) {
+        const auto length = [](const ControlPoint& point) { return point.id.size(); };
+        return std::ranges::max_element(points, {}, length)->id;
+    }
+    double least = NumberIn(1, column);
+    double greatest = least;
+    for (int row = 2; row < RowCount(); ++row) {
+        least = std::min(least, NumberIn(row, column));
+        greatest = std::max(greatest, NumberIn(row, column));
+    }
+    const std::string negative = FormatFixed(least, 3, 0);
+    const std::string positive = FormatFixed(greatest, 3, 0);
+    return negative.size() > positive.size() ? negative : positive;
+}
+
+std::string PairTable::TableText(std::span<const int> rows) const {
+    std::string text;
+    const auto addRow = [&](int row) {
+        for (int column = 0; column < kColumns; ++column) {
+            const bool isNumber = row > 0 && column >= kFirstCoordinate;
+            text += column == 0 ? "" : "\t";
+            text += isNumber ? AllDigits(NumberIn(row, column)) : Trimmed(CellText(row, column));
+        }
+        text += '\n';
+    };
+    addRow(0);
+    for (const int row : rows) addRow(row);
+    return text;
+}
+
+int PairTable::CurrentRow() const { return std::min(currentRow_, RowCount() - 1); }
+
+void PairTable::Grid1EnterCell(int row, int column) {
+    if (row == CurrentRow() && column == currentColumn_) return;
+    currentRow_ = row;
+    currentColumn_ = column;
+    editor_.visible = false;
+    changed_.Raise();
+}
+
+void PairTable::Editable(bool editable) {
+    editable_ = editable;
+    CloseEditor();
+}
+
+void PairTable::CloseEditor() {
+    if (std::exchange(editor_.visible, false)) changed_.Raise();
+}
+
+void PairTable::OpenEditor(const std::string& text, int caret) {
+    if (!editable_) return;
+    editor_ = {.visible = true, .text = text, .caret = caret};
+    changed_.Raise();
+}
+
+void PairTable::Grid1Click(int row, int column) {
+    const ChangeEvent::Action action(changed_);
+    Grid1EnterCell(row, column);
+    if (row > 0 && column <= kLastCoordinate) OpenEditor(CellText(row, column), kAtTheEnd);
+}
+
+void PairTable::Grid1KeyPress(const std::string& character) {
+    if (CurrentRow() == 0) return;
+    const bool printable = !character.empty() && static_cast<unsigned char>(character[0]) > 32;
+    if (printable) {
+        OpenEditor(character, 1);
+    } else {
+        OpenEditor(CellText(CurrentRow(), currentColumn_), kAtTheEnd);
+    }
+}
+
+void PairTable::Grid1GotFocus() {
+    if (editor_.visible) SetCell(CurrentRow(), currentColumn_, editor_.text);
+}
+
+void PairTable::txtEditKeyDown(EditKey key) {
+    if (!editor_.visible) return;
+    if (key == EditKey::kEscape) return CloseEditor();
+    const ChangeEvent::Action action(changed_);
+    Grid1GotFocus();
+    const int step = key == EditKey::kUp ? -1 : key == EditKey::kDown ? 1 : 0;
+    Grid1EnterCell(std::clamp(CurrentRow() + step, 1, RowCount() - 1), currentColumn_);
+}
+
+bool PairTable::SetCell(int row, int column, const std::string& text) {
+    const ChangeEvent::Action action(changed_);
+    CloseEditor();
+    ControlPoint point = PointIn(row);
+    if (text == CellText(row, column) || !Put(text, column, point)) return false;
+    adjustment_.Replace(static_cast<std::size_t>(row - 1), point);
+    changed_.Raise();
+    Edited.Raise();
+    return true;
+}
+
+const ControlPoint& PairTable::PointIn(int row) const {
+    return adjustment_.Points()[static_cast<std::size_t>(row - 1)];
+}
+
+const Residual& PairTable::ResidualIn(int row) const {
+    return adjustment_.Residuals()[static_cast<std::size_t>(row - 1)];
+}
+
+/// The number in a column from kFirstCoordinate on.
+double PairTable::NumberIn(int row, int column) const {
+    const auto& [id, source, destination, used] = PointIn(row);
+    const Residual& residual = ResidualIn(row);
+    const std::array numbers{source.first,   source.second,   destination.first, destination.second,
+                             residual.first, residual.second, residual.Length()};
+    return numbers[static_cast<std::size_t>(column - kFirstCoordinate)];
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,69 @@
+// Letters for Alt.
+#include "kv_tr/qt/mnemonics.h"
+
+#include <QChar>
+#include <algorithm>
+#include <map>
+#include <numeric>
+#include <set>
+#include <vector>
+
+namespace kv_tr {
+namespace {
+
+/// A keyboard of any country has it.
+bool IsPlain(QChar letter) { return (letter >= 'a' && letter <= 'z') || letter.isDigit(); }
+
+/// Gives letters to captions so that as many as possible have one: who finds all of its own taken
+/// makes another caption change to a free one.
+class Letters {
+public:
+    explicit Letters(const QStringList& captions) : captions_(captions) {}
+
+    void GiveTo(qsizetype caption) {
+        std::set<QChar> asked;
+        Give(caption, asked);
+    }
+
+    QString Marked(qsizetype caption) const {
+        QString text = captions_[caption];
+        for (const auto& [letter, owner] : owners_) {
+            if (owner == caption) text.insert(text.indexOf(letter, 0, Qt::CaseInsensitive), '&');
+        }
+        return text;
+    }
+
+private:
+    bool Give(qsizetype caption, std::set<QChar>& asked) {
+        const QString letters = captions_[caption].toLower();
+        for (const QChar letter : letters) {
+            if (IsPlain(letter) && owners_.try_emplace(letter, caption).second) return true;
+        }
+        for (const QChar letter : letters) {
+            if (!IsPlain(letter) || !asked.insert(letter).second) continue;
+            if (!Give(owners_.at(letter), asked)) continue;
+            owners_[letter] = caption;
+            return true;
+        }
+        return false;
+    }
+
+    const QStringList& captions_;
+    std::map<QChar, qsizetype> owners_;
+};
+
+}  // namespace
+
+QStringList WithMnemonics(const QStringList& captions) {
+    std::vector<qsizetype> order(static_cast<std::size_t>(captions.size()));
+    std::iota(order.begin(), order.end(), 0);
+    const auto length = [&](qsizetype caption) { return captions[caption].size(); };
+    std::ranges::stable_sort(order, {}, length);
+    Letters letters(captions);
+    for (const qsizetype caption : order) letters.GiveTo(caption);
+    QStringList marked;
+    for (qsizetype i = 0; i < captions.size(); ++i) marked << letters.Marked(i);
+    return marked;
+}
+
+}  // namespace kv_tr
