@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <span>
+#include <tuple>
 #include <utility>
 
 #include "helpers/sample_points.h"
@@ -23,6 +24,20 @@ TEST(Fit, TellsWhatIsWrong) {
         const FitOutcome outcome = Fit(points, Type::kHelmert3, {.passLimit = limit}).outcome;
         EXPECT_EQ(outcome.converged, limit == 2);
         EXPECT_EQ(outcome.trouble, limit == 2 ? FitTrouble::kNone : FitTrouble::kNotConverged);
+    }
+    // Destinations that no such transformation reaches keep the iteration moving for ever.
+    for (const auto& [type, usual, step] :
+         {std::tuple{Type::kHelmert3, 20, 1U}, {Type::kAffine5, 50, 5U}}) {
+        const auto exact = PointsBy(General(type), 12);
+        auto wild = exact;
+        for (std::size_t i = 0; i < wild.size(); ++i) {
+            const Point other = exact[(step * i + step / 5) % 12].destination;
+            wild[i].destination = {3.0 * other.first, 3.0 * other.second};
+        }
+        const Transformation last = Fit(wild, type).transformation;
+        EXPECT_EQ(Fit(wild, type, {.passLimit = usual}).transformation, last);
+        EXPECT_NE(Fit(wild, type, {.passLimit = usual - 1}).transformation, last);
+        EXPECT_NE(Fit(wild, type, {.passLimit = usual + 1}).transformation, last);
     }
     auto line = points;  // exact integers with an exact mean
     for (std::size_t i = 0; i < line.size(); ++i)

@@ -55,21 +55,6 @@ def test_outputs_come_back_as_values(engine, tmp_path):
     assert kv_tr.clsTr().TrAngle(-np.pi / 2, 0, 0) == pytest.approx(1.5 * np.pi)
 
 
-def test_figures_have_their_names(engine):
-    pairs = engine.GetAllXYs()
-    for pair, y, x in zip(pairs, (0.5, -1, 2, 0, 1), (-3, 1, 0, 4, 2)):
-        pair.dXdest, pair.dYdest = pair.dXdest + y, pair.dYdest + x
-    engine.AddXY4Tr(pairs, False)
-    engine.eTrType = kv_tr.TR_HELMERT_3
-    engine.DoCalc_Helmert3(0)  # one pass, so that no figure is zero
-    residuals = np.array([(pair.dXerr, pair.dYerr) for pair in engine.GetAllXYs()])
-    rms = np.sqrt((residuals**2).sum(axis=0) / 4)
-    assert (engine.dRmsErrX, engine.dRmsErrY) == pytest.approx(rms)
-    assert engine.dRmsErr == pytest.approx(np.hypot(*rms))
-    means = engine.dMiddleErrX, engine.dMiddleErrY
-    assert means == pytest.approx(residuals.mean(axis=0), abs=1e-12)
-
-
 SOURCE = np.linspace(-1000.0, 2000.0, 5001)  # several parts of the bulk call, the last one short
 
 
