@@ -34,6 +34,7 @@ TEST(Fit, TellsWhatIsWrong) {
             const Point other = exact[(step * i + step / 5) % 12].destination;
             wild[i].destination = {3.0 * other.first, 3.0 * other.second};
         }
+        wild[0].destination.first += 900.0;
         const Transformation last = Fit(wild, type).transformation;
         EXPECT_EQ(Fit(wild, type, {.passLimit = usual}).transformation, last);
         EXPECT_NE(Fit(wild, type, {.passLimit = usual - 1}).transformation, last);
