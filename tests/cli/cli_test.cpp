@@ -81,6 +81,8 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"kv_tr fit shift", 2, "^$", "not expected: fit shift\n"},
         {"kv_tr angle 1 --unit gon", 2, "^$", "^missing: FIRST, SECOND\n"},
         {"kv_tr adjust shift --log", 2, "^$", "value is missing: --log\n"},
+        {"kv_tr adjust shift --log --decimal-comma", 2, "^$", "value is missing: --log\n"},
+        {"kv_tr transform bad --params --decimal-comma", 2, "^$", "value is missing: --params\n"},
         {"kv_tr adjust shift --inverse=x", 2, "^$", "takes no value: --inverse\n"},
         {"kv_tr types --help --language vi", 0, "\nCách dùng: kv_tr types \\[TÙY CHỌN\\]\n", "^$"},
         {"cp $(command -v kv_tr) . && printf '[2057]\n1035=kind\n' >KV_Tr.res && ./kv_tr types", 0,

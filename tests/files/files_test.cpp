@@ -41,6 +41,29 @@ TEST(ReadControlPoints, TellsEveryProblemWithItsLineAndColumn) {
     EXPECT_FALSE(ReadControlPointFile("/proc/self/mem").Complete());
 }
 
+/// Begins like a file and then fails, as a disk may.
+struct Failing : std::streambuf {
+    explicit Failing(std::string text) : begin(std::move(text)) {
+        setg(begin.data(), begin.data(), begin.data() + begin.size());
+    }
+    int_type underflow() override { throw std::ios_base::failure("disk"); }
+    std::string begin;
+};
+
+TEST(Readers, TellTheLineWhereTheSystemFails) {
+    for (const auto& [text, format, line] : {std::tuple{"", ParameterFormat::kNative, 1U},
+                                             {"", ParameterFormat::kPolynomial, 1U},
+                                             {"1 2\n3", ParameterFormat::kNative, 2U},
+                                             {"t\n\n 1", ParameterFormat::kPolynomial, 3U}}) {
+        Failing source(text);
+        std::istream file(&source);
+        EXPECT_EQ(ReadParameters(file, format).problem, (Problem{Kind::kUnreadable, line}));
+    }
+    Failing source("A 1 2 3 4\nB 1 2");
+    std::istream file(&source);
+    EXPECT_EQ(ReadControlPoints(file).problems, (std::vector<Problem>{{Kind::kUnreadable, 2}}));
+}
+
 TEST(ReadControlPoints, TakesCommasAsItIsTold) {
     const std::string line = "A,1,5;2,5 3,5 4,5";
     EXPECT_EQ(Read(line, Comma::kSeparator).points.at(0), (ControlPoint{"A", {1, 5}, {2, 5}}));

@@ -1,6 +1,7 @@
 // What is true for every type that can be fitted, with general numbers.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -241,14 +242,17 @@ using Numbers = std::vector<double>;
 void ExpectImages(const Transformation& t, InstructionSet set, const Numbers& first,
                   const Numbers& second) {
     const std::size_t count = first.size();
-    Numbers pairs, kept(count + count % 8), firstOut(kept.size()), other(count), crossed = first;
+    Numbers pairs, kept(count + 16), firstOut(kept.size()), other(count), crossed = first;
     for (std::size_t i = 0; i < count; ++i) pairs.insert(pairs.end(), {first[i], second[i]});
     const auto shifted = [count](Numbers& numbers) {
-        return std::span(numbers).subspan(numbers.size() - count);
+        return std::span(numbers).subspan(count % 8, count);
     };
     ApplyWith(set, t, first, second, shifted(firstOut), shifted(kept));
     ApplyWith(set, t, crossed, second, other, crossed);
     ApplyToPairsWith(set, t, pairs, pairs);
+    for (const Numbers* results : {&firstOut, &kept})
+        EXPECT_TRUE(
+            std::all_of(results->end() - 8, results->end(), [](double v) { return v == 0; }));
     for (std::size_t i = 0; i < count; ++i) {
         const Point image = t.Apply({first[i], second[i]});
         for (const double result : {shifted(firstOut)[i], other[i], pairs[2 * i]})

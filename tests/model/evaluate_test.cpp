@@ -83,6 +83,7 @@ TEST(DirectionOf, FoldsEachOctantWithItsConstants) {
 TEST(Transformation, HasNoDirectionAndNoInverseWhereItIsNotOneToOne) {
     EXPECT_FALSE(Transformation({.a = {}, .b = {}}).Direction(1.0, {0, 0}));
     EXPECT_FALSE(Transformation({.a = {0, HUGE_VAL}}).Direction(1.0, {0, 0}));
+    EXPECT_EQ(Transformation().Direction(0.0, {0, 0}), 0.0);
     EXPECT_EQ(Transformation({.a = {}, .b = {0, 1}}).Direction(0.0, {0, 0}), std::acos(0.0));
     EXPECT_FALSE(Transformation({.a = {0, 1, 2}, .b = {0, 2, 4}}).Inverse());
     EXPECT_FALSE(Transformation({.a = {0, 1e-200}, .b = {0, 0, 1e-200}}).Inverse());

@@ -59,17 +59,11 @@ TEST_F(Engine, TakesPairsOneByOneAsItTakesThemAtOnce) {
 
 TEST_F(Engine, RefusesToExcludeOneOfTwoUsedPairs) {
     engine.AddXY4Tr(ShiftedPairs(3), false);
-    engine.ExcludeByIx(0, true);
-    engine.ExcludeByIx(1, true);
+    for (const int index : {-1, 3, 0, 1}) engine.ExcludeByIx(index, true);
     ASSERT_EQ(platform.messages.size(), 1u);
     EXPECT_EQ(platform.messages[0].icon, Icon::kExclamation);
     EXPECT_EQ(platform.TakeTexts(), Texts{"There must be at least 2 points!"});
     EXPECT_EQ(engine.lNotUsedCnt(), 1);
-    engine.ExcludeByIx(0, true);  // taking back is always allowed
-    engine.ExcludeByIx(-1, true);
-    engine.ExcludeByIx(3, true);
-    EXPECT_EQ(engine.lNotUsedCnt(), 0);
-
     engine.AddXY4Tr(ShiftedPairs(1), false);
     engine.ExcludeByIx(0, false);
     EXPECT_EQ(engine.lNotUsedCnt(), 1) << "only exactly two are protected";

@@ -6,6 +6,7 @@
 #include "helpers/sample_points.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/coefficients.h"
+#include "kv_tr/published/console_platform.h"
 #include "kv_tr/published/national.h"
 
 namespace kv_tr {
@@ -75,6 +76,15 @@ TEST_F(ClsTr, OpensItsDialogs) {
     EXPECT_FALSE(tr.bShowPoliTrPrm() || tr.bShowXYs4Tr("town") || tr.oCalcTr()->bDoModal(false));
     EXPECT_EQ(platform.opened, (std::vector<std::string>{"choose parameters", "affine", "apply",
                                                          "polynomial", "town", "adjust"}));
+}
+
+TEST_F(ClsTr, SaysThatAConsoleHasNoWindows) {
+    const auto dialogs = ConsolePlatform().dialogs;
+    enuTR_TYPE type = TR_STG_HER;
+    EXPECT_FALSE(dialogs->Adjust(engine, true) || dialogs->ChooseParameters(tr) ||
+                 dialogs->EditAffine(tr) || dialogs->ViewPolynomial(tr) ||
+                 dialogs->ChooseNational(type) || dialogs->ListControlPoints(tr, ""));
+    EXPECT_EQ(platform.TakeTexts(), Texts(6, "This program cannot open windows."));
 }
 
 TEST_F(ClsTr, TakesNationalRecordsByTheirType) {

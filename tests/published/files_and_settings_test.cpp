@@ -55,6 +55,7 @@ TEST(clsFile, ReadsEveryKindOfLineAndWritesCrLfInTheCodePageOfTheLanguage) {
         in.OpenIt(folder.File("in"), true);
         out.OpenIt(folder.File("out"));
         in.OpenIt(folder.File("gone"), true);  // keeps the file it has
+        EXPECT_EQ(in.FileNr() * 10 + out.FileNr(), 12) << "the first that are free";
         Lines read;
         while (!in.AtEnd()) out.Print(read.emplace_back(in.ReadLine()));
         EXPECT_THROW(in.ReadLine(), RuntimeError);

@@ -75,6 +75,7 @@ TEST(FormatSci, HasSixteenDigitsAndThirtyColumns) {
     const test::RecordingPlatform platform;
     EXPECT_EQ(FormatSci(1234.5), "         1.234500000000000E+03");
     EXPECT_EQ(FormatSci(-5e-324), "       -5.000000000000000E-324");
+    EXPECT_EQ(FormatSci(-HUGE_VAL), std::string(26, ' ') + "-inf");
     EXPECT_EQ(FormatSci(-0.0), "         0.000000000000000E+00");
     DecimalSeparator(',');
     EXPECT_EQ(FormatSci(-1.2345678901234565), "        -1,234567890123457E+00");
