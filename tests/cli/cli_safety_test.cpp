@@ -152,17 +152,5 @@ TEST_F(CommandLine, NeverPassesControlCharactersOnToTheTerminal) {
     }
 }
 
-TEST_F(CommandLine, TakesNoOptionForTheNameOfAFile) {
-    const auto before = Files();
-    for (const char* option :
-         {"adjust shift --log", "adjust shift --save-points", "adjust shift --save-params",
-          "adjust shift --plot", "transform bad --points", "transform bad --params",
-          "transform bad --points shift --type affine --output"}) {
-        EXPECT_EQ(Run("kv_tr " + std::string(option) + " --decimal-comma"), 2) << option;
-        EXPECT_NE(err.find("value is missing: --"), err.npos) << err;
-    }
-    EXPECT_EQ(Files(), before);
-}
-
 }  // namespace
 }  // namespace kv_tr::test

@@ -4,11 +4,11 @@
 
 #include <bit>
 #include <cmath>
-#include <limits>
-#include <random>
 #include <vector>
 
 #include "kv_tr/model/direction.h"
+#include "kv_tr/model/national.h"
+#include "kv_tr/model/type_name.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/eval_tr_prm.h"
@@ -47,112 +47,77 @@ TEST(ReducedTerms, MultipliesPowersFromLeftToRight) {
     const Terms terms = ReducedTerms(Type::kPolynomial5, u, v);
     EXPECT_EQ(terms.value[18], u * u * v * v * v);
     EXPECT_EQ(terms.value[20], v * v * v * v * v);
-}
-
-/// Bits that can be compared: compilers may choose which of two nan they pass on.
-std::uint64_t Bits(double value) {
-    return std::bit_cast<std::uint64_t>(std::isnan(value) ? std::nan("") : value);
-}
-
-void ExpectImages(const Transformation& t, InstructionSet set, const std::vector<double>& first,
-                  const std::vector<double>& second) {
-    SCOPED_TRACE(testing::Message() << "type " << NumberOf(t.type) << ", instruction set "
-                                    << static_cast<int>(set) << ", " << first.size() << " points");
-    std::vector<double> firstOut(first.size());
-    std::vector<double> swapped = first;  // also takes the second results
-    std::vector<double> pairs;
-    for (std::size_t i = 0; i < first.size(); ++i) pairs.insert(pairs.end(), {first[i], second[i]});
-    ApplyWith(set, t, swapped, second, firstOut, swapped);
-    ApplyToPairsWith(set, t, pairs, pairs);
-    for (std::size_t i = 0; i < first.size(); ++i) {
-        const Point image = t.Apply({first[i], second[i]});
-        ASSERT_EQ(Bits(firstOut[i]), Bits(image.first)) << i;
-        ASSERT_EQ(Bits(swapped[i]), Bits(image.second)) << i;
-        ASSERT_EQ(Bits(pairs[2 * i]), Bits(image.first)) << i;
-        ASSERT_EQ(Bits(pairs[2 * i + 1]), Bits(image.second)) << i;
-    }
-}
-
-TEST(Transformation, GivesArraysTheBitsOfPointsWithEveryInstructionSet) {
-    using Limits = std::numeric_limits<double>;
-    constexpr double kExtremes[] = {
-        0.0,           -0.0,           Limits::infinity(),   -Limits::infinity(), Limits::max(),
-        Limits::min(), -Limits::min(), Limits::denorm_min(), Limits::quiet_NaN(), 1e-200};
-    std::mt19937_64 random(5);
-    const auto number = [&](unsigned oneExtremeIn, double size) {
-        if (random() % oneExtremeIn == 0) return kExtremes[random() % std::size(kExtremes)];
-        return std::uniform_real_distribution(-size, size)(random);
-    };
-    EXPECT_TRUE(IsAvailable(WidestInstructionSet()));
-    for (const auto set :
-         {InstructionSet::kBaseline, InstructionSet::kAvx2, InstructionSet::kAvx512}) {
-        if (!IsAvailable(set)) continue;
-        for (int type = TR_METER_OL; type <= TR_STG_HER; ++type) {
-            for (std::size_t count = 0; count < 40; ++count) {
-                Transformation t{.type = Type{type}};
-                const unsigned extremes = count % 2 == 0 ? 1000000 : 20;
-                for (double& coefficient : t.a) coefficient = number(extremes, 1.0);
-                for (double& coefficient : t.b) coefficient = number(extremes, 1.0);
-                std::vector<double> first(count);
-                std::vector<double> second(count);
-                for (double& coordinate : first) coordinate = number(10, 1e5);
-                for (double& coordinate : second) coordinate = number(10, 1e5);
-                ExpectImages(t, set, first, second);
-            }
-        }
-    }
+    EXPECT_EQ(ReducedTerms(Type::kAffine, u, v).count, 3U);
 }
 
 TEST(EvalTrPrmArrays, RefusesArraysOfDifferentLengths) {
     std::vector<double> three(3);
     std::vector<double> four(4);
     EXPECT_THROW(EvalTrPrmArrays({}, three, three, three, four), RuntimeError);
+    EXPECT_THROW(EvalTrPrmArrays({}, three, three, four, three), RuntimeError);
     EXPECT_THROW(EvalTrPrmArrays({}, three, four, three, three), RuntimeError);
     EXPECT_THROW(EvalTrPrmPairs({}, three, three), RuntimeError);
     EXPECT_THROW(EvalTrPrmPairs({}, four, three), RuntimeError);
 }
 
-/// A transformation of the type whose coefficients are all different.
-Transformation Sample(Type type) {
-    Transformation t{.type = type, .a = {10.0, 0.9, 0.2}, .b = {20.0, -0.1, 1.2}};
-    double size = 1.0;
-    for (std::size_t k = IsPolynomial(type) ? 1 : 22; k < t.a.size(); ++k) {
-        size *= k == 4 || k == 7 || k == 11 || k == 16 ? 0.02 : 1.0;
-        t.a[k] = size * (1.3 - 0.21 * static_cast<double>(k % 5));
-        t.b[k] = size * (0.3 + 0.17 * static_cast<double>(k % 7));
-    }
-    return t;
+TEST(DirectionOf, FoldsEachOctantWithItsConstants) {
+    const AngleConstants other{.pi = 20.0, .rightAngle = 10.0, .fullTurn = 50.0};
+    const double third = std::atan(1.0 / 3.0);
+    for (const auto& [first, second, direction] : {std::tuple{3.0, 1.0, third},
+                                                   {1.0, 3.0, 10.0 - third},
+                                                   {-1.0, 3.0, 10.0 + third},
+                                                   {-3.0, 1.0, 20.0 - third},
+                                                   {-3.0, -1.0, 20.0 + third},
+                                                   {-1.0, -3.0, 30.0 - third},
+                                                   {1.0, -3.0, 40.0 + third},
+                                                   {3.0, -1.0, 50.0 - third},
+                                                   {0.0, 0.0, 0.0},
+                                                   {2.0, 0.0, 0.0},
+                                                   {-2.0, 0.0, 20.0},
+                                                   {0.0, 2.0, 10.0},
+                                                   {1.0, -1e-300, 0.0}})
+        EXPECT_DOUBLE_EQ(DirectionOf(first, second, other), direction) << first << " " << second;
+    EXPECT_EQ(DirectionOf(-1.0, 0.0), std::acos(-1.0));
 }
 
-TEST(Transformation, TakesDirectionsAlongItsDerivative) {
-    for (const Type type : {Type::kHelmert, Type::kBilinear, Type::kPolynomial1, Type::kPolynomial3,
-                            Type::kPolynomial5, Type::kFirstNational}) {
-        const Transformation t = Sample(type);
-        for (const double angle : {0.3, 2.0, 4.4, 6.0}) {
-            constexpr double kStep = 1e-4;  // the difference misses the derivative by its square
-            const auto image = [&](double step) {
-                return t.Apply({13.0 + step * std::cos(angle), 18.5 + step * std::sin(angle)});
-            };
-            const Point to = image(kStep);
-            const Point from = image(-kStep);
-            EXPECT_NEAR(t.Direction(angle, {13.0, 18.5}).value(),
-                        DirectionOf(to.first - from.first, to.second - from.second), 1e-8)
-                << NumberOf(type);
-        }
-    }
+TEST(Transformation, HasNoDirectionAndNoInverseWhereItIsNotOneToOne) {
     EXPECT_FALSE(Transformation({.a = {}, .b = {}}).Direction(1.0, {0, 0}));
     EXPECT_FALSE(Transformation({.a = {0, HUGE_VAL}}).Direction(1.0, {0, 0}));
-}
-
-TEST(Transformation, HasAnInverseWhereItIsLinearAndOneToOne) {
-    const Transformation t = Sample(Type::kAffine);
-    const Point back = t.Inverse().value().Apply(t.Apply({1234.5, -77.25}));
-    EXPECT_NEAR(back.first, 1234.5, 1e-9);
-    EXPECT_NEAR(back.second, -77.25, 1e-9);
-    EXPECT_EQ(t.Inverse()->type, Type::kAffine);
-    EXPECT_FALSE(Sample(Type::kPolynomial1).Inverse());
+    EXPECT_EQ(Transformation().Direction(0.0, {0, 0}), 0.0);
+    EXPECT_EQ(Transformation({.a = {}, .b = {0, 1}}).Direction(0.0, {0, 0}), std::acos(0.0));
     EXPECT_FALSE(Transformation({.a = {0, 1, 2}, .b = {0, 2, 4}}).Inverse());
     EXPECT_FALSE(Transformation({.a = {0, 1e-200}, .b = {0, 0, 1e-200}}).Inverse());
+    EXPECT_FALSE(Transformation({.b = {HUGE_VAL, 0, 1}}).Inverse());
+}
+
+TEST(Type, TellsWhatItNeedsAndWhatIsBelowIt) {
+    const std::tuple<int, int, int> cases[] = {
+        // type, points, the type below or 99
+        {-5, 21, 99}, {-4, 21, 99}, {-3, 3, 0},  {-2, 2, 0},  {-1, 3, 0}, {0, 2, 99},
+        {1, 3, 0},    {2, 6, 6},    {3, 10, 2},  {4, 15, 3},  {5, 21, 4}, {6, 4, 1},
+        {7, 21, 99},  {9, 21, 99},  {10, 21, 4}, {33, 21, 4}, {34, 21, 4}};
+    for (const auto& [type, points, below] : cases) {
+        EXPECT_EQ(MinimumPoints(Type{type}), points) << type;
+        EXPECT_EQ(StepDown(Type{type}).value_or(Type{99}), Type{below}) << type;
+    }
+}
+
+TEST(TypeName, NamesEveryType) {
+    const TextLookup texts = TextsIn(kEnglish);
+    std::string names;
+    for (int type = -6; type <= 7; ++type) names += TypeName(Type{type}, texts) + "/";
+    EXPECT_EQ(names,
+              "Wrong transformation type!/Meter-fathom transformation/Fathom-meter transformation/"
+              "AFFINE (5 unknown) transformation/HELMERT (3 unknowns) transformation/"
+              "AFFINE transformation/HELMERT transformation/1. order of polynomial transformation/"
+              "2. order of polynomial transformation/3. order of polynomial transformation/"
+              "4. order of polynomial transformation/5. order of polynomial transformation/"
+              "Bilinear (trapezoid) transformation/Wrong transformation type!/");
+    for (const NationalInfo& info : NationalInfos()) {
+        const std::string systems = info.source + std::string("-") + info.destination;
+        EXPECT_TRUE(TypeName(Type{info.type}, texts).starts_with(systems)) << systems;
+    }
+    EXPECT_EQ(TypeName(Type{34}, texts), "Wrong transformation type!");
 }
 
 TEST(Records, HoldMinusOneForTrueAndTheirCoefficientsInOrder) {

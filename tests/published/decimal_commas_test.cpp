@@ -8,6 +8,7 @@
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "kv_tr/published/number_format.h"
+#include "kv_tr/text/decimal_commas.h"
 
 namespace kv_tr {
 namespace {
@@ -40,6 +41,11 @@ TEST(DecimalCommas, AreSeenWhereverTheyStandInAFile) {
     }
     EXPECT_FALSE(PointsMayHaveDecimalCommas(folder.File("none")));
     EXPECT_FALSE(ParametersHaveDecimalCommas(folder.File("")));
+}
+
+TEST(WithDecimalPoints, ChangesOnlyTheNumbersOfLinesThatHaveDecimalCommas) {
+    EXPECT_EQ(WithDecimalPoints("1,5 1,5 2 3 4,25\r\nB,1,2 3 4\n\"C\" 1 2 3,5 4"),
+              "1,5 1.5 2 3 4.25\r\nB,1,2 3 4\n\"C\" 1 2 3.5 4");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/clsTrCalc.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/text/file_names.h"
@@ -54,6 +55,7 @@ TEST(clsFile, ReadsEveryKindOfLineAndWritesCrLfInTheCodePageOfTheLanguage) {
         in.OpenIt(folder.File("in"), true);
         out.OpenIt(folder.File("out"));
         in.OpenIt(folder.File("gone"), true);  // keeps the file it has
+        EXPECT_EQ(in.FileNr() * 10 + out.FileNr(), 12) << "the first that are free";
         Lines read;
         while (!in.AtEnd()) out.Print(read.emplace_back(in.ReadLine()));
         EXPECT_THROW(in.ReadLine(), RuntimeError);
@@ -113,6 +115,16 @@ TEST(InitDir, IsAFolderThatExists) {
         LoadInitDir();
         EXPECT_EQ(InitDir(), expected);
     }
+    for (const auto& [folderNow, remembered] :
+         {std::pair<std::string, std::string>{"", DefaultFolder()}, {"/survey", "/survey"}}) {
+        clsTrCalc().sInitDir(folderNow);
+        EXPECT_EQ(platform.settings["KV_Tr/Settings/Path"], remembered);
+    }
+    RememberFolderOf("/data/town/points.dat");
+    EXPECT_EQ(InitDir(), "/data/town");
+    clsComponent().sAppTitle("Other");
+    SaveSetting("Section", "Key", "value");
+    EXPECT_EQ(platform.settings["Other/Section/Key"], "value");
 }
 
 TEST(SettingsFile, ChangesItsOwnLineAndKeepsAllOthers) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "helpers/recording_platform.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/matrix_routines.h"
@@ -8,39 +10,52 @@ namespace kv_tr {
 namespace {
 
 using Texts = std::vector<std::string>;
+using Cells = std::vector<double>;
 
-Matrix Filled(std::size_t columns, const std::vector<double>& cells) {
+Matrix Filled(std::size_t columns, const Cells& cells) {
     Matrix matrix(cells.size() / columns, columns);
     for (std::size_t i = 0; i < cells.size(); ++i) matrix(i / columns, i % columns) = cells[i];
     return matrix;
 }
 
-void ExpectCells(const Matrix& matrix, const std::vector<double>& cells) {
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        EXPECT_EQ(matrix(i / matrix.Columns(), i % matrix.Columns()), cells[i]) << i;
-    }
+/// The cells row by row, free of what rounding leaves.
+Cells CellsOf(const Matrix& matrix) {
+    Cells cells;
+    for (std::size_t i = 0; i < matrix.Rows() * matrix.Columns(); ++i)
+        cells.push_back(std::round(matrix(i / matrix.Columns(), i % matrix.Columns()) * 1e9) / 1e9);
+    return cells;
 }
 
-TEST(MatrixInverse, InvertsWithSwapsInAnyOrderAndSaysOnceThatAMatrixIsSingular) {
+TEST(MatrixInverse, YieldsTheInverseWithTheColumnsThatPublishedResultsHave) {
     test::RecordingPlatform platform;
     const Texts singular{"KORVANEL --> matrix inv.: DET=0 !"};
     const struct {
         std::size_t size;
-        std::vector<double> matrix, inverse;
-        Texts told;
+        Cells matrix, product;  // of the matrix and its result: from size 4 on columns may be out
+        Texts told;             // of place, since the swaps are undone once an index over half
     } cases[] = {
-        {1, {4}, {0.25}, {}},
-        {2, {0, 1, 1, 0}, {0, 1, 1, 0}, {}},
-        {3, {0, 2, 0, 0, 0, 4, 8, 0, 0}, {0, 0, 0.125, 0.5, 0, 0, 0, 0.25, 0}, {}},
-        {3, {0, 0, 2, 4, 0, 0, 0, 8, 0}, {0, 0.25, 0, 0, 0, 0.125, 0.5, 0, 0}, {}},
-        {3, std::vector<double>(9), {}, singular},
-        // stopped only at the last row:
-        {3, {2, 0, 0, 0, 0, 0, 0, 0, 4}, {0.5, 0, 0, 0, 0, 0, 0, 0, 0.25}, singular},
+        // clang-format off
+        {1, {4}, {1}, {}},
+        {2, {0, 1, 3, 5}, {1, 0, 0, 1}, {}},
+        {3, {0, 2, 1, 5, 0, 4, 8, 1, 0}, {1, 0, 0, 0, 1, 0, 0, 0, 1}, {}},
+        {3, {1, 0, 2, 4, 0, 3, 0, 8, 0}, {1, 0, 0, 0, 1, 0, 0, 0, 1}, {}},
+        {4, {2, -1, -4, -6, -1, -3, -9, -1, -1, -3, -4, 0, 0, 2, -7, 1},
+            {0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, {}},
+        {5, {-1, -6, 8, 5, 5, -6, 2, -7, -5, -3, -4, -4, 7, 7, -3, 7, 1, 8, 5, 7, 6, 9, 7, 8, -9},
+            {1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0}, {}},
+        {3, Cells(9), Cells(9), singular},
+        {3, {2, 0, 0, 0, 0, 0, 0, 0, 4}, {1, 0, 0, 0, 0, 0, 0, 0, 1}, singular},  // at the last row
+        // clang-format on
     };
-    for (const auto& [size, cells, inverse, told] : cases) {
-        Matrix matrix = Filled(size, cells);
-        EXPECT_TRUE(MatrixInverse(matrix));
-        ExpectCells(matrix, inverse);
+    for (const auto& [size, cells, product, told] : cases) {
+        const Matrix matrix = Filled(size, cells);
+        Matrix result = matrix;
+        EXPECT_TRUE(MatrixInverse(result));
+        Matrix multiplied(size, size);
+        for (std::size_t i = 0; i < size * size; ++i)
+            for (std::size_t k = 0; k < size; ++k)
+                multiplied(i / size, i % size) += matrix(i / size, k) * result(k, i % size);
+        EXPECT_EQ(CellsOf(multiplied), product) << size;
         EXPECT_EQ(platform.TakeTexts(), told);
     }
     Matrix notSquare(2, 3);
@@ -48,29 +63,26 @@ TEST(MatrixInverse, InvertsWithSwapsInAnyOrderAndSaysOnceThatAMatrixIsSingular) 
 }
 
 TEST(MatrixTimesTranspose, MultipliesEachPairOfColumns) {
-    Matrix design(3, 2);
-    for (std::size_t k = 0; k < 6; ++k) design(k / 2, k % 2) = static_cast<double>(k + 1);
+    const Matrix design = Filled(2, {1, 2, 3, 4, 5, 6});
     Matrix normal(2, 2);
     MatrixTimesTranspose(design, normal);
-    EXPECT_EQ(normal(0, 0), 35.0);
-    EXPECT_EQ(normal(0, 1), 44.0);
-    EXPECT_EQ(normal(1, 0), 44.0);
-    EXPECT_EQ(normal(1, 1), 56.0);
-    Matrix tooSmall(1, 1);
+    EXPECT_EQ(CellsOf(normal), (Cells{35, 44, 44, 56}));
+    Matrix tooWide(2, 3), tooSmall(1, 1);
+    EXPECT_THROW(MatrixTimesTranspose(design, tooWide), RuntimeError);
     EXPECT_THROW(MatrixTimesTranspose(design, tooSmall), RuntimeError);
 }
 
 TEST(fMAtrix_Mul_Vector, TellsOfWrongSizesAndFailsOnlyBeyondAnArray) {
     test::RecordingPlatform platform;
     const Matrix matrix = Filled(2, {1, 2, 3, 4});
-    std::vector<double> result(3, -1.0);
+    Cells result(3, -1.0);
     fMAtrix_Mul_Vector(matrix, {10, 1}, result);
     fMAtrix_Mul_Vector(matrix, {10, 1, 7}, result);  // a longer vector does no harm
-    EXPECT_EQ(result, (std::vector<double>{12, 34, -1}));
+    EXPECT_EQ(result, (Cells{12, 34, -1}));
     EXPECT_THROW(fMAtrix_Mul_Vector(matrix, {10}, result), RuntimeError);
     EXPECT_EQ(platform.TakeTexts(), Texts(2, "KORVANEL --> fMAtrix_Mul_Vector/ Hiba=1"));
 
-    std::vector<double> tooShort(1);
+    Cells tooShort(1);
     EXPECT_THROW(fMAtrix_Mul_Vector(matrix, {10, 1}, tooShort), RuntimeError);
     EXPECT_EQ(platform.TakeTexts(), Texts{"KORVANEL --> fMAtrix_Mul_Vector/ Hiba=2"});
     EXPECT_EQ(tooShort[0], 12);

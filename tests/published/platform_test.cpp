@@ -3,6 +3,7 @@
 
 #include "helpers/recording_platform.h"
 #include "kv_tr/published/GCommonDialog.h"
+#include "kv_tr/published/clsTr.h"
 
 namespace kv_tr {
 namespace {
@@ -54,6 +55,53 @@ TEST(GCommonDialog, GivesBackWhatTheUserChoseAndClearsItWhenHeCancels) {
     EXPECT_EQ(arguments.Filename + arguments.FileTitle + arguments.Filter, "");
     EXPECT_EQ(arguments.FilterIndex, -1);
     EXPECT_EQ(arguments.flags, 0);
+}
+
+TEST(Choosers, AskForTheFilesOfTheirPurpose) {
+    test::RecordingPlatform platform;
+    clsTr tr;
+    clsTrCalc& engine = *tr.oCalcTr();
+    engine.setLanguageID(kHungarian);  // the caption keeps the language of the creation
+    engine.setLanguageID(kEnglish);
+    const std::string linear = "Parameters of Helmert/Affine tr";
+    const std::string polynomial = "Parameters of polynomal transformation (1-5 order)";
+    const std::string itr = "Format ITR-2.5v (*.prm)>*.prm/", all = "all files (*.*)>*.*/";
+    const auto asked = [&platform](auto choose) {
+        std::string file = "old", folder = "/maps";
+        platform.choices = {FileChoice{.path = "/data/town.x"}};
+        EXPECT_TRUE(choose(file, folder, 7));
+        EXPECT_EQ(file + folder, "/data/town.x/maps");
+        const FileRequest request = platform.requests.back();
+        EXPECT_EQ(request.fileName + request.initialFolder, "old/maps");
+        EXPECT_EQ(request.owner, 7);
+        EXPECT_FALSE(choose(file, folder, -1));
+        EXPECT_EQ(file, "") << "a cancel";
+        std::string text = request.title + "/" + request.defaultExtension + "/";
+        for (const auto& [description, pattern] : request.filters)
+            text += description + ">" + pattern + "/";
+        return text + std::to_string(request.flags);
+    };
+    const auto of = [](auto& object, auto member) {
+        return [&object, member](std::string& file, std::string& folder, int owner) {
+            return (object.*member)(file, folder, owner);
+        };
+    };
+    EXPECT_EQ(asked(of(tr, &clsTr::bChooseFile4LoadAffinTrPrm)),
+              linear + " loading/trp/" + linear + " (*.trp)>*.trp/" + itr + all + "4096");
+    EXPECT_EQ(asked(of(tr, &clsTr::bChooseFile4SaveAffinTrPrm)),
+              linear + " saving/trp/" + linear + " (*.trp)>*.trp/" + itr + "6");
+    EXPECT_EQ(asked(of(tr, &clsTr::bChooseFile4LoadPoliTrPrm)),
+              polynomial + " loading/all/" + polynomial + " (*.all)>*.all/" + all + "4096");
+    EXPECT_EQ(asked(of(tr, &clsTr::bChooseFile4SavePoliTrPrm)),
+              polynomial + " saving/all/" + polynomial + " (*.all)>*.all/6");
+    EXPECT_EQ(asked(of(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr)),
+              "File of GCPs loading/dat/File of GCPs (*.dat)>*.dat/"
+              "Other (*.txt;*.lst;)>*.txt;*.lst;/" +
+                  all + "4096");
+    platform.choices = {FileChoice{.path = "/data/town.dat"}};
+    std::string file, folder;
+    engine.bChooseFile4LoadXYs4Tr(file, folder);
+    EXPECT_EQ(asked(of(engine, &clsTrCalc::bChooseFile4SaveXYs4Tr)), "town.dat saving/dat/0");
 }
 
 TEST(Event, CallsInOrderAndLetsHandlersDisconnectAnyOfThem) {

@@ -1,10 +1,44 @@
 """A component of its own for each test: English, messages kept, no files of the user's."""
 
+import subprocess
+import sys
+
 import kv_tr
+import numpy as np
 import pytest
 
 ENGLISH = 2057
 SQUARE = [("A", 0, 0), ("B", 1000, 0), ("C", 1000, 800), ("D", 0, 800), ("E", 300, 500)]
+
+# What numpy makes arrays of numbers of, by functions of such an array.
+LAYOUTS = [
+    lambda a: a.tolist(),
+    lambda a: tuple(map(tuple, a)) if a.ndim > 1 else tuple(a),
+    np.asfortranarray,
+    lambda a: np.repeat(a, 2, axis=0)[::2],
+    lambda a: a[::-1].copy()[::-1],
+    lambda a: a.astype(">f8"),
+    lambda a: a.astype("f4"),
+    lambda a: a.astype("i8"),
+    lambda a: a.astype(object),
+    lambda a: np.ndarray(a.shape, "f8", b"_" + a.tobytes(), 1),  # unaligned
+    lambda a: np.frombuffer(a.tobytes()).reshape(a.shape),  # read-only
+]
+
+
+def run(*arguments, code=0, **options):
+    """What a Python program, a file or one after -c, writes to standard output, or to the error
+    output if it is to fail."""
+    ended = subprocess.run(
+        [sys.executable, *map(str, arguments)],
+        capture_output=True,
+        text=True,
+        timeout=100,
+        **options,
+    )
+    assert ended.returncode == code, ended.stdout + ended.stderr
+    assert code or not ended.stderr, ended.stderr
+    return ended.stderr if code else ended.stdout
 
 
 @pytest.fixture(autouse=True)

@@ -53,10 +53,9 @@ def test_stubs_name_what_there_is():
 def test_stubs_tell_what_can_only_be_set():
     only_set = set()
     for name, node in members(STUB.body).items():
-        if not isinstance(node, ast.ClassDef) or name in RECORDS:
-            continue
-        for member, actual in vars(getattr(kv_tr, name)).items():
-            if isinstance(actual, property) and actual.fset:
+        kind = getattr(kv_tr, name)
+        for member, actual in vars(kind).items() if isinstance(node, ast.ClassDef) else ():
+            if name not in RECORDS and isinstance(actual, property) and actual.fset:
                 annotation = ast.unparse(members(node.body)[member].annotation)
                 assert annotation.startswith("_WriteOnly[") == (actual.fget is None), member
                 only_set |= {member} if actual.fget is None else set()
