@@ -25,7 +25,8 @@ std::string IdentifierField(const std::string& id) {
 }  // namespace
 
 std::optional<Problem> ReadControlPoint(std::string_view line, Comma comma, ControlPoint& point) {
-    if (comma == Comma::kSuspect && HasDecimalCommas(WithoutIdentifier(line), 4))
+    if (comma == Comma::kSuspect && line.find(',') != line.npos &&
+        HasDecimalCommas(WithoutIdentifier(line), 4))
         return Problem{.kind = Problem::Kind::kDecimalCommas};
     const bool commaIsDecimal = comma == Comma::kDecimalSign;
     auto rest = line;

@@ -56,6 +56,8 @@ Solution SolveInBlocks(const NormalEquations& block, Layout layout) {
     const std::size_t n = block.Unknowns();
     const Matrix half = block.Normal();
     Matrix normal(2 * n, 2 * n);
+    const std::vector<double> first = block.Right();
+    const std::vector<double> second = block.SecondRight();
     std::vector<double> right(2 * n);
     for (std::size_t i = 0; i < n; ++i) {
         const std::size_t row = i * layout.stride;
@@ -64,16 +66,15 @@ Solution SolveInBlocks(const NormalEquations& block, Layout layout) {
             normal(row, column) = half(i, j);
             normal(layout.second + row, layout.second + column) = half(i, j);
         }
-        right[row] = block.Right()[i];
-        right[layout.second + row] = block.SecondRight()[i];
+        right[row] = first[i];
+        right[layout.second + row] = second[i];
     }
     return Solve(std::move(normal), right);
 }
 
-/// All types but Helmert. Types without a model of their own count as order 5 above and as order 1
-/// below; the latter have too few terms for their unknowns, so that their equations are singular.
-Solution SolveTerms(std::span<const ControlPoint> points, const PointMeans& means, Type type) {
-    const auto unknowns = static_cast<std::size_t>(MinimumPoints(type));
+/// The block of a type with this number of unknowns, which the compiler knows.
+template <std::size_t unknowns>
+NormalEquations SumTerms(std::span<const ControlPoint> points, const PointMeans& means, Type type) {
     const bool reduced = IsPolynomial(type);
     const double scale = reduced ? 1.0 : kScale;
     const Point mean = means.source;
@@ -83,12 +84,26 @@ Solution SolveTerms(std::span<const ControlPoint> points, const PointMeans& mean
         if (!point.used) continue;
         const Terms terms = ReducedTerms(type, (point.source.first - mean.first) / scale,
                                          (point.source.second - mean.second) / scale);
-        block.Add(std::span(terms.value).first(unknowns),
+        block.Add(std::span<const double>(terms.value).first(unknowns),
                   (point.destination.first - origin.first) / scale,
                   (point.destination.second - origin.second) / scale);
     }
-    return SolveInBlocks(block, type == Type::kAffine ? Layout{.stride = 2, .second = 1}
-                                                      : Layout{.stride = 1, .second = unknowns});
+    return block;
+}
+
+/// All types but Helmert. Types without a model of their own count as order 5 above and as order 1
+/// below; the latter have too few terms for their unknowns, so that their equations are singular.
+Solution SolveTerms(std::span<const ControlPoint> points, const PointMeans& means, Type type) {
+    const auto unknowns = static_cast<std::size_t>(MinimumPoints(type));
+    const auto sum = unknowns == 3    ? SumTerms<3>
+                     : unknowns == 4  ? SumTerms<4>
+                     : unknowns == 6  ? SumTerms<6>
+                     : unknowns == 10 ? SumTerms<10>
+                     : unknowns == 15 ? SumTerms<15>
+                                      : SumTerms<21>;
+    return SolveInBlocks(sum(points, means, type), type == Type::kAffine
+                                                       ? Layout{.stride = 2, .second = 1}
+                                                       : Layout{.stride = 1, .second = unknowns});
 }
 
 void StoreHelmert(const std::vector<double>& p, Point mean, Transformation& t) {

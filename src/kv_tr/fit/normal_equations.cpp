@@ -3,22 +3,22 @@
 
 namespace kv_tr {
 
-void NormalEquations::Add(std::span<const double> row, double observation,
-                          double secondObservation) {
-    for (std::size_t i = 0; i < Unknowns(); ++i) {
-        const double cell = row[i];
-        for (std::size_t j = i; j < Unknowns(); ++j) normal_(i, j) += cell * row[j];
-        right_[i] += cell * observation;
-        secondRight_[i] += cell * secondObservation;
+Matrix NormalEquations::Normal() const {
+    Matrix normal(unknowns_, unknowns_);
+    for (std::size_t i = 0; i < unknowns_; ++i) {
+        for (std::size_t j = i; j < unknowns_; ++j) {
+            normal(i, j) = normal(j, i) = sums_[i * (unknowns_ + 2) + j];
+        }
     }
+    return normal;
 }
 
-Matrix NormalEquations::Normal() const {
-    Matrix full = normal_;
-    for (std::size_t i = 0; i < Unknowns(); ++i) {
-        for (std::size_t j = 0; j < i; ++j) full(i, j) = normal_(j, i);
+std::vector<double> NormalEquations::Column(std::size_t column) const {
+    std::vector<double> cells;
+    for (std::size_t i = 0; i < unknowns_; ++i) {
+        cells.push_back(sums_[i * (unknowns_ + 2) + column]);
     }
-    return full;
+    return cells;
 }
 
 }  // namespace kv_tr

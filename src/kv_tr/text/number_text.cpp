@@ -2,6 +2,7 @@
 #include "kv_tr/text/number_text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -108,9 +109,14 @@ std::string FixedByDigits(double value, int decimals, NumberStyle style) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool Separates(char c) {
-    return c == ' ' || c == '\'' || c == ',' || c == ';' || c == '\t' || c == '"';
-}
+/// Whether each byte separates fields: finding them takes a good part of the time of reading.
+constexpr auto kSeparates = [] {
+    std::array<bool, 256> table{};
+    for (const unsigned char c : {' ', '\'', ',', ';', '\t', '"'}) table[c] = true;
+    return table;
+}();
+
+bool Separates(char c) { return kSeparates[static_cast<unsigned char>(c)]; }
 
 }  // namespace
 
