@@ -75,8 +75,7 @@ def test_files_are_chosen_settings_kept_and_texts_given_by_callables(tmp_path):
     assert (requests[0].initial_folder, requests[0].default_extension) == ("/old", "trp")
     assert tr.oCalcTr.bChooseFile4LoadXYs4Tr("a.dat") == (False, "", "")
     assert ("File of GCPs (*.dat)", "*.dat") in requests[1].filters
-    assert kv_tr.GetMlString(72) == " öffnen"
-    assert kv_tr.GetMlString(97) == "To few GCPs for this transformation!"
+    assert kv_tr.GetMlString(72) == " öffnen" and kv_tr.GetMlString(97).startswith("To few GCPs")
     tr.oCalcTr.sInitDir = "/tmp"
     del tr
     assert store == {"KV_Tr/Settings/Path": "/tmp"}

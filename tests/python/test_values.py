@@ -64,7 +64,7 @@ def test_excluding_is_fitting_with_a_mark_and_including_takes_it_back(result):
     assert not same(without, result) and result.used.all()
     assert same(without.include("P17", "P3"), result)
     rows, numbers = (kv_tr.fit(GRID, TARGET, "affine", ids=n) for n in (None, np.arange(30) + 100))
-    assert same(rows.exclude(4), numbers.exclude(104)) and list(rows.ids) == [*range(30)]
+    assert same(rows.exclude(4), numbers.exclude(104)) and type(numbers.ids[0]) is int
     twice = kv_tr.fit(GRID, TARGET, "affine", ids=["A", "A"] + IDS[2:]).exclude("A")
     assert twice.used.tolist() == [False, False] + [True] * 28
 
@@ -104,10 +104,9 @@ def test_inverses_and_directions():
     there = pytest.approx(GRID, abs=1e-8)
     assert back.type == t.type and back.transform(t.transform(GRID)) == there
     assert back.direction(t.direction(1.25, GRID[3]), [0, 0]) == pytest.approx(1.25)
-    flat = kv_tr.Transformation("affine", [0, 1, 2], [0, 2, 4])
-    for lost, why in ((kv_tr.fit(GRID, TARGET, "poly1").transformation, "poly1"), (flat, "line")):
-        with pytest.raises(kv_tr.NoInverseError, match=why):
-            lost.inverse()
+    for word, kind in (("poly1", kv_tr.NoInverseError), ("affine", ValueError)):
+        with pytest.raises(kind, match=f"no inverse: .*{word} transformation"):
+            kv_tr.Transformation(word, [0, 1, 2], [0, 2, 4]).inverse()
 
 
 def test_transformations_and_results_are_values(result):
@@ -152,7 +151,7 @@ def test_no_bad_fit_is_silent(word):
     assert raised.value.result is bad and bad.residuals.shape == (len(points), 2)
     if word.startswith("no_"):
         assert np.isnan(bad.statistics).all() and np.isnan(bad.residuals).all()
-        with pytest.raises(kv_tr.FitError):
+        with pytest.raises(ValueError):
             bad.transformation
 
 
@@ -166,11 +165,11 @@ def test_exclusion_below_the_minimum_warns_where_it_was_asked_for():
 
 def test_the_summary_shows_type_figures_and_every_residual():
     shifted = GRID[:4] + [10, 20]
-    shifted[2] += [0.3, -0.4]
+    shifted[2:] += [[0.3, -0.4], [1e-5, 1e-5]]
     ids = ["17.1", "two\x1b[2Jlines\n", 3, "é"]
     lines = kv_tr.fit(GRID[:4], shifted, "helmert3", ids=ids).exclude(3).summary().splitlines()
     assert "helmert3, 3 of 4 points in use" == lines[0] and lines[1].startswith("rms 0.000 m")
-    assert lines[5].split() == ["17.1", "0.000", "0.000", "0.000"]
+    assert lines[5].split() == ["17.1", "0.000", "0.000", "0.000"] and "-0.000" not in str(lines)
     assert lines[6].startswith("two_[2Jlines_ ") and len(lines) == 9
     assert lines[7].split() == ["3", "-0.300", "0.400", "0.500", "excluded"]
 
@@ -209,7 +208,6 @@ def test_parameter_files_keep_what_they_can(tmp_path, result, messages):
 def raised(call, *arguments, **options):
     with pytest.raises(kv_tr.FileError) as error:
         call(*arguments, **options)
-    assert error.value.file in str(error.value) and error.value.cause in str(error.value)
     assert vars(pickle.loads(pickle.dumps(error.value))) == vars(error.value)
     return error.value
 
@@ -227,6 +225,7 @@ def test_bad_files_say_which_line_and_why(tmp_path, messages):
         path.write_text(text)
         error = raised(kv_tr.read_points if path.suffix == ".dat" else load, path)
         assert (error.file, error.line) == (str(path), line) and re.search(cause, error.cause)
+        assert str(error) == f"{path}, line {line}: {error.cause}"
     assert "no such file" in raised(kv_tr.read_points, tmp_path / "none").cause
     save(tmp_path / "town.all")
     assert "poly5, not of poly2" in raised(load, tmp_path / "town.all", type="poly2").cause
@@ -244,6 +243,7 @@ def test_points_of_a_file_are_fitted_as_they_are(tmp_path):
     assert same(result, kv_tr.fit(GRID, TARGET, "bilinear")) and result.ids == tuple(IDS)
     path.write_text(path.read_text().replace(".", ","))
     assert kv_tr.read_points(path, decimal_comma=True) == points
+    assert points != kv_tr.ControlPoints(points.ids, points.source, points.source)
 
 
 def test_values_serve_many_threads():
