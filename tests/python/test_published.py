@@ -131,7 +131,8 @@ def test_every_field_of_a_record_is_its_own(record):
     values = {name: special.get(name, float(k + 1)) for k, name in enumerate(fields)}
     made = record(**values)
     assert {name: getattr(made, name) for name in fields} == values
-    assert record() != made == eval(repr(made), vars(kv_tr)) == record(*values.values())
+    assert all(record(**{name: value}) != record() for name, value in values.items())
+    assert made == eval(repr(made), vars(kv_tr)) == record(*values.values())
     for protocol in range(pickle.HIGHEST_PROTOCOL + 1):
         assert pickle.loads(pickle.dumps(made, protocol)) == made
 
@@ -187,6 +188,7 @@ CASES = [
     (lambda e: [install(choose_to_open=id), e.bChooseFile4LoadXYs4Tr()], TypeError, "choose.* int"),
     (lambda e: [install(texts=divmod), kv_tr.GetMlString(97)], TypeError, "texts.* not tuple"),
     (lambda e: [e.TearDown(), e.DoCalcTr()], kv_tr.RuntimeError, "released"),
+    (lambda e: [t := kv_tr.clsTr(), t.__exit__(), t.oCalcTr], kv_tr.RuntimeError, "torn down"),
     (lambda e: fit("affine", target=GRID[1:]), ValueError, "30 points, target has 29"),
     (lambda e: fit("affine", source=GRID.T), ValueError, r"\(n, 2\), not \(2, 30\)"),
     (lambda e: fit("affine", source=[[0, math.inf]]), ValueError, r"source\[0, 1\] is inf"),
@@ -211,4 +213,4 @@ def test_bad_input_is_refused_with_the_true_reason(engine, call, kind, text):
     with pytest.raises(kind) as raised:
         call(engine)
     assert re.search(text, str(raised.value), re.DOTALL), raised.value
-    assert getattr(raised.value, "number", 9) == 9 and engine.lFullCnt == 5
+    assert getattr(raised.value, "number", 9) in (9, 91) and engine.lFullCnt == 5
