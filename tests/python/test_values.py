@@ -2,31 +2,25 @@
 
 import concurrent.futures
 import copy
-import os
 import pickle
 import re
-import warnings
 
 import kv_tr
 import numpy as np
 import pytest
 from conftest import LAYOUTS
 
-FITTED = ["helmert", "affine", "helmert3", "affine5", "bilinear"]
-FITTED += [f"poly{n}" for n in range(1, 6)]
+TYPES = {"helmert": 0, "affine": -1, "helmert3": -2, "affine5": -3, "bilinear": 6}
+TYPES |= {f"poly{n}": n for n in range(1, 6)}
+FIGURES = {"rms": "dRmsErr", "rms_first": "dRmsErrX", "rms_second": "dRmsErrY"}
+FIGURES |= {"mean_first": "dMiddleErrX", "mean_second": "dMiddleErrY"}
+
+# A shift, a slight turn and a bend, with a few centimetres of noise that never change.
 GRID = np.array([(y, x) for y in range(0, 3000, 500) for x in range(0, 2500, 500)], float)
 IDS = [f"P{n}" for n in range(len(GRID))]
-
-
-def bent(points):
-    """A shift, a slight turn and a bend, with a few centimetres of noise that never change."""
-    y, x = points.T
-    noise = np.random.default_rng(5).normal(0, 0.02, points.shape)
-    bends = np.column_stack([1e-6 * y * x, -1e-6 * y * y])
-    return points @ [[1, 0.001], [-0.001, 1]] + [100, -50] + bends + noise
-
-
-TARGET = bent(GRID)
+BENDS = GRID[:, :1] * GRID[:, ::-1] * [1e-6, -1e-6]
+NOISE = np.random.default_rng(5).normal(0, 0.02, GRID.shape)
+TARGET = GRID @ [[1, 0.001], [-0.001, 1]] + [100, -50] + BENDS + NOISE
 
 
 @pytest.fixture(params=["affine", "bilinear"])
@@ -40,27 +34,24 @@ def bits(array):
 
 def same(one, other):
     """Whether two fits agree bit for bit."""
-    return (
-        one.transformation == other.transformation
-        and bits(one.residuals) == bits(other.residuals)
-        and (one.type, one.statistics, one.outcome) == (other.type, other.statistics, other.outcome)
-    )
+    arrays = bits(one.residuals) == bits(other.residuals)
+    facts = [(r.transformation, r.type, r.statistics, r.outcome) for r in (one, other)]
+    return arrays and facts[0] == facts[1]
 
 
 def test_fits_are_those_of_the_published_engine():
     engine = kv_tr.clsTrCalc()
     engine.AddXY4Tr([(i, *a, *b) for i, a, b in zip(IDS, GRID.tolist(), TARGET.tolist())], False)
-    for word, number in zip(FITTED, (0, -1, -2, -3, 6, 1, 2, 3, 4, 5)):
+    for word, number in TYPES.items():
         result = kv_tr.fit(GRID, TARGET, word, ids=IDS)
-        engine.udtTrPrm = kv_tr.TR_PRM(number)
+        t, engine.udtTrPrm = result.transformation, kv_tr.TR_PRM(number)
         engine.DoCalcTr()
-        for series, name in ((result.transformation.a, "dA"), (result.transformation.b, "dB")):
+        for series, name in ((t.a, "dA"), (t.b, "dB")):
             assert [getattr(engine.udtTrPrm, f"{name}{k}") for k in range(22)] == list(series)
-        figures = engine.dRmsErr, engine.dRmsErrX, engine.dRmsErrY
-        assert (*figures, engine.dMiddleErrX, engine.dMiddleErrY) == result.statistics
+        figures = {name: getattr(engine, member) for name, member in FIGURES.items()}
+        assert figures == result.statistics._asdict() and result.type == word
         assert [[p.dXerr, p.dYerr] for p in engine.GetAllXYs()] == result.residuals.tolist(), word
-        misses = result.transformation.transform(GRID) - TARGET
-        assert bits(result.residuals) == bits(misses)
+        assert bits(result.residuals) == bits(t.transform(GRID) - TARGET)
         assert same(result, kv_tr.fit(GRID, TARGET, engine.eTrType))
 
 
@@ -72,6 +63,10 @@ def test_excluding_is_fitting_with_a_mark_and_including_takes_it_back(result):
     assert same(without, result.exclude("P17").exclude("P3").exclude("P3"))
     assert not same(without, result) and result.used.all()
     assert same(without.include("P17", "P3"), result)
+    rows, numbers = (kv_tr.fit(GRID, TARGET, "affine", ids=n) for n in (None, np.arange(30) + 100))
+    assert same(rows.exclude(4), numbers.exclude(104)) and type(numbers.ids[0]) is int
+    twice = kv_tr.fit(GRID, TARGET, "affine", ids=["A", "A"] + IDS[2:]).exclude("A")
+    assert twice.used.tolist() == [False, False] + [True] * 28
 
 
 def test_no_memory_order_or_number_type_changes_a_bit(result):
@@ -89,11 +84,9 @@ def test_images_go_where_they_are_wanted():
     t = kv_tr.fit(GRID, TARGET, "poly3").transformation
     many = np.random.default_rng(1).random((30_000, 2)) * 2000
     images = t.transform(many)
-    place, kept = np.empty_like(many), many.copy()
-    assert t.transform(many, out=place) is place and bits(place) == bits(images)
-    assert t.transform(kept, out=kept) is kept and bits(kept) == bits(images)
-    whole = np.zeros((30_001, 2))
-    frozen = np.zeros((30_000, 2))
+    whole, kept, frozen = np.zeros((30_001, 2)), many.copy(), many.copy()
+    for points, place in ((many, whole[1:]), (kept, kept)):
+        assert t.transform(points, out=place) is place and bits(place) == bits(images)
     frozen.flags.writeable = False
     for out in (whole, whole[1:].T, many.astype("f4"), frozen, [[0, 0]], np.zeros((15_000, 4))):
         with pytest.raises(ValueError, match=r"out must be .* shape \(30000, 2\)"):
@@ -101,41 +94,33 @@ def test_images_go_where_they_are_wanted():
     with pytest.raises(ValueError, match="apart"):
         t.transform(whole[1:], out=whole[:-1])
     whole[20_000, 1] = np.nan
-    for out in (None, whole):
-        with pytest.raises(ValueError, match=r"xy\[20000, 1\] is nan"):
-            t.transform(whole, out=out)
+    with pytest.raises(ValueError, match=r"xy\[20000, 1\] is nan"):
+        t.transform(whole)
 
 
 def test_inverses_and_directions():
     t = kv_tr.fit(GRID, TARGET, "affine5").transformation
     back = t.inverse()
-    assert back.type == "affine5"
-    assert back.transform(t.transform(GRID)) == pytest.approx(GRID, abs=1e-8)
+    there = pytest.approx(GRID, abs=1e-8)
+    assert back.type == t.type and back.transform(t.transform(GRID)) == there
     assert back.direction(t.direction(1.25, GRID[3]), [0, 0]) == pytest.approx(1.25)
-    for name, reason in {"poly1": "exchanged", "bilinear": "exchanged"}.items():
-        with pytest.raises(kv_tr.NoInverseError, match=f"{name} .*{reason}"):
-            kv_tr.fit(GRID, TARGET, name).transformation.inverse()
-    flat = kv_tr.Transformation("affine", [0, 1, 2], [0, 2, 4])
-    with pytest.raises(kv_tr.NoInverseError, match="to a line"):
-        flat.inverse()
-    with pytest.raises(ValueError, match="direction to a point"):
-        kv_tr.Transformation("affine", [], []).direction(0, (0, 0))
+    for word, kind in (("poly1", kv_tr.NoInverseError), ("affine", ValueError)):
+        with pytest.raises(kind, match=f"no inverse: .*{word} transformation"):
+            kv_tr.Transformation(word, [0, 1, 2], [0, 2, 4]).inverse()
 
 
-def test_transformations_are_values(result):
+def test_transformations_and_results_are_values(result):
     t = result.transformation
     copies = [pickle.loads(pickle.dumps(t, p)) for p in range(pickle.HIGHEST_PROTOCOL + 1)]
     copies += [copy.copy(t), copy.deepcopy(t), eval(repr(t), vars(kv_tr))]
-    copies.append(kv_tr.Transformation(t.type, t.a, t.b))
     assert all(other == t and hash(other) == hash(t) for other in copies)
     assert len({t, *copies, kv_tr.Transformation(t.type, t.a, t.a)}) == 2
-    zero, minus = (kv_tr.Transformation("affine", [z, 1], [0, 0, 1]) for z in (0.0, -0.0))
-    assert zero == minus and hash(zero) == hash(minus)
-    assert zero != "affine" and zero != kv_tr.Transformation("helmert", zero.a, zero.b)
+    assert t.type != t != kv_tr.Transformation("helmert", t.a, t.b)
     for again in (pickle.loads(pickle.dumps(result)), copy.deepcopy(result)):
         assert same(again, result) and again.ids == result.ids
-    with pytest.raises(AttributeError):
-        t.type = "poly1"
+    for holder in (t, result):
+        with pytest.raises(AttributeError):
+            holder.type = "poly1"
     for array in (result.source, result.target, result.used, result.residuals):
         with pytest.raises(ValueError, match="read-only"):
             array[0] = 0
@@ -146,30 +131,27 @@ def test_transformations_are_values(result):
 
 
 TROUBLES = {
-    "no_points": (np.zeros((0, 2)), "poly1"),
-    "no_start": ([(5, 5), (0, 0), (10, 0), (10, 10), (0, 10)], "affine5"),
-    "too_few_points": (GRID[:7], "poly3"),
-    "singular": ([(0, x) for x in range(6)], "affine"),
+    "no_points": (np.zeros((0, 2)), "poly1", "no points"),
+    "no_start": ([(5, 5), (0, 0), (10, 0), (10, 10), (0, 10)], "affine5", "affine5 cannot begin"),
+    "too_few_points": (GRID[:7], "poly3", "poly3 needs 10 points, 7 are in use"),
+    "singular": ([(0, x) for x in range(6)], "affine", "do not determine affine"),
 }
 
 
 @pytest.mark.parametrize("word", TROUBLES)
 def test_no_bad_fit_is_silent(word):
-    points, kind = TROUBLES[word]
-    with pytest.warns(kv_tr.FitWarning, match=kind if len(points) else "no points") as caught:
+    points, kind, complaint = TROUBLES[word]
+    with pytest.warns(kv_tr.FitWarning, match=complaint) as caught:
         bad = kv_tr.fit(points, points, kind)
     assert caught[0].filename == __file__
-    assert bad.outcome.trouble == word and not bad.outcome.succeeded
-    assert bad.outcome.trouble is kv_tr.FitTrouble(word)
-    for text in (bad.summary(), repr(bad)):
-        assert "NOT TO BE TRUSTED" in text and str(bad.complaint) in text
-    with pytest.raises(kv_tr.FitError) as raised:
+    assert word == bad.outcome.trouble is kv_tr.FitTrouble(word) and not bad.outcome.succeeded
+    assert all(f"NOT TO BE TRUSTED: {bad.complaint}" in text for text in (bad.summary(), repr(bad)))
+    with pytest.raises(kv_tr.FitError, match=complaint) as raised:
         bad.raise_for_trouble()
-    assert raised.value.result is bad and str(raised.value) == bad.complaint
-    assert bad.residuals.shape == (len(points), 2)
+    assert raised.value.result is bad and bad.residuals.shape == (len(points), 2)
     if word.startswith("no_"):
         assert np.isnan(bad.statistics).all() and np.isnan(bad.residuals).all()
-        with pytest.raises(kv_tr.FitError):
+        with pytest.raises(ValueError):
             bad.transformation
 
 
@@ -178,66 +160,47 @@ def test_exclusion_below_the_minimum_warns_where_it_was_asked_for():
     with pytest.warns(kv_tr.FitWarning, match="helmert needs 2 points, 1 are in use") as caught:
         few = good.exclude("A", "C")
     assert caught[0].filename == __file__ and few.outcome.trouble == "too_few_points"
-    with warnings.catch_warnings():
-        warnings.simplefilter("error")
-        assert few.include("A").raise_for_trouble().outcome.succeeded
+    assert few.include("A").raise_for_trouble().outcome.succeeded
 
 
 def test_the_summary_shows_type_figures_and_every_residual():
     shifted = GRID[:4] + [10, 20]
-    shifted[2] += [0.3, -0.4]
+    shifted[2:] += [[0.3, -0.4], [1e-5, 1e-5]]
     ids = ["17.1", "two\x1b[2Jlines\n", 3, "é"]
     lines = kv_tr.fit(GRID[:4], shifted, "helmert3", ids=ids).exclude(3).summary().splitlines()
     assert "helmert3, 3 of 4 points in use" == lines[0] and lines[1].startswith("rms 0.000 m")
-    assert lines[5].split() == ["17.1", "0.000", "0.000", "0.000"]
-    assert lines[6].startswith("two_[2Jlines_ ")
+    assert lines[5].split() == ["17.1", "0.000", "0.000", "0.000"] and "-0.000" not in str(lines)
+    assert lines[6].startswith("two_[2Jlines_ ") and len(lines) == 9
     assert lines[7].split() == ["3", "-0.300", "0.400", "0.500", "excluded"]
-    assert len(lines) == 9
-
-
-def test_names_of_points_may_be_anything_that_is_a_key():
-    rows = kv_tr.fit(GRID, TARGET, "affine")
-    numbers = kv_tr.fit(GRID, TARGET, "affine", ids=np.arange(100, 100 + len(GRID)))
-    assert same(rows.exclude(4), numbers.exclude(104)) and list(rows.ids) == [*range(len(GRID))]
-    twice = kv_tr.fit(GRID, TARGET, "affine", ids=["A", "A"] + IDS[2:]).exclude("A")
-    assert twice.used.tolist() == [False, False] + [True] * (len(GRID) - 2)
 
 
 def test_built_in_transformations():
     t = kv_tr.Transformation.national("STG_EOV_10e")
     record = kv_tr.clsTr()
     record.udtTrPrmByDAT2M1 = kv_tr.TR_STG_EOV_10e
-    assert t.type is kv_tr.Type.STG_EOV_10e
-    assert tuple(t.transform([1000, 2000])) == record.TrXY(1000, 2000)
-    metres = kv_tr.Transformation.fathom_to_metre()
+    assert t.type is kv_tr.Type.STG_EOV_10e and (*t.transform([7, 0.3]),) == record.TrXY(7, 0.3)
+    metres, fathoms = kv_tr.Transformation.fathom_to_metre(), kv_tr.Transformation.metre_to_fathom()
     assert metres.transform([1, 10]) == pytest.approx([1.89648384, 18.9648384])
-    back = kv_tr.Transformation.metre_to_fathom()
-    assert back.transform([1.89648384, 0]) == pytest.approx([1, 0], rel=1e-8)
-    with pytest.raises(ValueError, match="cannot be fitted"):
-        kv_tr.fit(GRID, TARGET, metres.type)
+    assert fathoms.transform([1.89648384, 0]) == pytest.approx([1, 0], rel=1e-8)
 
 
 def test_parameter_files_keep_what_they_can(tmp_path, result, messages):
     kv_tr.DecimalSeparator(",")  # of the published classes only
     t = result.transformation
     polynomial = result.type == "bilinear"
+    near = pytest.approx(t.transform(GRID), abs=1e-3 if polynomial else 0.05)
     for name in ("town.ALL",) if polynomial else ("town.trp", "Town.Prm"):
         path = tmp_path / name
         t.save(path)
-        loaded = kv_tr.Transformation.load(path, type=result.type)
-        assert loaded.type is result.type
-        near = pytest.approx(t.transform(GRID), abs=1e-3 if polynomial else 0.05)
-        assert loaded.transform(GRID) == near
+        loaded = kv_tr.Transformation.load(str(path), type=result.type)
+        assert loaded.type is result.type and loaded.transform(GRID) == near
         path.write_text(path.read_text().replace(".", ","))
         with pytest.raises(kv_tr.FileError, match="decimal_comma=True"):
             kv_tr.Transformation.load(path)
-        assert kv_tr.Transformation.load(path, True, result.type) == loaded
-        own = kv_tr.Transformation.load(os.fspath(path), decimal_comma=True)
-        assert own == loaded and own.type is result.type
-    with pytest.raises(ValueError, match=rf"cannot hold a {result.type}"):
-        t.save(tmp_path / ("town.trp" if polynomial else "town.all"))
-    with pytest.raises(ValueError, match="end in .trp, .prm or .all"):
-        t.save(tmp_path / "town.txt")
+        assert kv_tr.Transformation.load(path, decimal_comma=True) == loaded
+    for name, complaint in (("town.trp" if polynomial else "town.all", "hold"), ("a.txt", "end")):
+        with pytest.raises(ValueError, match=complaint):
+            t.save(tmp_path / name)
     assert messages == [] and kv_tr.DecimalSeparator() == ","
     kv_tr.DecimalSeparator(".")
 
@@ -245,9 +208,7 @@ def test_parameter_files_keep_what_they_can(tmp_path, result, messages):
 def raised(call, *arguments, **options):
     with pytest.raises(kv_tr.FileError) as error:
         call(*arguments, **options)
-    assert error.value.file in str(error.value) and error.value.cause in str(error.value)
-    again = pickle.loads(pickle.dumps(error.value))
-    assert (again.file, again.line, again.cause) == error.value.args
+    assert vars(pickle.loads(pickle.dumps(error.value))) == vars(error.value)
     return error.value
 
 
@@ -256,19 +217,15 @@ def test_bad_files_say_which_line_and_why(tmp_path, messages):
         "poïnts.dat": ("A 1 2 3 4\n\nB 5 6 7\n", 3, "too few fields"),
         "2.dat": ("A 1 2 3 f\x1b\n", 1, r"no number: .* column 9, in 'A 1 2 3 f\\x1b'"),
         "3.dat": ("A 1 2 3 4\nB 1,5 2,5 3,5 4,5\n", 2, "decimal commas; decimal_comma=True"),
-        "4.dat": ("A 1 2 3 4\n" + "B" * 2_000_000, 2, "too long"),
         "bad.trp": ("1 2\n3 x", 2, "six numbers"),
-        "bad.ALL": ("title\n\n 1 sy = 1 sx = 2\n1 1 2\n2 x 2\n", 5, "two numbers"),
-        "short.all": ("title\n\n sy = 1 sx = 2\n1 1 2\n2 3 4\n", None, "that number of lines"),
     }
     load, save = kv_tr.Transformation.load, kv_tr.Transformation.national("STG_HER").save
     for name, (text, line, cause) in cases.items():
         path = tmp_path / name
         path.write_text(text)
         error = raised(kv_tr.read_points if path.suffix == ".dat" else load, path)
-        assert (error.file, error.line) == (str(path), line)
-        assert re.search(cause, error.cause), error.cause
-    assert raised(kv_tr.read_points, tmp_path).line is None
+        assert (error.file, error.line) == (str(path), line) and re.search(cause, error.cause)
+        assert str(error) == f"{path}, line {line}: {error.cause}"
     assert "no such file" in raised(kv_tr.read_points, tmp_path / "none").cause
     save(tmp_path / "town.all")
     assert "poly5, not of poly2" in raised(load, tmp_path / "town.all", type="poly2").cause
@@ -282,14 +239,11 @@ def test_points_of_a_file_are_fitted_as_they_are(tmp_path):
     lines = [f"{i} {a[0]} {a[1]} {b[0]!r} {b[1]!r}" for i, a, b in zip(IDS, GRID, TARGET.tolist())]
     path.write_text("\r\n".join(lines) + "\r\n")
     points = kv_tr.read_points(path)
-    assert points.ids == tuple(IDS) and len(points) == len(GRID)
     result = kv_tr.fit(points, "bilinear")
-    assert same(result, kv_tr.fit(GRID, TARGET, "bilinear")) and result.ids == points.ids
+    assert same(result, kv_tr.fit(GRID, TARGET, "bilinear")) and result.ids == tuple(IDS)
     path.write_text(path.read_text().replace(".", ","))
     assert kv_tr.read_points(path, decimal_comma=True) == points
-    for options in ({"ids": IDS}, {"target": TARGET, "type": "affine"}):
-        with pytest.raises(TypeError, match="type and used only"):
-            kv_tr.fit(points, **{"type": "affine", **options})
+    assert points != kv_tr.ControlPoints(points.ids, points.source, points.source)
 
 
 def test_values_serve_many_threads():
