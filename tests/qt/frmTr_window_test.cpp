@@ -4,10 +4,12 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableView>
 #include <QTest>
+#include <QToolTip>
 
 #include "helpers/engine_test.h"
 #include "helpers/sample_points.h"
@@ -102,6 +104,9 @@ TEST_F(FrmTrWindow, TogglesPairsByMouseAndKeyboard) {
     Open([&](frmTrWindow& window) {
         auto& grid = Find<QTableView>(window, "Grid1");
         const auto at = [&](int row) { return CellAt(grid, row, 4); };
+        QHelpEvent pause(QEvent::ToolTip, at(3), grid.viewport()->mapToGlobal(at(3)));
+        QApplication::sendEvent(grid.viewport(), &pause);
+        EXPECT_EQ(QToolTip::text(), grid.toolTip());
         QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, at(3));
         EXPECT_TRUE(engine.Pairs()[3].bNotUsed);
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, at(8));
@@ -146,6 +151,7 @@ TEST_F(FrmTrWindow, EditsByTheKeyboard) {
     };
     Open([&](frmTrWindow& window) {
         auto& grid = Find<QTableView>(window, "Grid1");
+        Find<QWidget>(window, "txtLimit").setFocus();
         Click(window, "opMode(1)");
         EXPECT_TRUE(grid.hasFocus()) << "who wants to edit moves and types";
         grid.setCurrentIndex(grid.model()->index(1, 2));
