@@ -1,4 +1,4 @@
-// The desktop program without its windows.
+// The desktop program without its windows: its files, its parameters and its control points.
 #include "desktop/desktop_form.h"
 
 #include <gtest/gtest.h>
@@ -6,8 +6,7 @@
 #include "desktop/transform_form.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
-#include "kv_tr/published/affine_record.h"
-#include "kv_tr/published/coefficients.h"
+#include "kv_tr/forms/dialogs.h"
 
 namespace kv_tr::test {
 namespace {
@@ -22,6 +21,8 @@ protected:
     const TemporaryFolder folder;
     DesktopForm form{*platform.texts};
 
+    explicit Desktop(std::unique_ptr<Dialogs> dialogs = {})
+        : platform(kEnglish, std::move(dialogs)) {}
     std::string File(const std::string& name, const std::string& text) const {
         WriteFile(folder.File(name), text);
         return folder.File(name);
@@ -34,9 +35,7 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
         // name, text, kind, whether there are parameters then, beginning of the message
         {"coordinates.txt", "\nA 1 2 3\n", Kind::kCoordinates, false, ""},
         {"bad.trp", "0 1 x", Kind::kParameters, false, "Invalid file format!\r\n"},
-        {"gone.all", "", Kind::kParameters, false, "File open error:"},
         {"broken.dat", points + "D 5 x 1 1\n", Kind::kControlPoints, false, "{}, line 4: "},
-        {"empty.dat", "\n\n", Kind::kCoordinates, false, ""},
         {"commas.dat", "A 1,5 2,5 3,5 4,5\nB 9,5 2,5 11,5 4,5\n", Kind::kControlPoints, false,
          "{}: commas "},
         {"shift.trp", "100,000\n1,0\n0,0\n200,000\n0,0\n1,0\n", Kind::kParameters, true, ""},
@@ -44,82 +43,58 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
     };
     for (const auto& [name, text, kind, parameters, message] : cases) {
         SCOPED_TRACE(name);
-        const std::string path = text.empty() ? folder.File(name) : File(name, text);
+        const std::string path = File(name, text);
         EXPECT_EQ(form.OpenFile(path), kind);
         EXPECT_EQ(form.HasParameters(), parameters);
-        const auto texts = platform.TakeTexts();
-        ASSERT_EQ(texts.size(), message.empty() ? 0 : 1);
-        if (!message.empty()) {
-            EXPECT_TRUE(texts[0].starts_with(message.starts_with("{}") ? path + message.substr(2)
-                                                                       : message))
-                << texts[0];
-        }
+        auto texts = platform.TakeTexts();
+        texts.resize(1);
+        EXPECT_TRUE(
+            texts[0].starts_with(message.starts_with("{}") ? path + message.substr(2) : message));
+        EXPECT_EQ(texts[0].empty(), message.empty());
     }
     EXPECT_EQ(form.Image({"1", "2"}).first, "6.000");
-    platform.choices = {FileChoice{File("six.txt", "1 2 3 4 5 6")},
-                        FileChoice{folder.File("empty.dat")}};
+    platform.choices = {FileChoice{File("six.txt", "1 2 3 4 5 6")}};
     form.OpenParameters();
     EXPECT_EQ(form.Image({"1", "2"}).first, "9.000") << "whatever the name says";
-    form.OpenControlPoints();
-    EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{GetMlString(97, {})});
-    EXPECT_TRUE(platform.opened.empty());
 
     platform.confirm = false;
     EXPECT_EQ(form.OpenFile(File("good.dat", points)), Kind::kControlPoints);
-    EXPECT_EQ(platform.opened, std::vector<std::string>{"apply"});
     EXPECT_EQ(form.Image({"1", "2"}).first, "9.000") << "a cancelled fit takes nothing";
-    EXPECT_FALSE(form.HasControlPoints());
     platform.confirm = true;
     form.OpenFile(folder.File("good.dat"));
     EXPECT_EQ(form.Record().eType, TR_AFFIN);
 
-    const std::vector<std::string> recent{folder.File("good.dat"), folder.File("six.txt"),
-                                          folder.File("order1.all"), folder.File("shift.trp")};
-    EXPECT_EQ(form.Recent(), recent);
-    EXPECT_EQ(DesktopForm(*platform.texts).Recent(), recent);
+    EXPECT_EQ(DesktopForm(*platform.texts).Recent(),
+              (std::vector{folder.File("good.dat"), folder.File("six.txt"),
+                           folder.File("order1.all"), folder.File("shift.trp")}));
 }
 
 TEST_F(Desktop, TransformsWhatIsTypedAndKeepsParametersThatNoDialogConfirmed) {
     form.OpenFile(File("turn.trp", "100\n0\n-1\n200\n1\n0\n"));
     EXPECT_EQ(form.Image({"1,5", " 2.5"}).first, "97.500");
-    EXPECT_EQ(form.Image({"1.5", ""}).second, "");
-    const auto gon = app::AngleUnits()[2];
-    EXPECT_EQ(form.ImageOfDirection("100", gon, "100", {"0", "0"}).image, "200.0000000");
-    EXPECT_EQ(form.ImageOfDirection("50", gon, "x", {"0", "0"}).image, "");
-    // At 600 km floats are 2^-4 m apart, at 100 m still 2^-17.
-    EXPECT_EQ(form.ImageOfDirection("50", gon, "1000", {"0", "600000"}).uncertainty, "0.00398");
-
+    EXPECT_EQ(form.ImageOfDirection("100", app::AngleUnits()[2], "9", {"0", "0"}).image,
+              "200.0000000");
     form.Invert();
     EXPECT_EQ(form.Image({"97.5", "201.5"}).first, "1.500");
-    platform.confirm = false;
     platform.nationalChoice = TR_HER_STG;
-    const TR_PRM before = form.Record();
-    form.EditAffine();
-    form.ChooseNational();
-    EXPECT_EQ(form.Record().eType, before.eType);
-    platform.confirm = true;
-    form.ChooseNational();
-    EXPECT_EQ(form.Record().eType, TR_HER_STG) << "the one that was chosen";
-    EXPECT_FALSE(form.CanInvert());
-
+    for (const bool confirmed : {false, true}) {
+        platform.confirm = confirmed;
+        form.ChooseNational();
+        EXPECT_EQ(form.Record().eType == TR_HER_STG, confirmed);
+        EXPECT_EQ(form.CanInvert(), !confirmed);
+    }
     form.SwitchLanguage(kHungarian);
-    EXPECT_EQ(GetMlString(1160, {}), "Fájl");
     EXPECT_EQ(DesktopForm::RememberedLanguage(kEnglish), kHungarian);
 }
 
 TEST_F(Desktop, WritesAWholeResultFileOrNone) {
-    TR_PRM shift = RecordOf({});
-    shift.dA0 = 100;
-    TransformForm transform(shift);
-    transform.Input(File("in.txt", "A 1 2 stone\r\nB x 2\nC 3 4"));
+    TransformForm transform({.dA0 = 100, .dA1 = 1, .dB2 = 1});
+    transform.Input(File("in.txt", "A 1 2 stone\r\nB 5,5 2,5\nC 3 4"));
     const auto run = [&transform] { return transform.Run([](double) { return true; }); };
-    ASSERT_EQ(transform.Output(), folder.File("in_tr.txt"));
-    ASSERT_EQ(transform.Preview().size(), 3U);
-    EXPECT_EQ(transform.Preview()[0].image, "A 101.000 2.000 stone");
-    EXPECT_EQ(transform.Preview()[1].image, "");
-
+    EXPECT_EQ(transform.Preview().at(0).image + transform.Preview().at(1).image,
+              "A 101.000 2.000 stone");
     EXPECT_FALSE(run());
-    EXPECT_TRUE(platform.TakeTexts().front().starts_with(transform.Input() + ", line 2: "));
+    EXPECT_TRUE(platform.TakeTexts().front().starts_with(transform.Input()));
     transform.Options({.keepGoing = true});
     EXPECT_FALSE(transform.Run([](double done) { return done < 0.5; }));
     const auto files = [this] {
@@ -127,7 +102,7 @@ TEST_F(Desktop, WritesAWholeResultFileOrNone) {
     };
     EXPECT_EQ(files(), 1);
     EXPECT_TRUE(run());
-    const std::string result = "A 101.000 2.000 stone\r\nB x 2\nC 103.000 4.000";
+    const std::string result = "A 101.000 2.000 stone\r\nB 5,5 2,5\nC 103.000 4.000";
     EXPECT_EQ(ReadFile(transform.Output()), result);
 
     transform.Options({.noId = true, .keepGoing = true});
@@ -138,26 +113,6 @@ TEST_F(Desktop, WritesAWholeResultFileOrNone) {
     EXPECT_EQ(files(), 2);
 }
 
-TEST_F(Desktop, TransformsDecimalCommasOnlyWhenItIsToldOfThem) {
-    TR_PRM shift = RecordOf({});
-    shift.dA0 = 100;
-    TransformForm transform(shift);
-    transform.Input(File("in.txt", "A 650012,31 240001,17\r\nB 1 2,5 3,5\r\n"));
-    const auto run = [&transform] { return transform.Run([](double) { return true; }); };
-    EXPECT_EQ(transform.Preview()[0].image, "");
-    EXPECT_FALSE(run());
-    EXPECT_EQ(platform.TakeTexts(),
-              std::vector<std::string>{
-                  transform.Input() +
-                  ": the coordinates seem to have decimal commas. If so, tick \"The numbers of the "
-                  "file have decimal commas\". If the commas separate fields, replace them by "
-                  "semicolons."});
-    EXPECT_FALSE(std::filesystem::exists(transform.Output()));
-    transform.Options({.decimalComma = true});
-    EXPECT_TRUE(run());
-    EXPECT_EQ(ReadFile(transform.Output()), "A 650112,310 240001,170\r\nB 101,000 2,500 3,5\r\n");
-}
-
 TEST_F(Desktop, RefusesNamesThatBelongToTheOtherKindOfParameters) {
     const auto save = [&](const std::string& name) {
         platform.choices = {FileChoice{folder.File(name)}};
@@ -165,23 +120,134 @@ TEST_F(Desktop, RefusesNamesThatBelongToTheOtherKindOfParameters) {
         return std::filesystem::exists(folder.File(name));
     };
     form.OpenFile(File("linear.trp", "100\n0\n-1\n200\n1\n0\n"));
-    EXPECT_FALSE(save("linear.ALL"));
-    EXPECT_EQ(platform.TakeTexts().size(), 1U);
-    EXPECT_TRUE(save("other.PRM"));
+    EXPECT_TRUE(!save("linear.ALL") && save("other.PRM"));
     platform.nationalChoice = TR_STG_HER;
     form.ChooseNational();
-    EXPECT_FALSE(save("polynomial.trp"));
-    EXPECT_FALSE(save("polynomial.prm"));
-    EXPECT_EQ(platform.TakeTexts().back(),
-              "Parameters of \"STG-HÉR transzformáció\" are saved in "
-              "a file that ends in .all, not in this one: " +
-                  folder.File("polynomial.prm"));
-    EXPECT_TRUE(save("polynomial.all"));
-    EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{});
-    for (const char* name : {"other.PRM", "polynomial.all"}) {
-        EXPECT_EQ(form.OpenFile(folder.File(name)), Kind::kParameters);
-        EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{}) << "reads what was saved";
+    EXPECT_TRUE(!save("polynomial.trp") && !save("polynomial.prm") && save("polynomial.all"));
+    EXPECT_EQ(platform.TakeTexts().size(), 3U);
+    form.OpenFile(folder.File("other.PRM"));
+    EXPECT_EQ(form.Image({"1.5", "2.5"}).first, "97.500") << "reads what was saved";
+}
+
+/// The desktop program with the adjustment dialog played by a script.
+class DesktopAdjustment : public Desktop {
+protected:
+    using Script = std::function<void(frmTr&)>;
+
+    Script script;
+    std::function<void(frmChoosePrm&)> choose;
+    const std::string points = File("points.dat",
+                                    "A 0 0 1000 200\nB 10 0 1010 200\nC 0 10 1000 210\n"
+                                    "D 10 10 1010 210.3\nE 20 10 1020 210\n");
+    const std::string others = File("others.dat", "X 0 0 5 5\nY 9 0 14 5\nZ 0 9 5 14\n");
+
+    DesktopAdjustment()
+        : Desktop(
+              MakeDialogs({.tr = [this](frmTr& dialog) { script(dialog); },
+                           .chooseParameters = [this](frmChoosePrm& chooser) { choose(chooser); },
+                           .controlPoints = [](frmXY4Tr& list) { list.cmdOk(); }})) {}
+    static void Apply(frmTr& dialog) { dialog.cmdApplyResult(); }
+
+    /// Opens the adjustment again, changes something there and leaves.
+    void Cancel(const Script& change) {
+        script = [&change](frmTr& dialog) { change(dialog), dialog.cmdExit(); };
+        form.Adjust();
     }
+    /// What the adjustment shows of the pairs when nothing is changed there.
+    std::string Table() {
+        std::string table;
+        Cancel([&table](frmTr& dialog) {
+            table = dialog.Table().TableText(std::vector{1, 2, 3}) +
+                    dialog.ControlTexts().TextOf("lblExtCnt") +
+                    (dialog.InverseChecked() ? " inverse " : " ") +
+                    std::to_string(dialog.SelectedType() + 10 * dialog.Table().RowCount());
+        });
+        return table;
+    }
+};
+
+TEST_F(DesktopAdjustment, CancelPutsThePointsBack) {
+    script = [](frmTr& dialog) {
+        dialog.chkInverz();
+        dialog.Table().SetCell(1, 1, "edited");
+        dialog.Grid1DblClick(4, 1);
+        Apply(dialog);
+    };
+    form.ShowStartPage(false);
+    EXPECT_TRUE(form.OnStartPage()) << "there is nothing else to show";
+    form.OpenFile(points);
+    const std::string before = Table();
+    EXPECT_TRUE(before.ends_with("Excluded:1 inverse 61")) << before;
+    const double shift = form.Record().dA0;
+    EXPECT_FALSE(form.OnStartPage());
+    form.ShowStartPage(true);
+    const Script changes[] = {[](frmTr& dialog) { dialog.chkInverz(); },
+                              [](frmTr& dialog) { dialog.Grid1DblClick(1, 1); },
+                              [](frmTr& dialog) { dialog.cmdRemoveExt(); },
+                              [](frmTr& dialog) { dialog.RadioTrType(0); },
+                              [](frmTr& dialog) { dialog.Table().SetCell(2, 2, "77"); }};
+    for (const Script& change : changes) {
+        Cancel(change);
+        EXPECT_EQ(Table(), before);
+        EXPECT_EQ(double{form.Record().dA0}, shift);
+    }
+    EXPECT_TRUE(form.OnStartPage()) << "nothing was taken";
+    script = Apply;
+    form.OpenFile(others);
+    EXPECT_FALSE(form.OnStartPage());
+    EXPECT_EQ(Table().find(" inverse "), std::string::npos) << "other points";
+}
+
+TEST_F(DesktopAdjustment, KeepsThePointsUntilOthersAreFitted) {
+    script = Apply;
+    form.OpenFile(points);
+    const std::string before = Table();
+    script = [](frmTr& dialog) { dialog.cmdExit(); };
+    form.OpenFile(others);
+    EXPECT_EQ(Table(), before);
+    choose = [&](frmChoosePrm& chooser) {
+        if (!chooser.cmdCalc()) chooser.cmdOk();  // the present parameters stay, and their points
+    };
+    for (const bool taken : {false, true}) {
+        platform.choices = {FileChoice{others}};
+        script = [taken](frmTr& dialog) { taken ? dialog.cmdApplyResult() : dialog.cmdExit(); };
+        form.ChooseParameters();
+        EXPECT_EQ(Table() != before, taken);
+    }
+}
+
+TEST_F(DesktopAdjustment, AsksBeforeItTakesWhatMayBeHeightsForControlPoints) {
+    const std::string likely[] = {
+        "A 0 0 200 1000\nB 10 0 200 1010\nC 0 10 210 1000\n",  // axes exchanged
+        "A 650000 240000 -342.1 -126.6\nB 651896 240000 657.9 -126.6\nC 650000 241896 -342 873\n",
+    };
+    const std::string unlikely[] = {
+        "1 650012.31 240001.17 112.40 155.3\n2 650420.02 240310.50 118.11 161.0\n",
+        "1 650012,31 240001,17\n2 650420,02 240310,50\n3 650100,12 240800,77\n",
+        "1 650012.31 240001.17 112.40 5\n2 650420 240310 118.11 507\n3 650100 240800 109 340\n",
+        "1 5 5 100 100\n1 5 5 100 100\n",
+        "1 650012.31 240001.17 112.40 5\n2 650420.02 240310.50 118.11 5\n3 650100 240800 109.2\n",
+    };
+    int opened = 0;
+    script = [&opened](frmTr&) { ++opened; };
+    for (const std::string& text : likely) form.OpenFile(File("likely.txt", text));
+    form.OpenFile(EXAMPLES "/swiss_helmert_9.dat");
+    EXPECT_EQ(platform.messages.size(), 0U);
+    EXPECT_EQ(opened, 3);
+    for (const std::string& text : unlikely) {
+        SCOPED_TRACE(text);
+        const std::string file = File("unlikely.txt", text);
+        for (const auto& [answer, kind] : {std::pair{Answer::kCancel, Kind::kControlPoints},
+                                           {Answer::kNo, Kind::kCoordinates}}) {
+            platform.answers = {answer};
+            EXPECT_EQ(form.OpenFile(file), kind);
+            EXPECT_TRUE(platform.TakeTexts().at(0).starts_with(file));
+        }
+    }
+    EXPECT_EQ(opened, 3) << "the adjustment was opened without being wanted";
+    platform.answers = {Answer::kYes};
+    form.OpenFile(File("unlikely.txt", unlikely[0]));
+    EXPECT_EQ(opened, 4);
 }
 
 }  // namespace

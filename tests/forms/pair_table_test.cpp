@@ -24,65 +24,40 @@ protected:
     PairTable table{adjustment, limit, changed};
     int fits = 0;
     const Subscription edited = table.Edited.Subscribe([this] { ++fits; });
-
-    std::string Row(int row) const {
-        std::string texts;
-        for (int column = 0; column < PairTable::kColumns; ++column) {
-            texts += table.CellText(row, column) + "|";
-        }
-        return texts;
-    }
-    std::string Editor() const {
-        const auto& [visible, text, caret] = table.CellEditor();
-        return visible ? text + "@" + std::to_string(std::min(caret, 99)) : "";
-    }
 };
 
 TEST_F(Table, HasARowForEachPoint) {
-    adjustment.SetLastResiduals(std::vector<Residual>{{0.3, -0.4}, {std::nan(""), 0}, {-20, 0}});
-    EXPECT_EQ(table.RowCount(), 4);
-    EXPECT_EQ(Row(0), "Nr.| PtNr.|    Y1|    X1|    Y2|    X2|    Dy|    Dx|    DyDx|");
-    EXPECT_EQ(Row(1), "1|first|1.000|2.000|3.000|4.000|0.300|-0.400|0.500|");
-    EXPECT_EQ(table.CellText(2, 6), "nan");
-    const std::string widest[] = {"3",           "first",   "-100.000", "200.000", "300.000",
-                                  "1234567.012", "-20.000", "-0.400",   "20.000"};
     adjustment.SetLastResiduals(std::vector<Residual>{{0.3, -0.4}, {0, 0}, {-20, 0}});
+    std::string texts[3];
     for (int column = 0; column < PairTable::kColumns; ++column) {
-        EXPECT_EQ(table.WidestText(column), widest[column]) << column;
+        texts[0] += table.CellText(0, column) + "|";
+        texts[1] += table.CellText(1, column) + "|";
+        texts[2] += table.WidestText(column) + "|";
     }
+    EXPECT_EQ(texts[0], "Nr.| PtNr.|    Y1|    X1|    Y2|    X2|    Dy|    Dx|    DyDx|");
+    EXPECT_EQ(texts[1], "1|first|1.000|2.000|3.000|4.000|0.300|-0.400|0.500|");
+    EXPECT_EQ(texts[2], "3|first|-100.000|200.000|300.000|1234567.012|-20.000|-0.400|20.000|");
+    DecimalSeparator(',');
     EXPECT_EQ(table.TableText(std::vector{2, 3}),
               "Nr.\tPtNr.\tY1\tX1\tY2\tX2\tDy\tDx\tDyDx\n"
-              "2\tB\t0.123456\t20\t30\t40\t0\t0\t0\n"
-              "3\tC\t-100\t200\t300\t1234567.0123456789\t-20\t0\t20\n");
-    DecimalSeparator(',');
-    EXPECT_EQ(table.TableText(std::vector{2}).substr(33, 12), "2\tB\t0,123456");
+              "2\tB\t0,123456\t20\t30\t40\t0\t0\t0\n"
+              "3\tC\t-100\t200\t300\t1234567,0123456789\t-20\t0\t20\n");
     adjustment.Assign({});
     EXPECT_EQ(table.WidestText(3), "");
 }
 
 TEST_F(Table, MarksCellsByLimitAndUse) {
-    const struct {
-        Residual residual;
-        bool used;
-        Colour text;
-        std::optional<Colour> background;
-    } cases[] = {
-        {{3, 4}, true, kBlue, std::nullopt},  // the limit itself
-        {{3, std::nextafter(4.0, 5.0) + 1e-12}, false, kRed, kYellow},
-        {{std::nan(""), 0}, true, kRed, std::nullopt},
-    };
-    std::vector<Residual> residuals;
-    for (const auto& expected : cases) residuals.push_back(expected.residual);
+    const std::vector<Residual> residuals{
+        {3, 4}, {3, std::nextafter(4.0, 5.0) + 1e-12}, {std::nan(""), 0}};
     adjustment.SetLastResiduals(residuals);
     adjustment.Toggle(1);
     for (int row = 0; row <= 3; ++row) {
         for (int column = 0; column < PairTable::kColumns; ++column) {
-            SCOPED_TRACE(row * 10 + column);
             const auto colours = table.ColoursOf(row, column);
             ASSERT_EQ(colours.has_value(), row > 0 && (column == 1 || column == 8));
             if (!colours) continue;
-            EXPECT_EQ(colours->text, cases[row - 1].text);
-            EXPECT_EQ(colours->background, cases[row - 1].background);
+            EXPECT_EQ(colours->text, row == 1 ? kBlue : kRed) << "blue up to the limit itself";
+            EXPECT_EQ(colours->background, row == 2 ? std::optional(kYellow) : std::nullopt);
         }
     }
 }
@@ -93,72 +68,54 @@ TEST_F(Table, TakesTextsThatAreValid) {
         std::string text, shown;
         bool taken;
     } cases[] = {
-        {1, "new id", "new id", true}, {2, "1.5", "1.500", true},  {3, " 2,25 ", "2.250", true},
-        {4, "-3e1", "-30.000", true},  {5, "4", "4.000", true},    {2, "x", "1.500", false},
-        {2, "", "1.500", false},       {3, "nan", "2.250", false}, {0, "7", "2", false},
-        {6, "7", "0.000", false},      {8, "7", "0.000", false},   {1, "", "", true},
+        {2, "0.123", "0.123", false}, {1, "", "", true},
+        {2, "1.5", "1.500", true},    {3, " 2,25 ", "2.250", true},
+        {4, "-3e1", "-30.000", true}, {5, "4", "4.000", true},
+        {2, "x", "1.500", false},     {3, "nan", "2.250", false},
+        {0, "7", "2", false},         {6, "7", "0.000", false},
+        {8, "7", "0.000", false},
     };
-    EXPECT_FALSE(table.SetCell(2, 2, "0.123")) << "unchanged text changes no digit";
-    EXPECT_EQ(adjustment.Points()[1].source.first, 0.123456);
     int taken = 0;
     for (const auto& expected : cases) {
-        SCOPED_TRACE(expected.text);
         EXPECT_EQ(table.SetCell(2, expected.column, expected.text), expected.taken);
         EXPECT_EQ(table.CellText(2, expected.column), expected.shown);
         EXPECT_EQ(fits, taken += expected.taken);
+        EXPECT_TRUE(taken > 0 || adjustment.Points()[1].source.first == 0.123456);
     }
-    const ControlPoint& point = adjustment.Points()[1];
-    EXPECT_EQ(point.source.first, 1.5);
-    EXPECT_EQ(point.source.second, 2.25);
-    EXPECT_EQ(point.destination.first, -30);
-    EXPECT_EQ(point.destination.second, 4);
-    EXPECT_EQ(platform.messages.size(), 0U);
+    EXPECT_EQ(adjustment.Points()[1].source, (Point{1.5, 2.25}));
+    EXPECT_EQ(adjustment.Points()[1].destination, (Point{-30, 4}));
 }
 
 TEST_F(Table, EditsTheCurrentCell) {
+    table.Grid1KeyPress("5");
+    table.Grid1Click(1, 2);
+    EXPECT_FALSE(table.CellEditor().visible) << "not editable";
+    table.Editable(true);
     const struct {
         std::function<void()> action;
         std::string editor, cell;
         int row;
     } steps[] = {
-        {[&] { table.Grid1KeyPress("5"); }, "", "first", 1},  // not editable
-        {[&] { table.Grid1Click(1, 2); }, "", "1.000", 1},
-        {[&] { table.Editable(true); }, "", "1.000", 1},
-        {[&] { table.Grid1KeyPress("5"); }, "5@1", "1.000", 1},
-        {[&] { table.Editable(false); }, "", "1.000", 1},
-        {[&] { table.Editable(true); }, "", "1.000", 1},
-        {[&] { table.Grid1Click(2, 6); }, "", "0.000", 2},  // results are not edited
         {[&] { table.Grid1Click(0, 2); }, "", "    Y1", 0},
         {[&] { table.Grid1KeyPress("5"); }, "", "    Y1", 0},  // nor are headings
-        {[&] { table.Grid1Click(3, 0); }, "3@99", "3", 3},
-        {[&] { table.Grid1Click(3, 5); }, "1234567.012@99", "1234567.012", 3},
         {[&] { table.Grid1Click(2, 2); }, "0.123@99", "0.123", 2},
-        {[&] { table.txtEditChange("9"); }, "9@99", "0.123", 2},
         {[&] { table.txtEditKeyDown(Key::kEscape); }, "", "0.123", 2},
-        {[&] { table.txtEditKeyDown(Key::kUp); }, "", "0.123", 2},  // nobody is editing
-        {[&] { table.Grid1KeyPress("8"); }, "8@1", "0.123", 2},
-        {[&] { table.txtEditKeyDown(Key::kUp); }, "", "1.000", 1},
+        {[&] { table.Grid1EnterCell(1, 2); }, "", "1.000", 1},
         {[&] { table.Grid1KeyPress(" "); }, "1.000@99", "1.000", 1},
         {[&] { table.txtEditKeyDown(Key::kUp); }, "", "1.000", 1},  // above is the heading
         {[&] { table.Grid1EnterCell(3, 2); }, "", "-100.000", 3},
         {[&] { table.Grid1KeyPress("7"); }, "7@1", "-100.000", 3},
         {[&] { table.txtEditKeyDown(Key::kDown); }, "", "7.000", 3},  // there is no row below
-        {[&] { table.Grid1KeyPress(""); }, "7.000@99", "7.000", 3},
-        {[&] { table.txtEditChange("6"); }, "6@99", "7.000", 3},
-        {[&] { table.Grid1GotFocus(); }, "", "6.000", 3},
-        {[&] { table.Grid1GotFocus(); }, "", "6.000", 3},
-        {[&] { table.Grid1KeyPress("5"); }, "5@1", "6.000", 3},
-        {[&] { table.Grid1EnterCell(3, 2); }, "5@1", "6.000", 3},  // that is where it is
-        {[&] { table.Grid1EnterCell(1, 2); }, "", "1.000", 1},     // leaving hides the editor
-        {[&] { table.Grid1EnterCell(3, 2); }, "", "6.000", 3},
+        {[&] { table.Grid1KeyPress("6"); }, "6@1", "7.000", 3},
+        {[&] { table.Grid1EnterCell(1, 2); }, "", "1.000", 1},  // leaving hides the editor
+        {[&] { table.Grid1EnterCell(3, 2); }, "", "7.000", 3},
         {[&] { adjustment.Assign(std::vector<ControlPoint>(2)); }, "", "0.000", 2},  // the last
-        {[&] { table.Grid1KeyPress("4"); }, "4@1", "0.000", 2},
-        {[&] { table.txtEditKeyDown(Key::kEnter); }, "", "4.000", 2},
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
         SCOPED_TRACE(i);
         steps[i].action();
-        EXPECT_EQ(Editor(), steps[i].editor);
+        const auto& [visible, text, caret] = table.CellEditor();
+        EXPECT_EQ(visible ? text + "@" + std::to_string(std::min(caret, 99)) : "", steps[i].editor);
         EXPECT_EQ(table.CurrentRow(), steps[i].row);
         EXPECT_EQ(table.CellText(table.CurrentRow(), table.CurrentColumn()), steps[i].cell);
     }

@@ -1,32 +1,18 @@
-// The rules of the parameter editors, the choosers and the control-point list, as plain calls.
+// The parameter editors, the choosers and the control-point list as plain calls, and a whole
+// request.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "helpers/engine_test.h"
 #include "helpers/sample_points.h"
-#include "kv_tr/forms/frmAffinTrPrm.h"
-#include "kv_tr/forms/frmChooseDAT2M1.h"
-#include "kv_tr/forms/frmChoosePrm.h"
-#include "kv_tr/forms/frmPoliTrPrm.h"
-#include "kv_tr/forms/frmXY4Tr.h"
-#include "kv_tr/published/affine_record.h"
-#include "kv_tr/published/coefficients.h"
-#include "kv_tr/published/settings.h"
-#include "kv_tr/published/working_folder.h"
-#include "kv_tr/text/file_names.h"
+#include "kv_tr/forms/dialogs.h"
 
 namespace kv_tr::test {
 namespace {
 
-constexpr char kPoints[] = "A 0 0 100 200\nB 10 0 110 200\nC 0 10 100 210\n";
-
 /// Each plays a dialog on the transformation and closes it when the script is over.
-class ParameterForms : public testing::Test {
+class ParameterForms : public EngineTest {
 protected:
-    using Texts = std::vector<std::string>;
-
-    RecordingPlatform platform;
-    const TemporaryFolder folder;
     clsTr transformation;
 
     ParameterForms() { setenv("XDG_CACHE_HOME", folder.File("caches").c_str(), 1); }
@@ -36,66 +22,58 @@ protected:
         Form form;
         return form.bDoModal(transformation, [&] { script(form); });
     }
-    bool OpenPoints(const std::function<void(frmXY4Tr&)>& script, const std::string& title = {}) {
+    bool OpenPoints(const std::function<void(frmXY4Tr&)>& script) {
         frmXY4Tr form;
-        return form.bDoModal(*transformation.oCalcTr(), title, [&] { script(form); });
+        return form.bDoModal(engine, {}, [&] { script(form); });
     }
 
-    /// The name of a file with this text, which the next chooser yields.
-    std::string Choose(const std::string& name, const std::string& text) {
-        if (!text.empty()) WriteFile(folder.File(name), text);
-        platform.choices.push_back(FileChoice{.path = folder.File(name)});
-        return folder.File(name);
+    /// Presses a button that asks for a file, which is this one; what is in the file afterwards.
+    template <class Form>
+    std::string With(Form& form, void (Form::*button)(), const std::string& file,
+                     const std::string& text = {}) {
+        if (!text.empty()) WriteFile(folder.File(file), text);
+        platform.choices = {FileChoice{.path = folder.File(file)}};
+        (form.*button)();
+        return ReadFile(folder.File(file));
     }
-    std::vector<Message> TakeMessages() { return std::exchange(platform.messages, {}); }
-    /// Expects that the user was told this with an exclamation mark, and nothing else.
-    void ExpectTold(const std::string& beginning) {
-        const auto messages = TakeMessages();
-        ASSERT_EQ(messages.size(), 1U);
-        EXPECT_TRUE(messages[0].text.starts_with(beginning)) << messages[0].text;
-        EXPECT_EQ(messages[0].icon, Icon::kExclamation);
+    /// Expects that the user was told these texts, each with an exclamation mark.
+    void ExpectTold(const std::vector<std::string>& beginnings) {
+        ASSERT_EQ(platform.messages.size(), beginnings.size());
+        for (std::size_t i = 0; i < beginnings.size(); ++i) {
+            EXPECT_TRUE(platform.messages[i].text.starts_with(beginnings[i]));
+            EXPECT_EQ(platform.messages[i].icon, Icon::kExclamation);
+        }
+        platform.messages.clear();
     }
 };
 
 using AffinTrPrm = ParameterForms;
 
-TEST_F(AffinTrPrm, TakesNumbersAndWritesThemBackWhicheverWayItIsClosed) {
-    TR_PRM exact = RecordOf({});
-    exact.eType = TR_AFFIN;
-    exact.dA0 = 1.00049;
-    transformation.udtTrPrm(exact);
+TEST_F(AffinTrPrm, TakesNumbersAndAsksOnlyBeforeTheExactIdentity) {
+    transformation.udtTrAffinPrm({.eType = TR_AFFIN, .dA0 = 1.00049, .dA1 = 1, .dB2 = 1});
     EXPECT_FALSE(Open<frmAffinTrPrm>([&](frmAffinTrPrm& form) {
-        EXPECT_EQ(form.BoxText(0), "1.000");
-        EXPECT_TRUE(form.txtTrPrm(0, "1.000"));
-        EXPECT_TRUE(form.txtTrPrm(2, " -0,5"));
-        EXPECT_TRUE(form.txtTrPrm(4, "2e1"));
+        EXPECT_TRUE(form.txtTrPrm(0, "1.000") && form.txtTrPrm(2, " -0,5") &&
+                    form.txtTrPrm(4, "2e1"));
         EXPECT_FALSE(form.txtTrPrm(1, "one"));
-        EXPECT_EQ(TakeMessages().back().title, "Wrong value!");
+        EXPECT_EQ(platform.messages.back().title, "Wrong value!");
         EXPECT_EQ(form.SampleText(0), " Y' = [1.000] + [1.00000000] * Y + [-0.50000000] * X");
         EXPECT_EQ(form.SampleText(1), " X' = [0.000] + [20.00000000] * Y + [1.00000000] * X");
         EXPECT_FALSE(form.FathomButtonsVisible());
     }));
-    const TR_PRM record = transformation.udtTrPrm();
-    EXPECT_EQ(record.eType, TR_AFFIN);
-    EXPECT_EQ(double{record.dA0}, 1.00049) << "a box that was left as it is does not round";
-    EXPECT_EQ(double{record.dA2}, -0.5);
-    EXPECT_EQ(double{record.dB1}, 20.0);
-}
+    EXPECT_EQ(transformation.udtTrPrm().eType, TR_AFFIN);
+    EXPECT_EQ(double{transformation.udtTrPrm().dA0}, 1.00049) << "what is not changed is rounded";
 
-TEST_F(AffinTrPrm, AsksOnlyBeforeTheExactIdentity) {
+    transformation.udtTrAffinPrm({.dA1 = 1, .dB2 = 1});
     const auto ok = [](frmAffinTrPrm& form) { form.cmdOk(); };
     EXPECT_FALSE(Open<frmAffinTrPrm>(ok));
-    const Message question = TakeMessages().back();
-    EXPECT_EQ(question.defaultAnswer, Answer::kNo);
-    EXPECT_TRUE(question.text.ends_with("!\r\nStart transformation?"));
+    EXPECT_EQ(platform.messages.back().defaultAnswer, Answer::kNo);
     platform.answers = {Answer::kYes};
     EXPECT_TRUE(Open<frmAffinTrPrm>(ok));
-    EXPECT_EQ(TakeMessages().size(), 1U);
     EXPECT_TRUE(Open<frmAffinTrPrm>([](frmAffinTrPrm& form) {
         form.txtTrPrm(1, "1.000000001");
         EXPECT_TRUE(form.cmdOk());
     }));
-    EXPECT_TRUE(TakeMessages().empty());
+    EXPECT_EQ(platform.messages.size(), 3U);
 }
 
 TEST_F(AffinTrPrm, LoadsAndSavesInTheOrderOfTheExtension) {
@@ -103,237 +81,159 @@ TEST_F(AffinTrPrm, LoadsAndSavesInTheOrderOfTheExtension) {
     Open<frmAffinTrPrm>([&](frmAffinTrPrm& form) {
         EXPECT_TRUE(form.FathomButtonsVisible());
         form.cmdOlMeter();
-        EXPECT_EQ(form.BoxText(5), "1.89648384");
-        Choose("bad.trp", "7 x");
-        form.cmdLoad();
-        ExpectTold(GetMlString(74, {}));
-        Choose("gone.trp", "");
-        form.cmdLoad();
-        ExpectTold(GetMlString(70, {}));
+        With(form, &frmAffinTrPrm::cmdLoad, "bad.trp", "7 x");
+        With(form, &frmAffinTrPrm::cmdLoad, "gone.trp");
         form.cmdLoad();  // cancelled
+        ExpectTold({GetMlString(74, {}), GetMlString(70, {})});
         EXPECT_EQ(form.BoxText(1), "1.89648384");
-        Choose("in.prm", "1 2 3 4 5 6");
-        form.cmdLoad();
+        With(form, &frmAffinTrPrm::cmdLoad, "in.prm", "1 2 3 4 5 6");
+        EXPECT_EQ(transformation.gName + "/", folder.File(""));
         EXPECT_EQ(form.SampleText(0), " Y' = [1.000] + [3.00000000] * Y + [5.00000000] * X");
         form.txtTrPrm(0, "99");
-        const std::string refused = Choose("out.all", "");
-        form.cmdSave();
-        EXPECT_FALSE(std::filesystem::exists(refused));
-        EXPECT_EQ(TakeMessages().size(), 1U);
-        const std::string saved = Choose("out.PRM", "");
-        form.cmdSave();
-        EXPECT_EQ(ReadFile(saved).substr(0, 14), "1.000\r\n2.000\r\n") << "what was loaded";
+        EXPECT_TRUE(With(form, &frmAffinTrPrm::cmdSave, "out.PRM").starts_with("1.000\r\n2.000"))
+            << "what was loaded";
     });
-    EXPECT_EQ(double{transformation.udtTrPrm().dA0}, 99.0);
-    EXPECT_EQ(double{transformation.udtTrPrm().dB0}, 2.0);
-
-    transformation.udtTrPrmByDAT2M1(TR_STG_HER);
-    Open<frmAffinTrPrm>([&](frmAffinTrPrm& form) {
-        EXPECT_EQ(form.BoxText(1), "1.00000000");
-        const std::string saved = Choose("none.trp", "");
-        form.cmdSave();
-        EXPECT_EQ(TakeMessages().size(), 1U);
-        EXPECT_FALSE(std::filesystem::exists(saved));
-    });
-    EXPECT_EQ(transformation.udtTrPrm().eType, TR_HELMERT);
+    EXPECT_EQ(double{transformation.udtTrPrm().dA0}, 99.0) << "closing writes back";
 }
 
 using PoliTrPrm = ParameterForms;
 
-TEST_F(PoliTrPrm, AsksOnlyAboutAChangedTextAndTakesItWholeOrNotAtAll) {
-    transformation.udtTrPrmByDAT2M1(TR_STG_HER);
-    const TR_PRM before = transformation.udtTrPrm();
-    EXPECT_TRUE(Open<frmPoliTrPrm>([](frmPoliTrPrm& form) {
-        form.rtBox(form.rtBox() + "x");
-        form.rtBox(form.rtBox().substr(0, form.rtBox().size() - 1));
-        EXPECT_TRUE(form.cmdOk());
-    }));
-    EXPECT_EQ(double{transformation.udtTrPrm().dA4}, double{before.dA4});
-    EXPECT_TRUE(TakeMessages().empty());
-
+TEST_F(PoliTrPrm, LoadsChoosesAndSavesTheTextAsItStandsAndTakesItWhole) {
     const std::string order1 = "t\r\n\r\n sy = 7 sx = 8\r\n1 1 2\r\n2 3 4\r\n3 5 6\r\n";
-    const struct {
-        std::string text;
-        std::deque<Answer> answers;
-        bool accepted;
-        enuTR_TYPE type;
-        std::size_t messages;
-    } cases[] = {
-        {order1, {}, true, TR_STG_HER, 1},  // the default is to drop the change
-        {order1, {Answer::kCancel}, false, TR_STG_HER, 1},
-        {order1 + "4 7 x\r\n", {Answer::kYes}, false, TR_STG_HER, 2},
-        {"", {Answer::kYes}, false, TR_STG_HER, 2},
-        {order1, {Answer::kYes}, true, TR_POLI_1, 1},
-    };
-    for (const auto& expected : cases) {
-        SCOPED_TRACE(expected.text);
-        platform.answers = expected.answers;
-        EXPECT_EQ(Open<frmPoliTrPrm>([&](frmPoliTrPrm& form) {
-                      form.rtBox(expected.text);
-                      EXPECT_EQ(form.cmdOk(), expected.accepted);
-                      EXPECT_EQ(form.rtBox(), expected.text);
-                  }),
-                  expected.accepted);
-        EXPECT_EQ(transformation.udtTrPrm().eType, expected.type);
-        EXPECT_EQ(TakeMessages().size(), expected.messages);
-    }
-    EXPECT_EQ(double{transformation.udtTrPrm().dB2}, 4.0);
-}
-
-TEST_F(PoliTrPrm, LoadsChoosesAndSavesTheTextAsItStands) {
-    const std::string cases[] = {"", "t\n\n1 2\n1 1 1\n2 2 2\n3 3 3\n4 4 4\n5 5 5\n",
-                                 "t\n\n1 2\n1 1 1\n2 2 2\n3 3 3\n4 4 1..2\n"};
-    transformation.udtTrPrmByDAT2M1(TR_STG_HKR);
     Open<frmPoliTrPrm>([&](frmPoliTrPrm& form) {
         const std::string listing = form.rtBox();
-        for (const std::string& text : cases) {
-            Choose("bad" + std::to_string(text.size()), text);
-            form.cmdLoad();
-            EXPECT_EQ(form.rtBox(), listing);
-            ExpectTold(GetMlString(text.empty() ? 70 : 74, {}));
-        }
+        EXPECT_EQ(With(form, &frmPoliTrPrm::cmdSave, "identity.all"), listing);
+        With(form, &frmPoliTrPrm::cmdLoad, "gone");
+        With(form, &frmPoliTrPrm::cmdLoad, "bad", order1 + "4 4 1..2\n");
+        ExpectTold({GetMlString(70, {}), GetMlString(74, {})});
         platform.confirm = false;
         platform.nationalChoice = TR_EOV_HDR_10e;
         form.cmdDAT2M1();
         EXPECT_EQ(form.rtBox(), listing);
         platform.confirm = true;
         form.cmdDAT2M1();
-        EXPECT_EQ(platform.opened.back(), "national from 11");
         EXPECT_TRUE(form.rtBox().starts_with("EOV-HDR (országos)\r\n"));
-        const std::string refused = Choose("saved.trp", "");
-        form.cmdSave();
-        EXPECT_FALSE(std::filesystem::exists(refused)) << "would not be read as a polynomial";
-        EXPECT_EQ(TakeMessages().size(), 1U);
-        const std::string saved = Choose("saved.all", "");
-        form.rtBox("no\tpolynomial");
-        form.cmdSave();
-        EXPECT_EQ(ReadFile(saved), "no\tpolynomial");
-        EXPECT_EQ(InitDir(), folder.File("").substr(0, folder.File("").size() - 1));
-        form.cmdDAT2M1();
+        EXPECT_EQ(With(form, &frmPoliTrPrm::cmdSave, "saved.trp"), "") << "not for polynomials";
+        ExpectTold({""});
         EXPECT_TRUE(form.cmdOk());
     });
-    EXPECT_TRUE(TakeMessages().empty());
-    EXPECT_EQ(transformation.udtTrPrm().eType, TR_EOV_HDR_10e);
+    for (const bool whole : {false, true}) {
+        EXPECT_EQ(transformation.udtTrPrm().eType, TR_EOV_HDR_10e);
+        platform.answers = {Answer::kYes};
+        EXPECT_EQ(Open<frmPoliTrPrm>([&](frmPoliTrPrm& form) {
+                      form.rtBox(order1 + (whole ? "" : "4 7 x\r\n"));
+                      EXPECT_EQ(form.cmdOk(), whole);
+                  }),
+                  whole);
+    }
+    EXPECT_EQ(transformation.udtTrPrm().eType, TR_POLI_1);
+    EXPECT_EQ(double{transformation.udtTrPrm().dB2}, 4.0);
 }
 
 using ChooseDAT2M1 = ParameterForms;
 
 TEST_F(ChooseDAT2M1, ListsEveryTypeWithSystemsAccuracyAndOrigin) {
-    const auto rows = frmChooseDAT2M1::Rows();
-    ASSERT_EQ(rows.size(), 24U);
-    EXPECT_EQ(rows[16], (Texts{"STG-EOV (országos)", "STG", "EOV", "0.400", "Hungary"}));
-    EXPECT_EQ(frmChooseDAT2M1::Headings().size(), rows[0].size());
-    const auto choose = [](enuTR_TYPE type, const std::function<void(frmChooseDAT2M1&)>& script) {
-        frmChooseDAT2M1 form;
-        const bool confirmed = form.bDoModal(type, [&] { script(form); });
-        return confirmed ? type : type * 1000;
-    };
-    for (const int row : {0, 23}) {
-        EXPECT_EQ(choose(TR_POLI_2,
-                         [row](frmChooseDAT2M1& form) {
-                             EXPECT_FALSE(form.cmdOk()) << "nothing is selected yet";
-                             form.lstTr(row);
-                             EXPECT_NE(form.Origin(), "");
-                             EXPECT_TRUE(form.cmdOk());
-                         }),
-                  10 + row);
-    }
-    EXPECT_EQ(choose(TR_BOV_HKR, [](frmChooseDAT2M1& form) { EXPECT_TRUE(form.cmdOk()); }), 22);
-    EXPECT_EQ(choose(TR_BOV_HKR, [](frmChooseDAT2M1& form) { form.lstTr(0); }), 22000);
+    EXPECT_EQ(frmChooseDAT2M1::Rows().at(16),
+              (Texts{"STG-EOV (országos)", "STG", "EOV", "0.400", "Hungary"}));
+    frmChooseDAT2M1 form;
+    enuTR_TYPE type = TR_POLI_2;
+    EXPECT_TRUE(form.bDoModal(type, [&] {
+        EXPECT_FALSE(form.cmdOk()) << "nothing is selected yet";
+        form.lstTr(23);
+        EXPECT_NE(form.Origin(), "");
+        EXPECT_TRUE(form.cmdOk());
+    }));
+    EXPECT_EQ(type, 33);
+    EXPECT_FALSE(form.bDoModal(type, [&] { EXPECT_EQ(form.lstTr(), 23); }));
 }
 
 using XY4Tr = ParameterForms;
 
 TEST_F(XY4Tr, TakesAChangedTextOnlyWhenItIsWantedAndReadToItsEnd) {
-    clsTrCalc& engine = *transformation.oCalcTr();
+    const std::string points = "A 0 0 100 200\nB 10 0 110 200\nC 0 10 100 210\n";
     engine.AddXY4Tr(ShiftedPairs(4), false);
     engine.ExcludeByIx(1, false);
-    const std::string listing = engine.sListXYs();
-    EXPECT_TRUE(OpenPoints([&](frmXY4Tr& form) {
-        EXPECT_EQ(form.ControlTexts().TextOf("frmXY4Tr"), " GCPs");
-        EXPECT_EQ(form.rtBox(), listing);
-        EXPECT_TRUE(form.cmdOk());
-    }));
-    EXPECT_TRUE(TakeMessages().empty());
-
-    const struct {
-        std::string text;
-        std::deque<Answer> answers;
-        bool confirmed;
-        std::int32_t pairs;
-        std::string line{};  // that is told to be bad
-    } cases[] = {
-        {kPoints, {}, true, 4},
-        {kPoints, {Answer::kCancel}, false, 4},
-        {std::string(kPoints) + "D 1 2 3\n", {Answer::kYes}, false, 4, "3.line"},
-        {"A 0 0\n", {Answer::kYes}, false, 4, "1.line"},
-        {kPoints, {Answer::kYes}, true, 3},
-    };
-    for (const auto& expected : cases) {
-        SCOPED_TRACE(expected.text);
-        platform.answers = expected.answers;
-        EXPECT_EQ(OpenPoints(
-                      [&](frmXY4Tr& form) {
-                          EXPECT_EQ(form.ControlTexts().TextOf("frmXY4Tr"), "title");
-                          form.rtBox(expected.text);
-                          EXPECT_EQ(form.cmdOk(), expected.confirmed);
-                      },
-                      "title"),
-                  expected.confirmed);
-        EXPECT_EQ(engine.lFullCnt(), expected.pairs);
-        EXPECT_EQ(engine.lNotUsedCnt(), expected.pairs == 4 ? 1 : 0);
-        const auto messages = TakeMessages();
-        EXPECT_EQ(messages.front().title, "Data of GCPs");
-        EXPECT_EQ(messages.size(), expected.line.empty() ? 1U : 2U);
-        if (expected.line.empty()) continue;
-        EXPECT_EQ(messages.back().text, "Invalid file format!\r\n" + expected.line);
-        EXPECT_EQ(messages.back().icon, Icon::kExclamation);
+    engine.SwapSourDest();
+    const std::tuple<std::string, Answer, bool, Texts> cases[] = {
+        {points, Answer::kNo, true, {}},
+        {points, Answer::kCancel, false, {}},
+        {points + "D 1 2 3\n", Answer::kYes, false, {"Invalid file format!\r\n3.line"}},
+        {points, Answer::kYes, true, {}}};
+    for (const auto& [text, answer, confirmed, told] : cases) {
+        EXPECT_EQ(engine.lFullCnt() * 10 + engine.lNotUsedCnt(), 41);
+        platform.answers = {answer};
+        EXPECT_EQ(OpenPoints([&](frmXY4Tr& form) {
+                      form.rtBox(text);
+                      EXPECT_EQ(form.cmdOk(), confirmed);
+                  }),
+                  confirmed);
+        EXPECT_EQ(platform.messages.front().title, "Data of GCPs");
+        platform.messages.erase(platform.messages.begin());
+        ExpectTold(told);
     }
+    EXPECT_EQ(engine.lFullCnt() * 10 + engine.lNotUsedCnt(), 30);
+    EXPECT_TRUE(engine.Held().IsSwapped());
 }
 
 TEST_F(XY4Tr, LeavesTheNameOfALoadedFileOutOfThePoints) {
-    const std::string loaded = Choose("loaded.dat", "α 0 0 100 200\nB 10 0 110 200\n");
-    platform.answers = {Answer::kYes};
-    EXPECT_TRUE(OpenPoints([&](frmXY4Tr& form) {
-        form.cmdLoad();
-        EXPECT_TRUE(form.rtBox().starts_with(loaded + "\r\n"));
-        EXPECT_EQ(transformation.oCalcTr()->lFullCnt(), 0);
-        const std::string saved = Choose("saved.dat", "");
-        form.cmdSave();
-        EXPECT_EQ(platform.requests.back().initialFolder, "");
-        EXPECT_TRUE(ReadFile(saved).starts_with(loaded + "\r\n"));
-        const std::string text = form.rtBox();
-        form.cmdLoad();  // cancelled
-        EXPECT_EQ(form.rtBox(), text);
-        form.rtBox(loaded + "\r\nα 0 0 100 200\nB 10 0 110 200\n");
-        EXPECT_TRUE(form.cmdOk());
-    }));
-    const auto pairs = transformation.oCalcTr()->Pairs();
-    ASSERT_EQ(pairs.size(), 2U);
-    EXPECT_EQ(pairs[0].sId, "α") << "no code page may lose a letter";
-
+    const std::string points = "α 0 0 100 200\nB 10 0 110 200\n";
     DecimalSeparator(',');
     platform.answers = {Answer::kYes};
-    EXPECT_TRUE(OpenPoints([](frmXY4Tr& form) {
-        form.rtBox(form.rtBox() + "C 1,5 2,5 3,5 4,5");
+    EXPECT_TRUE(OpenPoints([&](frmXY4Tr& form) {
+        With(form, &frmXY4Tr::cmdLoad, "loaded.dat", points);
+        const std::string text = form.rtBox();
+        EXPECT_TRUE(text.starts_with(folder.File("loaded.dat") + "\r\n"));
+        EXPECT_EQ(engine.lFullCnt(), 0);
+        EXPECT_TRUE(With(form, &frmXY4Tr::cmdSave, "saved.dat").starts_with(folder.File("")));
+        form.cmdLoad();  // cancelled
+        EXPECT_EQ(form.rtBox(), text);
+        form.rtBox(text.substr(0, text.find('\n') + 1) + points + "C 1,5 2,5 3,5 4,5");
         EXPECT_TRUE(form.cmdOk());
     }));
-    ASSERT_EQ(transformation.oCalcTr()->lFullCnt(), 3);
-    EXPECT_EQ(transformation.oCalcTr()->Pairs()[1].dXdest, 110.0);
-    EXPECT_EQ(transformation.oCalcTr()->Pairs()[2].dYdest, 4.5);
+    ASSERT_EQ(engine.lFullCnt(), 3);
+    EXPECT_EQ(engine.Pairs()[0].sId, "α") << "no code page may lose a letter";
+    struct stat status {};
+    ASSERT_EQ(stat(folder.File("caches/KV_Tr").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0700U) << "the working folder is the user's only";
 }
 
-using WorkingFolder = ParameterForms;
-TEST_F(WorkingFolder, IsTheUsersOnlyAndKeepsTheLastText) {
-    WriteWorkingFile("tmp-PoliPrm.all", "a longer text");
-    const std::string path = WriteWorkingFile("tmp-PoliPrm.all", "text");
-    EXPECT_EQ(ReadFile(path), "\xEF\xBB\xBFtext");
-    struct stat status {};
-    ASSERT_EQ(stat(std::filesystem::path(path).parent_path().c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777U, 0700U);
-    std::filesystem::remove(path);
-    std::filesystem::create_directory(path);
-    EXPECT_THROW(WriteWorkingFile("tmp-PoliPrm.all", "text"), RuntimeError);
+TEST(bChooseTrPrm, TakesWhatIsConfirmedAndForgetsWhatACancelledDialogHasLeft) {
+    std::string stopAt;
+    bool (frmChoosePrm::*button)() = nullptr;
+    const auto choose = [&](frmChoosePrm& form) { (form.*button)(); };
+    const auto edit = [&](frmAffinTrPrm& form) {
+        form.txtTrPrm(0, "5");
+        if (stopAt != "editor") form.cmdOk();
+    };
+    const auto view = [](frmPoliTrPrm& form) { form.cmdOk(); };
+    const auto list = [&](frmXY4Tr& form) { stopAt != "list" && form.cmdOk(); };
+    const auto adjust = [&](frmTr& form) {
+        form.Grid1DblClick(1, 1);
+        if (stopAt != "adjustment") form.cmdApplyResult();
+    };
+    RecordingPlatform platform(kEnglish, MakeDialogs({.tr = adjust,
+                                                      .chooseParameters = choose,
+                                                      .affine = edit,
+                                                      .polynomial = view,
+                                                      .controlPoints = list}));
+    const TemporaryFolder folder;
+    const std::string points = folder.File("points.dat");
+    WriteFile(points, "Bad 5 5 9 9\nA 0 0 100 200\nB 10 0 110 200\nC 0 10 100 210\n");
+    clsTr transformation;
+    using Chooser = frmChoosePrm;
+    const std::tuple<bool (Chooser::*)(), const char*, double> steps[] = {
+        {&Chooser::cmdAffin, "editor", 0}, {&Chooser::cmdAffin, "", 5},
+        {&Chooser::cmdPoli, "", 5},        {&Chooser::cmdCalc, "file", 5},
+        {&Chooser::cmdCalc, "list", 5},    {&Chooser::cmdCalc, "adjustment", 5},
+        {&Chooser::cmdOk, "", 5},          {&Chooser::cmdCalc, "", 100}};
+    for (const auto& [pressed, stop, shift] : steps) {
+        button = pressed;
+        stopAt = stop;
+        platform.choices = {FileChoice{stopAt == "file" ? folder.File("gone.dat") : points}};
+        EXPECT_EQ(transformation.bChooseTrPrm(), stopAt.empty()) << stop;
+        EXPECT_NEAR(transformation.udtTrPrm().dA0, shift, 1e-9) << stop;
+    }
+    EXPECT_EQ(transformation.udtTrPrm().eType, TR_AFFIN);
 }
 
 }  // namespace

@@ -4,16 +4,15 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
-#include <QGroupBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QTableView>
 #include <QTest>
+#include <QToolTip>
 
 #include "helpers/engine_test.h"
 #include "helpers/sample_points.h"
-#include "kv_tr/qt/graph_area.h"
 
 namespace kv_tr::test {
 namespace {
@@ -46,17 +45,13 @@ protected:
         Find<QAbstractButton>(window, name).click();
         QApplication::processEvents();
     }
-    static std::string TextOf(const QWidget& window, const char* label) {
-        return Find<QLabel>(window, label).text().toStdString();
-    }
 
-    /// The box that has the focus.
-    static QLineEdit& Editor() { return dynamic_cast<QLineEdit&>(*QApplication::focusWidget()); }
-
-    /// The middle of a cell, rows and columns counted from 0.
-    static QPoint CellAt(const QTableView& grid, int row, int column) {
+    /// The middle of a cell, rows counted from 0.
+    static QPoint CellAt(const QTableView& grid, int row, int column = 2) {
         return grid.visualRect(grid.model()->index(row, column)).center();
     }
+    /// The box that has the focus, if one has.
+    static QLineEdit* Editor() { return dynamic_cast<QLineEdit*>(QApplication::focusWidget()); }
 
     bool confirmed = false;
 };
@@ -70,56 +65,35 @@ TEST_F(FrmTrWindow, GivesEveryControlItsCaptionAndEveryButtonALetter) {
             for (const auto* button : window.findChildren<QAbstractButton*>()) {
                 if (button->text().isEmpty()) continue;  // the table's corner
                 const auto mark = button->text().indexOf('&');
-                const QChar letter = button->text().toLower()[mark + 1];
-                without += mark < 0;
-                EXPECT_TRUE(mark < 0 || letters.insert(letter).second) << int(letter.unicode());
+                without += mark < 0 || !letters.insert(button->text().toLower()[mark + 1]).second;
             }
             EXPECT_EQ(without, 0) << language;
-            for (const auto& [control, id] : {std::pair{"opMode(2)", 33}, {"cmdApplyResult", 27}}) {
-                EXPECT_EQ(Find<QAbstractButton>(window, control).text().remove('&').toStdString(),
-                          GetMlString(id, {}));
+            auto& grid = Find<QTableView>(window, "Grid1");
+            for (const auto& [shown, id] :
+                 {std::pair{Find<QAbstractButton>(window, "opMode(2)").text().remove('&'), 33},
+                  {Find<QLabel>(window, "lblCnt").text().remove("12"), 67},
+                  {grid.model()->headerData(0, Qt::Horizontal).toString(), 98},
+                  {grid.toolTip(), 87}}) {
+                EXPECT_EQ(shown.toStdString(), GetMlString(id, {}));
             }
-            EXPECT_EQ(Find<QGroupBox>(window, "frmRes").title().toStdString(), GetMlString(60, {}));
-            EXPECT_EQ(window.windowTitle().toStdString(), GetMlString(31, {}));
-            EXPECT_EQ(TextOf(window, "lblCnt"), GetMlString(67, {}) + "12");
-            const auto* model = Find<QTableView>(window, "Grid1").model();
-            EXPECT_EQ(model->headerData(0, Qt::Horizontal).toString().toStdString(),
-                      GetMlString(98, {}));
         }
     });
 }
 
 TEST_F(FrmTrWindow, ForwardsTheButtons) {
     Open([&](frmTrWindow& window) {
-        Click(window, "RadioTrType(1)");
-        EXPECT_EQ(engine.eTrType(), TR_AFFIN);
-        Click(window, "RadioTrType(5)");
-        EXPECT_EQ(engine.eTrType(), TR_AFFIN);
-        EXPECT_TRUE(Find<QAbstractButton>(window, "RadioTrType(1)").isChecked()) << "refused";
-        const double shift = engine.udtTrPrm().dA0;
-        Click(window, "chkInverz");
-        EXPECT_LT(engine.udtTrPrm().dA0 * shift, 0);
         EXPECT_FALSE(Find<QWidget>(window, "cmdPrint").isVisible());
         Click(window, "opMode(2)");
-        EXPECT_TRUE(Find<QWidget>(window, "cmdPrint").isVisible());
-        EXPECT_TRUE(Find<QWidget>(window, "PicBox").isVisible());
         EXPECT_FALSE(Find<QWidget>(window, "Grid1").isVisible());
-        for (const char* button : {"chkNr", "chkDx", "chkDy", "chkRad", "cmdSaveLog", "cmdSavePrm",
-                                   "cmdSavePicture", "cmsResetExt", "cmdRemoveExt"}) {
-            Click(window, button);
-        }
-        EXPECT_EQ(platform.requests.size(), 3u);
-        const std::map<std::string, std::string> begins = {{"svg", "<?xml"}, {"png", "\x89PNG"}};
-        for (const auto& [extension, begin] : begins) {
-            platform.choices = {FileChoice{folder.File("picture." + extension)}};
+        for (const char* button : {"cmdSaveLog", "cmdSavePrm"}) Click(window, button);
+        EXPECT_EQ(platform.requests.size(), 2u);
+        for (const auto& [file, begin] :
+             {std::pair{"a.svg", "<?xml"}, {"a.png", "\x89PNG"}, {"no/a.svg", ""}}) {
+            platform.choices = {FileChoice{folder.File(file)}};
             Click(window, "cmdSavePicture");
-            EXPECT_TRUE(ReadFile(folder.File("picture." + extension)).starts_with(begin));
+            EXPECT_TRUE(ReadFile(folder.File(file)).starts_with(begin));
         }
-        platform.TakeTexts();
-        platform.choices = {FileChoice{folder.File("picture.jpg")}};
-        Click(window, "cmdSavePicture");
-        EXPECT_EQ(platform.TakeTexts().size(), 1U);
-        EXPECT_EQ(ReadFile(folder.File("picture.jpg")), "");
+        EXPECT_EQ(platform.TakeTexts().size(), 1U) << "an error is a message";
         Click(window, "cmdApplyResult");
         EXPECT_FALSE(window.isVisible());
     });
@@ -129,83 +103,105 @@ TEST_F(FrmTrWindow, ForwardsTheButtons) {
 TEST_F(FrmTrWindow, TogglesPairsByMouseAndKeyboard) {
     Open([&](frmTrWindow& window) {
         auto& grid = Find<QTableView>(window, "Grid1");
-        const auto excluded = [&] { return TextOf(window, "lblExtCnt"); };
         const auto at = [&](int row) { return CellAt(grid, row, 4); };
+        QHelpEvent pause(QEvent::ToolTip, at(3), grid.viewport()->mapToGlobal(at(3)));
+        QApplication::sendEvent(grid.viewport(), &pause);
+        EXPECT_EQ(QToolTip::text(), grid.toolTip());
         QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, at(3));
-        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, at(3));
         EXPECT_TRUE(engine.Pairs()[3].bNotUsed);
-        EXPECT_FALSE(grid.selectionModel()->hasSelection());
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, at(8));
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, at(6));
         QTest::mouseClick(grid.viewport(), Qt::RightButton, {}, at(7));
-        EXPECT_EQ(excluded(), "Excluded:4");
+        EXPECT_EQ(engine.lNotUsedCnt(), 4);
         QTest::keyClick(&grid, Qt::Key_Space);
-        EXPECT_EQ(excluded(), "Excluded:1");
+        EXPECT_EQ(engine.lNotUsedCnt(), 1);
         QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
         EXPECT_EQ(QApplication::clipboard()->text().count('\n'), 4) << "headings and three rows";
 
         Click(window, "opMode(2)");
         auto& picture = Find<QWidget>(window, "PicBox");
-        QTest::mouseClick(&picture, Qt::LeftButton, {}, {1, 1});
-        EXPECT_EQ(excluded(), "Excluded:1");
-        QTest::mouseDClick(&picture, Qt::LeftButton, {}, {1, 1});
-        QTest::mouseRelease(&picture, Qt::LeftButton, {}, {1, 1});
-        EXPECT_EQ(excluded(), "Excluded:2");
+        const auto& pair = engine.Pairs()[5];
+        const PlanePoint place = ScaleFor(engine.Held(), picture.width(), picture.height())
+                                     .ToSurface({pair.dXdest, pair.dYdest});
+        const QPoint cross(int(place.first), int(place.second));
+        QTest::mouseDClick(&picture, Qt::LeftButton, {}, cross);
+        QTest::mouseRelease(&picture, Qt::LeftButton, {}, cross);
+        EXPECT_TRUE(engine.Pairs()[5].bNotUsed);
     });
 }
 
-TEST_F(FrmTrWindow, PaintsTheTextsOfACrossApart) {
-    GraphPage page{.width = 200, .height = 100};
-    page.marks = {
-        {.place = {100, 50}, .colour = kRed, .labels = {" HHHH", " HHHH", "HHHH ", "HHHH"}}};
-    QImage image(200, 100, QImage::Format_RGB32);
-    QPainter painter(&image);
-    PaintPage(painter, page);
-    painter.end();
-    const auto ink = [&image](int left, int right, int top, int bottom) {
-        int count = 0;
-        for (int x = left; x <= right; ++x) {
-            for (int y = top; y <= bottom; ++y) count += image.pixelColor(x, y) != Qt::white;
-        }
-        return count;
+TEST_F(FrmTrWindow, EditsByTheKeyboard) {
+    using enum Qt::Key;
+    const struct {
+        std::vector<Qt::Key> keys;
+        double value;  // of the second pair's first coordinate
+        int row;
+        bool open;
+    } steps[] = {
+        {{Key_5, Key_6}, 1630, 1, true},  // behind the first character
+        {{Key_Return}, 56, 1, false},
+        {{Key_F2}, 56, 1, true},
+        {{Key_Backspace, Key_1, Key_Return}, 56.001, 1, false},
+        {{Key_9, Key_Escape}, 56.001, 1, false},
+        {{Key_8, Key_Up}, 8, 0, false},
+        {{Key_Down}, 8, 1, false},
+        {{Key_X, Key_Return}, 8, 1, false},
+        {{Key_7, Key_Down}, 7, 2, false},
+        {{Key_Up}, 7, 1, false},
     };
-    EXPECT_GT(ink(75, 95, 35, 44), 0) << "no text at all";
-    for (const auto& [top, bottom] : {std::pair{30, 44}, {56, 70}}) {
-        EXPECT_EQ(ink(97, 102, top, bottom), 0) << "the texts touch";
-    }
+    Open([&](frmTrWindow& window) {
+        auto& grid = Find<QTableView>(window, "Grid1");
+        Find<QWidget>(window, "txtLimit").setFocus();
+        Click(window, "opMode(1)");
+        EXPECT_TRUE(grid.hasFocus()) << "who wants to edit moves and types";
+        grid.setCurrentIndex(grid.model()->index(1, 2));
+        for (const auto& [keys, value, row, open] : steps) {
+            SCOPED_TRACE(value);
+            for (const Qt::Key key : keys) {
+                QTest::keyClick(QApplication::focusWidget(), key);
+                QApplication::processEvents();
+            }
+            EXPECT_EQ(engine.Pairs()[1].dXsour, value);
+            EXPECT_EQ(grid.currentIndex(), grid.model()->index(row, 2));
+            EXPECT_EQ(Editor() != nullptr, open);
+        }
+        QTest::keyClick(&grid, Key_Escape);
+        EXPECT_TRUE(window.isVisible()) << "Esc belongs to the editor";
+    });
 }
 
 TEST_F(FrmTrWindow, TakesWhatIsTypedInACellBeforeAnythingElse) {
     Open([&](frmTrWindow& window) {
         auto& grid = Find<QTableView>(window, "Grid1");
         const auto type = [&](int row, const char* text) {
-            QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, row, 2));
-            Editor().setText(text);
+            QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, row));
+            EXPECT_TRUE(Editor()->geometry().contains(CellAt(grid, row)));
+            EXPECT_FALSE(Editor()->hasSelectedText());
+            Editor()->setText(text);
         };
-        window.setFocus();
+        const auto expectTaken = [&](std::size_t row, double value) {
+            EXPECT_EQ(engine.Pairs()[row].dXsour, value);
+            EXPECT_TRUE(Editor() == nullptr || Editor()->objectName() == "txtLimit");
+        };
         Click(window, "opMode(1)");
-        EXPECT_TRUE(grid.hasFocus()) << "who wants to edit moves and types";
+        type(2, "3");
+        type(3, "5");  // a click elsewhere
+        EXPECT_EQ(engine.Pairs()[2].dXsour, 3);
+        platform.texts->SwitchLanguage(kSerbian, {});
+        EXPECT_EQ(Editor()->text(), "5") << "drawing does not disturb who types";
+        grid.setCurrentIndex(grid.model()->index(4, 7));
+        expectTaken(3, 5);
+        type(3, "7");
+        Find<QWidget>(window, "txtLimit").setFocus();
+        expectTaken(3, 7);
         engine.ExcludeByIx(0, true);
         type(11, "6");
         Click(window, "cmdRemoveExt");  // as its letter does, the focus staying in the editor
         EXPECT_EQ(engine.lFullCnt(), 11);
-        EXPECT_EQ(engine.Pairs().back().dXsour, 6);
-        QTest::keyClick(&grid, Qt::Key_F2);
-        EXPECT_EQ(Editor().text(), "6.000") << "the current row exists";
-        QTest::keyClick(&Editor(), Qt::Key_Escape);
-        EXPECT_TRUE(window.isVisible()) << "Esc belongs to the editor";
-        QTest::keyClick(&grid, Qt::Key_Escape);
-        EXPECT_TRUE(window.isVisible());
-        type(3, "7");
-        Find<QWidget>(window, "txtLimit").setFocus();
-        EXPECT_EQ(engine.Pairs()[3].dXsour, 7);
+        expectTaken(10, 6);
         type(4, "8");
-        Click(window, "opMode(2)");
-        EXPECT_EQ(engine.Pairs()[4].dXsour, 8);
-        Click(window, "opMode(1)");
-        type(5, "9");
         Click(window, "cmdExit");
-        EXPECT_EQ(engine.Pairs()[5].dXsour, 9);
+        EXPECT_EQ(engine.Pairs()[4].dXsour, 8);
     });
 }
 
@@ -214,36 +210,22 @@ TEST_F(FrmTrWindow, IsDrawnOnceAClick) {
         auto& grid = Find<QTableView>(window, "Grid1");
         int drawn = 0;  // every time the headings are told that they may have changed
         QObject::connect(grid.model(), &QAbstractItemModel::headerDataChanged, [&] { ++drawn; });
-        const auto expectOne = [&](const char* what) {
-            EXPECT_EQ(std::exchange(drawn, 0), 1) << what;
-        };
-        for (const char* button :
-             {"RadioTrType(1)", "RadioTrType(5)", "chkInverz", "opMode(2)", "chkNr", "chkRad",
-              "cmsResetExt", "opMode(1)", "opMode(0)", "cmdRemoveExt"}) {
-            platform.whileShown = [&] { drawn = 0; };  // a refusal is drawn before it is told, too
-            Click(window, button);
-            expectOne(button);
-        }
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
-        expectOne("click");
-        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
-        expectOne("double click");
-        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2, 2));
-        QTest::mouseClick(grid.viewport(), Qt::RightButton, {}, CellAt(grid, 4, 2));
-        EXPECT_LE(std::exchange(drawn, 0), 2) << "the button goes down, and up";
+        platform.whileShown = [&] { EXPECT_EQ(std::exchange(drawn, 0), 1) << "before a refusal"; };
         auto& limit = Find<QLineEdit>(window, "txtLimit");
-        limit.setFocus();
-        limit.selectAll();
-        QTest::keyClicks(&limit, "0.7");
-        EXPECT_EQ(drawn, 0);
-        Click(window, "chkInverz");
-        expectOne("limit and inverse");
-        platform.texts->SwitchLanguage(kSerbian, "");
-        expectOne("language");
+        limit.setText("0.70");
+        limit.setModified(true);  // the first action takes the limit, too
+        for (const char* button : {"RadioTrType(1)", "RadioTrType(5)", "chkInverz", "opMode(2)",
+                                   "chkNr", "opMode(1)", "opMode(0)", "cmdRemoveExt"}) {
+            Click(window, button);
+            EXPECT_EQ(std::exchange(drawn, 0), 1) << button;
+        }
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, CellAt(grid, 2));
+        EXPECT_EQ(drawn, 1);
+        EXPECT_EQ(engine.gdErrLimit, 0.7);
     });
 }
 
-TEST_F(FrmTrWindow, KeepsAWrongLimitUntilItIsRight) {
+TEST_F(FrmTrWindow, KeepsAWrongLimitUntilItIsRightAndComesBackInItsSize) {
     Open([&](frmTrWindow& window) {
         auto& limit = Find<QLineEdit>(window, "txtLimit");
         limit.setFocus();
@@ -251,25 +233,16 @@ TEST_F(FrmTrWindow, KeepsAWrongLimitUntilItIsRight) {
         QTest::keyClicks(&limit, "x");
         Find<QWidget>(window, "Grid1").setFocus();
         QApplication::processEvents();
-        EXPECT_EQ(platform.TakeTexts(), Texts{"x"});
         EXPECT_TRUE(limit.hasFocus());
-        Click(window, "cmdApplyResult");
-        EXPECT_EQ(platform.TakeTexts(), Texts{"x"});
-        EXPECT_TRUE(window.isVisible()) << "the entry comes first";
+        Click(window, "RadioTrType(1)");
+        EXPECT_EQ(platform.TakeTexts(), (Texts{"x", "x"}));
+        EXPECT_TRUE(Find<QAbstractButton>(window, "RadioTrType(0)").isChecked()) << "entry first";
         limit.selectAll();
         QTest::keyClicks(&limit, "0.5");
-        Click(window, "cmdApplyResult");
-        EXPECT_EQ(engine.gdErrLimit, 0.5);
-        EXPECT_FALSE(window.isVisible());
-    });
-}
-
-TEST_F(FrmTrWindow, ComesBackInItsSize) {
-    Open([](frmTrWindow& window) {
         window.resize(780, 700);
-        window.close();
+        Click(window, "cmdExit");
     });
-    EXPECT_FALSE(confirmed);
+    EXPECT_EQ(engine.gdErrLimit, 0.5);
     Open([](frmTrWindow& window) { EXPECT_EQ(window.size(), QSize(780, 700)); });
 }
 
