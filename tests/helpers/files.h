@@ -10,7 +10,7 @@ namespace kv_tr::test {
 
 inline std::string ReadFile(const std::string& name) {
     std::ifstream file(name, std::ios::binary);
-    return {std::istreambuf_iterator(file), {}};
+    return {std::istream_iterator<char>(file >> std::noskipws), {}};
 }
 
 /// The name of the file, which then holds this text.
