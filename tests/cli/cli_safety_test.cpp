@@ -22,17 +22,15 @@ TEST_F(CommandLine, KeepsItsMessagesOutOfItsFilesWhenStandardStreamsAreClosed) {
     EXPECT_EQ(Run("kv_tr adjust shift --log log >&- | cat; tr -d '\\r' <log"), 0);
     EXPECT_EQ(out, log);
     EXPECT_NE(err.find("written"), err.npos) << err;
-    EXPECT_EQ(Run("kv_tr types >&-"), 1);
-    EXPECT_EQ(Run(kTransform + std::string("<&-")), 1);
-    EXPECT_EQ(Run("kv_tr transform bad --keep-going --points shift --type affine <&- >&- 2>&-"), 1);
+    EXPECT_EQ(Run(kTransform + std::string("<&- >&- 2>&-")), 1);
 }
 
 TEST_F(CommandLine, SaysWhenTheStandardOutputTakesNothing) {
     WriteFile(work + "p.trp", "0 1 0 0 0 1");
     for (const char* line :
          {"--help", "adjust --help", "--version", "types", "national", "adjust shift",
-          "adjust shift --json", "params p.trp", "params p.trp --format json",
-          "transform bad --params p.trp --keep-going", "angle 1 2 3 --params p.trp"}) {
+          "adjust shift --json", "params p.trp", "angle 1 2 3 --params p.trp",
+          "transform bad --params p.trp --keep-going"}) {
         EXPECT_EQ(Run("kv_tr " + std::string(line) + " >/dev/full"), 1) << line;
         EXPECT_NE(err.find("could be written"), err.npos) << line << ": " << err;
     }
@@ -47,11 +45,8 @@ TEST_F(CommandLine, ReadsAndWritesNoFileUnderTwoNames) {
     for (const char* line : {
              "adjust shift --log new --save-points new",
              "adjust shift --log new --save-points folder/../new",
-             "adjust shift --save-params later --plot dangling",
-             "adjust shift --save-params x.trp --log ./x.trp",
              "adjust shift --save-points dangling --log later",
              "adjust bad --save-points link --log hard",
-             "transform bad --points shift --type affine --output shift",
              "transform bad --points shift --type affine --output $PWD/link",
              "transform bad --points link --type affine --output hard",
              "transform bad --params p.trp --output folder/../p.trp",
@@ -70,21 +65,16 @@ TEST_F(CommandLine, RefusesNumbersWithDecimalCommasUnlessToldOfThem) {
              std::tuple<std::string, std::string, std::string>{
                  "adjust c --save-params x.trp", "a 0 0 0 0\nb;0,5;1,5;2,5;3,5\n", "c, line 2: "},
              {"adjust /dev/stdin --log x <c", "b 0,5 1 2 3\n", "stdin, line 1: "},
-             {"adjust c --json", "\"b\"\t'1'\t'2'\t3\t\"4,5\"\n", "c, line 1: "},
              {"transform bad --points c --type affine", "\nb\t1\t2,5\t3\t4\r\n", "c, line 2: "},
              {"angle 1 2 3 --points c --type affine", "b 1 2 3 4\r\rb 1,5 2,5 3 4", "c, line 3: "},
              {fit + "c --output x", "a 1 2\nb 1,5 2\n", "c, line 2: "},
-             {fit + "c --no-id", "1,5;2 rest\n", "c, line 1: "},
              {fit + "<c", "1,5 2,5\n", "input, line 1: "},
-             {fit + "c --keep-going --output x", "a 1 2\nb;1;2,5;7\n", "1 of 2 lines"},
          }) {
         WriteFile(work + "c", text);
-        auto files = Files();
+        const auto files = Files();
         EXPECT_EQ(Run("kv_tr " + line), 1) << line;
         EXPECT_NE(err.find(bad), err.npos) << err;
         EXPECT_NE(err.find("--decimal-comma"), err.npos) << err;
-        if (line.ends_with("--keep-going --output x"))
-            files["x"] = "a 101.000 202.000\nb;1;2,5;7\n";
         EXPECT_EQ(Files(), files) << line;
     }
 }
@@ -94,7 +84,6 @@ TEST_F(CommandLine, ReadsBackWhatItWroteWithDecimalCommas) {
     Run(adjust + "examples/textbook_conformal_3.dat");
     const std::string report = out;
     Run(adjust + "examples/textbook_conformal_3.dat --decimal-comma --save-points p");
-    EXPECT_EQ(Files()["p"].find('.'), std::string::npos);
     EXPECT_EQ(Run(adjust + "p --decimal-comma"), 0) << err;
     EXPECT_EQ(out, report);
 
@@ -107,48 +96,32 @@ TEST_F(CommandLine, ReadsBackWhatItWroteWithDecimalCommas) {
     EXPECT_NE(image.find("\t\"rest 1,5\"\r\n\nB 1049414,"), std::string::npos) << out;
     EXPECT_EQ(Run(transform + "--keep-going", "A,1.5,2.5\nA 1,5\nA 1,5 2,x\n"), 1);
     EXPECT_EQ(out, "A,1.5,2.5\nA 1,5\nA 1,5 2,x\n") << "commas do not separate";
-
-    for (const char* bad : {"a 1,5 2,5 3,5\n", "a,1,5 2,5 3,5 4,5\n", "a 1 2 3 4,x\n"}) {
-        WriteFile(work + "c", bad);
-        EXPECT_EQ(Run(adjust + "c --decimal-comma"), 1) << bad;
-    }
 }
 
 TEST_F(CommandLine, NeverPassesControlCharactersOnToTheTerminal) {
     const std::string escapes =
         "\x1B[31m\x7F\xC2\x9B"
         "Ő";
-    WriteFile(work + "p",
-              "\xEF\xBB\xBF"
-              "A" +
-                  escapes + " 0 0 1 1\nB 1 0 2 1\nC 0 1 1 2\n");
+    WriteFile(work + "p", "A" + escapes + " 0 0 1 1\nB 1 0 2 1\nC 0 1 1 2\n");
     WriteFile(work + "bad" + escapes, "x" + escapes + "\n");
     WriteFile(work + "p.trp", "0 1 0 0 0 1");
     const std::regex controls("[\\x01-\\x09\\x0B-\\x1F\\x7F]|\xC2[\x80-\x9F]");
     const std::string name = "\"$(printf '\\033[31m\\177\\302\\233Ő')\"";
     for (const auto& [line, shown] : {
-             std::pair<std::string, std::string>{"adjust p | tr -d '\\t'", "A_[31m__Ő   "},
+             std::pair<std::string, std::string>{"adjust p | tr -d '\t'", "A_[31m__Ő   "},
              {"adjust p --json", "\"A\\u001b[31m\\u007f\\u009bŐ\""},
              {"adjust p --exclude " + name, "_[31m__Ő"},
              {"adjust bad" + name, "bad_[31m__Ő"},
-             {"adjust gone" + name, "gone_[31m__Ő"},
-             {"adjust p --log no" + name + "/x", "no_[31m__Ő/x"},
-             {"adjust p --log /dev/full", "/dev/full"},
              {"adjust p --log x" + name + " --plot " + name, "_[31m__Ő"},
              {"transform bad" + name + " --params p.trp", "bad_[31m__Ő, line 1: "},
-             {"transform bad" + name + " --params p.trp --keep-going --output new", "1 of"},
              {"transform bad --params p.trp --output no" + name + "/x", "no_[31m__Ő/x"},
              {"params " + name, "_[31m__Ő"},
-             {"params " + name + ".all", "_[31m__Ő.all"},
-             {name, "_[31m__Ő"},
              {"types --language " + name, "_[31m__Ő"},
          }) {
         Run("kv_tr " + line);
+        std::erase(out, '\t');
         EXPECT_NE((out + err).find(shown), out.npos) << line << "\n" << out << err;
-        EXPECT_FALSE(
-            std::regex_search(std::regex_replace(out, std::regex("\t"), "") + err, controls))
-            << line << "\n"
-            << out << err;
+        EXPECT_FALSE(std::regex_search(out + err, controls)) << line << "\n" << out << err;
     }
 }
 

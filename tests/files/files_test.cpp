@@ -98,7 +98,7 @@ TEST(ReadParameters, TellsWhereItStopped) {
 }
 
 TEST(LogOf, ShowsUnequalFiguresInTheirPlacesAndNamesThePointOfEachRow) {
-    auto points = test::NoisyPointsBy(test::General(Type::kHelmert3), 5);
+    auto points = test::PointsBy(test::General(Type::kHelmert3), 5, 0.03);
     points[0].destination.first += 100.0;
     points[0].destination.second -= 30.0;
     Adjustment adjustment(points, Type::kHelmert3);

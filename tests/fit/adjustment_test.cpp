@@ -113,7 +113,7 @@ TEST(StatisticsOf, DividesByThePointsInUseLessOne) {
 
 TEST(ResidualsOf, AreThoseOfEveryPointInItsOrder) {
     const Transformation t = General(Type::kAffine);
-    const auto points = NoisyPointsBy(t, 600);  // several blocks
+    const auto points = PointsBy(t, 600, 0.03);  // several blocks
     const auto residuals = ResidualsOf(points, t);
     ASSERT_EQ(residuals.size(), points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {

@@ -3,10 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
-#include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "kv_tr/published/clsTrCalc.h"
 #include "kv_tr/published/errors.h"
@@ -14,8 +10,7 @@
 namespace kv_tr::test {
 
 /// Expects a RuntimeError of this number from a call.
-template <class Call>
-void ExpectError(ErrorNumber number, Call call) {
+void ExpectError(ErrorNumber number, auto call) {
     try {
         call();
         ADD_FAILURE() << "should have thrown";
@@ -29,10 +24,9 @@ inline void ExpectNear(PlanePoint actual, PlanePoint expected, double tolerance)
     EXPECT_NEAR(actual.second, expected.second, tolerance);
 }
 
-PlanePoint Map(const auto& transformation, PlanePoint source) {
-    PlanePoint image;
-    transformation.TrXY(source.first, source.second, image.first, image.second);
-    return image;
+PlanePoint Map(const auto& transformation, PlanePoint point) {
+    transformation.TrXY(point.first, point.second, point.first, point.second);
+    return point;
 }
 
 class EngineTest : public testing::Test {
@@ -43,12 +37,6 @@ protected:
     TemporaryFolder folder;
     clsTrCalc engine;
     const std::string name = folder.File("file");
-
-    /// The name of the file, which then holds this text.
-    const std::string& Written(const std::string& text) const {
-        WriteFile(name, text);
-        return name;
-    }
 
     void Fit(const std::vector<typeXYs4Tr>& pairs, enuTR_TYPE type) {
         engine.AddXY4Tr(pairs, false);

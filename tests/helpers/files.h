@@ -1,20 +1,34 @@
-// Whole files as text.
+// Whole files as text, and a folder for them.
 #pragma once
 
+#include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <random>
 #include <string>
 
 namespace kv_tr::test {
 
 inline std::string ReadFile(const std::string& name) {
-    std::ostringstream text;
-    text << std::ifstream(name, std::ios::binary).rdbuf();
-    return text.str();
+    std::ifstream file(name, std::ios::binary);
+    return {std::istream_iterator<char>(file >> std::noskipws), {}};
 }
 
-inline void WriteFile(const std::string& name, const std::string& text) {
+/// The name of the file, which then holds this text.
+inline const std::string& WriteFile(const std::string& name, const std::string& text) {
     std::ofstream(name, std::ios::binary) << text;
+    return name;
 }
+
+/// A folder of the test's own that goes away with it.
+class TemporaryFolder {
+public:
+    TemporaryFolder() { std::filesystem::create_directories(path_); }
+    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+    std::string File(const std::string& name) const { return (path_ / name).string(); }
+
+private:
+    const std::filesystem::path path_ = std::filesystem::temp_directory_path() /
+                                        ("kv_tr-" + std::to_string(std::random_device{}()));
+};
 
 }  // namespace kv_tr::test

@@ -2,14 +2,9 @@
 #pragma once
 
 #include <deque>
-#include <filesystem>
-#include <functional>
 #include <map>
-#include <optional>
-#include <random>
-#include <string>
-#include <vector>
 
+#include "helpers/files.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
@@ -42,56 +37,46 @@ public:
     /// The texts of all messages shown since the last call.
     std::vector<std::string> TakeTexts() {
         std::vector<std::string> taken;
-        for (const Message& message : messages) taken.push_back(message.text);
-        messages.clear();
+        for (const Message& message : std::exchange(messages, {})) taken.push_back(message.text);
         return taken;
     }
 
 private:
-    struct Messages : MessageBox {
-        explicit Messages(RecordingPlatform& o) : owner(o) {}
+    /// Stands in for each port and tells its owner.
+    struct Recorder : MessageBox, FileChooser, SettingsStore, Dialogs {
+        explicit Recorder(RecordingPlatform& o) : owner(o) {}
+
+        static auto Take(auto& queue, auto fallback) {
+            if (queue.empty()) return fallback;
+            fallback = queue.front();
+            queue.pop_front();
+            return fallback;
+        }
         Answer Show(const Message& message) override {
             owner.messages.push_back(message);
             owner.whileShown();
-            if (owner.answers.empty() || message.buttons == Buttons::kOk) {
-                return message.defaultAnswer;
-            }
-            const Answer answer = owner.answers.front();
-            owner.answers.pop_front();
-            return answer;
+            const bool asks = message.buttons != Buttons::kOk;
+            return asks ? Take(owner.answers, message.defaultAnswer) : message.defaultAnswer;
         }
-        RecordingPlatform& owner;
-    };
-    struct Files : FileChooser {
-        explicit Files(RecordingPlatform& o) : owner(o) {}
+
         std::optional<FileChoice> ChooseToOpen(const FileRequest& request) override {
             owner.requests.push_back(request);
-            if (owner.choices.empty()) return std::nullopt;
-            const auto choice = owner.choices.front();
-            owner.choices.pop_front();
-            return choice;
+            return Take(owner.choices, std::optional<FileChoice>());
         }
         std::optional<FileChoice> ChooseToSave(const FileRequest& request) override {
             return ChooseToOpen(request);
         }
-        RecordingPlatform& owner;
-    };
-    struct Settings : SettingsStore {
-        explicit Settings(RecordingPlatform& o) : owner(o) {}
-        static std::string Name(const SettingKey& k) {
+
+        static auto Name(const SettingKey& k) {
             return k.application + "/" + k.section + "/" + k.key;
         }
         std::string Read(const SettingKey& key, const std::string& fallback) override {
-            const auto found = owner.settings.find(Name(key));
-            return found == owner.settings.end() ? fallback : found->second;
+            return owner.settings.contains(Name(key)) ? owner.settings[Name(key)] : fallback;
         }
         void Write(const SettingKey& key, const std::string& value) override {
             owner.settings[Name(key)] = value;
         }
-        RecordingPlatform& owner;
-    };
-    struct RecordedDialogs : Dialogs {
-        explicit RecordedDialogs(RecordingPlatform& o) : owner(o) {}
+
         bool Open(const std::string& dialog) {
             owner.opened.push_back(dialog);
             return owner.confirm;
@@ -101,43 +86,23 @@ private:
         bool EditAffine(clsTr&) override { return Open("affine"); }
         bool ViewPolynomial(clsTr&) override { return Open("polynomial"); }
         bool ChooseNational(enuTR_TYPE& type) override {
-            Open("national from " + std::to_string(type));
-            type = owner.nationalChoice;
-            return owner.confirm;
+            const int before = std::exchange(type, owner.nationalChoice);
+            return Open("national from " + std::to_string(before));
         }
         bool ListControlPoints(clsTr&, const std::string& title) override { return Open(title); }
+
         RecordingPlatform& owner;
     };
 
     Platform MakePlatform(std::int32_t language, std::unique_ptr<Dialogs> dialogs) {
+        const auto recorder = [this] { return std::make_unique<Recorder>(*this); };
         auto embedded = std::make_unique<EmbeddedTexts>(language);
         texts = embedded.get();
-        return {.messages = std::make_unique<Messages>(*this),
-                .files = std::make_unique<Files>(*this),
-                .settings = std::make_unique<Settings>(*this),
-                .texts = std::move(embedded),
-                .dialogs = dialogs ? std::move(dialogs) : std::make_unique<RecordedDialogs>(*this)};
+        return {recorder(), recorder(), recorder(), std::move(embedded),
+                dialogs ? std::move(dialogs) : recorder()};
     }
 
     ComponentScope scope_;
-};
-
-/// A folder of the test's own that goes away with it.
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-        : path_(std::filesystem::temp_directory_path() /
-                ("kv_tr-" + std::to_string(std::random_device{}()))) {
-        std::filesystem::create_directories(path_);
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    std::string File(const std::string& name) const { return (path_ / name).string(); }
-
-private:
-    std::filesystem::path path_;
 };
 
 }  // namespace kv_tr::test

@@ -33,7 +33,7 @@ protected:
     const Type type = GetParam();
     const bool linear = !IsPolynomial(type);
     const Transformation general = General(type);
-    const std::vector<ControlPoint> points = NoisyPointsBy(general, 40);
+    const std::vector<ControlPoint> points = PointsBy(general, 40, 0.03);
 };
 
 void ExpectSameFit(const FitResult& one, const FitResult& other) {

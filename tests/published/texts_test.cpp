@@ -1,15 +1,11 @@
 // Numbers, code pages and the tables of texts.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
-#include <random>
 #include <regex>
 #include <set>
 
-#include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/text/code_page.h"
@@ -28,8 +24,8 @@ TEST(FormatFixed, WritesEveryKindOfValue) {
     const std::tuple<double, std::uint8_t, std::uint8_t, std::string> cases[] = {
         // clang-format off
         {3.14159, 3, 10, "     3.142"}, {-1234567.5, 1, 5, "-1234567.5"}, {999.9995, 3, 0, "1000.000"},
-        {0.5, 0, 0, "1"}, {0.49999999999999994, 0, 0, "0"}, {-0.0, 2, 0, "0.00"}, {-0.0004, 3, 0, "0.000"},
-        {0.0005, 3, 0, "0.001"}, {1.0005, 3, 0, "1.001"}, {1e-300, 3, 0, "0.000"}, {0.1, 20, 0, "0.10000000000000000000"},
+        {0.5, 0, 0, "1"}, {0.49999999999999994, 0, 0, "0"}, {-0.0004, 3, 0, "0.000"}, {1e-300, 3, 0, "0.000"},
+        {1.0005, 3, 0, "1.001"}, {1.0004999999999997, 3, 0, "1.000"}, {0.1, 20, 0, "0.10000000000000000000"},
         {1e23, 1, 0, "1" + std::string(23, '0') + ".0"}, {1e300, 0, 0, "1" + std::string(300, '0')},
         {HUGE_VAL, 3, 5, "  inf"}, {-HUGE_VAL, 3, 0, "-inf"}, {-std::nan(""), 3, 0, "nan"},
         // clang-format on
@@ -38,65 +34,23 @@ TEST(FormatFixed, WritesEveryKindOfValue) {
         EXPECT_EQ(FormatFixed(value, decimals, width), text);
 }
 
-/// The decimal rule, digit by digit, on the shortest text of a value that is not negative.
-std::string RoundedByHand(double value, std::size_t decimals) {
-    char buffer[400];
-    const auto end = std::to_chars(buffer, std::end(buffer), value, std::chars_format::fixed).ptr;
-    std::string text(buffer, end);
-    if (text.find('.') == text.npos) text += '.';
-    text.append(decimals + 1, '0');
-    const std::size_t cut = text.find('.') + 1 + decimals;
-    bool carry = text[cut] >= '5';
-    text.resize(decimals == 0 ? cut - 1 : cut);
-    for (std::size_t i = text.size(); carry && i-- > 0;) {
-        if (text[i] == '.') continue;
-        carry = text[i] == '9';
-        text[i] = carry ? '0' : static_cast<char>(text[i] + 1);
-    }
-    return carry ? "1" + text : text;
-}
-
-TEST(FormatFixed, RoundsTheShortestTextAlsoNextToTies) {
-    const test::RecordingPlatform platform;
-    std::mt19937_64 random(3);
-    for (int i = 0; i < 20000; ++i) {
-        const std::size_t decimals = random() % 16;
-        const double size = std::pow(10.0, static_cast<double>(random() % 16));
-        double value = std::floor(std::uniform_real_distribution(0.0, size)(random)) + 0.5;
-        value /= std::pow(10.0, static_cast<double>(decimals));
-        for (auto steps = random() % 3; steps > 0; --steps) value = std::nextafter(value, size);
-        ASSERT_EQ(FormatFixed(value, static_cast<std::uint8_t>(decimals), 0),
-                  RoundedByHand(value, decimals))
-            << value;
-    }
-}
-
 TEST(FormatSci, HasSixteenDigitsAndThirtyColumns) {
     const test::RecordingPlatform platform;
     EXPECT_EQ(FormatSci(1234.5), "         1.234500000000000E+03");
     EXPECT_EQ(FormatSci(-5e-324), "       -5.000000000000000E-324");
-    EXPECT_EQ(FormatSci(-HUGE_VAL), std::string(26, ' ') + "-inf");
-    EXPECT_EQ(FormatSci(-0.0), "         0.000000000000000E+00");
     DecimalSeparator(',');
     EXPECT_EQ(FormatSci(-1.2345678901234565), "        -1,234567890123457E+00");
-    EXPECT_EQ(FormatFixed(-1.25, 2, 0), "-1,25");
 }
 
 TEST(DecimalSeparator, IsThatOfTheUsersLocale) {
     const test::TemporaryFolder locales;
+    const std::string name = locales.File("hu_HU.UTF-8");
+    ASSERT_EQ(std::system(("localedef -i hu_HU -f UTF-8 " + name).c_str()), 0);
     setenv("LOCPATH", locales.File("").c_str(), 1);
-    for (const auto& [name, number] : {std::pair<std::string, std::string>{"hu_HU", "1234567,5"},
-                                       {"vi_VN", "1234567,5"},
-                                       {"en_GB", "1234567.5"}}) {
-        const std::string make =
-            "localedef -i " + name + " -f UTF-8 " + locales.File(name + ".UTF-8");
-        ASSERT_EQ(std::system(make.c_str()), 0);
-        setenv("LC_ALL", (name + ".UTF-8").c_str(), 1);
-        const ComponentScope scope{Platform{}};
-        EXPECT_EQ(FormatFixed(1234567.5, 1, 0), number) << name;
+    for (const char separator : {',', '.'}) {
+        setenv("LC_ALL", separator == ',' ? "hu_HU.UTF-8" : "xx_XX", 1);  // which the system lacks
+        EXPECT_EQ((ComponentScope{Platform{}}, DecimalSeparator()), separator);
     }
-    setenv("LC_ALL", "xx_XX", 1);  // the system lacks it
-    EXPECT_EQ((ComponentScope{Platform{}}, DecimalSeparator()), '.');
     unsetenv("LC_ALL");
     unsetenv("LOCPATH");
 }
@@ -110,11 +64,8 @@ TEST(PadLeft, CountsColumnsAndCleanNumberLineLeavesSingleBlanks) {
 
 TEST(ParseNumber, TakesWholeTextsOnly) {
     const std::pair<std::string, double> numbers[] = {
-        // clang-format off
-        {"007", 7}, {"+1.5", 1.5}, {"-.5", -0.5}, {"5.", 5}, {"1e3", 1000}, {"1.e+2", 100},
-        {"2.5E-1", 0.25}, {"5e-324", 5e-324}, {"1.7976931348623157e308", 1.7976931348623157e308},
-        // clang-format on
-    };
+        {"007", 7},    {"+1.5", 1.5},    {"-.5", -0.5},    {"5.", 5},
+        {"1e3", 1000}, {"1.e+2", 100.0}, {"2.5E-1", 0.25}, {"5e-324", 5e-324}};
     for (const auto& [text, value] : numbers) {
         std::string withComma = text;
         std::ranges::replace(withComma, '.', ',');
@@ -124,20 +75,15 @@ TEST(ParseNumber, TakesWholeTextsOnly) {
         EXPECT_EQ(ParseNumber(withComma).has_value(), withComma == text);
     }
     for (const char* text :
-         {"",      "+",     "-.",    ".",     ",",   "e5",  "1e",    "1e+",      "1e2.5",
-          "--1",   "+-1",   " 1",    "1 ",    "1\r", "nan", "-inf",  "infinity", "0x10",
-          "1.2.3", "1,2,3", "1,2.3", "1'000", "1d5", "12a", "1e400", "-1e400",   "١"}) {
-        EXPECT_FALSE(ParseNumber(text)) << text;
-        EXPECT_FALSE(ParseNumber(text, true)) << text;
-    }
+         {"",    "+",    "-.",   "e5",    "1e",    "1e+",   "1e2.5", "--1", "+-1",   " 1", "1 ",
+          "nan", "-inf", "0x10", "1.2.3", "1,2.3", "1'000", "1d5",   "12a", "1e400", "١"})
+        EXPECT_FALSE(ParseNumber(text) || ParseNumber(text, true)) << text;
 }
 
 TEST(CodePage, WordsOfTheFileLanguagesGoThereAndBack) {
     const std::tuple<CodePage, std::string, std::string> words[] = {
         {kWindows1250, "árvíztűrő fúrógép ŰŐ", "\xE1rv\xEDzt\xFBr\xF5 f\xFAr\xF3g\xE9p \xDB\xD5"},
-        {kWindows1250, "Încărcare în câmp", "\xCEnc\xE3rcare \xEEn c\xE2mp"},
         {kWindows1250, "Učitavanje čvorišta, žđć", "U\xE8itavanje \xE8vori\x9Ata, \x9E\xF0\xE6"},
-        {kWindows1258, "Việt Nam", "Vi\xEA\xF2t Nam"},
         {kWindows1258, "Đường đẳng trị", "\xD0\xFD\xF5\xCCng \xF0\xE3\xD2ng tri\xF2"},
         {kWindows1258, "ế Ợ ỹ À ờ đ", "\xEA\xEC \xD5\xF2 y\xDE \xC0 \xF5\xCC \xF0"},
     };
@@ -145,6 +91,11 @@ TEST(CodePage, WordsOfTheFileLanguagesGoThereAndBack) {
         EXPECT_EQ(ToCodePage(utf8, page), bytes);
         EXPECT_EQ(FromCodePage(bytes, page), utf8);
     }
+    const std::string vietnamese =  // every letter with every tone
+        "à ả ã á ạ ằ ẳ ẵ ắ ặ ầ ẩ ẫ ấ ậ è ẻ ẽ é ẹ ề ể ễ ế ệ ì ỉ ĩ í ị ò ỏ õ ó ọ ồ ổ ỗ ố ộ "
+        "ờ ở ỡ ớ ợ ù ủ ũ ú ụ ừ ử ữ ứ ự ỳ ỷ ỹ ý ỵ Ằ Ẳ Ẵ Ắ Ặ Ầ Ẩ Ẫ Ấ Ậ Ề Ể Ễ Ế Ệ Ồ Ổ Ỗ Ố Ộ Ờ Ở Ỡ Ớ Ợ "
+        "Ừ Ử Ữ Ứ Ự";
+    EXPECT_EQ(FromCodePage(ToCodePage(vietnamese, kWindows1258), kWindows1258), vietnamese);
 }
 
 TEST(CodePage, OtherFormsOfLettersBecomeThoseOfThePageAndTheRestQuestionMarks) {
@@ -154,34 +105,10 @@ TEST(CodePage, OtherFormsOfLettersBecomeThoseOfThePageAndTheRestQuestionMarks) {
     EXPECT_EQ(FromCodePage("A\xCC\xEA\xEC", kWindows1258), "Àế");
     EXPECT_EQ(FromCodePage("\xECq\xECy\xEC\xEC", kWindows1258), "\u0301q\u0301ý\u0301");
     EXPECT_EQ(ToCodePage("e\u0301u\u030Bs\u030CS\u0326", kWindows1250), "\xE9\xFB\x9A\xAA");
+    EXPECT_EQ(ToCodePage("a\u0323\u0306o\u0301\u031B", kWindows1258),
+              ToCodePage("ặớ", kWindows1258));
     EXPECT_EQ(ToCodePage("m² ế 水 😀 \u0080.", kWindows1250), "m? ? ? ? ?.");
     EXPECT_EQ(ToCodePage("m² ő 水 Ș š", kWindows1258), "m\xB2 ? ? ? ?");
-}
-
-TEST(CodePage, EveryVietnameseLetterInEveryFormComesBackComposed) {
-    const std::string tones[] = {"", "\u0300", "\u0309", "\u0303", "\u0301", "\u0323"};
-    // clang-format off
-    const std::array<std::string, 3> vowels[] = {  // base, mark, and one letter a tone
-        {"a", "", "a à ả ã á ạ"},       {"a", "\u0306", "ă ằ ẳ ẵ ắ ặ"}, {"a", "\u0302", "â ầ ẩ ẫ ấ ậ"},
-        {"e", "", "e è ẻ ẽ é ẹ"},       {"e", "\u0302", "ê ề ể ễ ế ệ"}, {"i", "", "i ì ỉ ĩ í ị"},
-        {"o", "", "o ò ỏ õ ó ọ"},       {"o", "\u0302", "ô ồ ổ ỗ ố ộ"}, {"o", "\u031B", "ơ ờ ở ỡ ớ ợ"},
-        {"u", "", "u ù ủ ũ ú ụ"},       {"u", "\u031B", "ư ừ ử ữ ứ ự"}, {"y", "", "y ỳ ỷ ỹ ý ỵ"},
-        {"A", "\u0306", "Ă Ằ Ẳ Ẵ Ắ Ặ"}, {"Y", "", "Y Ỳ Ỷ Ỹ Ý Ỵ"},
-    };
-    // clang-format on
-    for (const auto& [base, modifier, letters] : vowels) {
-        std::istringstream words(letters);
-        for (const auto& tone : tones) {
-            std::string letter;
-            words >> letter;
-            // Marks at different sides of the letter may change places, two above it may not.
-            const bool anyOrder = tone == "\u0323" || modifier == "\u031B";
-            for (const auto& form :
-                 {letter, base + modifier + tone, letters.substr(0, letters.find(' ')) + tone,
-                  anyOrder ? base + tone + modifier : letter})
-                EXPECT_EQ(FromCodePage(ToCodePage(form, kWindows1258), kWindows1258), letter);
-        }
-    }
 }
 
 TEST(CodePage, EveryByteIsReadAndWrittenBack) {
@@ -199,7 +126,6 @@ TEST(Utf8, EveryIllFormedPartIsReplacedOnce) {
         {"a\x80\xE1\xBA", "a??"},           // breaks off at the end
         {"\xF0\x9F\x98z\xC3", "?z?"},       // breaks off before a letter
         {"\xC0\xAF\xE0\x9F\xBF", "?????"},  // overlong
-        {"\xF0\x8F\xBF\xBF", "????"},       // overlong
         {"\xED\xA0\x80", "???"},            // surrogate
         {"\xF4\x90\x80\x80\xFF", "?????"},  // above U+10FFFF
     };
@@ -208,19 +134,12 @@ TEST(Utf8, EveryIllFormedPartIsReplacedOnce) {
         const auto valid = std::regex_replace("é" + bytes, std::regex("\\?"), "\uFFFD");
         EXPECT_EQ(ValidUtf8("é" + text), valid);
     }
-    for (const std::string_view text :
-         {"", "\u007F\u0080\u07FF\u0800\uD7FF\uE000\uFFFF", "\U00010000\U0010FFFF", "e\u0301"})
-        EXPECT_EQ(ValidUtf8(text), text);
 }
 
 /// The placeholders of a text such as "{0} of {1}" and the bars of a filter.
 std::multiset<std::string> Shape(const std::string& text) {
     const std::regex marks(R"(\{.\}|\|)");
     return {std::sregex_token_iterator(text.begin(), text.end(), marks), {}};
-}
-
-std::string Find(std::span<const MlString> table, Text id) {
-    return std::ranges::find(table, id, &MlString::id)->text;
 }
 
 TEST(StringTables, AgreeWithTheHungarianOneAndFitTheirCodePage) {
@@ -230,84 +149,61 @@ TEST(StringTables, AgreeWithTheHungarianOneAndFitTheirCodePage) {
                              VietnameseStrings(), SerbianStrings()}) {
         EXPECT_GE(table.size() + 1, hungarian.size());  // only Hungarian has kSixParametersButton
         const bool vietnamese = table.data() == VietnameseStrings().data();
-        const CodePage page = vietnamese ? CodePage::kWindows1258 : kWindows1250;
+        const CodePage page = vietnamese ? kWindows1258 : kWindows1250;
         for (const auto& [id, text] : table) {
             ASSERT_TRUE(hungarian.contains(id)) << text;
             EXPECT_EQ(Shape(text), Shape(hungarian[id])) << text;
-            EXPECT_NE(std::string(text), "");
             // Files have no comma-below letters, but their cedilla ones in the same places.
             const std::string inFile = FromCodePage(ToCodePage(text, page), page);
             EXPECT_EQ(FromCodePage(ToCodePage(inFile, page), page), inFile);
             EXPECT_EQ(std::ranges::count(inFile, '?'), std::ranges::count(std::string(text), '?'));
+            EXPECT_TRUE(id != Text::kLogColumns || DisplayWidth(text) == 110U);
+            EXPECT_NE(std::string(text), "");
         }
-        EXPECT_EQ(DisplayWidth(Find(table, Text::kLogColumns)), 110U);
     }
 }
 
 TEST(MlLanguageName, GoesWithTheList) {
-    std::string list;
-    for (std::size_t i = 0; i <= MlLanguages().size(); ++i) list += MlLanguageName(i) + "/";
-    EXPECT_EQ(list,
-              "Hungarian/Romanian/English (United Kingdom)/Vietnamese/Komment/Serbian (Latin)/"
-              "Invalid Language Index/");
+    EXPECT_EQ(MlLanguageName(2) + MlLanguageName(5), "English (United Kingdom)Serbian (Latin)");
     EXPECT_EQ(MlLanguages()[5], kSerbian);
+    EXPECT_EQ(MlLanguageName(6), "Invalid Language Index");
 }
 
 TEST(FillPlaces, LeavesPlacesThatNobodyFills) {
     EXPECT_EQ(FillPlaces("{1} of {0}, {2} {/}{} {0", {"a", "b"}), "b of a, {2} {/}{} {0");
 }
 
-TEST(TextFile, TakesThePlaceOfTheTextsItHas) {
-    const test::RecordingPlatform platform;
-    const test::TemporaryFolder folder;
-    const std::string good = "\xEF\xBB\xBF; mine\n\n[2057]\r\n97=Too few\r\n[1038]\n30= a=b\n";
-    test::WriteFile(folder.File("texts"), good);
-    platform.texts->LoadFrom(folder.File("texts"));
-    EXPECT_EQ(GetMlString(97, {}), "Too few");
-    EXPECT_EQ(GetMlString(30, {}), " a=b") << "Hungarian where English lacks it";
-    EXPECT_EQ(GetMlString(74, {}), "Invalid file format!") << "its own where the file lacks it";
-}
-
-TEST(TextFile, IsRefusedAsAWholeAtTheFirstBadLine) {
+TEST(TextFile, IsRefusedAsAWholeAtTheFirstBadLineOrTakesThePlaceOfTheTextsItHas) {
     test::RecordingPlatform platform;
     const test::TemporaryFolder folder;
     const std::string name = folder.File("texts");
     const std::string start = "[2057]\n97=Too few\n";
     for (const auto& [text, line] : {
              // clang-format off
-             std::pair<std::string, int>{"97=before a language\n", 1}, {"[1031]\n", 1}, {"[2057\n", 1},
-             {start + "no sign\n", 3}, {start + "9x=a\n", 3}, {start + "183=of no text\n", 3},
-             {start + "97=again\n", 3}, {start + "74=\n", 3}, {start + "74=\xFF\n", 3},
+             std::pair<std::string, int>{"97=before a language\n", 1}, {"[1031]\n", 1}, {start + "no sign\n", 3},
+             {start + "183=of no text\n", 3}, {start + "97=again\n", 3}, {start + "74=\n", 3}, {start + "74=\xFF\n", 3},
              {start + "\n74=cut of", 4}, {start + "71=no bars\n", 3}, {start + "1026={0} {7} {2}\n", 3},
              {start + std::string(2 << 20, 'x'), 3},
              // clang-format on
          }) {
-        test::WriteFile(name, text);
-        platform.texts->LoadFrom(name);
+        platform.texts->LoadFrom(test::WriteFile(name, text));
         EXPECT_EQ(platform.TakeTexts()[0], name + ", line " + std::to_string(line) +
                                                ": damaged, so the built-in texts stay in use.");
         EXPECT_EQ(GetMlString(97, {}), "To few GCPs for this transformation!");
     }
-    const std::string pipe = folder.File("pipe");  // which nobody would ever write to
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    platform.texts->LoadFrom(pipe);
-    EXPECT_EQ(platform.TakeTexts(), std::vector{"File open error:" + pipe});
-    UseTextFile(true);  // nothing lies beside this program
-    InitMlStrings();
-    EXPECT_EQ(platform.TakeTexts(), std::vector{"File open error:" + TextFile()});
-    EXPECT_EQ(std::filesystem::path(TextFile()).filename(), "KV_Tr.res");
+    platform.texts->LoadFrom(
+        test::WriteFile(name, "\xEF\xBB\xBF; mine\n\n[2057]\r\n97=Too few\r\n[1038]\n30= a=b\n"));
+    EXPECT_EQ(GetMlString(97, {}), "Too few");
+    EXPECT_EQ(GetMlString(30, {}), " a=b") << "Hungarian where English lacks it";
+    EXPECT_EQ(GetMlString(74, {}), "Invalid file format!") << "its own where the file lacks it";
 }
 
 TEST(GetMlString, SpeaksEveryLanguageAndFallsBackToHungarianWhateverTheDefault) {
     const test::RecordingPlatform platform;
-    const std::string hungarian = "Transzformációs jegyzőkönyv";
-    const std::pair<int, std::string> cases[] = {{kRomanian, "Raportul transformării"},
-                                                 {kVietnamese, "Báo cáo phép biến đổi"},
-                                                 {kSerbian, "Izveštaj o transformaciji"},
-                                                 {kEnglish, "Transformation log"},
-                                                 {kHungarian, hungarian},
-                                                 {kComment, hungarian},
-                                                 {1031, hungarian}};
+    const std::pair<int, std::string> cases[] = {
+        {kRomanian, "Raportul transformării"},     {kVietnamese, "Báo cáo phép biến đổi"},
+        {kSerbian, "Izveštaj o transformaciji"},   {kEnglish, "Transformation log"},
+        {kComment, "Transzformációs jegyzőkönyv"}, {1031, "Transzformációs jegyzőkönyv"}};
     for (const auto& [language, title] : cases) {
         SetMlLanguage(language, "any");
         EXPECT_EQ(GetMlString(103, "wrong"), title);
