@@ -60,7 +60,7 @@ TEST_F(Changes, OfTheParameterEditorAreOneAnAction) {
     clsTr transformation;
     frmAffinTrPrm affine;
     affine.bDoModal(transformation, [&] {
-        platform.choices = {FileChoice{Written("1 2 3 4 5 6")}};
+        platform.choices = {FileChoice{test::WriteFile(name, "1 2 3 4 5 6")}};
         EXPECT_EQ(Counts(affine, {[&] { affine.txtTrPrm(0, "5"); },
                                   [&] { affine.txtTrPrm(1, "x"); }, [&] { affine.cmdMeterOl(); },
                                   [&] { affine.cmdOlMeter(); }, [&] { affine.cmdLoad(); },

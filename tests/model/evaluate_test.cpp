@@ -41,6 +41,15 @@ TEST(Transformation, GivesEachCoefficientOfTheOrderItsOwnTerm) {
     }
 }
 
+TEST(ReducedTerms, MultipliesPowersFromLeftToRight) {
+    const double u = 0.1;
+    const double v = 0.3;
+    const Terms terms = ReducedTerms(Type::kPolynomial5, u, v);
+    EXPECT_EQ(terms.value[18], u * u * v * v * v);
+    EXPECT_EQ(terms.value[20], v * v * v * v * v);
+    EXPECT_EQ(ReducedTerms(Type::kAffine, u, v).count, 3U);
+}
+
 TEST(EvalTrPrmArrays, RefusesArraysOfDifferentLengths) {
     std::vector<double> three(3);
     std::vector<double> four(4);

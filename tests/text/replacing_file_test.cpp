@@ -13,6 +13,19 @@
 #include <vector>
 
 #include "helpers/files.h"
+#include "helpers/recording_platform.h"
+
+namespace {
+
+std::function<void(int)> onSynchronise = [](int) {};
+
+}  // namespace
+
+/// Stands in for the system's call, so that tests see when it is made.
+extern "C" int fsync(int file) {
+    onSynchronise(file);
+    return 0;
+}
 
 namespace kv_tr::test {
 namespace {
@@ -78,6 +91,24 @@ TEST(ReplacingFile, KeepsWhatItWritesPrivateAndTakesItsRightsLast) {
         EXPECT_EQ(fs::status(folder.File(name)).permissions(), rights);
     }
     umask(before);
+}
+
+TEST(ReplacingFile, IsOnTheDiskBeforeItTakesThePlaceAndItsFolderAfterwards) {
+    const TemporaryFolder folder;
+    WriteFile(folder.File("file"), "old");
+    std::string seen;
+    onSynchronise = [&](int file) {
+        struct stat status {};
+        fstat(file, &status);
+        seen +=
+            S_ISDIR(status.st_mode) ? "folder of " : std::to_string(status.st_size) + " beside ";
+        seen += ReadFile(folder.File("file")) + "; ";
+    };
+    ReplacingFile file(folder.File("file"));
+    file.Write("newer");
+    EXPECT_TRUE(file.Commit());
+    onSynchronise = [](int) {};
+    EXPECT_EQ(seen, "5 beside old; folder of newer; ");
 }
 
 TEST(ReplacingFile, FollowsLinksThatLeadNowhereButNotInCircles) {
