@@ -102,7 +102,7 @@ app::CoordinateResult TransformAll(Input& input, Output& output,
                 progress.Show(lines, bytes);
                 return true;
             }};
-    const auto result = app::TransformText(input.Source(), to, transformation, options.coordinates);
+    auto result = app::TransformText(input.Source(), to, transformation, options.coordinates);
     app::ReportBadLines(result, input.Name());
     if (result.mayHaveDecimalCommas) PrintNote(Translated(Text::kCommasMayBeDecimal));
     return result;

@@ -1,7 +1,6 @@
 // The desktop program without its window: the parameters in use, and what can be done with them.
 #include "desktop/desktop_form.h"
 
-#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -163,9 +162,7 @@ void DesktopForm::Take(const std::function<bool()>& action) {
 }
 
 bool DesktopForm::AreParametersFitted() const {
-    const TR_PRM used = Record();
-    const TR_PRM fitted = transformation_.oCalcTr()->udtTrPrm();
-    return std::memcmp(&used, &fitted, sizeof used) == 0;
+    return TransformationOf(Record()) == TransformationOf(transformation_.oCalcTr()->udtTrPrm());
 }
 
 void DesktopForm::ChooseParameters() {

@@ -36,7 +36,7 @@ std::string FiguresText(const Statistics& figures) {
 std::string LimitText(double limit) {
     constexpr std::uint8_t kMostDecimals = 17;
     for (std::uint8_t decimals = 2;; ++decimals) {
-        const std::string text = FormatFixed(limit, decimals, 0);
+        std::string text = FormatFixed(limit, decimals, 0);
         if (decimals == kMostDecimals || TypedNumber(text) == limit) return text;
     }
 }

@@ -112,7 +112,9 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 /// Whether each byte separates fields: finding them takes a good part of the time of reading.
 constexpr auto kSeparates = [] {
     std::array<bool, 256> table{};
-    for (const unsigned char c : {' ', '\'', ',', ';', '\t', '"'}) table[c] = true;
+    for (const char c : {' ', '\'', ',', ';', '\t', '"'}) {
+        table[static_cast<unsigned char>(c)] = true;
+    }
     return table;
 }();
 
