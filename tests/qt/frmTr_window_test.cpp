@@ -120,7 +120,7 @@ TEST_F(FrmTrWindow, TogglesPairsByMouseAndKeyboard) {
 
         Click(window, "opMode(2)");
         auto& picture = Find<QWidget>(window, "PicBox");
-        const auto& pair = engine.Pairs()[5];
+        const auto pair = engine.Pairs()[5];
         const PlanePoint place = ScaleFor(engine.Held(), picture.width(), picture.height())
                                      .ToSurface({pair.dXdest, pair.dYdest});
         const QPoint cross(int(place.first), int(place.second));
