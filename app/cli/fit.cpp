@@ -86,9 +86,7 @@ FitOutcome Fit(Adjustment& adjustment) {
     if (outcome.trouble == FitTrouble::kNoStart) {
         ShowMessage(Translated(Text::kCannotCompute));
     } else if (!outcome.converged) {
-        ShowMessage(Translated(adjustment.FitType() == Type::kHelmert3
-                                   ? Text::kCannotComputeHelmert3
-                                   : Text::kCannotCompute));
+        ReportNotConverged(adjustment.FitType());
     }
     return outcome;
 }

@@ -11,7 +11,6 @@
 #include "kv_tr/files/formula_text.h"
 #include "kv_tr/forms/choose_file.h"
 #include "kv_tr/forms/save_parameters.h"
-#include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/component.h"
@@ -188,19 +187,14 @@ void DesktopForm::ChooseNational() {
 
 void DesktopForm::Invert() {
     Take([this] {
-        AFFIN_PRM inverse;
-        bool exists = false;
-        try {
-            if (!transformation_.bGetInversePrm(inverse)) return false;
-            exists = IsFinite(inverse);
-        } catch (const RuntimeError&) {  // says less than the message
-        }
-        if (!exists) {
+        if (transformation_.bTypeIsPolinom()) return false;
+        const auto inverse = TransformationOf(Record()).Inverse();
+        if (inverse) {
+            transformation_.udtTrPrm(RecordOf(*inverse));
+        } else {
             ShowMessage(Translated(Text::kNoInverse), Icon::kExclamation);
-            return false;
         }
-        transformation_.udtTrAffinPrm(inverse);
-        return true;
+        return inverse.has_value();
     });
 }
 

@@ -1,9 +1,6 @@
 // Records of the six-parameter family.
 #include "kv_tr/published/affine_record.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "kv_tr/published/errors.h"
 
 namespace kv_tr {
@@ -36,12 +33,6 @@ AFFIN_PRM InverseOf(const AFFIN_PRM& record) {
         throw RuntimeError(ErrorNumber::kDivisionByZero, "Division by zero");
     }
     return AffineOf(LinearInverse(transformation));
-}
-
-bool IsFinite(const AFFIN_PRM& record) {
-    const double coefficients[] = {record.dA0, record.dA1, record.dA2,
-                                   record.dB0, record.dB1, record.dB2};
-    return std::ranges::all_of(coefficients, [](double value) { return std::isfinite(value); });
 }
 
 }  // namespace kv_tr

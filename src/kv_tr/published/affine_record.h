@@ -16,7 +16,4 @@ AFFIN_PRM AffineOf(const Transformation& transformation);
 /// that maps the plane to a line or a point.
 AFFIN_PRM InverseOf(const AFFIN_PRM& record);
 
-/// Whether all coefficients are: the inverse of a record that hardly has one may overflow.
-bool IsFinite(const AFFIN_PRM& record);
-
 }  // namespace kv_tr

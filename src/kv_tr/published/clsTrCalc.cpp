@@ -168,9 +168,7 @@ void clsTrCalc::Calculate(const FitOptions& options) {
             ShowMessage("KORVANEL --> mudtTR_PRM.eType=" + std::to_string(eTrType()));
     }
     for (int system = 0; system < outcome.singularSystems; ++system) ReportSingularMatrix();
-    if (outcome.converged) return;
-    ShowMessage(eTrType() == TR_HELMERT_3 ? Translated(Text::kCannotComputeHelmert3)
-                                          : Translated(Text::kCannotCompute));
+    if (!outcome.converged) ReportNotConverged(TypeOf(eTrType()));
 }
 
 void clsTrCalc::TrXY(double dXsour, double dYsour, double& dXdest, double& dYdest) const {

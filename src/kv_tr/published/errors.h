@@ -31,10 +31,4 @@ private:
     ErrorNumber number_;
 };
 
-/// dividend / divisor; a zero divisor is RuntimeError kDivisionByZero instead of an infinity.
-inline double Divide(double dividend, double divisor) {
-    if (divisor == 0.0) throw RuntimeError(ErrorNumber::kDivisionByZero, "Division by zero");
-    return dividend / divisor;
-}
-
 }  // namespace kv_tr

@@ -18,6 +18,11 @@ void ReportOpenFailure(const std::string& fileName) {
     ShowMessage(Translated(Text::kCannotOpen) + WithoutControls(fileName), Icon::kExclamation);
 }
 
+void ReportNotConverged(Type type) {
+    ShowMessage(
+        Translated(type == Type::kHelmert3 ? Text::kCannotComputeHelmert3 : Text::kCannotCompute));
+}
+
 RuntimeError WriteFailure(const std::string& fileName) {
     return {ErrorNumber::kWriteFailed,
             Translated(Text::kCannotWriteAll) + ": " + WithoutControls(fileName)};

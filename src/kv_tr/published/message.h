@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "kv_tr/model/type.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/event.h"
 #include "kv_tr/published/platform.h"
@@ -20,6 +21,9 @@ void ShowMessage(const std::string& text, Icon icon = Icon::kNone, const std::st
 
 /// Tells the user that a file does not open (text 70).
 void ReportOpenFailure(const std::string& fileName);
+
+/// Tells the user that the iteration of a fit of that type has not converged (text 77, or 76).
+void ReportNotConverged(Type type);
 
 /// The error of a file that could not be written completely.
 RuntimeError WriteFailure(const std::string& fileName);
