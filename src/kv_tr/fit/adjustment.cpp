@@ -120,6 +120,7 @@ FitOutcome Adjustment::Fit(const FitOptions& options) {
     result_ = fitted;
     residuals_ = ResidualsOf(points_, result_);
     figures_ = StatisticsOf(points_, residuals_);
+    check_ = CheckFit(points_, result_, residuals_);
     return outcome;
 }
 

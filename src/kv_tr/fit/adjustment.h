@@ -92,6 +92,8 @@ public:
     void SetLastResiduals(std::span<const Residual> residuals);
     /// Accuracy figures of the last fit over the points then in use, 0 before the first.
     const Statistics& Figures() const { return figures_; }
+    /// Whether the last fit was right when it was made.
+    const TruthCheck& Check() const { return check_; }
 
 private:
     void Add(std::vector<ControlPoint> points);
@@ -108,6 +110,7 @@ private:
     Type type_ = Type::kHelmert;
     Transformation result_;
     Statistics figures_;
+    TruthCheck check_;
 };
 
 }  // namespace kv_tr

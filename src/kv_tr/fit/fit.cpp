@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "kv_tr/fit/adjusted_model.h"
 #include "kv_tr/fit/constrained_fit.h"
 #include "kv_tr/fit/fit_into.h"
 #include "kv_tr/fit/linear_fit.h"
@@ -10,10 +11,25 @@
 namespace kv_tr {
 namespace {
 
+FitOutcome FitAccurately(std::span<const ControlPoint> points, const PointMeans& means,
+                         Transformation& transformation) {
+    const AdjustedModel model(points, transformation.type);
+    const Transformation record = model.Record(transformation.type, means.source);
+    const auto count =
+        static_cast<std::ptrdiff_t>(IsPolynomial(record.type) ? TermCount(record.type) + 1 : 3);
+    std::copy_n(record.a.begin(), count, transformation.a.begin());
+    std::copy_n(record.b.begin(), count, transformation.b.begin());
+    if (model.IsDetermined()) return {};
+    return {.trouble = FitTrouble::kSingular, .singularSystems = 1};
+}
+
 FitOutcome FitModel(std::span<const ControlPoint> points, const PointMeans& means,
                     const FitOptions& options, Transformation& transformation) {
     constexpr int kHelmert3Passes = 20;
     constexpr int kAffine5Passes = 50;
+    if (options.solution == Solution::kAccurate) {
+        return FitAccurately(points, means, transformation);
+    }
     switch (transformation.type) {
         case Type::kHelmert3:
             return FitHelmert3(points, means, options.passLimit.value_or(kHelmert3Passes),
@@ -47,6 +63,7 @@ FitResult Fit(std::span<const ControlPoint> points, Type type, const FitOptions&
     if (!result.outcome.Computed()) return result;
     result.residuals = ResidualsOf(points, result.transformation);
     result.statistics = StatisticsOf(points, result.residuals);
+    result.check = CheckFit(points, result.transformation, result.residuals);
     return result;
 }
 

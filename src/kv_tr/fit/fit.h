@@ -6,15 +6,23 @@
 #include <vector>
 
 #include "kv_tr/fit/statistics.h"
+#include "kv_tr/fit/truth_check.h"
 #include "kv_tr/model/control_point.h"
 #include "kv_tr/model/transformation.h"
 
 namespace kv_tr {
 
+/// Which solution of a fit.
+enum class Solution {
+    kDocumented,  ///< that of normal equations, the same bits as ever
+    kAccurate,    ///< that of an orthogonal factorisation, rounded once, to the coefficients
+};
+
 struct FitOptions {
     /// The iterated types, Helmert with 3 and affine with 5 unknowns, make at most one pass more
     /// than this, and at least one; otherwise 20 and 50.
     std::optional<int> passLimit;
+    Solution solution = Solution::kDocumented;
 };
 
 /// What is wrong with a fit.
@@ -47,6 +55,7 @@ struct FitResult {
     std::vector<Residual> residuals;  ///< one a point, excluded ones included
     Statistics statistics;            ///< over the points in use
     FitOutcome outcome;
+    TruthCheck check;  ///< whether it is the least-squares solution
 };
 
 /// Fits a transformation of a type to the points in use by unweighted least squares.

@@ -15,19 +15,19 @@ namespace {
 /// equations.
 constexpr double kScale = 100.0;
 
-struct Solution {
+struct Unknowns {
     std::vector<double> p;
     bool regular = true;
 };
 
-Solution Solve(Matrix normal, const std::vector<double>& right) {
+Unknowns Solve(Matrix normal, const std::vector<double>& right) {
     const bool regular = Invert(normal);
     return {Multiply(normal, right), regular};
 }
 
 /// Unknowns: two shifts, the scaled cosine and sine. The rows of the first coordinate come before
 /// those of the second.
-Solution SolveHelmert(std::span<const ControlPoint> points, Point mean) {
+Unknowns SolveHelmert(std::span<const ControlPoint> points, Point mean) {
     NormalEquations equations(4);
     for (const bool first : {true, false}) {
         for (const ControlPoint& point : points) {
@@ -52,7 +52,7 @@ struct Layout {
 
 /// Every other type has the same design for both coordinates, and zeros between the two: they add
 /// nothing, so one block is summed and put into its two places.
-Solution SolveInBlocks(const NormalEquations& block, Layout layout) {
+Unknowns SolveInBlocks(const NormalEquations& block, Layout layout) {
     const std::size_t n = block.Unknowns();
     const Matrix half = block.Normal();
     Matrix normal(2 * n, 2 * n);
@@ -93,7 +93,7 @@ NormalEquations SumTerms(std::span<const ControlPoint> points, const PointMeans&
 
 /// All types but Helmert. Types without a model of their own count as order 5 above and as order 1
 /// below; the latter have too few terms for their unknowns, so that their equations are singular.
-Solution SolveTerms(std::span<const ControlPoint> points, const PointMeans& means, Type type) {
+Unknowns SolveTerms(std::span<const ControlPoint> points, const PointMeans& means, Type type) {
     const auto unknowns = static_cast<std::size_t>(MinimumPoints(type));
     const auto sum = unknowns == 3    ? SumTerms<3>
                      : unknowns == 4  ? SumTerms<4>
@@ -141,7 +141,7 @@ void StorePolynomial(const std::vector<double>& p, const PointMeans& means, Tran
 FitOutcome FitLinear(std::span<const ControlPoint> points, const PointMeans& means,
                      Transformation& transformation) {
     const Type type = transformation.type;
-    const Solution solution = type == Type::kHelmert ? SolveHelmert(points, means.source)
+    const Unknowns solution = type == Type::kHelmert ? SolveHelmert(points, means.source)
                                                      : SolveTerms(points, means, type);
     if (IsPolynomial(type)) {
         StorePolynomial(solution.p, means, transformation);

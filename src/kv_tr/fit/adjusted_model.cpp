@@ -1,0 +1,163 @@
+// The least-squares solution of a type in its frame.
+#include "kv_tr/fit/adjusted_model.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "kv_tr/fit/record_of_frame.h"
+
+namespace kv_tr {
+namespace {
+
+/// Roots of weights; none where there are no weights but 1.
+std::vector<double> Roots(std::span<const double> weights) {
+    std::vector<double> roots;
+    for (const double weight : weights) roots.push_back(std::sqrt(weight));
+    return roots;
+}
+
+std::vector<Point> Collect(std::span<const ControlPoint> points, Point ControlPoint::*place) {
+    std::vector<Point> collected;
+    for (const ControlPoint& point : points) {
+        if (point.used) collected.push_back(point.*place);
+    }
+    return collected;
+}
+
+std::vector<double> WeightsOf(std::span<const ControlPoint> points,
+                              std::span<const double> sigmas) {
+    std::vector<double> weights;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        if (!points[i].used) continue;
+        weights.push_back(sigmas.empty() ? 1.0 : 1.0 / (sigmas[i] * sigmas[i]));
+    }
+    return weights;
+}
+
+Linearisation At(const std::optional<ClosedFit>& closed) {
+    if (!closed) return {};
+    Transformation matrix;
+    matrix.a[1] = closed->a1;
+    matrix.a[2] = closed->a2;
+    matrix.b[1] = closed->b1;
+    matrix.b[2] = closed->b2;
+    return LinearisationAt(matrix);
+}
+
+std::vector<Point> Less(std::vector<Point> points, Point subtrahend) {
+    for (Point& point : points) {
+        point.first -= subtrahend.first;
+        point.second -= subtrahend.second;
+    }
+    return points;
+}
+
+}  // namespace
+
+AdjustedModel::AdjustedModel(std::span<const ControlPoint> points, Type type,
+                             std::span<const double> sigmas)
+    : sources_(Collect(points, &ControlPoint::source)),
+      destinations_(Collect(points, &ControlPoint::destination)),
+      weights_(WeightsOf(points, sigmas)),
+      closed_(SharesUnknowns(ModelOf(type))
+                  ? FitClosed(ModelOf(type), sources_, destinations_, weights_)
+                  : std::nullopt),
+      design_(ModelOf(type), FrameOf(sources_, weights_, ModelOf(type)), At(closed_)),
+      inFrame_(Into(InFrame(), sources_)),
+      destination_(CentroidOf(destinations_, weights_)),
+      factor_(design_.Factor(inFrame_, Less(destinations_, destination_), Roots(weights_))) {
+    if (!closed_) Solve();
+    const std::vector<Point> images = Images(sources_);
+    for (std::size_t i = 0; i < sources_.size(); ++i) {
+        residuals_.push_back(
+            {images[i].first - destinations_[i].first, images[i].second - destinations_[i].second});
+    }
+}
+
+int AdjustedModel::Rank() const {
+    return static_cast<int>(factor_.Rank()) * (SharesUnknowns(Model()) ? 1 : 2);
+}
+
+bool AdjustedModel::IsDetermined() const {
+    const bool needsWidth = Model() != Type::kHelmert && Model() != Type::kHelmert3;
+    return Rank() == Unknowns() && (!SharesUnknowns(Model()) || closed_) && !InFrame().IsPoint() &&
+           !(needsWidth && InFrame().IsLine());
+}
+
+void AdjustedModel::Solve() {
+    solution_ = design_.Change(factor_);
+    // A second solution finds what rounding left over.
+    std::vector<Point> missing = Less(destinations_, destination_);
+    const std::vector<Point> images = ImagesOf(solution_, inFrame_);
+    for (std::size_t i = 0; i < missing.size(); ++i) {
+        missing[i].first -= images[i].first;
+        missing[i].second -= images[i].second;
+    }
+    const Transformation change =
+        design_.Change(design_.Factor(inFrame_, missing, Roots(weights_)));
+    for (std::size_t k = 0; k < solution_.a.size(); ++k) {
+        solution_.a[k] += change.a[k];
+        solution_.b[k] += change.b[k];
+    }
+}
+
+Point AdjustedModel::SquareSums() const {
+    Point sums;
+    for (std::size_t i = 0; i < residuals_.size(); ++i) {
+        sums.first += weights_[i] * residuals_[i].first * residuals_[i].first;
+        sums.second += weights_[i] * residuals_[i].second * residuals_[i].second;
+    }
+    return sums;
+}
+
+std::vector<Point> AdjustedModel::Images(std::span<const Point> sources) const {
+    std::vector<Point> images;
+    if (closed_) {
+        for (const Point& source : sources) images.push_back(closed_->ImageOf(source));
+        return images;
+    }
+    images = ImagesOf(solution_, Into(InFrame(), sources));
+    for (Point& image : images) {
+        image.first += destination_.first;
+        image.second += destination_.second;
+    }
+    return images;
+}
+
+Transformation AdjustedModel::Record(Type type, Point origin) const {
+    Transformation record;
+    record.type = type;
+    if (closed_) {
+        const auto shift = [this](double destination, double byFirst, double bySecond) {
+            return (DoubleDouble(destination) +
+                    -DoubleDouble::Product(byFirst, closed_->source.first) +
+                    -DoubleDouble::Product(bySecond, closed_->source.second))
+                .Rounded();
+        };
+        record.a[1] = closed_->a1;
+        record.a[2] = closed_->a2;
+        record.b[1] = closed_->b1;
+        record.b[2] = closed_->b2;
+        record.a[0] = shift(closed_->destination.first, closed_->a1, closed_->a2);
+        record.b[0] = shift(closed_->destination.second, closed_->b1, closed_->b2);
+        return record;
+    }
+    const bool reduced = IsPolynomial(type);
+    LongSeries series;
+    series.Add(solution_, InFrame(), reduced ? origin : Point{});
+    series.a[1] += destination_.first;
+    series.b[1] += destination_.second;
+    // Linear records have the constant term first; the others have their origin there.
+    const std::size_t place = reduced ? 1 : 0;
+    for (std::size_t k = 0; k < static_cast<std::size_t>(TermCount(solution_.type)); ++k) {
+        record.a[k + place] = series.a[k + 1].Rounded();
+        record.b[k + place] = series.b[k + 1].Rounded();
+    }
+    if (reduced) {
+        record.a[0] = origin.first;
+        record.b[0] = origin.second;
+    }
+    return record;
+}
+
+}  // namespace kv_tr

@@ -1,0 +1,74 @@
+// The least-squares solution of a type in its frame, to all digits that the points determine.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "kv_tr/fit/closed_fit.h"
+#include "kv_tr/fit/design.h"
+#include "kv_tr/model/control_point.h"
+
+namespace kv_tr {
+
+/// The weighted least-squares solution of a type for the points in use.
+///
+/// It is found by an orthogonal factorisation in a frame of the points, or by a closed formula, and
+/// stays in that frame, where nothing cancels. Statistics belong to this solution.
+/// docs/mathematics.md derives it. The object is a value and shares nothing.
+class AdjustedModel {
+public:
+    /// Of the points in use; standard deviations of their destination coordinates, metres, one a
+    /// point, excluded ones included, or none. They must be positive.
+    AdjustedModel(std::span<const ControlPoint> points, Type type,
+                  std::span<const double> sigmas = {});
+
+    Type Model() const { return design_.Model(); }
+    const Frame& InFrame() const { return design_.InFrame(); }
+    const Design& Rows() const { return design_; }
+    const TriangularFactor& Factor() const { return factor_; }
+    /// The matrix and the centroids of the models that share unknowns.
+    const std::optional<ClosedFit>& Closed() const { return closed_; }
+
+    int Unknowns() const { return UnknownsOf(Model()); }  ///< of both coordinates together
+    int Rank() const;                                     ///< how many the points determine
+    int Redundancy() const { return 2 * static_cast<int>(sources_.size()) - Rank(); }
+    /// Whether the solution exists, unique.
+    bool IsDetermined() const;
+
+    /// The points in use, in their order.
+    std::span<const Point> Sources() const { return sources_; }
+    std::span<const Point> Destinations() const { return destinations_; }
+    /// Their weights, 1 without standard deviations, 1/σ² with them.
+    std::span<const double> Weights() const { return weights_; }
+    std::span<const Point> SourcesInFrame() const { return inFrame_; }
+    /// Computed less measured, metres.
+    std::span<const Point> Residuals() const { return residuals_; }
+    /// The weighted sum of the squares of the residuals: of the first coordinate, and the second.
+    Point SquareSums() const;
+    double SquareSum() const { return SquareSums().first + SquareSums().second; }
+
+    /// The images of points, of which nothing is lost by coefficients that cancel.
+    std::vector<Point> Images(std::span<const Point> sources) const;
+
+    /// The coefficients of the solution, of a polynomial about an origin. They are rounded to
+    /// doubles: where they cancel, the record cannot hold the solution, and CheckFit tells.
+    Transformation Record(Type type, Point origin) const;
+
+private:
+    void Solve();
+
+    std::vector<Point> sources_;
+    std::vector<Point> destinations_;
+    std::vector<double> weights_;
+    std::optional<ClosedFit> closed_;
+    Design design_;
+    std::vector<Point> inFrame_;
+    Point destination_;  // the centroid
+    TriangularFactor factor_;
+    Transformation solution_;  // from the frame to differences from that centroid
+    std::vector<Point> residuals_;
+};
+
+}  // namespace kv_tr
