@@ -48,7 +48,8 @@ FitResult ResultOf(Adjustment& adjustment) {
     return {.transformation = adjustment.Result(),
             .residuals = {residuals.begin(), residuals.end()},
             .statistics = adjustment.Figures(),
-            .outcome = outcome};
+            .outcome = outcome,
+            .check = adjustment.Check()};
 }
 
 TEST_P(Laws, AFitOfExactPointsReturnsThemAndWhatABadPointMisses) {

@@ -67,10 +67,11 @@ AdjustedModel::AdjustedModel(std::span<const ControlPoint> points, Type type,
       destination_(CentroidOf(destinations_, weights_)),
       factor_(design_.Factor(inFrame_, Less(destinations_, destination_), Roots(weights_))) {
     if (!closed_) Solve();
-    const std::vector<Point> images = Images(sources_);
+    // Reduced coordinates keep the digits that residuals need.
+    residuals_ = ReducedImages(sources_);
     for (std::size_t i = 0; i < sources_.size(); ++i) {
-        residuals_.push_back(
-            {images[i].first - destinations_[i].first, images[i].second - destinations_[i].second});
+        residuals_[i].first -= destinations_[i].first - destination_.first;
+        residuals_[i].second -= destinations_[i].second - destination_.second;
     }
 }
 
@@ -110,13 +111,16 @@ Point AdjustedModel::SquareSums() const {
     return sums;
 }
 
-std::vector<Point> AdjustedModel::Images(std::span<const Point> sources) const {
+std::vector<Point> AdjustedModel::ReducedImages(std::span<const Point> sources) const {
+    if (!closed_) return ImagesOf(solution_, Into(InFrame(), sources));
     std::vector<Point> images;
-    if (closed_) {
-        for (const Point& source : sources) images.push_back(closed_->ImageOf(source));
-        return images;
-    }
-    images = ImagesOf(solution_, Into(InFrame(), sources));
+    images.reserve(sources.size());
+    for (const Point& source : sources) images.push_back(closed_->ReducedImageOf(source));
+    return images;
+}
+
+std::vector<Point> AdjustedModel::Images(std::span<const Point> sources) const {
+    std::vector<Point> images = ReducedImages(sources);
     for (Point& image : images) {
         image.first += destination_.first;
         image.second += destination_.second;

@@ -58,6 +58,8 @@ public:
 
 private:
     void Solve();
+    /// The images, less the centroid of the destinations.
+    std::vector<Point> ReducedImages(std::span<const Point> sources) const;
 
     std::vector<Point> sources_;
     std::vector<Point> destinations_;

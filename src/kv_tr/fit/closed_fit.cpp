@@ -47,10 +47,10 @@ bool SetAffine5(ClosedFit& fit, const Products& sums) {
 
 }  // namespace
 
-Point ClosedFit::ImageOf(Point point) const {
+Point ClosedFit::ReducedImageOf(Point point) const {
     const double u = point.first - source.first;
     const double v = point.second - source.second;
-    return {destination.first + (a1 * u + a2 * v), destination.second + (b1 * u + b2 * v)};
+    return {a1 * u + a2 * v, b1 * u + b2 * v};
 }
 
 std::optional<ClosedFit> FitClosed(Type model, std::span<const Point> sources,

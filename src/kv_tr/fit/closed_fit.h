@@ -18,7 +18,8 @@ struct ClosedFit {
     double b1 = 0;
     double b2 = 1;
 
-    Point ImageOf(Point point) const;
+    /// The image less the destination's centroid.
+    Point ReducedImageOf(Point point) const;
 };
 
 /// Helmert, Helmert with 3 or affine with 5 unknowns, with weights, one a point, or without. It is

@@ -120,15 +120,19 @@ TriangularFactor Design::Factor(std::span<const Point> inFrame, std::span<const 
 }
 
 Transformation Design::Change(const TriangularFactor& factor) const {
-    const std::vector<double> x = factor.Solve(0);
+    return SharesUnknowns(model_) ? Change(factor.Solve(0), {})
+                                  : Change(factor.Solve(0), factor.Solve(1));
+}
+
+Transformation Design::Change(std::span<const double> unknowns,
+                              std::span<const double> ofSecond) const {
     Transformation change;
+    change.type = std::max(model_, Type::kPolynomial1);
+    change.a = {};
+    change.b = {};
     if (!SharesUnknowns(model_)) {
-        const std::vector<double> y = factor.Solve(1);
-        change.type = std::max(model_, Type::kPolynomial1);
-        change.a = {};
-        change.b = {};
-        std::ranges::copy(x, change.a.begin() + 1);
-        std::ranges::copy(y, change.b.begin() + 1);
+        std::ranges::copy(unknowns, change.a.begin() + 1);
+        std::ranges::copy(ofSecond, change.b.begin() + 1);
         return change;
     }
     // The rows are linear in p and q, so that three points tell all.
@@ -137,12 +141,12 @@ Transformation Design::Change(const TriangularFactor& factor) const {
     for (const std::size_t coordinate : {std::size_t{0}, std::size_t{1}}) {
         Fill(kPoints, coordinate, block);
         auto& series = coordinate == 0 ? change.a : change.b;
-        for (std::size_t i = 0; i < kPoints.size(); ++i) {
-            series[i] = 0.0;
-            for (std::size_t k = 0; k < columns_; ++k) series[i] += x[k] * block.column[k][i];
+        for (std::size_t k = 0; k < columns_; ++k) {
+            const auto& column = block.column[k];
+            series[1] += unknowns[k] * column[0];
+            series[2] += unknowns[k] * (column[1] - column[0]);
+            series[3] += unknowns[k] * (column[2] - column[0]);
         }
-        series[1] -= series[0];
-        series[2] -= series[0];
     }
     return change;
 }

@@ -48,7 +48,10 @@ public:
     TriangularFactor Factor(std::span<const Point> inFrame, std::span<const Point> right,
                             std::span<const double> rootWeights = {}) const;
 
-    /// How a solution moves points: what its rows add, as a transformation of frame coordinates.
+    /// How unknowns move points: what their rows add, as a polynomial of frame coordinates about 0.
+    /// Where the coordinates share no unknowns, those of the second come by themselves.
+    Transformation Change(std::span<const double> unknowns, std::span<const double> ofSecond) const;
+    /// The same of a solution.
     Transformation Change(const TriangularFactor& factor) const;
 
     /// The cofactors of both coordinates of a transformed point, in the frame.

@@ -69,9 +69,10 @@ double GreatestCoordinate(std::span<const Point> points) {
 bool IsBetter(const ClosedFit& closed, const UsedPoints& used, double squares) {
     double least = 0.0;
     for (std::size_t i = 0; i < used.sources.size(); ++i) {
-        const Point image = closed.ImageOf(used.sources[i]);
-        const double first = image.first - used.destinations[i].first;
-        const double second = image.second - used.destinations[i].second;
+        const Point image = closed.ReducedImageOf(used.sources[i]);
+        const double first = image.first - (used.destinations[i].first - closed.destination.first);
+        const double second =
+            image.second - (used.destinations[i].second - closed.destination.second);
         least += first * first + second * second;
     }
     const double rounding = 100.0 * kEpsilon * GreatestCoordinate(used.destinations);
