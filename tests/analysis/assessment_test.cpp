@@ -51,7 +51,7 @@ TEST_P(Cases, FiguresAgreeWithTheReference) {
                          "d" + name + ",d" + assessment.parameters[j].name, kRelative, 1e-9);
         }
     }
-    ExpectFigure(assessment.centroidSigma, expected["centroid"], "sigma_shift");
+    ExpectFigure(assessment.centroidSigma.first, expected["centroid"], "sigma_shift");
     ASSERT_EQ(assessment.points.size(), expected["points"].size());
     for (const PointAssessment& point : assessment.points) {
         const Json& json = expected["points"][point.index];

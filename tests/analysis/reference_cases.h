@@ -42,8 +42,12 @@ struct ReferenceCase {
     }
 
     const Json& Reference() const { return json["reference"]; }
-    std::vector<double> Sigmas() const {
-        return json.value("sigma_per_point", std::vector<double>());
+    std::vector<Point> Sigmas() const {
+        std::vector<Point> sigmas;
+        for (const double sigma : json.value("sigma_per_point", std::vector<double>())) {
+            sigmas.push_back({sigma, sigma});
+        }
+        return sigmas;
     }
 };
 

@@ -30,11 +30,11 @@ constexpr Residual kUndefinedPair{kUndefined, kUndefined};
 double AsNumber(std::size_t count) { return static_cast<double>(count); }
 
 /// (I - weight · Q)⁻¹ · vector; nothing where its least eigenvalue is below a limit.
-std::optional<Point> WithoutPoint(const Cofactors& q, double weight, Point vector,
+std::optional<Point> WithoutPoint(const Cofactors& q, Point weight, Point vector,
                                   double limit = kNoControl) {
-    const double first = 1.0 - weight * q.first;
-    const double second = 1.0 - weight * q.second;
-    const double mixed = -weight * q.mixed;
+    const double first = 1.0 - weight.first * q.first;
+    const double second = 1.0 - weight.second * q.second;
+    const double mixed = -weight.first * q.mixed;
     const double determinant = first * second - mixed * mixed;
     const double mean = 0.5 * (first + second);
     const double least = mean - std::hypot(0.5 * (first - second), mixed);
@@ -46,6 +46,10 @@ std::optional<Point> WithoutPoint(const Cofactors& q, double weight, Point vecto
 Point Times(const Cofactors& q, Point vector) {
     return {q.first * vector.first + q.mixed * vector.second,
             q.mixed * vector.first + q.second * vector.second};
+}
+
+Point Times(Point weight, Point vector) {
+    return {weight.first * vector.first, weight.second * vector.second};
 }
 
 double SquaredLength(Point vector) {
@@ -85,18 +89,18 @@ public:
         : model_(model), options_(options), assessment_(assessment) {}
 
     PointAssessment Of(std::size_t i, const Cofactors& q) const {
-        const double weight = model_.Weights()[i];
+        const Point weight = model_.Weights()[i];
         const Point v = model_.Residuals()[i];
         PointAssessment point;
         point.residual = {v.first, v.second};
-        point.redundancy = {std::clamp(1.0 - weight * q.first, 0.0, 1.0),
-                            std::clamp(1.0 - weight * q.second, 0.0, 1.0)};
+        point.redundancy = {std::clamp(1.0 - weight.first * q.first, 0.0, 1.0),
+                            std::clamp(1.0 - weight.second * q.second, 0.0, 1.0)};
         point.normalised = point.studentised = point.external = point.externalP = kUndefinedPair;
         point.separate = point.grossError = point.detectable = kUndefinedPair;
-        const double leverage = weight * 0.5 * (q.first + q.second);
-        point.isLever = leverage * 2.0 * AsNumber(assessment_.used) > 2.0 * assessment_.unknowns;
-        SetCoordinate(&Residual::first, weight, assessment_.sigma0Separate.first, point);
-        SetCoordinate(&Residual::second, weight, assessment_.sigma0Separate.second, point);
+        const double leverage = weight.first * q.first + weight.second * q.second;
+        point.isLever = leverage * AsNumber(assessment_.used) > 2.0 * assessment_.unknowns;
+        SetCoordinate(&Residual::first, weight.first, assessment_.sigma0Separate.first, point);
+        SetCoordinate(&Residual::second, weight.second, assessment_.sigma0Separate.second, point);
         SetPoint(q, weight, v, point);
         return point;
     }
@@ -126,12 +130,13 @@ private:
         }
     }
 
-    void SetPoint(const Cofactors& q, double weight, Point v, PointAssessment& point) const {
+    void SetPoint(const Cofactors& q, Point weight, Point v, PointAssessment& point) const {
         const auto error = WithoutPoint(q, weight, v);
         if (!error) return;
         point.grossError = {error->first, error->second};
         if (assessment_.fitsExactly && !options_.sigma0) return;
-        const double squares = weight * (v.first * error->first + v.second * error->second);
+        const double squares =
+            weight.first * v.first * error->first + weight.second * v.second * error->second;
         const int r = assessment_.redundancy;
         if (options_.sigma0) {
             const double value = squares / (*options_.sigma0 * *options_.sigma0);
@@ -144,10 +149,10 @@ private:
             point.probability = FisherTail(point.test, 2, r - 2);
         }
         point.adjustedProbability = std::min(1.0, AsNumber(assessment_.used) * point.probability);
-        const Point moved = Times(q, *error);
+        const Point weighted = Times(weight, *error);
+        const Point moved = Times(q, weighted);
         const double sigma = assessment_.sigma0;
-        point.influence = weight * weight *
-                          (error->first * moved.first + error->second * moved.second) /
+        point.influence = (weighted.first * moved.first + weighted.second * moved.second) /
                           (assessment_.unknowns * sigma * sigma);
     }
 
@@ -190,7 +195,9 @@ void SetSquares(const AdjustedModel& model, const AssessmentOptions& options,
     const double estimated = assessment.unknowns + 1.0;
     if (count - estimated - 1.0 > 0.0 && !assessment.fitsExactly) {
         double logarithms = 0.0;
-        for (const double weight : model.Weights()) logarithms += std::log(weight);
+        for (const Point& weight : model.Weights()) {
+            logarithms += 0.5 * std::log(weight.first) + 0.5 * std::log(weight.second);
+        }
         assessment.aicc = count * std::log(assessment.squareSum / count) - 2.0 * logarithms +
                           2.0 * estimated +
                           2.0 * estimated * (estimated + 1.0) / (count - estimated - 1.0);
@@ -219,7 +226,8 @@ void SetLeaveOneOut(const AdjustedModel& model, Assessment& assessment) {
             continue;
         }
         squares += SquaredLength({first, second});
-        weighted += model.Weights()[i] * SquaredLength({first, second});
+        const Point weight = model.Weights()[i];
+        weighted += weight.first * first * first + weight.second * second * second;
     }
     if (assessment.uncontrolled > 0) return;
     assessment.press = weighted;
@@ -246,12 +254,10 @@ void SetReturnable(const AdjustedModel& model, std::span<const ControlPoint> poi
         if (points[i].used) continue;
         const Point source[] = {points[i].source};
         const Point image = model.Images(source).front();
-        const Point inFrame[] = {model.InFrame().Into(points[i].source)};
-        const Cofactors q = model.Rows().CofactorsAt(model.Factor(), inFrame).front();
-        const double weight =
-            options.sigmas.empty() ? 1.0 : 1.0 / (options.sigmas[i] * options.sigmas[i]);
-        const double first = 1.0 / weight + q.first;
-        const double second = 1.0 / weight + q.second;
+        const Cofactors q = model.CofactorsAt(source).front();
+        const Point own = options.sigmas.empty() ? Point{1, 1} : options.sigmas[i];
+        const double first = own.first * own.first + q.first;
+        const double second = own.second * own.second + q.second;
         const Point error{image.first - points[i].destination.first,
                           image.second - points[i].destination.second};
         const double squares =
@@ -270,9 +276,13 @@ void Expect(bool holds, const char* what) {
 
 void Check(std::span<const ControlPoint> points, const AssessmentOptions& options) {
     const auto isPositive = [](double sigma) { return std::isfinite(sigma) && sigma > 0.0; };
+    const auto arePositive = [&](Point sigmas) {
+        return isPositive(sigmas.first) && isPositive(sigmas.second);
+    };
     Expect(options.sigmas.empty() || options.sigmas.size() == points.size(),
            "Standard deviations: not one a point");
-    Expect(std::ranges::all_of(options.sigmas, isPositive), "Standard deviations must be positive");
+    Expect(std::ranges::all_of(options.sigmas, arePositive),
+           "Standard deviations must be positive");
     Expect(!options.sigma0 || isPositive(*options.sigma0), "Standard deviations must be positive");
     Expect(options.alpha > 0.0 && options.alpha < 1.0, "A level must lie between 0 and 1");
 }
@@ -281,7 +291,7 @@ void Check(std::span<const ControlPoint> points, const AssessmentOptions& option
 
 std::vector<Point> LeaveOneOutErrors(const AdjustedModel& model) {
     struct Place {
-        double weight = 0;
+        Point weight;
         Point weighted;  // the sum of weight times residual
     };
     std::map<std::pair<double, double>, Place> places;
@@ -291,12 +301,14 @@ std::vector<Point> LeaveOneOutErrors(const AdjustedModel& model) {
     const std::size_t count = model.Residuals().size();
     for (std::size_t i = 0; i < count; ++i) {
         Place& place = places[key(i)];
-        const double weight = model.Weights()[i];
-        place.weight += weight;
-        place.weighted.first += weight * model.Residuals()[i].first;
-        place.weighted.second += weight * model.Residuals()[i].second;
+        const Point weight = model.Weights()[i];
+        const Point weighted = Times(weight, model.Residuals()[i]);
+        place.weight.first += weight.first;
+        place.weight.second += weight.second;
+        place.weighted.first += weighted.first;
+        place.weighted.second += weighted.second;
     }
-    const auto cofactors = model.Rows().CofactorsAt(model.Factor(), model.SourcesInFrame());
+    const auto cofactors = model.CofactorsAt(model.Sources());
     std::vector<Point> errors;
     errors.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -325,12 +337,12 @@ Assessment Assess(const AdjustedModel& model, std::span<const ControlPoint> poin
     assessment.unknowns = model.Unknowns();
     assessment.redundancy = model.Redundancy();
     assessment.isDetermined = model.IsDetermined();
-    assessment.sigma0Separate = kUndefinedPair;
+    assessment.sigma0Separate = assessment.centroidSigma = kUndefinedPair;
     if (!assessment.isDetermined) return assessment;
     assessment.fitsExactly = IsFitExact(model);
     SetSquares(model, options, assessment);
     SetCriticalValues(options.alpha, assessment);
-    const auto cofactors = model.Rows().CofactorsAt(model.Factor(), model.SourcesInFrame());
+    const auto cofactors = model.CofactorsAt(model.Sources());
     const Tests tests(model, options, assessment);
     std::vector<PointAssessment> assessed;
     std::size_t next = 0;

@@ -18,10 +18,10 @@ namespace kv_tr {
 inline constexpr double kUndefined = std::numeric_limits<double>::quiet_NaN();
 
 struct AssessmentOptions {
-    /// Standard deviations of the destination coordinates, metres, one a point, excluded ones
+    /// Standard deviations of the destination coordinates, metres, a pair a point, excluded ones
     /// included; none: all have the same, unknown one. They describe the difference of both
-    /// systems.
-    std::vector<double> sigmas;
+    /// systems. Those of a pair may differ only where the coordinates share no unknowns.
+    std::vector<Point> sigmas;
     /// The standard deviation of unit weight when it is known beforehand: 1 where the sigmas are
     /// true, metres without sigmas.
     std::optional<double> sigma0;
@@ -98,7 +98,7 @@ struct Assessment {
     std::vector<DerivedQuantity> derived;  ///< of linear types
     Point centroid;                        ///< of the sources in use
     Point centroidImage;
-    double centroidSigma = kUndefined;  ///< of either coordinate of the mean shift
+    Residual centroidSigma;  ///< of the mean shift
 
     std::vector<PointAssessment> points;  ///< in use, in their order
     /// Critical values at the level of the whole table.

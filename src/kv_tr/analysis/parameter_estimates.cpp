@@ -5,7 +5,6 @@
 #include <array>
 #include <cmath>
 #include <numbers>
-#include <numeric>
 #include <vector>
 
 #include "kv_tr/fit/point_sums.h"
@@ -49,12 +48,16 @@ std::vector<Gradient> Derivatives(const AdjustedModel& model, Layout layout, Poi
 
 /// The cofactors of the unknowns, both blocks where the coordinates are separate.
 Matrix CofactorsOf(const AdjustedModel& model) {
-    const Matrix block = model.Factor().Cofactors();
-    if (SharesUnknowns(model.Model())) return block;
-    const std::size_t n = block.Rows();
+    const Matrix first = model.Factor(0).Cofactors();
+    if (SharesUnknowns(model.Model())) return first;
+    const Matrix second = model.Factor(1).Cofactors();
+    const std::size_t n = first.Rows();
     Matrix both(2 * n, 2 * n);
     for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = 0; j < n; ++j) both(i, j) = both(n + i, n + j) = block(i, j);
+        for (std::size_t j = 0; j < n; ++j) {
+            both(i, j) = first(i, j);
+            both(n + i, n + j) = second(i, j);
+        }
     }
     return both;
 }
@@ -176,9 +179,13 @@ void EstimateParameters(const AdjustedModel& model, std::span<const ControlPoint
     assessment.centroid = model.InFrame().origin;
     const Point centroid[] = {assessment.centroid};
     assessment.centroidImage = model.Images(centroid).front();
-    const std::span<const double> weights = model.Weights();
-    const double weightSum = std::accumulate(weights.begin(), weights.end(), 0.0);
-    assessment.centroidSigma = sigma0 / std::sqrt(weightSum);
+    Point weightSums;
+    for (const Point& weight : model.Weights()) {
+        weightSums.first += weight.first;
+        weightSums.second += weight.second;
+    }
+    assessment.centroidSigma = {sigma0 / std::sqrt(weightSums.first),
+                                sigma0 / std::sqrt(weightSums.second)};
 }
 
 }  // namespace kv_tr

@@ -3,18 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 
 #include "kv_tr/fit/record_of_frame.h"
 
 namespace kv_tr {
 namespace {
-
-/// Roots of weights; none where there are no weights but 1.
-std::vector<double> Roots(std::span<const double> weights) {
-    std::vector<double> roots;
-    for (const double weight : weights) roots.push_back(std::sqrt(weight));
-    return roots;
-}
 
 std::vector<Point> Collect(std::span<const ControlPoint> points, Point ControlPoint::*place) {
     std::vector<Point> collected;
@@ -24,14 +18,19 @@ std::vector<Point> Collect(std::span<const ControlPoint> points, Point ControlPo
     return collected;
 }
 
-std::vector<double> WeightsOf(std::span<const ControlPoint> points,
-                              std::span<const double> sigmas) {
-    std::vector<double> weights;
+std::vector<Point> Weigh(std::span<const ControlPoint> points, std::span<const Point> sigmas) {
+    std::vector<Point> weights;
     for (std::size_t i = 0; i < points.size(); ++i) {
         if (!points[i].used) continue;
-        weights.push_back(sigmas.empty() ? 1.0 : 1.0 / (sigmas[i] * sigmas[i]));
+        const Point sigma = sigmas.empty() ? Point{1, 1} : sigmas[i];
+        weights.push_back({1.0 / (sigma.first * sigma.first), 1.0 / (sigma.second * sigma.second)});
     }
     return weights;
+}
+
+bool AreSame(std::span<const Point> weights) {
+    return std::ranges::all_of(weights,
+                               [](const Point& weight) { return weight.first == weight.second; });
 }
 
 Linearisation At(const std::optional<ClosedFit>& closed) {
@@ -55,17 +54,26 @@ std::vector<Point> Less(std::vector<Point> points, Point subtrahend) {
 }  // namespace
 
 AdjustedModel::AdjustedModel(std::span<const ControlPoint> points, Type type,
-                             std::span<const double> sigmas)
+                             std::span<const Point> sigmas)
     : sources_(Collect(points, &ControlPoint::source)),
       destinations_(Collect(points, &ControlPoint::destination)),
-      weights_(WeightsOf(points, sigmas)),
+      weights_(Weigh(points, sigmas)),
+      sameWeights_(AreSame(weights_)),
       closed_(SharesUnknowns(ModelOf(type))
-                  ? FitClosed(ModelOf(type), sources_, destinations_, weights_)
+                  ? FitClosed(ModelOf(type), sources_, destinations_, WeightsOf(&Point::first))
                   : std::nullopt),
-      design_(ModelOf(type), FrameOf(sources_, weights_, ModelOf(type)), At(closed_)),
+      design_(ModelOf(type), FrameOf(sources_, WeightsOf(&Point::first), ModelOf(type)),
+              At(closed_)),
       inFrame_(Into(InFrame(), sources_)),
-      destination_(CentroidOf(destinations_, weights_)),
-      factor_(design_.Factor(inFrame_, Less(destinations_, destination_), Roots(weights_))) {
+      destination_(CentroidOf(destinations_, WeightsOf(&Point::first))),
+      factor_(design_.Factor(inFrame_, Less(destinations_, destination_), RootsOf(&Point::first))) {
+    if (!sameWeights_) {
+        if (SharesUnknowns(Model())) {
+            throw std::invalid_argument("Two standard deviations need separate coordinates");
+        }
+        secondFactor_ =
+            design_.Factor(inFrame_, Less(destinations_, destination_), RootsOf(&Point::second));
+    }
     if (!closed_) Solve();
     // Reduced coordinates keep the digits that residuals need.
     residuals_ = ReducedImages(sources_);
@@ -76,7 +84,8 @@ AdjustedModel::AdjustedModel(std::span<const ControlPoint> points, Type type,
 }
 
 int AdjustedModel::Rank() const {
-    return static_cast<int>(factor_.Rank()) * (SharesUnknowns(Model()) ? 1 : 2);
+    if (SharesUnknowns(Model())) return static_cast<int>(factor_.Rank());
+    return static_cast<int>(Factor(0).Rank() + Factor(1).Rank());
 }
 
 bool AdjustedModel::IsDetermined() const {
@@ -85,8 +94,27 @@ bool AdjustedModel::IsDetermined() const {
            !(needsWidth && InFrame().IsLine());
 }
 
+std::vector<double> AdjustedModel::WeightsOf(double Point::*coordinate) const {
+    std::vector<double> weights;
+    for (const Point& weight : weights_) weights.push_back(weight.*coordinate);
+    return weights;
+}
+
+std::vector<double> AdjustedModel::RootsOf(double Point::*coordinate) const {
+    std::vector<double> roots = WeightsOf(coordinate);
+    for (double& root : roots) root = std::sqrt(root);
+    return roots;
+}
+
+Transformation AdjustedModel::Explain(std::span<const Point> missing) const {
+    const TriangularFactor first = design_.Factor(inFrame_, missing, RootsOf(&Point::first));
+    if (sameWeights_) return design_.Change(first);
+    const TriangularFactor second = design_.Factor(inFrame_, missing, RootsOf(&Point::second));
+    return design_.Change(first.Solve(0), second.Solve(1));
+}
+
 void AdjustedModel::Solve() {
-    solution_ = design_.Change(factor_);
+    solution_ = design_.Change(factor_.Solve(0), Factor(1).Solve(1));
     // A second solution finds what rounding left over.
     std::vector<Point> missing = Less(destinations_, destination_);
     const std::vector<Point> images = ImagesOf(solution_, inFrame_);
@@ -94,19 +122,28 @@ void AdjustedModel::Solve() {
         missing[i].first -= images[i].first;
         missing[i].second -= images[i].second;
     }
-    const Transformation change =
-        design_.Change(design_.Factor(inFrame_, missing, Roots(weights_)));
+    const Transformation change = Explain(missing);
     for (std::size_t k = 0; k < solution_.a.size(); ++k) {
         solution_.a[k] += change.a[k];
         solution_.b[k] += change.b[k];
     }
 }
 
+std::vector<Design::PointCofactors> AdjustedModel::CofactorsAt(
+    std::span<const Point> sources) const {
+    const std::vector<Point> inFrame = Into(InFrame(), sources);
+    auto cofactors = design_.CofactorsAt(factor_, inFrame);
+    if (sameWeights_) return cofactors;
+    const auto second = design_.CofactorsAt(*secondFactor_, inFrame);
+    for (std::size_t i = 0; i < cofactors.size(); ++i) cofactors[i].second = second[i].second;
+    return cofactors;
+}
+
 Point AdjustedModel::SquareSums() const {
     Point sums;
     for (std::size_t i = 0; i < residuals_.size(); ++i) {
-        sums.first += weights_[i] * residuals_[i].first * residuals_[i].first;
-        sums.second += weights_[i] * residuals_[i].second * residuals_[i].second;
+        sums.first += weights_[i].first * residuals_[i].first * residuals_[i].first;
+        sums.second += weights_[i].second * residuals_[i].second * residuals_[i].second;
     }
     return sums;
 }

@@ -19,15 +19,21 @@ namespace kv_tr {
 /// docs/mathematics.md derives it. The object is a value and shares nothing.
 class AdjustedModel {
 public:
-    /// Of the points in use; standard deviations of their destination coordinates, metres, one a
-    /// point, excluded ones included, or none. They must be positive.
+    /// Of the points in use; standard deviations of their destination coordinates, metres, a pair a
+    /// point, excluded ones included, or none. They must be positive, and both of a pair the same
+    /// where the coordinates share unknowns: otherwise std::invalid_argument.
     AdjustedModel(std::span<const ControlPoint> points, Type type,
-                  std::span<const double> sigmas = {});
+                  std::span<const Point> sigmas = {});
 
     Type Model() const { return design_.Model(); }
     const Frame& InFrame() const { return design_.InFrame(); }
     const Design& Rows() const { return design_; }
-    const TriangularFactor& Factor() const { return factor_; }
+    /// Of the rows of a coordinate, 0 or 1; the same one unless standard deviations differ.
+    const TriangularFactor& Factor(std::size_t coordinate = 0) const {
+        return coordinate == 1 && secondFactor_ ? *secondFactor_ : factor_;
+    }
+    /// The cofactors of transformed source points.
+    std::vector<Design::PointCofactors> CofactorsAt(std::span<const Point> sources) const;
     /// The matrix and the centroids of the models that share unknowns.
     const std::optional<ClosedFit>& Closed() const { return closed_; }
 
@@ -40,9 +46,8 @@ public:
     /// The points in use, in their order.
     std::span<const Point> Sources() const { return sources_; }
     std::span<const Point> Destinations() const { return destinations_; }
-    /// Their weights, 1 without standard deviations, 1/σ² with them.
-    std::span<const double> Weights() const { return weights_; }
-    std::span<const Point> SourcesInFrame() const { return inFrame_; }
+    /// The weights of their coordinates, 1 without standard deviations, 1/σ² with them.
+    std::span<const Point> Weights() const { return weights_; }
     /// Computed less measured, metres.
     std::span<const Point> Residuals() const { return residuals_; }
     /// The weighted sum of the squares of the residuals: of the first coordinate, and the second.
@@ -57,18 +62,24 @@ public:
     Transformation Record(Type type, Point origin) const;
 
 private:
+    std::vector<double> WeightsOf(double Point::*coordinate) const;
+    std::vector<double> RootsOf(double Point::*coordinate) const;
+    /// How the unknowns that remove what is missing move points of the frame.
+    Transformation Explain(std::span<const Point> missing) const;
     void Solve();
     /// The images, less the centroid of the destinations.
     std::vector<Point> ReducedImages(std::span<const Point> sources) const;
 
     std::vector<Point> sources_;
     std::vector<Point> destinations_;
-    std::vector<double> weights_;
+    std::vector<Point> weights_;
+    bool sameWeights_;
     std::optional<ClosedFit> closed_;
     Design design_;
     std::vector<Point> inFrame_;
     Point destination_;  // the centroid
     TriangularFactor factor_;
+    std::optional<TriangularFactor> secondFactor_;
     Transformation solution_;  // from the frame to differences from that centroid
     std::vector<Point> residuals_;
 };
