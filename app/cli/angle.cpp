@@ -51,6 +51,7 @@ Run AddAngle(CLI::App& command) {
     addNumber("FIRST", options->first, Text::kFirstArgument);
     addNumber("SECOND", options->second, Text::kSecondArgument);
     AddSourceOptions(command, options->source);
+    AddInverseOption(command, options->source, Text::kInverseOption);
     command.add_option("--unit", options->unit, Translated(Text::kUnitOption))
         ->type_name("UNIT")
         ->capture_default_str()

@@ -25,6 +25,7 @@ constexpr Command kCommands[] = {
     {"params", Text::kParamsSummary, AddParams},
     {"national", Text::kNationalSummary, AddNational},
     {"angle", Text::kAngleSummary, AddAngle},
+    {"distortion", Text::kDistortionSummary, AddDistortion},
 };
 
 /// The exit code of what has been done, if all that was printed has also been written.

@@ -3,7 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <optional>
+#include <vector>
 
 #include "cli/file_options.h"
 #include "cli/fit.h"
@@ -32,12 +32,15 @@ std::nullopt_t Complain(Text id, std::initializer_list<std::string> values = {})
     return std::nullopt;
 }
 
-std::optional<Transformation> FitParameters(const ParameterSource& source) {
+std::optional<Parameters> FitParameters(const ParameterSource& source) {
     Adjustment adjustment;
     const bool good = LoadPoints(adjustment, source.points, source.decimalComma) &&
                       ChooseType(adjustment, TypeNamed(source.type), source.points) &&
                       Fit(adjustment).Succeeded();
-    return good ? std::optional(adjustment.Result()) : std::nullopt;
+    if (!good) return std::nullopt;
+    std::vector<Point> sources;
+    for (const ControlPoint& point : adjustment.Points()) sources.push_back(point.source);
+    return Parameters{adjustment.Result(), DomainOf(sources)};
 }
 
 std::optional<Transformation> BuiltIn(const std::string& name) {
@@ -74,17 +77,16 @@ std::optional<Transformation> InverseOf(const Transformation& transformation) {
 
 /// The parameters of the source; nothing after it was reported why there are none. A type asked for
 /// beside a source that has its own must be that one.
-std::optional<Transformation> Load(const ParameterSource& source) {
-    const auto loaded = !source.points.empty()     ? FitParameters(source)
-                        : !source.national.empty() ? BuiltIn(source.national)
-                                                   : ReadFile(source);
+std::optional<Parameters> Load(const ParameterSource& source) {
+    if (!source.points.empty()) return FitParameters(source);
+    const auto loaded = source.national.empty() ? ReadFile(source) : BuiltIn(source.national);
     if (!loaded) return std::nullopt;
     if (!source.type.empty() && TypeNamed(source.type) != loaded->type) {
         return Complain(Text::kOtherType,
                         {source.params + source.national, TypeName(loaded->type, ComponentTexts()),
                          TypeName(TypeNamed(source.type), ComponentTexts())});
     }
-    return source.inverse ? InverseOf(*loaded) : loaded;
+    return Parameters{*loaded, std::nullopt};
 }
 
 int WrongUsage(Text id) {
@@ -98,7 +100,6 @@ void AddBuiltInOptions(CLI::App& command, ParameterSource& source) {
     command.add_option("--national", source.national, Translated(Text::kNationalOption))
         ->type_name("NAME");
     AddTypeOption(command, source.type);
-    command.add_flag("--inverse", source.inverse, Translated(Text::kInverseOption));
     command.add_flag("--decimal-comma", source.decimalComma, Translated(Text::kHasDecimalCommas));
 }
 
@@ -108,15 +109,45 @@ void AddSourceOptions(CLI::App& command, ParameterSource& source) {
     AddBuiltInOptions(command, source);
 }
 
-int LoadParameters(Transformation& transformation, const ParameterSource& source) {
+void AddInverseOption(CLI::App& command, ParameterSource& source, Text description) {
+    command.add_flag("--inverse", source.inverse, Translated(description));
+}
+
+int LoadForward(Parameters& parameters, const ParameterSource& source) {
     if (!source.points.empty() + !source.params.empty() + !source.national.empty() != 1) {
         return WrongUsage(Text::kOneSource);
     }
     if (!source.points.empty() && source.type.empty()) return WrongUsage(Text::kTypeNeeded);
 
     const auto loaded = Load(source);
-    if (loaded) transformation = *loaded;
+    if (loaded) parameters = *loaded;
     return loaded ? kDone : kReported;
+}
+
+int LoadParameters(Transformation& transformation, const ParameterSource& source) {
+    Parameters forward;
+    if (const int code = LoadForward(forward, source); code != kDone) return code;
+    const auto wanted = source.inverse ? InverseOf(forward.transformation) : forward.transformation;
+    if (wanted) transformation = *wanted;
+    return wanted ? kDone : kReported;
+}
+
+int LoadPointMap(app::PointMap& map, const ParameterSource& source) {
+    Parameters forward;
+    if (const int code = LoadForward(forward, source); code != kDone) return code;
+    const auto& [transformation, domain] = forward;
+    map = transformation;
+    if (!source.inverse) return kDone;
+    const auto inverse = ExactInverse::Of(transformation, domain);
+    if (!inverse) {
+        Complain(Text::kNoInverse);
+        return kReported;
+    }
+    if (!domain && IsPolynomial(transformation.type)) {
+        PrintNote(Translated(Text::kInverseUnlimited));
+    }
+    map = *inverse;
+    return kDone;
 }
 
 std::string CheckExtension(const std::string& fileName) {

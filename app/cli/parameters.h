@@ -1,9 +1,11 @@
 // Parameters from wherever the user says, and into files.
 #pragma once
 
+#include <optional>
 #include <string>
 
-#include "kv_tr/model/transformation.h"
+#include "common/point_map.h"
+#include "kv_tr/published/ml_strings.h"
 
 namespace CLI {
 class App;
@@ -21,14 +23,26 @@ struct ParameterSource {
     bool decimalComma = false;  // in the files
 };
 
-/// Adds the options --points, --params, --national, --type, --inverse and --decimal-comma.
+/// A transformation and, when it was fitted, the domain of the control points in use.
+struct Parameters {
+    Transformation transformation;
+    std::optional<Domain> domain;
+};
+
+/// Adds the options --points, --params, --national, --type and --decimal-comma.
 void AddSourceOptions(CLI::App& command, ParameterSource& source);
 /// Adds those of them that serve where the parameter file is an argument of its own.
 void AddBuiltInOptions(CLI::App& command, ParameterSource& source);
+void AddInverseOption(CLI::App& command, ParameterSource& source, Text description);
 
-/// Loads or fits the parameters. The exit code: kReported after anything was reported, and
-/// kWrongUsage, with a note, when the source is not one.
+/// Loads or fits the parameters, without an inversion. The exit code: kReported after anything was
+/// reported, and kWrongUsage, with a note, when the source is not one.
+int LoadForward(Parameters& parameters, const ParameterSource& source);
+/// The same, inverted if that is asked for, which is reported as impossible for types that are not
+/// linear.
 int LoadParameters(Transformation& transformation, const ParameterSource& source);
+/// The same for the transformation of points, whose inverse is exact for all types.
+int LoadPointMap(app::PointMap& map, const ParameterSource& source);
 
 /// A check for names of parameter files; it yields the complaint, or nothing.
 std::string CheckExtension(const std::string& fileName);

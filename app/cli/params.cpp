@@ -73,6 +73,7 @@ Run AddParams(CLI::App& command) {
     command.add_option("FILE", options->source.params, Translated(Text::kParamsOption))
         ->check(CheckExtension);
     AddBuiltInOptions(command, options->source);
+    AddInverseOption(command, options->source, Text::kInverseOption);
     command.add_option("--format", options->format, Translated(Text::kFormatOption))
         ->type_name("FORMAT")
         ->capture_default_str()

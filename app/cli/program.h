@@ -53,5 +53,6 @@ Run AddTypes(CLI::App& command);
 Run AddParams(CLI::App& command);
 Run AddNational(CLI::App& command);
 Run AddAngle(CLI::App& command);
+Run AddDistortion(CLI::App& command);
 
 }  // namespace kv_tr::cli

@@ -1,13 +1,12 @@
 // kv_tr transform: the points of a file or of the standard input, line by line.
 #include <CLI/CLI.hpp>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <optional>
 #include <string_view>
 
 #include "cli/file_options.h"
+#include "cli/input.h"
 #include "cli/interruption.h"
 #include "cli/parameters.h"
 #include "cli/program.h"
@@ -27,33 +26,6 @@ struct TransformOptions {
     ParameterSource source;
     std::string output;
     app::CoordinateOptions coordinates;
-};
-
-/// Where a line is read from.
-class Input {
-public:
-    explicit Input(const std::string& name) : standard_(name == "-"), name_(name) {
-        std::error_code error;
-        if (standard_) {
-            std::ios::sync_with_stdio(false);
-            name_ = Translated(Text::kStandardInput);
-        } else if (!std::filesystem::is_directory(name, error)) {
-            stream_.open(name, std::ios::binary);
-            const auto size = std::filesystem::file_size(name, error);
-            if (!error) size_ = size;
-        }
-    }
-
-    bool IsOpen() const { return standard_ || stream_.is_open(); }
-    std::streambuf& Source() { return *(standard_ ? std::cin.rdbuf() : stream_.rdbuf()); }
-    const std::string& Name() const { return name_; }
-    std::uint64_t Size() const { return size_; }  // 0 when it is not known
-
-private:
-    bool standard_;
-    std::string name_;
-    std::ifstream stream_;
-    std::uint64_t size_ = 0;
 };
 
 /// Where the lines go: the standard output, or a file that is complete or not there.
@@ -90,8 +62,7 @@ private:
     std::optional<RemovedWhenInterrupted> guard_;
 };
 
-app::CoordinateResult TransformAll(Input& input, Output& output,
-                                   const Transformation& transformation,
+app::CoordinateResult TransformAll(Input& input, Output& output, const app::PointMap& map,
                                    const TransformOptions& options) {
     Progress progress(input.Size(), options.output.empty() && OutputIsTerminal());
     const app::CoordinateOutput to{
@@ -102,7 +73,7 @@ app::CoordinateResult TransformAll(Input& input, Output& output,
                 progress.Show(lines, bytes);
                 return true;
             }};
-    auto result = app::TransformText(input.Source(), to, transformation, options.coordinates);
+    auto result = app::TransformText(input.Source(), to, map, options.coordinates);
     app::ReportBadLines(result, input.Name());
     if (result.mayHaveDecimalCommas) PrintNote(Translated(Text::kCommasMayBeDecimal));
     return result;
@@ -113,8 +84,8 @@ int RunTransform(const TransformOptions& options) {
                      {{"--points", options.source.points}, {"--params", options.source.params}})) {
         return kWrongUsage;
     }
-    Transformation transformation;
-    if (const int code = LoadParameters(transformation, options.source); code != kDone) {
+    app::PointMap map;
+    if (const int code = LoadPointMap(map, options.source); code != kDone) {
         if (code == kReported) PrintNote(Translated(Text::kNothingTransformed));
         return code;
     }
@@ -128,7 +99,7 @@ int RunTransform(const TransformOptions& options) {
         ReportOpenFailure(options.output);
         return kReported;
     }
-    const auto result = TransformAll(input, output, transformation, options);
+    const auto result = TransformAll(input, output, map, options);
     if (!result.Complete()) return kReported;
     if (!output.Commit()) {
         if (!options.output.empty()) throw WriteFailure(options.output);
@@ -143,6 +114,7 @@ Run AddTransform(CLI::App& command) {
     const auto options = std::make_shared<TransformOptions>();
     command.add_option("FILE", options->input, Translated(Text::kTransformArgument));
     AddSourceOptions(command, options->source);
+    AddInverseOption(command, options->source, Text::kExactInverseOption);
     AddFileOption(command, "--output", options->output, Text::kOutputOption);
     const auto setDecimals = [options](const std::string& text) {
         options->coordinates.decimals = static_cast<int>(*ParseNumber(text));

@@ -22,8 +22,8 @@ namespace {
 /// lines stay here until then, so that none are lost with a thread that does not start.
 class Block {
 public:
-    Block(std::string lines, const Transformation& transformation, const CoordinateOptions& options)
-        : lines_(std::move(lines)), transformation_(transformation), options_(options) {}
+    Block(std::string lines, const PointMap& map, const CoordinateOptions& options)
+        : lines_(std::move(lines)), map_(map), options_(options) {}
 
     void StartThread() {
         try {
@@ -40,12 +40,10 @@ public:
     TransformedLines Take() { return done_.valid() ? done_.get() : Transformed(); }
 
 private:
-    TransformedLines Transformed() const {
-        return TransformLines(lines_, transformation_, options_);
-    }
+    TransformedLines Transformed() const { return TransformLines(lines_, map_, options_); }
 
     const std::string lines_;
-    const Transformation& transformation_;
+    const PointMap& map_;
     const CoordinateOptions& options_;
     std::future<TransformedLines> done_;  // the last member: its end waits for the thread
 };
@@ -53,9 +51,9 @@ private:
 /// Transforms the blocks of a text, several at a time, and writes them in their order.
 class Pipeline {
 public:
-    Pipeline(std::streambuf& source, const CoordinateOutput& output,
-             const Transformation& transformation, const CoordinateOptions& options)
-        : reader_(source), output_(output), transformation_(transformation), options_(options) {}
+    Pipeline(std::streambuf& source, const CoordinateOutput& output, const PointMap& map,
+             const CoordinateOptions& options)
+        : reader_(source), output_(output), map_(map), options_(options) {}
 
     CoordinateResult Run() {
         if (reader_.SkipUtf8Mark()) output_.write("\xEF\xBB\xBF");
@@ -87,7 +85,7 @@ private:
         bytesRead_ += block.size();
         constexpr std::size_t kSmall = 1 << 14;
         const bool pays = processors_ > 1 && block.size() >= kSmall;
-        underWay_.emplace_back(std::move(block), transformation_, options_);
+        underWay_.emplace_back(std::move(block), map_, options_);
         if (pays) underWay_.back().StartThread();
         return true;
     }
@@ -109,7 +107,9 @@ private:
             result_.badLines += done.badLines;
             result_.mayHaveDecimalCommas |= done.mayHaveDecimalCommas;
             bytesDone_ += done.bytes;
+            for (std::size_t i = 0; i < done.lost.size(); ++i) result_.lost[i] += done.lost[i];
             result_.endedBy = std::move(done.stoppedAt);
+            result_.endedBecause = done.stoppedBecause;
             result_.cancelled = !output_.goOn(result_.lines, bytesDone_);
             if (!result_.Complete()) underWay_.clear();
         }
@@ -118,7 +118,7 @@ private:
     const std::size_t processors_ = std::max(1U, std::thread::hardware_concurrency());
     BlockReader reader_;
     const CoordinateOutput& output_;
-    const Transformation transformation_;
+    const PointMap map_;
     const CoordinateOptions options_;
     std::deque<Block> underWay_;
     CoordinateResult result_;
@@ -129,20 +129,31 @@ private:
 }  // namespace
 
 CoordinateResult TransformText(std::streambuf& source, const CoordinateOutput& output,
-                               const Transformation& transformation,
-                               const CoordinateOptions& options) {
-    return Pipeline(source, output, transformation, options).Run();
+                               const PointMap& map, const CoordinateOptions& options) {
+    return Pipeline(source, output, map, options).Run();
 }
 
 void ReportBadLines(const CoordinateResult& result, const std::string& fileName) {
     const std::string lines = std::to_string(result.lines);
-    if (result.endedBy) {
+    if (result.endedBy && result.endedBecause != NoSource::kNone) {
+        ShowMessage(
+            Translated(Text::kLineHasNoInverse, {fileName, lines, ReasonText(result.endedBecause),
+                                                 Excerpt(*result.endedBy)}),
+            Icon::kExclamation);
+    } else if (result.endedBy) {
         ShowMessage(
             Translated(Text::kBadCoordinateLine, {fileName, lines, Excerpt(*result.endedBy)}),
             Icon::kExclamation);
     } else if (result.badLines > 0) {
-        ShowMessage(Translated(Text::kBadLinesKept, {std::to_string(result.badLines), lines}),
-                    Icon::kExclamation);
+        std::string text =
+            Translated(Text::kBadLinesKept, {std::to_string(result.badLines), lines});
+        for (std::size_t i = 1; i < result.lost.size(); ++i) {
+            if (result.lost[i] == 0) continue;
+            text += "\r\n" +
+                    Translated(Text::kLinesWithoutInverse, {std::to_string(result.lost[i]),
+                                                            ReasonText(static_cast<NoSource>(i))});
+        }
+        ShowMessage(text, Icon::kExclamation);
     }
 }
 

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "common/coordinate_lines.h"
-#include "kv_tr/model/transformation.h"
+#include "common/point_map.h"
 
 namespace kv_tr::app {
 
@@ -17,7 +17,9 @@ namespace kv_tr::app {
 struct CoordinateResult {
     std::uint64_t lines = 0;  // read, the one that ended the work included
     std::uint64_t badLines = 0;
-    std::optional<std::string> endedBy;  // the bad line that did
+    LostPoints lost{};                        // those of the bad lines that have no inverse
+    std::optional<std::string> endedBy;       // the bad line that did
+    NoSource endedBecause = NoSource::kNone;  // why that line has no inverse, if that is it
     bool cancelled = false;
     bool mayHaveDecimalCommas = false;  // a bad line seems to have them
 
@@ -37,8 +39,7 @@ struct CoordinateOutput {
 /// ends the work unless the options keep it going. Memory does not grow with the text. Throws
 /// RuntimeError as BlockReader does, after the lines before the trouble.
 CoordinateResult TransformText(std::streambuf& source, const CoordinateOutput& output,
-                               const Transformation& transformation,
-                               const CoordinateOptions& options);
+                               const PointMap& map, const CoordinateOptions& options);
 
 /// Shows the user which line of a file ended the work, or how many bad lines were passed on.
 void ReportBadLines(const CoordinateResult& result, const std::string& fileName);

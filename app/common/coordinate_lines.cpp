@@ -5,7 +5,6 @@
 #include <array>
 #include <cmath>
 
-#include "kv_tr/model/transformation.h"
 #include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/text/line_reader.h"
 #include "kv_tr/text/number_text.h"
@@ -13,34 +12,18 @@
 namespace kv_tr::app {
 namespace {
 
-/// Whether the coordinates of a line, or its only two fields, seem to have decimal commas.
-bool SeemsToHaveDecimalCommas(std::string_view line, bool noId) {
-    return HasDecimalCommas(line, 2) || (!noId && HasDecimalCommas(WithoutIdentifier(line), 2));
-}
-
-/// Appends a line, transformed; false, with nothing appended, for a bad one.
-bool AppendTransformed(std::string& text, std::string_view line,
-                       const Transformation& transformation, const CoordinateOptions& options) {
-    std::array<std::string_view, 3> fields;
-    std::size_t count = 0;
-    auto rest = line;
-    for (const std::size_t wanted = options.noId ? 2 : 3; count < wanted; ++count) {
-        fields[count] = NextField(rest, options.decimalComma);
-        if (fields[count].empty()) break;
-    }
-    if (count == 0) {
-        text += line;
-        return true;
-    }
-    if (count == 1) return false;
-    const std::string_view first = fields[count - 2];
-    const std::string_view second = fields[count - 1];
-    const auto firstNumber = ParseNumber(first, options.decimalComma);
-    const auto secondNumber = ParseNumber(second, options.decimalComma);
-    if (!firstNumber || !secondNumber) return false;
-    const Point image = transformation.Apply({*firstNumber, *secondNumber});
+/// Appends a line, transformed; nothing for a bad one. The trouble is why a point has no inverse.
+bool AppendTransformed(std::string& text, std::string_view line, const PointMap& map,
+                       const CoordinateOptions& options, NoSource& trouble) {
+    CoordinateFields fields;
+    const LineKind kind = ReadCoordinates(line, options, fields);
+    if (kind == LineKind::kNoFields) text += line;
+    if (kind != LineKind::kPoint) return kind == LineKind::kNoFields;
+    const auto [image, noImage] = ImageOf(map, fields.point);
+    trouble = noImage;
     if (!std::isfinite(image.first) || !std::isfinite(image.second)) return false;
 
+    const auto& [id, first, second, point] = fields;
     const NumberStyle style{options.decimalComma ? ',' : '.'};
     const auto between = [&text](const char* begin, const char* end) { text.append(begin, end); };
     between(line.data(), first.data());
@@ -53,21 +36,49 @@ bool AppendTransformed(std::string& text, std::string_view line,
 
 }  // namespace
 
-TransformedLines TransformLines(std::string_view text, const Transformation& transformation,
+bool SeemsToHaveDecimalCommas(std::string_view line, const CoordinateOptions& options) {
+    if (options.decimalComma) return false;
+    return HasDecimalCommas(line, 2) ||
+           (!options.noId && HasDecimalCommas(WithoutIdentifier(line), 2));
+}
+
+LineKind ReadCoordinates(std::string_view line, const CoordinateOptions& options,
+                         CoordinateFields& fields) {
+    if (SeemsToHaveDecimalCommas(line, options)) return LineKind::kBad;
+    std::array<std::string_view, 3> found;
+    std::size_t count = 0;
+    auto rest = line;
+    for (const std::size_t wanted = options.noId ? 2 : 3; count < wanted; ++count) {
+        found[count] = NextField(rest, options.decimalComma);
+        if (found[count].empty()) break;
+    }
+    if (count == 0) return LineKind::kNoFields;
+    if (count == 1) return LineKind::kBad;
+    fields = {count == 3 ? found[0] : std::string_view(), found[count - 2], found[count - 1], {}};
+    const auto first = ParseNumber(fields.first, options.decimalComma);
+    const auto second = ParseNumber(fields.second, options.decimalComma);
+    if (!first || !second) return LineKind::kBad;
+    fields.point = {*first, *second};
+    return LineKind::kPoint;
+}
+
+TransformedLines TransformLines(std::string_view text, const PointMap& map,
                                 const CoordinateOptions& options) {
     TransformedLines done;
     done.text.reserve(text.size() + text.size() / 4);
     while (!text.empty()) {
         const auto [line, ending] = TakeLine(text);
         ++done.lines;
-        const bool commas = !options.decimalComma && SeemsToHaveDecimalCommas(line, options.noId);
-        if (commas || !AppendTransformed(done.text, line, transformation, options)) {
-            done.mayHaveDecimalCommas |= commas;
+        NoSource trouble = NoSource::kNone;
+        if (!AppendTransformed(done.text, line, map, options, trouble)) {
+            done.mayHaveDecimalCommas |= SeemsToHaveDecimalCommas(line, options);
             if (!options.keepGoing) {
                 done.stoppedAt = line;
+                done.stoppedBecause = trouble;
                 break;
             }
             ++done.badLines;
+            done.lost[static_cast<std::size_t>(trouble)] += 1;
             done.text += line;
         }
         done.text += ending;

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "kv_tr/model/transformation.h"
+#include "common/point_map.h"
 
 namespace kv_tr::app {
 
@@ -18,23 +18,43 @@ struct CoordinateOptions {
     bool decimalComma = false;  // numbers are read and written with one, commas do not separate
 };
 
+/// A line's point, and where its coordinates stand.
+struct CoordinateFields {
+    std::string_view id;  // empty where there is none
+    std::string_view first;
+    std::string_view second;
+    Point point;
+};
+
+enum class LineKind { kPoint, kNoFields, kBad };
+
+/// Finds the coordinates of a line: its second and third field, its only two, or with noId the
+/// first two. A line is bad when it has no two numbers, or when they seem to have decimal commas
+/// that the options do not tell of.
+LineKind ReadCoordinates(std::string_view line, const CoordinateOptions& options,
+                         CoordinateFields& fields);
+
+/// Whether the coordinates of a line, or its only two fields, seem to have decimal commas that the
+/// options do not tell of.
+bool SeemsToHaveDecimalCommas(std::string_view line, const CoordinateOptions& options);
+
 /// What became of a text of whole lines.
 struct TransformedLines {
     std::string text;
     std::uint64_t lines = 0;
     std::uint64_t bytes = 0;  // of the lines in the text, as they were
     std::uint64_t badLines = 0;
-    bool mayHaveDecimalCommas = false;     // a bad line seems to have them
-    std::optional<std::string> stoppedAt;  // the bad line that ended the work, not in the text
+    bool mayHaveDecimalCommas = false;          // a bad line seems to have them
+    LostPoints lost{};                          // those of the bad lines that have no inverse
+    std::optional<std::string> stoppedAt;       // the bad line that ended the work, not in the text
+    NoSource stoppedBecause = NoSource::kNone;  // why that line has no inverse, if that is it
 };
 
-/// Transforms lines. The coordinates are the second and third field of a line, or
-/// the only two, or with noId the first two; a line without fields stays as it is. A line is bad
-/// when it has no two numbers, when their image is not finite, or when its numbers seem to have
-/// decimal commas that the options do not tell of.
+/// Transforms lines; one without fields stays as it is. Bad is also a line whose point has no image
+/// or one that is not finite.
 ///
 /// Reads nothing of the component but its decimal separator: several threads may be at it.
-TransformedLines TransformLines(std::string_view text, const Transformation& transformation,
+TransformedLines TransformLines(std::string_view text, const PointMap& map,
                                 const CoordinateOptions& options);
 
 }  // namespace kv_tr::app

@@ -2,29 +2,14 @@
 #include "kv_tr/model/evaluate.h"
 
 #include <algorithm>
-#include <cfloat>
-#include <cstdint>
-#include <cstring>
 #include <stdexcept>
-#include <utility>
 
-static_assert(FLT_EVAL_METHOD == 0, "double arithmetic must round every operation to a double");
-
-// The formulas are written once, for a number that is a double or a group of doubles, one a point.
-// They become part of the function that uses them, and with that of its instruction set.
-#if defined(__GNUC__)
-#define KV_TR_INLINE [[gnu::always_inline]] inline
-#else
-#define KV_TR_INLINE inline
-#endif
+#include "kv_tr/model/groups.h"
 
 namespace kv_tr {
 namespace {
 
-/// How many doubles a number is.
-template <class Number>
-constexpr std::size_t kLanes = sizeof(Number) /
-                               sizeof(double);  // NOLINT(bugprone-sizeof-expression)
+using namespace groups;
 
 /// The coefficients of a transformation as numbers, each with the same value for all points of a
 /// group.
@@ -39,51 +24,7 @@ struct Spread {
             Fill(b[k], c.b[k]);
         }
     }
-
-private:
-    static void Fill(Number& number, double value) {
-        double values[kLanes<Number>];
-        std::ranges::fill(values, value);
-        std::memcpy(&number, values, sizeof number);
-    }
 };
-
-/// A term is an earlier term times u or v.
-struct Step {
-    std::size_t earlier = 0;
-    bool timesU = false;
-};
-
-template <Type kind>
-constexpr auto TermSteps() {
-    std::array<Step, static_cast<std::size_t>(TermCount(kind))> steps{};
-    if (kind == Type::kBilinear) {
-        steps[1] = {0, true};
-        steps[2] = {0, false};
-        steps[3] = {1, false};
-        return steps;
-    }
-    std::size_t before = 0;  // where the degree before begins
-    std::size_t next = 1;
-    for (std::size_t degree = 1; next < steps.size(); ++degree) {
-        steps[next++] = {before, true};
-        for (std::size_t i = 0; i < degree; ++i) steps[next++] = {before + i, false};
-        before += degree;
-    }
-    return steps;
-}
-
-/// Finds the terms of a type in their order and calls use(k) after each but the first.
-template <Type kind, class Number, class Use, std::size_t... k>
-KV_TR_INLINE void EachTerm(const Number& u, const Number& v, Number* term, const Use& use,
-                           std::index_sequence<k...>) {
-    constexpr auto kSteps = TermSteps<kind>();
-    term[0] = 1.0 - Number{};  // what has several lanes takes no plain 1
-    ((term[k + 1] = term[kSteps[k + 1].earlier] * (kSteps[k + 1].timesU ? u : v), use(k + 1)), ...);
-}
-
-template <Type kind>
-using TermsAfterFirst = std::make_index_sequence<static_cast<std::size_t>(TermCount(kind)) - 1>;
 
 template <class Number>
 struct AddTerm {
@@ -116,21 +57,6 @@ KV_TR_INLINE void MapPoints(const Spread<Number>& c, Number& first, Number& seco
     }
 }
 
-/// Calls work.At<kind>() for the type whose formula a type uses, Type::kHelmert for all linear
-/// ones.
-template <class Work>
-KV_TR_INLINE void ForKind(Type type, const Work& work) {
-    if (!IsPolynomial(type)) return work.template At<Type::kHelmert>();
-    switch (type) {
-        case Type::kPolynomial1: return work.template At<Type::kPolynomial1>();
-        case Type::kPolynomial2: return work.template At<Type::kPolynomial2>();
-        case Type::kPolynomial3: return work.template At<Type::kPolynomial3>();
-        case Type::kPolynomial4: return work.template At<Type::kPolynomial4>();
-        case Type::kBilinear: return work.template At<Type::kBilinear>();
-        default: return work.template At<Type::kPolynomial5>();
-    }
-}
-
 struct FindTerms {
     double u;
     double v;
@@ -154,75 +80,28 @@ struct MapOnePoint {
     }
 };
 
-/// Asks for the memory that is needed some groups later. The many operations of a high order leave
-/// room for too few loads ahead to keep the memory busy.
-template <bool forWriting>
-KV_TR_INLINE void Prefetch([[maybe_unused]] const double* place) {
-#if defined(__GNUC__)
-    constexpr std::uintptr_t kAhead = 256;  // bytes; it may lie behind the array
-    const auto ahead = reinterpret_cast<std::uintptr_t>(place) + kAhead;
-    __builtin_prefetch(reinterpret_cast<const void*>(ahead),  // NOLINT(performance-no-int-to-ptr)
-                       forWriting ? 1 : 0);
-#endif
-}
+/// Replaces the points of a place by their images.
+template <class Group, class Layout>
+struct MapGroup {
+    const Layout& layout;
+    const Spread<Group>& many;
+    const Spread<double>& one;
 
-/// Coordinates in arrays of their own.
-struct Apart {
-    const double* first;
-    const double* second;
-    double* firstOut;
-    double* secondOut;
-
-    static constexpr std::size_t kStride = 1;  // from point to point
-    double* Result() const { return firstOut; }
-    template <class Number>
-    KV_TR_INLINE void Load(std::size_t at, Number& firsts, Number& seconds) const {
-        Prefetch<false>(first + at);
-        Prefetch<false>(second + at);
-        std::memcpy(&firsts, first + at, sizeof firsts);
-        std::memcpy(&seconds, second + at, sizeof seconds);
-    }
-    template <class Number>
-    KV_TR_INLINE void Store(std::size_t at, const Number& firsts, const Number& seconds) const {
-        Prefetch<true>(firstOut + at);
-        Prefetch<true>(secondOut + at);
-        std::memcpy(firstOut + at, &firsts, sizeof firsts);
-        std::memcpy(secondOut + at, &seconds, sizeof seconds);
+    template <Type kind, class Number>
+    KV_TR_INLINE void At(std::size_t at) const {
+        Number first;
+        Number second;
+        layout.Load(at, first, second);
+        if constexpr (std::is_same_v<Number, Group>) {
+            MapPoints<kind>(many, first, second);
+        } else {
+            MapPoints<kind>(one, first, second);
+        }
+        layout.Store(at, first, second);
     }
 };
 
-/// Coordinates that alternate in one array.
-struct Alternating {
-    const double* pairs;
-    double* pairsOut;
-
-    static constexpr std::size_t kStride = 2;
-    double* Result() const { return pairsOut; }
-    template <class Number>
-    KV_TR_INLINE void Load(std::size_t at, Number& firsts, Number& seconds) const {
-        constexpr std::size_t kPoints = kLanes<Number>;
-        double split[2][kPoints];
-        for (std::size_t i = 0; i < kPoints; ++i) {
-            split[0][i] = pairs[2 * (at + i)];
-            split[1][i] = pairs[2 * (at + i) + 1];
-        }
-        std::memcpy(&firsts, split[0], sizeof firsts);
-        std::memcpy(&seconds, split[1], sizeof seconds);
-    }
-    template <class Number>
-    KV_TR_INLINE void Store(std::size_t at, const Number& firsts, const Number& seconds) const {
-        constexpr std::size_t kPoints = kLanes<Number>;
-        double split[2][kPoints];
-        std::memcpy(split[0], &firsts, sizeof firsts);
-        std::memcpy(split[1], &seconds, sizeof seconds);
-        for (std::size_t i = 0; i < kPoints; ++i) {
-            pairsOut[2 * (at + i)] = split[0][i];
-            pairsOut[2 * (at + i) + 1] = split[1][i];
-        }
-    }
-};
-
-/// Maps points group by group, the first and the last ones one by one.
+/// Maps points group by group.
 template <class Group, class Layout>
 struct MapManyPoints {
     Layout layout;
@@ -230,70 +109,28 @@ struct MapManyPoints {
     Spread<Group> many;
     Spread<double> one;
 
-    MapManyPoints(const Transformation& c, const Layout& where, std::size_t points)
-        : layout(where), count(points), many(c), one(c) {}
-
     template <Type kind>
     KV_TR_INLINE void At() const {
-        constexpr std::size_t kPoints = kLanes<Group>;
         const Layout fixed = layout;  // as far as the compiler knows, results may lie in members
-        const std::size_t end = count;
-        std::size_t at = 0;
-        const std::size_t aligned = std::min(end, DoublesBefore(fixed.Result()) / Layout::kStride);
-        for (; at < aligned; ++at) MapGroup<kind>(one, fixed, at);
-        for (; at + kPoints <= end; at += kPoints) MapGroup<kind>(many, fixed, at);
-        for (; at < end; ++at) MapGroup<kind>(one, fixed, at);
-    }
-
-private:
-    /// How many doubles there are up to an address where groups do not straddle cache lines.
-    static std::size_t DoublesBefore(const double* result) {
-        const auto beyond = reinterpret_cast<std::uintptr_t>(result) % sizeof(Group);
-        return (sizeof(Group) - beyond) % sizeof(Group) / sizeof(double);
-    }
-
-    template <Type kind, class Number>
-    KV_TR_INLINE static void MapGroup(const Spread<Number>& c, const Layout& fixed,
-                                      std::size_t at) {
-        Number first;
-        Number second;
-        fixed.Load(at, first, second);
-        MapPoints<kind>(c, first, second);
-        fixed.Store(at, first, second);
+        EachGroup<kind, Group>(fixed, count, MapGroup<Group, Layout>{fixed, many, one});
     }
 };
 
-#if defined(__GNUC__)
-template <std::size_t bytes>
-using Lanes [[gnu::vector_size(bytes)]] = double;
-using BaselineGroup = Lanes<16>;
-#else
-using BaselineGroup = double;
-#endif
+template <class Layout>
+struct MapManyPointsWith {
+    const Transformation& c;
+    const Layout& layout;
+    std::size_t count;
 
-#if defined(__GNUC__) && defined(__x86_64__)
-template <class Work>
-[[gnu::target("avx2")]] void ForKindAvx2(Type type, const Work& work) {
-    ForKind(type, work);
-}
-
-template <class Work>
-[[gnu::target("avx512f")]] void ForKindAvx512(Type type, const Work& work) {
-    ForKind(type, work);
-}
-#endif
+    template <class Group>
+    MapManyPoints<Group, Layout> With() const {
+        return {layout, count, Spread<Group>(c), Spread<double>(c)};
+    }
+};
 
 template <class Layout>
 void MapAll(const Transformation& c, const Layout& layout, std::size_t count, InstructionSet set) {
-#if defined(__GNUC__) && defined(__x86_64__)
-    if (set == InstructionSet::kAvx512) {
-        return ForKindAvx512(c.type, MapManyPoints<Lanes<64>, Layout>(c, layout, count));
-    }
-    if (set == InstructionSet::kAvx2) {
-        return ForKindAvx2(c.type, MapManyPoints<Lanes<32>, Layout>(c, layout, count));
-    }
-#endif
-    ForKind(c.type, MapManyPoints<BaselineGroup, Layout>(c, layout, count));
+    ForGroups(set, c.type, MapManyPointsWith<Layout>{c, layout, count});
 }
 
 void Expect(bool lengthsFit) {

@@ -308,6 +308,24 @@ enum class Text : int {
     kWrongParameterExtension = 1215,
     kPointsOrCoordinatesQuestion = 1216,
     kCoordinatesHaveDecimalCommas = 1217,
+
+    // Programs: exact inverses and distortion.
+    kNotReached = 1301,
+    kBeyondFold = 1302,
+    kOutsideDomain = 1303,
+    kInverseNotConverged = 1304,
+    kLineHasNoInverse = 1305,
+    kLinesWithoutInverse = 1306,
+    kExactInverseOption = 1307,
+    kInverseUnlimited = 1308,
+    kDistortionSummary = 1309,
+    kDistortionArgument = 1310,
+    kAtOption = 1311,
+    kReferenceScale = 1312,
+    kAreaScaleHeading = 1313,
+    kRotationHeading = 1314,
+    kDirectionHeading = 1315,
+    kDistortionLegend = 1316,
 };
 
 }  // namespace kv_tr
