@@ -21,7 +21,7 @@ enum class Solution {
 struct FitOptions {
     /// The iterated types, Helmert with 3 and affine with 5 unknowns, make at most one pass more
     /// than this, and at least one; otherwise 20 and 50.
-    std::optional<int> passLimit;
+    std::optional<int> passLimit{};
     Solution solution = Solution::kDocumented;
 };
 

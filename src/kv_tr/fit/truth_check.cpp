@@ -65,8 +65,9 @@ double GreatestCoordinate(std::span<const Point> points) {
     return greatest;
 }
 
-/// Whether a closed solution has fewer squares than there are, by more than rounding.
-bool IsBetter(const ClosedFit& closed, const UsedPoints& used, double squares) {
+/// Whether a closed solution has fewer squares than there are, by more than a transformation that
+/// misses it by an error at the points, or rounding, can have.
+bool IsBetter(const ClosedFit& closed, const UsedPoints& used, double error) {
     double least = 0.0;
     for (std::size_t i = 0; i < used.sources.size(); ++i) {
         const Point image = closed.ReducedImageOf(used.sources[i]);
@@ -75,10 +76,10 @@ bool IsBetter(const ClosedFit& closed, const UsedPoints& used, double squares) {
             image.second - (used.destinations[i].second - closed.destination.second);
         least += first * first + second * second;
     }
+    const double more = SumOfSquares(used.residuals) - least;
     const double rounding = 100.0 * kEpsilon * GreatestCoordinate(used.destinations);
-    return squares > least * (1.0 + 1e-6) &&
-           std::sqrt(squares) - std::sqrt(least) >
-               rounding * std::sqrt(static_cast<double>(used.sources.size()));
+    const double count = static_cast<double>(used.sources.size());
+    return more > 1e-6 * least && more > 4.0 * count * (error * error + rounding * rounding);
 }
 
 /// How far the centroid of all points lies from the frame, in half lengths of the frame.
@@ -155,17 +156,19 @@ TruthCheck CheckFit(std::span<const ControlPoint> points, const Transformation& 
     check.condition = factor.Condition();
     const std::vector<Point> samples = HullSamples(ConvexHull(used.sources));
     FindHullFactor(design, factor, samples, check);
-    if (check.rank < check.unknowns || !(check.hullFactor <= 10.0)) {
-        check.cause = FindWeakGeometry(used.sources, frame, model);
-    }
-    const bool byRounding =
-        check.cause.kind == WeakGeometry::Kind::kCurve && check.cause.distance <= frame.resolution;
     const auto closed =
         SharesUnknowns(model) ? FitClosed(model, used.sources, used.destinations) : std::nullopt;
     const bool needsWidth = model != Type::kHelmert && model != Type::kHelmert3;
-    check.undetermined = check.rank < check.unknowns || byRounding ||
-                         (needsWidth && frame.IsLine()) || frame.IsPoint() ||
-                         (SharesUnknowns(model) && !closed);
+    check.undetermined = check.rank < check.unknowns || frame.IsPoint() ||
+                         (needsWidth && frame.IsLine()) || (SharesUnknowns(model) && !closed);
+    if (check.undetermined || !(check.hullFactor <= 10.0)) {
+        check.cause = FindWeakGeometry(used.sources, frame, model);
+        // Then only the rounding of the coordinates determines the fit.
+        if (check.cause.kind == WeakGeometry::Kind::kCurve &&
+            check.cause.distance <= frame.resolution) {
+            check.undetermined = true;
+        }
+    }
     if (!finite) return check;
 
     double squares = 0.0;
@@ -179,7 +182,7 @@ TruthCheck CheckFit(std::span<const ControlPoint> points, const Transformation& 
         std::max(check.errorAtPoints, GreatestLength(ImagesOf(change, Into(frame, samples))));
     check.evaluationNoise = std::max(EvaluationNoise(transformation, used.sources),
                                      EvaluationNoise(transformation, samples));
-    check.otherMinimum = closed && IsBetter(*closed, used, SumOfSquares(used.residuals));
+    check.otherMinimum = closed && IsBetter(*closed, used, check.errorAtPoints);
 
     check.originDistance = OriginDistance(points, frame);
     check.level =

@@ -99,7 +99,9 @@ WeakGeometry FindWeakGeometry(std::span<const Point> sources, const Frame& frame
     const auto needed = static_cast<std::size_t>(MinimumPoints(model));
     const double extent = 2.0 * frame.halfLength;
     const std::size_t places = CountPlaces(sources, frame.resolution, needed);
-    if (places < needed) return {.kind = WeakGeometry::Kind::kTooFewPlaces, .count = places};
+    if (places < needed) {
+        return {.kind = WeakGeometry::Kind::kTooFewPlaces, .count = places, .needed = needed};
+    }
 
     const Frame axes = FrameOf(sources, {}, Type::kPolynomial1);
     for (int order = 1; order <= CurveOrders(model); ++order) {

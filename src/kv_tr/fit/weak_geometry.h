@@ -21,7 +21,8 @@ struct WeakGeometry {
     Kind kind = Kind::kNone;
     int order = 0;
     std::size_t count = 0;
-    double distance = 0;  ///< median, metres
+    std::size_t needed = 0;  ///< how many places the type has coefficients for
+    double distance = 0;     ///< median, metres
 
     bool operator==(const WeakGeometry&) const = default;
 };

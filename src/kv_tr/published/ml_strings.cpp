@@ -40,22 +40,6 @@ void SetMlLanguage(std::int32_t LanguageID, std::string_view /*sName*/) {
 
 std::int32_t CurrentMlLanguage() { return TheComponent().language; }
 
-std::string FillPlaces(std::string_view text, std::initializer_list<std::string> values) {
-    std::string filled;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto value = i + 2 < text.size() && text[i] == '{' && text[i + 2] == '}'
-                               ? static_cast<std::size_t>(text[i + 1]) - '0'
-                               : values.size();
-        if (value < values.size()) {
-            filled += WithoutControls(std::data(values)[value]);
-            i += 2;  // digit and brace
-        } else {
-            filled += text[i];
-        }
-    }
-    return filled;
-}
-
 std::span<const std::int32_t> MlLanguages() { return Languages(); }
 
 std::string MlLanguageName(std::size_t index) {

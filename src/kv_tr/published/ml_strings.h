@@ -36,10 +36,6 @@ void SetMlLanguage(std::int32_t LanguageID, std::string_view sName);
 /// The current language; 0 before the first SetMlLanguage.
 std::int32_t CurrentMlLanguage();
 
-/// Fills the places {0}, {1}, ... of a text with the values, control characters in them as "_"; a
-/// place beyond the values stays.
-std::string FillPlaces(std::string_view text, std::initializer_list<std::string> values);
-
 /// The languages there are, in the order in which hosts list them.
 std::span<const std::int32_t> MlLanguages();
 

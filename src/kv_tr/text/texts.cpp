@@ -5,6 +5,7 @@
 #include <array>
 #include <stdexcept>
 
+#include "kv_tr/text/control_characters.h"
 #include "kv_tr/text/strings/table.h"
 
 namespace kv_tr {
@@ -33,6 +34,22 @@ TextLookup TextsIn(std::int32_t language) {
         }
         throw std::out_of_range("No text has the id " + std::to_string(static_cast<int>(id)));
     };
+}
+
+std::string FillPlaces(std::string_view text, std::initializer_list<std::string> values) {
+    std::string filled;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto value = i + 2 < text.size() && text[i] == '{' && text[i + 2] == '}'
+                               ? static_cast<std::size_t>(text[i + 1]) - '0'
+                               : values.size();
+        if (value < values.size()) {
+            filled += WithoutControls(std::data(values)[value]);
+            i += 2;  // digit and brace
+        } else {
+            filled += text[i];
+        }
+    }
+    return filled;
 }
 
 }  // namespace kv_tr

@@ -3,8 +3,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "kv_tr/text/text_id.h"
 
@@ -30,5 +32,9 @@ using TextLookup = std::function<std::string(Text id)>;
 /// The built-in texts of a language, in Hungarian where it lacks one. A text that no language has
 /// is std::out_of_range.
 TextLookup TextsIn(std::int32_t language);
+
+/// Fills the places {0}, {1}, ... of a text with the values, control characters in them as "_"; a
+/// place beyond the values stays.
+std::string FillPlaces(std::string_view text, std::initializer_list<std::string> values);
 
 }  // namespace kv_tr
