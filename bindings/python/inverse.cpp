@@ -75,11 +75,11 @@ py::object Reasons(const ExactInverse& self, const py::object& xy) {
     std::vector<NoSource> troubles(static_cast<std::size_t>(points.shape(0)));
     Invert(self, points, images, troubles);
     const py::module_ numpy = py::module_::import("numpy");
-    const py::object words =
-        numpy.attr("array")(py::cast(std::vector<py::str>(kWords.begin(), kWords.end())));
+    py::list words;
+    for (const char* word : kWords) words.append(word);
     const py::array_t<std::uint8_t> numbers(static_cast<py::ssize_t>(troubles.size()),
                                             reinterpret_cast<const std::uint8_t*>(troubles.data()));
-    return words.attr("take")(numbers);
+    return numpy.attr("array")(words).attr("take")(numbers);
 }
 
 KnownTransformation ForwardOf(const ExactInverse& self) {
@@ -111,8 +111,13 @@ py::object DistortionsAt(const KnownTransformation& self, const py::object& xy) 
     const Doubles points = PointsFrom(xy, "xy", true);
     CheckFinitePoints(ReadOnly(points), "xy");
     const std::vector<py::ssize_t> shape(points.shape(), points.shape() + points.ndim() - 1);
-    std::array<Doubles, 7> figures;
-    for (Doubles& figure : figures) figure = Doubles(shape);
+    std::array<double*, 7> figures{};
+    py::tuple arrays(figures.size());
+    for (std::size_t k = 0; k < figures.size(); ++k) {
+        Doubles figure(shape);
+        figures[k] = figure.mutable_data();
+        arrays[k] = figure;
+    }
     const double* at = points.data();
     for (py::ssize_t i = 0; i < points.size() / 2; ++i, at += 2) {
         const Distortion distortion = DistortionAt(self, {at[0], at[1]});
@@ -123,9 +128,9 @@ py::object DistortionsAt(const KnownTransformation& self, const py::object& xy) 
                                  distortion.greatestAngleChange,
                                  distortion.directionInSource.value_or(NAN),
                                  distortion.directionInDestination.value_or(NAN)};
-        for (std::size_t k = 0; k < figures.size(); ++k) figures[k].mutable_data()[i] = values[k];
+        for (std::size_t k = 0; k < figures.size(); ++k) figures[k][i] = values[k];
     }
-    return py::module_::import("kv_tr").attr("Distortion")(*py::cast(figures).cast<py::tuple>());
+    return py::module_::import("kv_tr").attr("Distortion")(*arrays);
 }
 
 void AddInverse(py::module_& module) {

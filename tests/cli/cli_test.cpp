@@ -67,9 +67,9 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"echo kv_tr distortion --points examples/greek_order2_15.dat --type poly2 >d", 0, "^$",
          "^$"},
         {"$(cat d) --at -5 3 --at 1 2 --unit gon", 0,
-         "^ +Y +X +M .*\n +-5\\.000 +3\\.000 +29\\.078 +-14\\.507 +14\\.570 +-1\\.1138543 "
+         "^ +Y +X +M .*\n-5\\.000 +3\\.000 +29\\.078 +-14\\.507 +14\\.570 +-1\\.1138541 "
          "+31\\.6465523 "
-         "+0\\.0027747\n +1\\.000 (.*\n){2}Scales .* 0\\.999849373, .* -9166\\.023 "
+         "+0\\.0027746\n +1\\.000 (.*\n){2}Scales .* 0\\.999849373, .* -9166\\.023 "
          "-17004\\.215\\.\n",
          "^$"},
         {"printf 'A 1 2\\n\\nB x\\nC 3 4\\n' | $(cat d) --json", 1,
