@@ -83,7 +83,7 @@ struct Reference {
 };
 
 Reference ReferenceOf(const Parameters& parameters) {
-    const auto& [t, domain] = parameters;
+    const auto& [t, domain, points] = parameters;
     const Point origin = IsPolynomial(t.type) ? Point{t.a[0], t.b[0]} : Point{};
     const Point at = domain ? domain->centre : origin;
     return {at, MeanScaleAt(t, at)};

@@ -38,6 +38,7 @@ std::string CauseOf(const Problem& problem, const Path& path, const std::string&
         case Problem::Kind::kLineTooLong: return "the line is too long to be one of a text";
         case Problem::Kind::kMissingField: return "too few fields: " + needed;
         case Problem::Kind::kNotANumber: return "a field is no number: " + needed;
+        case Problem::Kind::kNotPositive: return "a standard deviation is not positive";
         case Problem::Kind::kDecimalCommas:
             return "the numbers seem to have decimal commas; decimal_comma=True takes them as such";
         case Problem::Kind::kUnknownLayout: return "no polynomial has that number of lines";

@@ -330,6 +330,21 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kOfferExclude, "Exclude {0}"},
     {Text::kOfferDeleteExcluded, "Delete the excluded points"},
     {Text::kWarnNotChecked, "The fit could not be checked: its coordinates or coefficients are not finite."},
+    {Text::kFigureHeading, "figure"},
+    {Text::kDivisorHeading, "divisor"},
+    {Text::kValueHeading, "value"},
+    {Text::kTypeAdvised, "Advised: {0}. Least error at unseen points: {1}."},
+    {Text::kNoTypeAdvised, "No type leaves enough redundancy to be advised."},
+    {Text::kSolutionOption, "The documented solution, or the accurate one of an orthogonal factorisation"},
+    {Text::kStatisticsOption, "Standard deviations, reliability and tests of the fit"},
+    {Text::kAdviseOption, "Compare the types by their errors at unseen points"},
+    {Text::kSigmaOption, "Standard deviation of the destination coordinates in metres, or the word columns: one or two more columns of the points have them"},
+    {Text::kAlphaOption, "Probability of blaming any right point (0.05)"},
+    {Text::kForceOption, "Save parameters even of a fit with trouble"},
+    {Text::kTwoSigmas, "The standard deviations of a point's coordinates must be equal for the type {0}"},
+    {Text::kBadSigmaLine, "{0}, line {1}: a standard deviation must be positive: {2}"},
+    {Text::kTransformSigmaOption, "Append the standard deviations of both coordinates to each line (with --points)"},
+    {Text::kSigmaNeedsPoints, "--sigma needs --points: other parameters have no standard deviations"},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

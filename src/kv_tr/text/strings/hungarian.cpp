@@ -331,6 +331,21 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kOfferExclude, "{0} kihagyása"},
     {Text::kOfferDeleteExcluded, "A kihagyott pontok törlése"},
     {Text::kWarnNotChecked, "Az illesztés nem ellenőrizhető: koordinátái vagy együtthatói nem végesek."},
+    {Text::kFigureHeading, "jellemző"},
+    {Text::kDivisorHeading, "osztó"},
+    {Text::kValueHeading, "érték"},
+    {Text::kTypeAdvised, "Ajánlott: {0}. A legkisebb hiba új pontokon: {1}."},
+    {Text::kNoTypeAdvised, "Egyik típus sem hagy annyi fölös mérést, hogy ajánlható volna."},
+    {Text::kSolutionOption, "A dokumentált megoldás (documented) vagy az ortogonális felbontás pontos megoldása (accurate)"},
+    {Text::kStatisticsOption, "Az illesztés középhibái, megbízhatósága és próbái"},
+    {Text::kAdviseOption, "A típusok összevetése új pontokon várható hibájuk szerint"},
+    {Text::kSigmaOption, "A célrendszerbeli koordináták középhibája méterben, vagy a columns szó: a pontok további egy vagy két oszlopában van"},
+    {Text::kAlphaOption, "Annak valószínűsége, hogy bármely jó pont hibásnak minősül (0,05)"},
+    {Text::kForceOption, "Hibás illesztés paramétereinek mentése is"},
+    {Text::kTwoSigmas, "{0} típusnál egy pont koordinátáinak középhibái csak egyenlők lehetnek"},
+    {Text::kBadSigmaLine, "{0}, {1}. sor: a középhibának pozitívnak kell lennie: {2}"},
+    {Text::kTransformSigmaOption, "Mindkét koordináta középhibájának hozzáírása minden sorhoz (--points mellett)"},
+    {Text::kSigmaNeedsPoints, "A --sigma mellé --points kell: más paramétereknek nincs középhibájuk"},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

@@ -330,6 +330,21 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kOfferExclude, "Exclude {0}"},
     {Text::kOfferDeleteExcluded, "Șterge punctele excluse"},
     {Text::kWarnNotChecked, "Ajustarea nu a putut fi verificată: coordonatele sau coeficienții nu sunt finiți."},
+    {Text::kFigureHeading, "mărime"},
+    {Text::kDivisorHeading, "divizor"},
+    {Text::kValueHeading, "valoare"},
+    {Text::kTypeAdvised, "Recomandat: {0}. Cea mai mică eroare în puncte noi: {1}."},
+    {Text::kNoTypeAdvised, "Niciun tip nu lasă destulă redundanță pentru a fi recomandat."},
+    {Text::kSolutionOption, "Soluția documentată (documented) sau cea exactă a unei factorizări ortogonale (accurate)"},
+    {Text::kStatisticsOption, "Abateri standard, fiabilitate și teste ale ajustării"},
+    {Text::kAdviseOption, "Compară tipurile după erorile lor în puncte noi"},
+    {Text::kSigmaOption, "Abaterea standard a coordonatelor de destinație în metri, sau cuvântul columns: una sau două coloane în plus ale punctelor o conțin"},
+    {Text::kAlphaOption, "Probabilitatea de a învinui vreun punct corect (0,05)"},
+    {Text::kForceOption, "Salvează parametrii chiar și ai unei ajustări cu probleme"},
+    {Text::kTwoSigmas, "Abaterile standard ale coordonatelor unui punct trebuie să fie egale pentru tipul {0}"},
+    {Text::kBadSigmaLine, "{0}, linia {1}: o abatere standard trebuie să fie pozitivă: {2}"},
+    {Text::kTransformSigmaOption, "Adaugă la fiecare linie abaterile standard ale ambelor coordonate (cu --points)"},
+    {Text::kSigmaNeedsPoints, "--sigma cere --points: alți parametri nu au abateri standard"},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

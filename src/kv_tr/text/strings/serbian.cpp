@@ -330,6 +330,21 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kOfferExclude, "Isključi {0}"},
     {Text::kOfferDeleteExcluded, "Obriši isključene tačke"},
     {Text::kWarnNotChecked, "Izravnanje nije moglo biti provereno: koordinate ili koeficijenti nisu konačni."},
+    {Text::kFigureHeading, "veličina"},
+    {Text::kDivisorHeading, "delilac"},
+    {Text::kValueHeading, "vrednost"},
+    {Text::kTypeAdvised, "Preporučeno: {0}. Najmanja greška na novim tačkama: {1}."},
+    {Text::kNoTypeAdvised, "Nijedan tip ne ostavlja dovoljno prekobrojnih merenja da bi bio preporučen."},
+    {Text::kSolutionOption, "Dokumentovano rešenje (documented) ili tačno rešenje ortogonalnom faktorizacijom (accurate)"},
+    {Text::kStatisticsOption, "Standardna odstupanja, pouzdanost i testovi izravnanja"},
+    {Text::kAdviseOption, "Uporedi tipove po greškama na novim tačkama"},
+    {Text::kSigmaOption, "Standardno odstupanje odredišnih koordinata u metrima, ili reč columns: sadrže ga jedna ili dve dodatne kolone tačaka"},
+    {Text::kAlphaOption, "Verovatnoća da se okrivi neka ispravna tačka (0,05)"},
+    {Text::kForceOption, "Sačuvaj parametre i lošeg izravnanja"},
+    {Text::kTwoSigmas, "Za tip {0} standardna odstupanja koordinata jedne tačke moraju biti jednaka"},
+    {Text::kBadSigmaLine, "{0}, red {1}: standardno odstupanje mora biti pozitivno: {2}"},
+    {Text::kTransformSigmaOption, "Dodaj svakom redu standardna odstupanja obe koordinate (uz --points)"},
+    {Text::kSigmaNeedsPoints, "--sigma traži --points: drugi parametri nemaju standardna odstupanja"},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

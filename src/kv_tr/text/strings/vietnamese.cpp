@@ -330,6 +330,21 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kOfferExclude, "Loại {0}"},
     {Text::kOfferDeleteExcluded, "Xóa các điểm bị loại"},
     {Text::kWarnNotChecked, "Không thể kiểm tra phép khớp: tọa độ hoặc hệ số không hữu hạn."},
+    {Text::kFigureHeading, "đại lượng"},
+    {Text::kDivisorHeading, "số chia"},
+    {Text::kValueHeading, "giá trị"},
+    {Text::kTypeAdvised, "Nên dùng: {0}. Sai số nhỏ nhất tại điểm mới: {1}."},
+    {Text::kNoTypeAdvised, "Không kiểu nào còn đủ số đo thừa để khuyên dùng."},
+    {Text::kSolutionOption, "Lời giải theo tài liệu (documented), hoặc lời giải chính xác bằng phân tích trực giao (accurate)"},
+    {Text::kStatisticsOption, "Độ lệch chuẩn, độ tin cậy và các kiểm định của phép khớp"},
+    {Text::kAdviseOption, "So sánh các kiểu theo sai số tại điểm mới"},
+    {Text::kSigmaOption, "Độ lệch chuẩn của tọa độ đích tính bằng mét, hoặc từ columns: một hay hai cột thêm của các điểm chứa nó"},
+    {Text::kAlphaOption, "Xác suất nghi oan một điểm đúng (0.05)"},
+    {Text::kForceOption, "Lưu tham số kể cả khi phép khớp có vấn đề"},
+    {Text::kTwoSigmas, "Với kiểu {0}, độ lệch chuẩn của hai tọa độ một điểm phải bằng nhau"},
+    {Text::kBadSigmaLine, "{0}, dòng {1}: độ lệch chuẩn phải dương: {2}"},
+    {Text::kTransformSigmaOption, "Thêm vào mỗi dòng độ lệch chuẩn của hai tọa độ (với --points)"},
+    {Text::kSigmaNeedsPoints, "--sigma cần --points: các tham số khác không có độ lệch chuẩn"},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));
