@@ -298,7 +298,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kAreaScaleHeading, "area [ppm]"},
     {Text::kRotationHeading, "rotation [{0}]"},
     {Text::kDirectionHeading, "direction of M [{0}]"},
-    {Text::kDistortionLegend, "M, N: greatest and least scale; ω: greatest change of an angle."},
+    {Text::kDistortionLegend, "M, N: greatest and least scale; {0}: greatest change of an angle."},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

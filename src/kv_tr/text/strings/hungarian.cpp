@@ -299,7 +299,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kAreaScaleHeading, "terület [ppm]"},
     {Text::kRotationHeading, "elfordulás [{0}]"},
     {Text::kDirectionHeading, "M iránya [{0}]"},
-    {Text::kDistortionLegend, "M, N: legnagyobb és legkisebb méretarány; ω: a legnagyobb szögváltozás."},
+    {Text::kDistortionLegend, "M, N: legnagyobb és legkisebb méretarány; {0}: a legnagyobb szögváltozás."},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

@@ -298,7 +298,7 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kAreaScaleHeading, "arie [ppm]"},
     {Text::kRotationHeading, "rotație [{0}]"},
     {Text::kDirectionHeading, "direcția lui M [{0}]"},
-    {Text::kDistortionLegend, "M, N: scara cea mai mare și cea mai mică; ω: cea mai mare schimbare a unui unghi."},
+    {Text::kDistortionLegend, "M, N: scara cea mai mare și cea mai mică; {0}: cea mai mare schimbare a unui unghi."},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

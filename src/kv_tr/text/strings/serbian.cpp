@@ -298,7 +298,7 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kAreaScaleHeading, "površina [ppm]"},
     {Text::kRotationHeading, "rotacija [{0}]"},
     {Text::kDirectionHeading, "pravac M [{0}]"},
-    {Text::kDistortionLegend, "M, N: najveća i najmanja razmera; ω: najveća promena ugla."},
+    {Text::kDistortionLegend, "M, N: najveća i najmanja razmera; {0}: najveća promena ugla."},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

@@ -298,7 +298,7 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kAreaScaleHeading, "diện tích [ppm]"},
     {Text::kRotationHeading, "góc xoay [{0}]"},
     {Text::kDirectionHeading, "hướng của M [{0}]"},
-    {Text::kDistortionLegend, "M, N: tỷ lệ lớn nhất và nhỏ nhất; ω: độ thay đổi góc lớn nhất."},
+    {Text::kDistortionLegend, "M, N: tỷ lệ lớn nhất và nhỏ nhất; {0}: độ thay đổi góc lớn nhất."},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));
