@@ -129,7 +129,7 @@ void Print(const std::vector<NamedPoint>& points, const Parameters& parameters,
               << Translated(Text::kReferenceScale,
                             {FormatFixed(scale, 9, 0), metres(at.first), metres(at.second)})
               << '\n'
-              << Translated(Text::kDistortionLegend) << '\n';
+              << Translated(Text::kDistortionLegend, {"ω"}) << '\n';
 }
 
 void PrintJson(const std::vector<NamedPoint>& points, const Parameters& parameters,

@@ -298,7 +298,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kAreaScaleHeading, "area [ppm]"},
     {Text::kRotationHeading, "rotation [{0}]"},
     {Text::kDirectionHeading, "direction of M [{0}]"},
-    {Text::kDistortionLegend, "M, N: greatest and least scale; ω: greatest change of an angle."},
+    {Text::kDistortionLegend, "M, N: greatest and least scale; {0}: greatest change of an angle."},
     {Text::kChecked, "Checked: agrees with an independent solution to {0} m"},
     {Text::kWarnInexact, "The computed parameters miss the least-squares solution by up to {0} m between the points ({1} m at the points). Cause: {2}."},
     {Text::kCauseOrigin, "the origin lies {0} half extents from the points in use, because excluded points are far away"},

@@ -299,7 +299,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kAreaScaleHeading, "terület [ppm]"},
     {Text::kRotationHeading, "elfordulás [{0}]"},
     {Text::kDirectionHeading, "M iránya [{0}]"},
-    {Text::kDistortionLegend, "M, N: legnagyobb és legkisebb méretarány; ω: a legnagyobb szögváltozás."},
+    {Text::kDistortionLegend, "M, N: legnagyobb és legkisebb méretarány; {0}: a legnagyobb szögváltozás."},
     {Text::kChecked, "Ellenőrizve: egy független megoldással {0} m-en belül egyezik"},
     {Text::kWarnInexact, "A számított paraméterek a legkisebb négyzetek megoldásától legfeljebb {0} m-rel térnek el a pontok között ({1} m-rel a pontokon). Ok: {2}."},
     {Text::kCauseOrigin, "a kezdőpont a bevont pontoktól {0} félkiterjedésnyire van, mert kihagyott pontok messze esnek"},

@@ -298,7 +298,7 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kAreaScaleHeading, "arie [ppm]"},
     {Text::kRotationHeading, "rotație [{0}]"},
     {Text::kDirectionHeading, "direcția lui M [{0}]"},
-    {Text::kDistortionLegend, "M, N: scara cea mai mare și cea mai mică; ω: cea mai mare schimbare a unui unghi."},
+    {Text::kDistortionLegend, "M, N: scara cea mai mare și cea mai mică; {0}: cea mai mare schimbare a unui unghi."},
     {Text::kChecked, "Verificat: coincide cu o soluție independentă în limita a {0} m"},
     {Text::kWarnInexact, "Parametrii calculați se abat de la soluția celor mai mici pătrate cu până la {0} m între puncte ({1} m în puncte). Cauza: {2}."},
     {Text::kCauseOrigin, "originea se află la {0} semiextinderi de punctele folosite, deoarece puncte excluse sunt departe"},

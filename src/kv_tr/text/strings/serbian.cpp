@@ -298,7 +298,7 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kAreaScaleHeading, "površina [ppm]"},
     {Text::kRotationHeading, "rotacija [{0}]"},
     {Text::kDirectionHeading, "pravac M [{0}]"},
-    {Text::kDistortionLegend, "M, N: najveća i najmanja razmera; ω: najveća promena ugla."},
+    {Text::kDistortionLegend, "M, N: najveća i najmanja razmera; {0}: najveća promena ugla."},
     {Text::kChecked, "Provereno: slaže se sa nezavisnim rešenjem do {0} m"},
     {Text::kWarnInexact, "Izračunati parametri odstupaju od rešenja najmanjih kvadrata do {0} m između tačaka ({1} m na tačkama). Uzrok: {2}."},
     {Text::kCauseOrigin, "početak je {0} poluraspona udaljen od korišćenih tačaka, jer su isključene tačke daleko"},

@@ -298,7 +298,7 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kAreaScaleHeading, "diện tích [ppm]"},
     {Text::kRotationHeading, "góc xoay [{0}]"},
     {Text::kDirectionHeading, "hướng của M [{0}]"},
-    {Text::kDistortionLegend, "M, N: tỷ lệ lớn nhất và nhỏ nhất; ω: độ thay đổi góc lớn nhất."},
+    {Text::kDistortionLegend, "M, N: tỷ lệ lớn nhất và nhỏ nhất; {0}: độ thay đổi góc lớn nhất."},
     {Text::kChecked, "Đã kiểm tra: khớp với một lời giải độc lập trong phạm vi {0} m"},
     {Text::kWarnInexact, "Các tham số tính được lệch khỏi lời giải bình phương tối thiểu tới {0} m ở giữa các điểm ({1} m tại các điểm). Nguyên nhân: {2}."},
     {Text::kCauseOrigin, "gốc nằm cách các điểm được dùng {0} lần nửa kích thước, vì các điểm bị loại ở xa"},
