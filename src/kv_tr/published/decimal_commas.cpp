@@ -8,6 +8,7 @@
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
+#include "kv_tr/text/decimal_commas.h"
 
 namespace kv_tr {
 namespace {
