@@ -18,7 +18,6 @@
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
-#include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
@@ -65,11 +64,9 @@ std::optional<Transformation> ReadFile(const ParameterSource& source) {
     const Type linearType = source.type.empty() ? Type::kAffine : TypeNamed(source.type);
     if (!HasExtension(source.params, "all") && !FormatHolds("trp", linearType, source.params))
         return std::nullopt;
-    if (!source.decimalComma && ParametersHaveDecimalCommas(source.params)) {
-        return Complain(Text::kParametersHaveDecimalCommas, {source.params});
-    }
+    const NumberStyle numbers = source.decimalComma ? NumberStyle{','} : ComponentNumberStyle();
     const auto [transformation, complaint] =
-        app::ReadParametersWhole(source.params, linearType, source.decimalComma);
+        app::ReadParametersWhole(source.params, linearType, numbers, SuspectCommas::kProblem);
     if (!complaint.empty()) {
         ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
         PrintNote(complaint);

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <span>
 
-#include "kv_tr/published/decimal_commas.h"
+#include "kv_tr/text/decimal_commas.h"
 #include "kv_tr/text/line_reader.h"
 #include "kv_tr/text/number_text.h"
 

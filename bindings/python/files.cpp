@@ -8,7 +8,6 @@
 #include "kv_tr/files/open_text.h"
 #include "kv_tr/files/parameter_file.h"
 #include "kv_tr/files/parameter_listing.h"
-#include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/text/file_names.h"
 #include "python/binding.h"
 
@@ -105,9 +104,6 @@ std::vector<ControlPoint> ReadPoints(const Path& path, bool decimalComma) {
 Transformation LoadParameters(const Path& path, bool decimalComma, std::optional<Type> type) {
     RequireKnownEnding(path);
     if (type) RequireSuitableEnding(path, *type);
-    if (!decimalComma && ParametersHaveDecimalCommas(path.string())) {
-        Raise(path, {.kind = Problem::Kind::kDecimalCommas}, {});
-    }
     const NumberStyle numbers{decimalComma ? ',' : '.'};
     const ParameterReading reading =
         ReadParameterFile(path.string(), IsAll(path) ? Type::kAffine : type.value_or(Type::kAffine),

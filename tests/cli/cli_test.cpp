@@ -13,7 +13,8 @@ namespace {
 TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
     const std::tuple<std::string, int, std::string, std::string> cases[] = {
         // line, exit code, and regular expressions for parts of the output and of the errors
-        {"kv_tr types", 0, "^type .*(\n.*)*\nbilinear +6 +4  Bilinear \\(trapezoid\\) tr", "^$"},
+        {"kv_tr types", 0,
+         "^type .*\nhelmert .*(\n.*)*\nbilinear +6 +4  Bilinear \\(trapezoid\\) tr", "^$"},
         {"env LC_ALL= LANG=hu_HU.UTF-8 kv_tr types", 0, "^típus", "^$"},
         {"kv_tr adjust shift --type poly6", 2, "^$", "poly6; .* helmert3, .* poly5"},
         {"kv_tr adjust shift", 0, "\tAFFINE .*\n\ta0 = 100\\.000\n(.*\n)*\t.*Y =0\\.000 m", "^$"},
@@ -32,7 +33,8 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
          0, "\"type\": 0,(.*\n)*.*\"bNotUsed\": true(.*\n)*  \"events\": \\[\n +1,\n +0\n",
          "HELMERT"},
         {"kv_tr adjust examples/tidop_helmert_7.dat --json --decimal-comma", 0,
-         "\"dXsour\": 4157222\\.543,", "^$"},
+         "\"dXsour\": 4157222\\.543,(.*\n)*.*\"dXerr\": -0\\.0002.*\n.*\"dYerr\": -0\\.0001", "^$"},
+        {"kv_tr adjust gone --json --type poly2", 1, "\"type\": 2,", "."},
         {"kv_tr adjust huge --json", 1, "\"dA0\": null,(.*\n)*.*\"dRmsErr\": null", "DET=0"},
         {"kv_tr adjust $(printf '\\377') --json", 1, "error:\uFFFD\",\n", "."},
         {"kv_tr transform bad --points shift --type affine --keep-going", 1,
@@ -83,9 +85,12 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"kv_tr angle 359.99999999 0 0 --national OL_METER --unit deg", 0, "^0\\.0{7}\n$", "."},
         {"kv_tr angle 1 1e200 1e200 --national STG_HER", 1, "^$", "1e200 1e200\n"},
         {"printf '1,5\\n2,5\\n3,0\\n4,0\\n5,0\\n6,0\\n' >c.trp", 0, "", ""},
+        {"kv_tr params c.txt", 2, "^$", "c\\.txt"},
+        {"kv_tr transform gone --params new.trp", 1, "^$", "^File open error:gone\n"},
+        {"kv_tr angle 50 650000 240000 --national EOV_STG_10e", 0, "^2\\.876057037\n$", "."},
         {"kv_tr params c.trp", 1, "^$", "^c\\.trp: .*--decimal-comma"},
         {"kv_tr params c.trp --decimal-comma --format trp", 0, "^1\\.500\n2\\.5", "^$"},
-        {"kv_tr --language hu", 2, "^$", "^egy parancs kell: adjust, .*\nTöbbet a --help mond.\n$"},
+        {"kv_tr --language=hu", 2, "^$", "^egy parancs kell: adjust, .*\nTöbbet a --help mond.\n$"},
         {"kv_tr fit shift", 2, "^$", "not expected: fit shift\n"},
         {"kv_tr angle 1 --unit gon", 2, "^$", "^missing: FIRST, SECOND\n"},
         {"kv_tr adjust shift --log --decimal-comma", 2, "^$", "value is missing: --log\n"},
