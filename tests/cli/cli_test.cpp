@@ -89,6 +89,7 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"kv_tr angle 1.5 2 3 --params new.trp", 0, "^1\\.(5000|4999)\\d{5}\n$",
          "^± 0.0\\d+ rad: "},
         {"kv_tr angle 359.99999999 0 0 --national OL_METER --unit deg", 0, "^0\\.0{7}\n$", "."},
+        {"echo 1e200 0 | kv_tr transform --national STG_HER", 1, "^$", "line 1: "},
         {"kv_tr angle 1 1e200 1e200 --national STG_HER", 1, "^$", "1e200 1e200\n"},
         {"printf '1,5\\n2,5\\n3,0\\n4,0\\n5,0\\n6,0\\n' >c.trp", 0, "", ""},
         {"kv_tr params c.txt", 2, "^$", "c\\.txt"},
