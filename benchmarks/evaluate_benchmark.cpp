@@ -1,9 +1,12 @@
 // Mapping arrays of points.
 #include <benchmark/benchmark.h>
 
+#include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "kv_tr/model/evaluate.h"
+#include "kv_tr/model/inverse.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/eval_tr_prm.h"
 #include "samples.h"
@@ -48,6 +51,11 @@ namespace {
 
 constexpr std::size_t kFromMemory = 4 << 20;  // 128 MB in four arrays
 constexpr std::size_t kFromCache = 4096;
+
+constexpr std::pair<InstructionSet, const char*> kSets[] = {
+    {InstructionSet::kAvx512, "AVX-512"},
+    {InstructionSet::kAvx2, "AVX2"},
+    {InstructionSet::kBaseline, "baseline"}};
 
 struct Arrays {
     explicit Arrays(std::size_t count)
@@ -98,6 +106,41 @@ void AlternatingInPlace(benchmark::State& state, enuTR_TYPE type) {
         benchmark::ClobberMemory();
     }
     Count(state, kFromMemory);
+}
+
+/// A polynomial of order 5 that bends by some metres at the ends of the area.
+Transformation Bending() {
+    Transformation bending = TransformationOf(AlmostIdentity(TR_POLI_5));
+    for (std::size_t k = 4; k < bending.a.size(); ++k) {
+        const double degree =
+            std::floor((std::sqrt(8.0 * static_cast<double>(k) - 7.0) - 1.0) / 2.0);
+        bending.a[k] = 5.0 * std::sin(static_cast<double>(k)) / std::pow(5e4, degree);
+        bending.b[k] = 5.0 * std::cos(static_cast<double>(k)) / std::pow(5e4, degree);
+    }
+    return bending;
+}
+
+void Inverse(benchmark::State& state, InstructionSet set, std::size_t points) {
+    Arrays arrays(points);
+    const auto inverse = ExactInverse::Of(Bending());
+    for (auto _ : state) {
+        inverse->ApplyWith(set, arrays.first, arrays.second, arrays.firstOut, arrays.secondOut);
+        benchmark::ClobberMemory();
+    }
+    Count(state, points);
+}
+
+void InverseOneByOne(benchmark::State& state) {
+    Arrays arrays(kFromCache);
+    const auto inverse = ExactInverse::Of(Bending());
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < kFromCache; ++i) {
+            const SourcePoint source = inverse->Apply({arrays.first[i], arrays.second[i]});
+            arrays.firstOut[i] = source.point.first;
+        }
+        benchmark::ClobberMemory();
+    }
+    Count(state, kFromCache);
 }
 
 void Copy(benchmark::State& state) {
@@ -160,9 +203,7 @@ void Register(const std::string& name, enuTR_TYPE type) {
 #ifdef KV_TR_HAS_PROJ
     RegisterBenchmark(in("in place/PROJ").c_str(), Proj, type);
 #endif
-    for (const auto& [set, label] : {std::pair{InstructionSet::kAvx512, "AVX-512"},
-                                     {InstructionSet::kAvx2, "AVX2"},
-                                     {InstructionSet::kBaseline, "baseline"}}) {
+    for (const auto& [set, label] : kSets) {
         if (!IsAvailable(set)) continue;
         RegisterBenchmark(in(std::string("in cache/KV_Tr, ") + label).c_str(), ToOtherArrays, type,
                           set, kFromCache);
@@ -178,6 +219,16 @@ void RegisterEvaluation() {
     benchmark::RegisterBenchmark("Order 3, in place/GDAL", Gdal, 3);
 #endif
     Register("Order 5", TR_POLI_5);
+    benchmark::RegisterBenchmark("Order 5 inverted, from memory/KV_Tr", Inverse,
+                                 WidestInstructionSet(), kFromMemory);
+    for (const auto& [set, label] : kSets) {
+        if (!IsAvailable(set)) continue;
+        benchmark::RegisterBenchmark(
+            (std::string("Order 5 inverted, in cache/KV_Tr, ") + label).c_str(), Inverse, set,
+            kFromCache);
+    }
+    benchmark::RegisterBenchmark("Order 5 inverted, in cache/KV_Tr, point by point",
+                                 InverseOneByOne);
 }
 
 }  // namespace kv_tr::benchmarks

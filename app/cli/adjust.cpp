@@ -9,11 +9,13 @@
 #include <unordered_set>
 
 #include "cli/file_options.h"
+#include "cli/findings.h"
 #include "cli/fit.h"
 #include "cli/interruption.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
 #include "cli/program.h"
+#include "cli/report.h"
 #include "cli/terminal.h"
 #include "kv_tr/files/control_point_file.h"
 #include "kv_tr/files/transformation_log.h"
@@ -43,6 +45,9 @@ struct AdjustOptions {
     std::string plot;
     bool json = false;
     bool decimalComma = false;
+    bool force = false;
+    FindingsOptions findings;
+    ReportOptions report;
 };
 
 /// An adjustment on its way from the points of a file to a fit.
@@ -57,19 +62,27 @@ public:
     /// False, after it was reported why, when there is no fit.
     bool PrepareAndFit() {
         const Type wanted = TypeNamed(options_.type);
-        if (!LoadPoints(adjustment_, options_.points, options_.decimalComma)) return false;
+        if (!LoadPoints(adjustment_, options_.points, options_.decimalComma,
+                        options_.findings.HasSigmaColumns() ? &sigmas_ : nullptr)) {
+            return false;
+        }
         if (options_.inverse) adjustment_.Swap();
         if (!ChooseType(adjustment_, wanted, options_.points) || !Exclude()) return false;
         if (adjustment_.FitType() != wanted) {
             PrintNote(Translated(Text::kTypeLowered,
                                  {TypeName(adjustment_.FitType(), ComponentTexts())}));
         }
-        const FitOutcome outcome = Fit(adjustment_);
+        const FitOutcome outcome = Fit(adjustment_, options_.findings.WantedSolution());
         good_ &= outcome.Succeeded();
-        return outcome.Computed();
+        if (!outcome.Computed() || !SigmasSuitTheType()) return false;
+        findings_ = FindingsOf(adjustment_, outcome, options_.findings, sigmas_);
+        PrintWarnings(findings_.warnings, options_.findings.statistics || options_.findings.advise);
+        good_ &= !IsSevere(findings_.warnings);
+        return true;
     }
 
     const Adjustment& Points() const { return adjustment_; }
+    const Findings& Found() const { return findings_; }
     double Limit() const { return limit_; }
     /// The types to which exclusion has lowered the one asked for, step by step.
     const std::vector<Type>& Lowered() const { return lowered_; }
@@ -106,9 +119,22 @@ private:
         return true;
     }
 
+    /// False, after it was reported, when the standard deviations of a point differ although the
+    /// coordinates share unknowns.
+    bool SigmasSuitTheType() const {
+        const auto differ = [](const Point& sigma) { return sigma.first != sigma.second; };
+        const Type type = adjustment_.FitType();
+        if (!SharesUnknowns(type) || std::ranges::none_of(sigmas_, differ)) return true;
+        ShowMessage(Translated(Text::kTwoSigmas, {TypeName(type, ComponentTexts())}),
+                    Icon::kExclamation);
+        return false;
+    }
+
     const AdjustOptions& options_;
     const double limit_;
     Adjustment adjustment_;
+    std::vector<Point> sigmas_;  // of the file
+    Findings findings_;
     std::vector<Type> lowered_;
     bool good_ = true;
 };
@@ -129,7 +155,8 @@ bool SavePlot(const Work& work, const std::string& fileName) {
 
 /// Saves each file that was asked for; one that cannot be written does not keep the others from it.
 /// False after any was reported. Only --save-points may replace the control points. Parameters are
-/// saved only of a good fit: nothing in their file would tell of the trouble.
+/// saved only of a good fit, unless --force is given: nothing in their file would tell of the
+/// trouble.
 bool SaveFiles(const Work& work, const AdjustOptions& options) {
     const auto style = ComponentNumberStyle();
     const auto save = [&options](const std::string& fileName, const std::function<bool()>& write) {
@@ -143,7 +170,14 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
         const SignalsWait wait;
         return write();
     };
-    bool saved = save(options.log, [&] {
+    // Before the file of the points may be replaced, whose checksum the reports tell.
+    bool saved = SaveReports({.adjustment = work.Points(),
+                              .findings = work.Found(),
+                              .solution = options.findings.WantedSolution(),
+                              .limit = work.Limit(),
+                              .points = options.points},
+                             options.report, save);
+    saved &= save(options.log, [&] {
         return SaveText(options.log, TextOf(LogOf(work.Points(), ComponentTexts(), style)));
     });
     saved &= save(options.savePoints, [&] {
@@ -151,7 +185,8 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
                         ListControlPoints(work.Points().Points(), style) + "\r\n");
     });
     saved &= save(options.saveParams, [&] {
-        if (work.IsGood()) return SaveParameters(work.Points().Result(), options.saveParams);
+        if (work.IsGood() || options.force)
+            return SaveParameters(work.Points().Result(), options.saveParams);
         PrintNote(Translated(Text::kParametersNotSaved));
         return false;
     });
@@ -213,7 +248,7 @@ Json MessagesJson() {
 }
 
 /// Without a fit the parameters and the figures are null.
-void PrintJson(const Work& work, bool fitted) {
+void PrintJson(const Work& work, bool fitted, const FindingsOptions& options) {
     const Adjustment& adjustment = work.Points();
     Json report;
     report["type"] = NumberOf(adjustment.FitType());
@@ -224,24 +259,26 @@ void PrintJson(const Work& work, bool fitted) {
     report["messages"] = MessagesJson();
     report["events"] = Json::array();
     for (const Type type : work.Lowered()) report["events"].push_back(NumberOf(type));
+    if (fitted) AddFindings(report, adjustment, work.Found(), options);
     std::cout << JsonText(report) << '\n';
 }
 
 int RunAdjust(const AdjustOptions& options) {
-    if (!AreDistinct({{"--log", options.log},
-                      {"--save-points", options.savePoints},
-                      {"--save-params", options.saveParams},
-                      {"--plot", options.plot}})) {
-        return kWrongUsage;
-    }
+    std::vector<NamedFile> written{{"--log", options.log},
+                                   {"--save-points", options.savePoints},
+                                   {"--save-params", options.saveParams},
+                                   {"--plot", options.plot}};
+    for (const std::string& name : options.report.files) written.push_back({"--report", name});
+    if (!AreDistinct(written)) return kWrongUsage;
     if (options.decimalComma) DecimalSeparator(',');
     Work work(options);
     const bool fitted = work.PrepareAndFit();
     const bool saved = fitted && SaveFiles(work, options);
     if (options.json) {
-        PrintJson(work, fitted);
+        PrintJson(work, fitted, options.findings);
     } else if (fitted) {
         PrintLog(work);
+        PrintFindings(work.Points(), work.Found(), options.findings);
     }
     return saved && work.IsGood() ? kDone : kReported;
 }
@@ -273,6 +310,9 @@ Run AddAdjust(CLI::App& command) {
                        ? ""
                        : Translated(Text::kPictureExtension, {Excerpt(name), ".svg"});
         });
+    AddFindingsOptions(command, options->findings);
+    AddReportOptions(command, options->report);
+    command.add_flag("--force", options->force, Translated(Text::kForceOption));
     AddLanguageOption(command);
     command.add_flag("--json", options->json, Translated(Text::kJsonOption));
     command.add_flag("--decimal-comma", options->decimalComma,

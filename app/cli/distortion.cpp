@@ -83,7 +83,7 @@ struct Reference {
 };
 
 Reference ReferenceOf(const Parameters& parameters) {
-    const auto& [t, domain] = parameters;
+    const auto& [t, domain, points] = parameters;
     const Point origin = IsPolynomial(t.type) ? Point{t.a[0], t.b[0]} : Point{};
     const Point at = domain ? domain->centre : origin;
     return {at, MeanScaleAt(t, at)};
@@ -129,7 +129,7 @@ void Print(const std::vector<NamedPoint>& points, const Parameters& parameters,
               << Translated(Text::kReferenceScale,
                             {FormatFixed(scale, 9, 0), metres(at.first), metres(at.second)})
               << '\n'
-              << Translated(Text::kDistortionLegend) << '\n';
+              << Translated(Text::kDistortionLegend, {"ω"}) << '\n';
 }
 
 void PrintJson(const std::vector<NamedPoint>& points, const Parameters& parameters,

@@ -49,10 +49,12 @@ void AddTypeOption(CLI::App& command, std::string& keyword) {
         });
 }
 
-bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decimalComma) {
-    const auto reading =
-        app::ReadPoints(fileName, decimalComma ? Comma::kDecimalSign : Comma::kSuspect);
+bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decimalComma,
+                std::vector<Point>* sigmas) {
+    const auto reading = app::ReadPoints(
+        fileName, decimalComma ? Comma::kDecimalSign : Comma::kSuspect, sigmas != nullptr);
     if (reading.Complete()) {
+        if (sigmas != nullptr) *sigmas = reading.sigmas;
         adjustment.Assign(reading.points);
         return true;
     }
@@ -80,8 +82,8 @@ bool ChooseType(Adjustment& adjustment, Type type, const std::string& fileName) 
     return false;
 }
 
-FitOutcome Fit(Adjustment& adjustment) {
-    const FitOutcome outcome = adjustment.Fit();
+FitOutcome Fit(Adjustment& adjustment, Solution solution) {
+    const FitOutcome outcome = adjustment.Fit({.solution = solution});
     for (int i = 0; i < outcome.singularSystems; ++i) ReportSingularMatrix();
     if (outcome.trouble == FitTrouble::kNoStart) {
         ShowMessage(Translated(Text::kCannotCompute));

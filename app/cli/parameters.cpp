@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/file_options.h"
+#include "cli/findings.h"
 #include "cli/fit.h"
 #include "cli/program.h"
 #include "common/parameter_reading.h"
@@ -17,7 +18,6 @@
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
-#include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
@@ -34,13 +34,22 @@ std::nullopt_t Complain(Text id, std::initializer_list<std::string> values = {})
 
 std::optional<Parameters> FitParameters(const ParameterSource& source) {
     Adjustment adjustment;
-    const bool good = LoadPoints(adjustment, source.points, source.decimalComma) &&
-                      ChooseType(adjustment, TypeNamed(source.type), source.points) &&
-                      Fit(adjustment).Succeeded();
-    if (!good) return std::nullopt;
+    if (!LoadPoints(adjustment, source.points, source.decimalComma) ||
+        !ChooseType(adjustment, TypeNamed(source.type), source.points)) {
+        return std::nullopt;
+    }
+    const FitOutcome outcome = Fit(adjustment);
+    if (!outcome.Computed()) return std::nullopt;
+    const auto warnings = FindWarnings({.points = adjustment.Points(),
+                                        .transformation = adjustment.Result(),
+                                        .check = adjustment.Check(),
+                                        .outcome = outcome});
+    PrintWarnings(warnings, false);
+    if (!outcome.Succeeded() || IsSevere(warnings)) return std::nullopt;
     std::vector<Point> sources;
     for (const ControlPoint& point : adjustment.Points()) sources.push_back(point.source);
-    return Parameters{adjustment.Result(), DomainOf(sources)};
+    const auto points = adjustment.Points();
+    return Parameters{adjustment.Result(), DomainOf(sources), {points.begin(), points.end()}};
 }
 
 std::optional<Transformation> BuiltIn(const std::string& name) {
@@ -55,11 +64,9 @@ std::optional<Transformation> ReadFile(const ParameterSource& source) {
     const Type linearType = source.type.empty() ? Type::kAffine : TypeNamed(source.type);
     if (!HasExtension(source.params, "all") && !FormatHolds("trp", linearType, source.params))
         return std::nullopt;
-    if (!source.decimalComma && ParametersHaveDecimalCommas(source.params)) {
-        return Complain(Text::kParametersHaveDecimalCommas, {source.params});
-    }
+    const NumberStyle numbers = source.decimalComma ? NumberStyle{','} : ComponentNumberStyle();
     const auto [transformation, complaint] =
-        app::ReadParametersWhole(source.params, linearType, source.decimalComma);
+        app::ReadParametersWhole(source.params, linearType, numbers, SuspectCommas::kProblem);
     if (!complaint.empty()) {
         ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
         PrintNote(complaint);
@@ -86,7 +93,7 @@ std::optional<Parameters> Load(const ParameterSource& source) {
                         {source.params + source.national, TypeName(loaded->type, ComponentTexts()),
                          TypeName(TypeNamed(source.type), ComponentTexts())});
     }
-    return Parameters{*loaded, std::nullopt};
+    return Parameters{*loaded, std::nullopt, {}};
 }
 
 int WrongUsage(Text id) {
@@ -132,11 +139,16 @@ int LoadParameters(Transformation& transformation, const ParameterSource& source
     return wanted ? kDone : kReported;
 }
 
-int LoadPointMap(app::PointMap& map, const ParameterSource& source) {
+int LoadPointMap(app::PointMap& map, const ParameterSource& source,
+                 std::shared_ptr<const PointPrecision>* precision) {
+    if (precision != nullptr && source.points.empty()) return WrongUsage(Text::kSigmaNeedsPoints);
     Parameters forward;
     if (const int code = LoadForward(forward, source); code != kDone) return code;
-    const auto& [transformation, domain] = forward;
+    const auto& [transformation, domain, points] = forward;
     map = transformation;
+    if (precision != nullptr) {
+        *precision = std::make_shared<PointPrecision>(AdjustedModel(points, transformation.type));
+    }
     if (!source.inverse) return kDone;
     const auto inverse = ExactInverse::Of(transformation, domain);
     if (!inverse) {

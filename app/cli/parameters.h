@@ -1,10 +1,13 @@
 // Parameters from wherever the user says, and into files.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "common/point_map.h"
+#include "kv_tr/analysis/point_precision.h"
 #include "kv_tr/published/ml_strings.h"
 
 namespace CLI {
@@ -23,10 +26,11 @@ struct ParameterSource {
     bool decimalComma = false;  // in the files
 };
 
-/// A transformation and, when it was fitted, the domain of the control points in use.
+/// A transformation and, when it was fitted, the domain of the control points and the points.
 struct Parameters {
     Transformation transformation;
     std::optional<Domain> domain;
+    std::vector<ControlPoint> points{};
 };
 
 /// Adds the options --points, --params, --national, --type and --decimal-comma.
@@ -42,7 +46,9 @@ int LoadForward(Parameters& parameters, const ParameterSource& source);
 /// linear.
 int LoadParameters(Transformation& transformation, const ParameterSource& source);
 /// The same for the transformation of points, whose inverse is exact for all types.
-int LoadPointMap(app::PointMap& map, const ParameterSource& source);
+/// With a place for it, also how precise the images are, which only points can tell.
+int LoadPointMap(app::PointMap& map, const ParameterSource& source,
+                 std::shared_ptr<const PointPrecision>* precision = nullptr);
 
 /// A check for names of parameter files; it yields the complaint, or nothing.
 std::string CheckExtension(const std::string& fileName);

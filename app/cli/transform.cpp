@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "cli/file_options.h"
+#include "cli/findings.h"
 #include "cli/input.h"
 #include "cli/interruption.h"
 #include "cli/parameters.h"
@@ -25,6 +26,7 @@ struct TransformOptions {
     std::string input = "-";
     ParameterSource source;
     std::string output;
+    bool sigma = false;
     app::CoordinateOptions coordinates;
 };
 
@@ -63,7 +65,8 @@ private:
 };
 
 app::CoordinateResult TransformAll(Input& input, Output& output, const app::PointMap& map,
-                                   const TransformOptions& options) {
+                                   const TransformOptions& options,
+                                   const app::CoordinateOptions& coordinates) {
     Progress progress(input.Size(), options.output.empty() && OutputIsTerminal());
     const app::CoordinateOutput to{
         .write = [&output](std::string_view bytes) { output.Write(bytes); },
@@ -73,8 +76,9 @@ app::CoordinateResult TransformAll(Input& input, Output& output, const app::Poin
                 progress.Show(lines, bytes);
                 return true;
             }};
-    auto result = app::TransformText(input.Source(), to, map, options.coordinates);
+    auto result = app::TransformText(input.Source(), to, map, coordinates);
     app::ReportBadLines(result, input.Name());
+    if (const auto warning = ExtrapolationWarning(result.outside)) PrintWarnings({*warning}, true);
     if (result.mayHaveDecimalCommas) PrintNote(Translated(Text::kCommasMayBeDecimal));
     return result;
 }
@@ -85,7 +89,10 @@ int RunTransform(const TransformOptions& options) {
         return kWrongUsage;
     }
     app::PointMap map;
-    if (const int code = LoadPointMap(map, options.source); code != kDone) {
+    auto coordinates = options.coordinates;
+    const int code =
+        LoadPointMap(map, options.source, options.sigma ? &coordinates.precision : nullptr);
+    if (code != kDone) {
         if (code == kReported) PrintNote(Translated(Text::kNothingTransformed));
         return code;
     }
@@ -99,7 +106,7 @@ int RunTransform(const TransformOptions& options) {
         ReportOpenFailure(options.output);
         return kReported;
     }
-    const auto result = TransformAll(input, output, map, options);
+    const auto result = TransformAll(input, output, map, options, coordinates);
     if (!result.Complete()) return kReported;
     if (!output.Commit()) {
         if (!options.output.empty()) throw WriteFailure(options.output);
@@ -116,6 +123,7 @@ Run AddTransform(CLI::App& command) {
     AddSourceOptions(command, options->source);
     AddInverseOption(command, options->source, Text::kExactInverseOption);
     AddFileOption(command, "--output", options->output, Text::kOutputOption);
+    command.add_flag("--sigma", options->sigma, Translated(Text::kTransformSigmaOption));
     const auto setDecimals = [options](const std::string& text) {
         options->coordinates.decimals = static_cast<int>(*ParseNumber(text));
     };

@@ -107,6 +107,7 @@ private:
             result_.badLines += done.badLines;
             result_.mayHaveDecimalCommas |= done.mayHaveDecimalCommas;
             bytesDone_ += done.bytes;
+            result_.outside.Add(done.outside);
             for (std::size_t i = 0; i < done.lost.size(); ++i) result_.lost[i] += done.lost[i];
             result_.endedBy = std::move(done.stoppedAt);
             result_.endedBecause = done.stoppedBecause;

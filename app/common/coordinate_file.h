@@ -18,6 +18,7 @@ struct CoordinateResult {
     std::uint64_t lines = 0;  // read, the one that ended the work included
     std::uint64_t badLines = 0;
     LostPoints lost{};                        // those of the bad lines that have no inverse
+    PointPrecision::Extrapolation outside{};  // points outside the control points
     std::optional<std::string> endedBy;       // the bad line that did
     NoSource endedBecause = NoSource::kNone;  // why that line has no inverse, if that is it
     bool cancelled = false;

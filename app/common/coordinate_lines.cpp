@@ -4,17 +4,40 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
 
-#include "kv_tr/published/decimal_commas.h"
+#include "kv_tr/text/decimal_commas.h"
 #include "kv_tr/text/line_reader.h"
 #include "kv_tr/text/number_text.h"
 
 namespace kv_tr::app {
 namespace {
 
+/// Appends the standard deviations of a transformed point, separated as its coordinates are, and
+/// notes whether it lies outside the control points.
+void AppendPrecision(const CoordinateFields& fields, const CoordinateOptions& options,
+                     TransformedLines& done) {
+    const NumberStyle style{options.decimalComma ? ',' : '.'};
+    const std::string_view separator(
+        fields.first.data() + fields.first.size(),
+        static_cast<std::size_t>(fields.second.data() - fields.first.data()) - fields.first.size());
+    const std::span points(&fields.point, 1);
+    const auto covariance = options.precision->At(points).front();
+    for (const double sigma : {covariance.SigmaFirst(), covariance.SigmaSecond()}) {
+        done.text += separator;
+        if (std::isfinite(sigma)) {
+            AppendFixed(done.text, sigma, options.decimals, style);
+        } else {
+            done.text += '-';
+        }
+    }
+    done.outside.Add(options.precision->Outside(points));
+}
+
 /// Appends a line, transformed; nothing for a bad one. The trouble is why a point has no inverse.
-bool AppendTransformed(std::string& text, std::string_view line, const PointMap& map,
+bool AppendTransformed(TransformedLines& done, std::string_view line, const PointMap& map,
                        const CoordinateOptions& options, NoSource& trouble) {
+    std::string& text = done.text;
     CoordinateFields fields;
     const LineKind kind = ReadCoordinates(line, options, fields);
     if (kind == LineKind::kNoFields) text += line;
@@ -31,6 +54,7 @@ bool AppendTransformed(std::string& text, std::string_view line, const PointMap&
     between(first.data() + first.size(), second.data());
     AppendFixed(text, image.second, options.decimals, style);
     between(second.data() + second.size(), line.data() + line.size());
+    if (options.precision) AppendPrecision(fields, options, done);
     return true;
 }
 
@@ -70,7 +94,7 @@ TransformedLines TransformLines(std::string_view text, const PointMap& map,
         const auto [line, ending] = TakeLine(text);
         ++done.lines;
         NoSource trouble = NoSource::kNone;
-        if (!AppendTransformed(done.text, line, map, options, trouble)) {
+        if (!AppendTransformed(done, line, map, options, trouble)) {
             done.mayHaveDecimalCommas |= SeemsToHaveDecimalCommas(line, options);
             if (!options.keepGoing) {
                 done.stoppedAt = line;

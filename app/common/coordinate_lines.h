@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "common/point_map.h"
+#include "kv_tr/analysis/point_precision.h"
 
 namespace kv_tr::app {
 
@@ -16,6 +18,7 @@ struct CoordinateOptions {
     bool noId = false;          // the coordinates are the first two fields
     bool keepGoing = false;     // bad lines stay as they are
     bool decimalComma = false;  // numbers are read and written with one, commas do not separate
+    std::shared_ptr<const PointPrecision> precision{};  // standard deviations end each line
 };
 
 /// A line's point, and where its coordinates stand.
@@ -46,6 +49,7 @@ struct TransformedLines {
     std::uint64_t badLines = 0;
     bool mayHaveDecimalCommas = false;          // a bad line seems to have them
     LostPoints lost{};                          // those of the bad lines that have no inverse
+    PointPrecision::Extrapolation outside{};    // points outside the control points
     std::optional<std::string> stoppedAt;       // the bad line that ended the work, not in the text
     NoSource stoppedBecause = NoSource::kNone;  // why that line has no inverse, if that is it
 };

@@ -1,11 +1,9 @@
 // Parameter files, read whole or not at all.
 #include "common/parameter_reading.h"
 
-#include "kv_tr/files/parameter_file.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/number_format.h"
 
 namespace kv_tr::app {
 namespace {
@@ -13,6 +11,10 @@ namespace {
 std::string Complaint(const Problem& problem, const std::string& fileName) {
     if (problem.kind == Problem::Kind::kNotOpened) {
         ReportOpenFailure(fileName);
+        return {};
+    }
+    if (problem.kind == Problem::Kind::kDecimalCommas) {
+        ShowMessage(Translated(Text::kParametersHaveDecimalCommas, {fileName}), Icon::kExclamation);
         return {};
     }
     if (FormatNamed(fileName) != ParameterFormat::kPolynomial) {
@@ -27,10 +29,10 @@ std::string Complaint(const Problem& problem, const std::string& fileName) {
 }  // namespace
 
 WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType,
-                                    bool decimalComma) {
-    const NumberStyle numbers = decimalComma ? NumberStyle{','} : ComponentNumberStyle();
-    const auto reading =
-        ReadParameterFile(fileName, linearType, {.codePage = FilesCodePage(), .numbers = numbers});
+                                    NumberStyle numbers, SuspectCommas commas) {
+    const auto reading = ReadParameterFile(
+        fileName, linearType,
+        {.codePage = FilesCodePage(), .numbers = numbers, .suspectCommas = commas});
     if (reading.Complete()) return {reading.transformation, {}};
     return {{}, Complaint(*reading.problem, fileName)};
 }

@@ -21,13 +21,15 @@ std::string TextOf(const Problem& problem) {
 
 }  // namespace
 
-PointReading ReadPoints(const std::string& fileName, Comma comma) {
-    return ReadControlPointFile(fileName, {.codePage = FilesCodePage(), .comma = comma});
+PointReading ReadPoints(const std::string& fileName, Comma comma, bool sigmas) {
+    return ReadControlPointFile(fileName,
+                                {.codePage = FilesCodePage(), .comma = comma, .sigmas = sigmas});
 }
 
 std::string Complaint(const Problem& problem, const std::string& fileName) {
-    return Translated(Text::kBadPointLine,
-                      {fileName, std::to_string(problem.line), Excerpt(TextOf(problem))});
+    return Translated(
+        problem.kind == Problem::Kind::kNotPositive ? Text::kBadSigmaLine : Text::kBadPointLine,
+        {fileName, std::to_string(problem.line), Excerpt(TextOf(problem))});
 }
 
 }  // namespace kv_tr::app

@@ -7,8 +7,9 @@
 
 namespace kv_tr::app {
 
-/// Reads a file of control points in the code page of the component's files.
-PointReading ReadPoints(const std::string& fileName, Comma comma);
+/// Reads a file of control points in the code page of the component's files, with its columns of
+/// standard deviations if they are wanted.
+PointReading ReadPoints(const std::string& fileName, Comma comma, bool sigmas = false);
 
 /// Says what is wrong with a line of the file.
 std::string Complaint(const Problem& problem, const std::string& fileName);

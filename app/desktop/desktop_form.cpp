@@ -14,12 +14,12 @@
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/component.h"
-#include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/published/transformation_type.h"
+#include "kv_tr/text/decimal_commas.h"
 #include "kv_tr/text/file_names.h"
 
 namespace kv_tr::desktop {
@@ -236,8 +236,8 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
 }
 
 bool DesktopForm::LoadParameters(const std::string& fileName) {
-    const auto [loaded, complaint] =
-        app::ReadParametersWhole(fileName, Type::kAffine, ParametersHaveDecimalCommas(fileName));
+    const auto [loaded, complaint] = app::ReadParametersWhole(
+        fileName, Type::kAffine, ComponentNumberStyle(), SuspectCommas::kTaken);
     if (!complaint.empty()) {
         ShowMessage(Translated(Text::kBadFormat) + "\r\n" + complaint, Icon::kExclamation);
     }

@@ -41,7 +41,7 @@ QWidget* MainWindow::MakeStartPage() {
     }
     layout->addWidget(hint);
     layout->addSpacing(12);
-    layout->addWidget(MakeLabel(Text::kRecentFiles));
+    layout->addWidget(MakeLabel(Text::kRecentFiles, recent_));
     layout->addWidget(recent_, 1);
     return page;
 }
@@ -124,10 +124,10 @@ QGroupBox* MainWindow::MakeDirection() {
         uncertainty_->setToolTip(UiText(Text::kSinglePrecision));
     });
     auto* grid = new QGridLayout(group);
-    grid->addWidget(MakeLabel(Text::kDirectionLabel), 0, 0);
+    grid->addWidget(MakeLabel(Text::kDirectionLabel, direction_), 0, 0);
     grid->addWidget(direction_, 0, 1);
     grid->addWidget(unit_, 0, 2);
-    grid->addWidget(MakeLabel(Text::kLengthLabel), 1, 0);
+    grid->addWidget(MakeLabel(Text::kLengthLabel, length_), 1, 0);
     grid->addWidget(length_, 1, 1);
     grid->addWidget(MakeLabel(Text::kResultLabel), 2, 0);
     grid->addWidget(directionImage_, 2, 1);
@@ -138,7 +138,7 @@ QGroupBox* MainWindow::MakeDirection() {
 QPushButton* MainWindow::MakeButton(Text text, const Action& action) {
     auto* button = new QPushButton(this);
     connect(button, &QPushButton::clicked, [action] { RunAction(action); });
-    captions_.emplace_back([button, text] { button->setText(UiText(text)); });
+    lettered_.push_back({text, [button](const QString& caption) { button->setText(caption); }});
     return button;
 }
 
@@ -146,6 +146,14 @@ QGroupBox* MainWindow::MakeGroup(Text text) {
     auto* group = new QGroupBox(this);
     captions_.emplace_back([group, text] { group->setTitle(UiText(text)); });
     return group;
+}
+
+/// The label of an input, which its letter leads to.
+QLabel* MainWindow::MakeLabel(Text text, QWidget* input) {
+    auto* label = new QLabel(this);
+    label->setBuddy(input);
+    lettered_.push_back({text, [label](const QString& caption) { label->setText(caption); }});
+    return label;
 }
 
 QLabel* MainWindow::MakeLabel(Text text) {

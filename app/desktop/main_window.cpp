@@ -19,6 +19,7 @@
 #include "desktop/ui_text.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/qt/form_window.h"
+#include "kv_tr/qt/mnemonics.h"
 
 namespace kv_tr::desktop {
 namespace {
@@ -86,7 +87,7 @@ void MainWindow::MakeMenus() {
 
 QMenu* MainWindow::AddMenu(Text text) {
     QMenu* menu = menuBar()->addMenu("");
-    captions_.emplace_back([menu, text] { menu->setTitle("&" + UiText(text)); });
+    lettered_.push_back({text, [menu](const QString& caption) { menu->setTitle(caption); }});
     return menu;
 }
 
@@ -116,6 +117,11 @@ void MainWindow::TransformFile(const std::string& fileName) {
 
 void MainWindow::Redraw() {
     for (const auto& set : captions_) set();
+    QStringList texts;
+    for (const Lettered& control : lettered_) texts << UiText(control.text);
+    const QStringList marked = WithMnemonics(texts);
+    auto caption = marked.begin();
+    for (const Lettered& control : lettered_) control.setCaption(*caption++);
     for (QAction* action : needParameters_) action->setEnabled(form_.HasParameters());
     adjust_->setEnabled(form_.HasControlPoints());
     invert_->setEnabled(form_.CanInvert());

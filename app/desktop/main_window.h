@@ -47,6 +47,7 @@ private:
     QPushButton* MakeButton(Text text, const Action& action);
     QGroupBox* MakeGroup(Text text);
     QLabel* MakeLabel(Text text);
+    QLabel* MakeLabel(Text text, QWidget* input);
     QLineEdit* MakeInput(const char* name);
     QLineEdit* MakeResult(const char* name);
 
@@ -58,6 +59,11 @@ private:
     DesktopForm& form_;
     std::string version_;
     std::vector<std::function<void()>> captions_;  // each sets a text in the current language
+    struct Lettered {
+        Text text;
+        std::function<void(const QString&)> setCaption;
+    };
+    std::vector<Lettered> lettered_;  // the captions that have a letter for Alt
     QStackedWidget* pages_;
     std::vector<QAction*> needParameters_;
     QAction* startPage_ = nullptr;

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <typeinfo>
 
+#include "kv_tr/model/inverse.h"
 #include "kv_tr/model/national.h"
-#include "kv_tr/model/transformation.h"
 #include "kv_tr/published/clsTr.h"
 #include "kv_tr/published/clsTrCalc.h"
 #include "kv_tr/published/platform.h"
@@ -37,6 +37,7 @@ void RefuseSurrogates(pybind11::handle source);
 void RefuseEmpty(pybind11::handle source, const std::type_info& type);
 
 class Connection;
+struct KnownTransformation;
 struct TypeEvent;
 
 /// What Python holds objects of.
@@ -44,7 +45,8 @@ template <class T>
 concept Bound = std::same_as<T, TR_PRM> || std::same_as<T, AFFIN_PRM> ||
     std::same_as<T, typeXYs4Tr> || std::same_as<T, clsTrCalc> || std::same_as<T, clsTr> ||
     std::same_as<T, Message> || std::same_as<T, FileRequest> || std::same_as<T, NationalInfo> ||
-    std::same_as<T, Connection> || std::same_as<T, TypeEvent> || std::same_as<T, Transformation>;
+    std::same_as<T, Connection> || std::same_as<T, TypeEvent> ||
+    std::same_as<T, KnownTransformation> || std::same_as<T, ExactInverse>;
 
 }  // namespace kv_tr::python
 

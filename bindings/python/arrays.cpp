@@ -107,6 +107,24 @@ Doubles PointsFrom(const py::object& given, const char* name, bool orPoint) {
                           (orPoint ? " or (2,)" : "") + ", not " + ShapeOf(array));
 }
 
+Doubles ImagesOf(const Doubles& points, const py::object& out) {
+    const std::vector<py::ssize_t> shape(points.shape(), points.shape() + points.ndim());
+    if (out.is_none()) return Doubles(shape);
+    if (py::isinstance<Doubles>(out)) {
+        const auto array = py::reinterpret_borrow<Doubles>(out);
+        const auto overlaps = [&] {
+            return py::module_::import("numpy").attr("may_share_memory")(out, points).cast<bool>();
+        };
+        if (std::ranges::equal(shape, std::span(array.shape(), array.ndim())) &&
+            array.writeable() && IsAligned(array) &&
+            (array.data() == points.data() || !overlaps())) {
+            return array;
+        }
+    }
+    throw py::value_error("out must be a writeable, contiguous array of float64 with shape " +
+                          ShapeOf(points) + " that is the one of the points or apart from it");
+}
+
 void CheckFinitePoints(std::span<const double> pairs, const char* name, std::size_t start) {
     if (AllFinite(pairs)) return;
     const auto bad = std::ranges::find_if_not(pairs, [](double v) { return std::isfinite(v); });

@@ -36,6 +36,10 @@ std::pair<Doubles, Doubles> TransformArrays(const TR_PRM& record, Argument first
 /// permitted.
 Doubles PointsFrom(const py::object& given, const char* name, bool orPoint = false);
 
+/// The array for the images of points: a new one, or one that the caller keeps. It may be that of
+/// the points but must not overlap that in any other way.
+Doubles ImagesOf(const Doubles& points, const py::object& out);
+
 /// Complains of the first coordinate of such an array that is not finite, as "name[3, 0]". `start`
 /// is the index of the first row.
 void CheckFinitePoints(std::span<const double> pairs, const char* name, std::size_t start = 0);

@@ -26,6 +26,7 @@ void AddClsTr(py::module_& module);
 void AddFunctions(py::module_& module);
 void AddPorts(py::module_& module);
 void AddTransformation(py::module_& module);
+void AddInverse(py::module_& module);
 void AddFit(py::module_& module);
 
 /// The component's own namespace in Python.

@@ -8,7 +8,6 @@
 #include "kv_tr/files/open_text.h"
 #include "kv_tr/files/parameter_file.h"
 #include "kv_tr/files/parameter_listing.h"
-#include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/text/file_names.h"
 #include "python/binding.h"
 
@@ -38,6 +37,7 @@ std::string CauseOf(const Problem& problem, const Path& path, const std::string&
         case Problem::Kind::kLineTooLong: return "the line is too long to be one of a text";
         case Problem::Kind::kMissingField: return "too few fields: " + needed;
         case Problem::Kind::kNotANumber: return "a field is no number: " + needed;
+        case Problem::Kind::kNotPositive: return "a standard deviation is not positive";
         case Problem::Kind::kDecimalCommas:
             return "the numbers seem to have decimal commas; decimal_comma=True takes them as such";
         case Problem::Kind::kUnknownLayout: return "no polynomial has that number of lines";
@@ -104,9 +104,6 @@ std::vector<ControlPoint> ReadPoints(const Path& path, bool decimalComma) {
 Transformation LoadParameters(const Path& path, bool decimalComma, std::optional<Type> type) {
     RequireKnownEnding(path);
     if (type) RequireSuitableEnding(path, *type);
-    if (!decimalComma && ParametersHaveDecimalCommas(path.string())) {
-        Raise(path, {.kind = Problem::Kind::kDecimalCommas}, {});
-    }
     const NumberStyle numbers{decimalComma ? ',' : '.'};
     const ParameterReading reading =
         ReadParameterFile(path.string(), IsAll(path) ? Type::kAffine : type.value_or(Type::kAffine),

@@ -9,6 +9,7 @@
 #include "python/arrays.h"
 #include "python/binding.h"
 #include "python/files.h"
+#include "python/transformation.h"
 
 namespace kv_tr::python {
 namespace {
@@ -81,6 +82,15 @@ FitResult FitArrays(const Doubles& source, const Doubles& target, const Flags& u
     return result;
 }
 
+Domain DomainOfUsed(const Doubles& source, const Flags& used) {
+    std::vector<Point> points;
+    const double* at = source.data();
+    for (py::ssize_t i = 0; i < used.size(); ++i, at += 2) {
+        if (used.data()[i]) points.push_back({at[0], at[1]});
+    }
+    return DomainOf(points);
+}
+
 Doubles ResidualRows(const FitResult& result, py::ssize_t count) {
     Doubles residuals({count, py::ssize_t{2}});
     if (result.outcome.Computed()) {
@@ -111,12 +121,14 @@ py::tuple Fitted(const py::object& sourceGiven, const py::object& targetGiven,
     const auto& outcome = result.outcome;
     if (!outcome.Computed()) result.statistics = {NAN, NAN, NAN, NAN, NAN};
     const auto& [rms, rmsFirst, rmsSecond, meanFirst, meanSecond] = result.statistics;
-    return py::make_tuple(type, source, target, used,
-                          outcome.Computed() ? py::cast(result.transformation) : py::none(),
-                          ResidualRows(result, used.size()),
-                          py::make_tuple(rms, rmsFirst, rmsSecond, meanFirst, meanSecond),
-                          static_cast<int>(outcome.trouble), outcome.converged,
-                          outcome.singularSystems);
+    return py::make_tuple(
+        type, source, target, used,
+        outcome.Computed()
+            ? py::cast(KnownTransformation{result.transformation, DomainOfUsed(source, used)})
+            : py::none(),
+        ResidualRows(result, used.size()),
+        py::make_tuple(rms, rmsFirst, rmsSecond, meanFirst, meanSecond),
+        static_cast<int>(outcome.trouble), outcome.converged, outcome.singularSystems);
 }
 
 py::tuple PointsOfFile(const Path& path, bool decimalComma) {

@@ -40,6 +40,7 @@ PYBIND11_MODULE(_kv_tr, module) {
     AddFunctions(module);
     AddPorts(module);
     AddTransformation(module);
+    AddInverse(module);
     AddFit(module);
     KeepFromOldPickling(module);
     module.attr("__name__") = name;

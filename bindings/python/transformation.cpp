@@ -15,6 +15,7 @@
 #include "python/arrays.h"
 #include "python/binding.h"
 #include "python/files.h"
+#include "python/transformation.h"
 
 namespace kv_tr::python {
 namespace {
@@ -34,8 +35,8 @@ Series SeriesFrom(const py::object& given, const std::string& name) {
     return series;
 }
 
-Transformation Made(Type type, const py::object& a, const py::object& b) {
-    Transformation made{type, SeriesFrom(a, "a"), SeriesFrom(b, "b")};
+KnownTransformation Made(Type type, const py::object& a, const py::object& b) {
+    KnownTransformation made{{type, SeriesFrom(a, "a"), SeriesFrom(b, "b")}};
     for (const auto* series : {&made.a, &made.b}) {
         if (std::ranges::all_of(*series, [](double value) { return std::isfinite(value); }))
             continue;
@@ -59,7 +60,21 @@ std::string TextOf(const Series& series) {
     return py::repr(numbers).cast<std::string>();
 }
 
-std::size_t HashOf(const Transformation& self) {
+/// A domain as six numbers for pickling, or none.
+py::tuple NumbersOf(const std::optional<Domain>& domain) {
+    if (!domain) return py::tuple();
+    const auto& [least, greatest, centre] = *domain;
+    return py::make_tuple(least.first, least.second, greatest.first, greatest.second, centre.first,
+                          centre.second);
+}
+
+std::optional<Domain> DomainFrom(const py::tuple& numbers) {
+    if (numbers.empty()) return std::nullopt;
+    const auto number = [&numbers](std::size_t i) { return numbers[i].cast<double>(); };
+    return Domain{{number(0), number(1)}, {number(2), number(3)}, {number(4), number(5)}};
+}
+
+std::size_t HashOf(const KnownTransformation& self) {
     std::size_t hash = static_cast<std::size_t>(NumberOf(self.type));
     for (const auto* series : {&self.a, &self.b}) {
         for (const double value : *series) hash = hash * 31 + std::hash<double>()(value);
@@ -67,27 +82,7 @@ std::size_t HashOf(const Transformation& self) {
     return hash;
 }
 
-/// The array for the images of points: a new one, or one that the caller keeps. It may be that of
-/// the points but must not overlap that in any other way.
-Doubles ImagesOf(const Doubles& points, const py::object& out) {
-    const std::vector<py::ssize_t> shape(points.shape(), points.shape() + points.ndim());
-    if (out.is_none()) return Doubles(shape);
-    if (py::isinstance<Doubles>(out)) {
-        const auto array = py::reinterpret_borrow<Doubles>(out);
-        const auto overlaps = [&] {
-            return py::module_::import("numpy").attr("may_share_memory")(out, points).cast<bool>();
-        };
-        if (std::ranges::equal(shape, std::span(array.shape(), array.ndim())) &&
-            array.writeable() && IsAligned(array) &&
-            (array.data() == points.data() || !overlaps())) {
-            return array;
-        }
-    }
-    throw py::value_error("out must be a writeable, contiguous array of float64 with shape " +
-                          ShapeOf(points) + " that is the one of the points or apart from it");
-}
-
-Doubles Transformed(const Transformation& self, const py::object& xy, const py::object& out) {
+Doubles Transformed(const KnownTransformation& self, const py::object& xy, const py::object& out) {
     const Doubles points = PointsFrom(xy, "xy", true);
     Doubles images = ImagesOf(points, out);
     const auto from = ReadOnly(points);
@@ -111,7 +106,7 @@ Doubles Transformed(const Transformation& self, const py::object& xy, const py::
     return images;
 }
 
-double Direction(const Transformation& self, double angle, const py::object& at) {
+double Direction(const KnownTransformation& self, double angle, const py::object& at) {
     const Doubles place = PointsFrom(at, "at", true);
     if (place.ndim() != 1) throw py::value_error("at must be one point, of shape (2,)");
     const Point point{Finite(place.at(0), "at[0]"), Finite(place.at(1), "at[1]")};
@@ -120,33 +115,20 @@ double Direction(const Transformation& self, double angle, const py::object& at)
     return *image;
 }
 
-Transformation Inverse(const Transformation& self) {
-    if (const auto inverse = self.Inverse()) return *inverse;
-    const std::string reason =
-        IsPolynomial(self.type)
-            ? WordOf(self.type) +
-                  " transformations have no inverse of their type; fit one with source and target "
-                  "exchanged"
-            : "this " + WordOf(self.type) + " transformation takes the plane to a line or a point";
-    const py::object raised =
-        py::module_::import("kv_tr").attr("NoInverseError")("no inverse: " + reason);
-    PyErr_SetObject(py::type::handle_of(raised).ptr(), raised.ptr());
-    throw py::error_already_set();
-}
-
-Transformation National(const std::string& name) {
+KnownTransformation National(const std::string& name) {
     const NationalInfo* found = FindNational(name);
     if (found == nullptr) {
         throw py::value_error("'" + name + "' is no national transformation; NationalInfos() " +
                               "lists them, as STG_EOV_10e");
     }
-    return *NationalTransformation(found->type);
+    return {*NationalTransformation(found->type)};
 }
 
-void AddFiles(py::class_<Transformation>& type) {
+void AddFiles(py::class_<KnownTransformation>& type) {
     using py::arg;
     type.def(
-        "save", [](const Transformation& self, const Path& path) { SaveParameters(self, path); },
+        "save",
+        [](const KnownTransformation& self, const Path& path) { SaveParameters(self, path); },
         arg("path"),
         "Saves the coefficients; the ending, in any case, names the format: .trp and .prm for six\n"
         "numbers, shifts with 3 decimals and the others with 8, .all for polynomials with 16\n"
@@ -158,7 +140,7 @@ void AddFiles(py::class_<Transformation>& type) {
         [](const Path& path, bool decimalComma, const py::object& kind) {
             std::optional<Type> wanted;
             if (!kind.is_none()) wanted = Converted<Type>(kind, "type", "a word or a Type");
-            return LoadParameters(path, decimalComma, wanted);
+            return KnownTransformation{LoadParameters(path, decimalComma, wanted)};
         },
         arg("path"), arg("decimal_comma") = false, arg("type") = py::none(),
         "The transformation of a parameter file: .trp, .prm or .all, in any case. Six numbers are\n"
@@ -169,10 +151,11 @@ void AddFiles(py::class_<Transformation>& type) {
     type.def_static("national", National, arg("name"),
                     "A built-in transformation between two systems, as 'STG_EOV_10e'.\n"
                     "NationalInfos() lists them with their accuracy. ValueError for other names.");
-    type.def_static("fathom_to_metre", FathomToMetre,
-                    "From fathoms to metres: 1 fathom is 1.89648384 m.");
     type.def_static(
-        "metre_to_fathom", MetreToFathom,
+        "fathom_to_metre", [] { return KnownTransformation{FathomToMetre()}; },
+        "From fathoms to metres: 1 fathom is 1.89648384 m.");
+    type.def_static(
+        "metre_to_fathom", [] { return KnownTransformation{MetreToFathom()}; },
         "From metres to fathoms. The factor has nine decimals, so there and back is not exactly\n"
         "the identity.");
 }
@@ -181,7 +164,7 @@ void AddFiles(py::class_<Transformation>& type) {
 
 void AddTransformation(py::module_& module) {
     using py::arg;
-    py::class_<Transformation> type(
+    py::class_<KnownTransformation> type(
         module, "Transformation",
         "A plane transformation, which never changes: equal ones are equal keys, and any number\n"
         "of threads may use one. Coordinates are metres.\n\n"
@@ -192,12 +175,12 @@ void AddTransformation(py::module_& module) {
     type.def(py::init(&Made), arg("type"), arg("a"), arg("b"),
              "A type, as a word or enumeration, and at most 22 coefficients a coordinate; what is\n"
              "left out is 0.");
-    type.def_readonly("type", &Transformation::type, "A Type.");
+    type.def_readonly("type", &KnownTransformation::type, "A Type.");
     type.def_property_readonly(
-        "a", [](const Transformation& self) { return TupleOf(self.a); },
+        "a", [](const KnownTransformation& self) { return TupleOf(self.a); },
         "The 22 coefficients of the first coordinate.");
     type.def_property_readonly(
-        "b", [](const Transformation& self) { return TupleOf(self.b); },
+        "b", [](const KnownTransformation& self) { return TupleOf(self.b); },
         "The 22 coefficients of the second coordinate.");
     type.def(
         "transform", Transformed, arg("xy"), arg("out") = py::none(),
@@ -212,24 +195,37 @@ void AddTransformation(py::module_& module) {
         "The image of a direction at a point of shape (2,): both in radians from the first\n"
         "axis towards the second, the image in [0, 2 pi). ValueError where the transformation\n"
         "takes the direction to a point.");
-    type.def("inverse", Inverse,
-             "The transformation back, of the same type. NoInverseError, with the reason, for\n"
-             "types from poly1 up and for one that takes the plane to a line or a point.");
-    type.def("__eq__", std::equal_to<Transformation>(), py::is_operator());
+    type.def(
+        "inverse", InverseOf,
+        "The transformation back: for 'helmert', 'affine' and the like a Transformation of\n"
+        "the same type, for all others an ExactInverse, whose domain is that of the points in\n"
+        "use if a fit made this transformation. NoInverseError, with the reason, for one that\n"
+        "takes the plane, or the middle of its area, to a line or a point.");
+    type.def("distortion", DistortionsAt, arg("xy"),
+             "Scales, rotation and changes of angles at points of shape (n, 2) or (2,), as a\n"
+             "Distortion.");
+    type.def(
+        "__eq__",
+        [](const KnownTransformation& self, const KnownTransformation& other) {
+            return std::equal_to<Transformation>()(self, other);
+        },
+        py::is_operator());
     type.def("__hash__", HashOf);
-    type.def("__repr__", [](const Transformation& self) {
+    type.def("__repr__", [](const KnownTransformation& self) {
         return "Transformation('" + WordOf(self.type) + "', " + TextOf(self.a) + ", " +
                TextOf(self.b) + ")";
     });
     type.def("__copy__", [](const py::object& self) { return self; });
     type.def("__deepcopy__", [](const py::object& self, const py::dict&) { return self; });
     type.def(py::pickle(
-        [](const Transformation& self) {
-            return py::make_tuple(WordOf(self.type), TupleOf(self.a), TupleOf(self.b));
+        [](const KnownTransformation& self) {
+            return py::make_tuple(WordOf(self.type), TupleOf(self.a), TupleOf(self.b),
+                                  NumbersOf(self.domain));
         },
         [](const py::tuple& state) {
-            return Transformation{Converted<Type>(state[0], "type", "a word"),
-                                  SeriesFrom(state[1], "a"), SeriesFrom(state[2], "b")};
+            const Transformation made{Converted<Type>(state[0], "type", "a word"),
+                                      SeriesFrom(state[1], "a"), SeriesFrom(state[2], "b")};
+            return KnownTransformation{made, DomainFrom(state[3])};
         }));
     AddFiles(type);
 }

@@ -3,15 +3,18 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QStackedWidget>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
+#include <set>
 
 #include "desktop/main_window.h"
 #include "desktop/transform_window.h"
@@ -85,6 +88,25 @@ TEST_F(WindowsOfForms, ForwardWhatTheUserDoes) {
     EXPECT_EQ(type, TR_EOV_STG_10e);
 }
 
+/// Expects that no control covers another or lies outside the window.
+void ExpectControlsApart(QWidget& window) {
+    window.show();
+    QTest::qWait(0);
+    std::vector<std::pair<QRect, const char*>> seen;
+    for (const QWidget* control : window.findChildren<QWidget*>()) {
+        const bool single = qobject_cast<const QLabel*>(control) != nullptr ||
+                            qobject_cast<const QAbstractButton*>(control) != nullptr ||
+                            qobject_cast<const QLineEdit*>(control) != nullptr ||
+                            qobject_cast<const QSpinBox*>(control) != nullptr;
+        if (!single || !control->isVisible() || control->parent()->inherits("QSpinBox")) continue;
+        const QRect place(control->mapTo(&window, QPoint()), control->size());
+        EXPECT_TRUE(window.rect().contains(place)) << control->metaObject()->className();
+        for (const auto& [other, name] : seen)
+            EXPECT_FALSE(place.intersects(other)) << control->metaObject()->className() << name;
+        seen.emplace_back(place, control->metaObject()->className());
+    }
+}
+
 TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     const TemporaryFolder folder;
     WriteFile(folder.File("shift.trp"), "100\n1\n0\n200\n0\n1\n");
@@ -100,13 +122,19 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     EXPECT_EQ(window.findChild<QLineEdit*>("X2")->text(), "202.000");
     for (QAction* entry : window.menuBar()->actions()[2]->menu()->actions()) {
         entry->trigger();
-        EXPECT_EQ(window.menuBar()->actions()[0]->text().toStdString(),
-                  "&" + GetMlString(1160, {}));
+        std::set<QChar> letters;
+        for (const QAction* menu : window.menuBar()->actions())
+            letters.insert(menu->text()[menu->text().indexOf('&') + 1].toLower());
+        EXPECT_EQ(letters.size(), 4U) << "one letter for Alt leads to one menu";
+        EXPECT_EQ(window.menuBar()->actions()[0]->text().remove('&').toStdString(),
+                  GetMlString(1160, {}));
     }
     auto* pages = window.findChild<QStackedWidget*>();
     EXPECT_EQ(pages->currentIndex(), 1);
+    ExpectControlsApart(window);
     form.ShowStartPage(true);
     EXPECT_EQ(pages->currentIndex(), 0);
+    ExpectControlsApart(window);
 
     desktop::TransformForm transform(form.Record());
     transform.Input(folder.File("in.txt"));
@@ -114,6 +142,8 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     transformWindow.findChild<QCheckBox*>("chkDecimalComma")->click();
     EXPECT_EQ(transformWindow.findChild<QTreeWidget*>()->topLevelItem(0)->text(1),
               "→ A 101,500 202,500");
+    EXPECT_EQ(transformWindow.findChild<QSpinBox*>()->value(), 3);
+    ExpectControlsApart(transformWindow);
     Click(transformWindow, "cmdRun");
     EXPECT_EQ(ReadFile(folder.File("in_tr.txt")), "A 101,500 202,500\n");
 }

@@ -81,6 +81,10 @@ TEST(ReadParameters, TellsWhereItStopped) {
          {std::tuple{"1 2\n 3 x4\n", ParameterFormat::kNative,
                      Problem{Kind::kNotANumber, 2, 4, " 3 x4"}},
           {"1 2\n3\n", ParameterFormat::kItr25, {Kind::kMissingField, 3}},
+          {"1,304\n2\n3\n4\n5\n6", ParameterFormat::kNative, {Kind::kDecimalCommas}},
+          {"t,5\n\n sy = 1 sx = 2,5\n 1 3 4\n",
+           ParameterFormat::kPolynomial,
+           {Kind::kDecimalCommas}},
           {"t\n\n sy = 1 sx = 2\n 1 3 4\n", ParameterFormat::kPolynomial, {Kind::kUnknownLayout}},
           {"t\n\n sy = 1 sx = 2\n 1 3\n 2 5 1.2.3 4\n",
            ParameterFormat::kPolynomial,
@@ -90,6 +94,14 @@ TEST(ReadParameters, TellsWhereItStopped) {
            {Kind::kNotANumber, 5, 0, " 2 5 1.2.3 4"}}}) {
         std::istringstream file(text);
         EXPECT_EQ(ReadParameters(file, format).problem, problem) << text;
+    }
+    for (const auto& [commas, first] :
+         {std::pair{SuspectCommas::kTaken, 1.304}, {SuspectCommas::kIgnored, 1.0}}) {
+        std::istringstream file("1,304\r\n0\r\n0\r\n2\r\n0\r\n1");
+        EXPECT_EQ(ReadParameters(file, ParameterFormat::kNative, Type::kHelmert,
+                                 {.suspectCommas = commas})
+                      .transformation.a[0],
+                  first);
     }
     EXPECT_EQ(FormatNamed("T.PRM"), ParameterFormat::kItr25);
     EXPECT_EQ(FormatNamed("t.All"), ParameterFormat::kPolynomial);

@@ -200,7 +200,9 @@ TEST_F(XY4Tr, LeavesTheNameOfALoadedFileOutOfThePoints) {
 TEST(bChooseTrPrm, TakesWhatIsConfirmedAndForgetsWhatACancelledDialogHasLeft) {
     std::string stopAt;
     bool (frmChoosePrm::*button)() = nullptr;
-    const auto choose = [&](frmChoosePrm& form) { (form.*button)(); };
+    const auto choose = [&](frmChoosePrm& form) {
+        EXPECT_EQ((form.*button)(), stopAt.empty()) << stopAt << ": the button closes the dialog";
+    };
     const auto edit = [&](frmAffinTrPrm& form) {
         form.txtTrPrm(0, "5");
         if (stopAt != "editor") form.cmdOk();

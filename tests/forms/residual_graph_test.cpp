@@ -88,14 +88,15 @@ TEST_F(ResidualGraph, IsDrawnAsAnSvgDocument) {
     engine.DoCalcTr();
     DecimalSeparator(',');
     std::string svg = SvgOf(PageOf(engine.Held(), engine.gdErrLimit, {}, 400, 300));
-    GraphPage page{.width = 100, .height = 100};
+    GraphPage page{.width = 100, .height = 100, .planTop = 30};
     page.marks = {
         {.place = {50, 60}, .colour = kBlue, .labels = {" P0002", " 1.2", "51.300 ", "3.4"}}};
     svg += SvgOf(page);
     for (const char* part :
          {"> &lt;&amp;&gt;   </text>", ">HELMERT transformation</text>",
           ">Calculated:4  Excluded:0  Error limit [m]:0,004</text>", "class=\"red bold\"",
-          "width=\"424.00\"", "<text x=\"47.00\" y=\"57.00\" text-anchor=\"end\"> P0002<",
+          "width=\"424.00\"", "y=\"128.00\" width=\"400.00\" height=\"172.00\"",
+          "<text x=\"47.00\" y=\"57.00\" text-anchor=\"end\"> P0002<",
           "<text x=\"53.00\" y=\"57.00\">51.300 <", "x=\"47.00\" y=\"71.00\"",
           "x=\"53.00\" y=\"71.00\""}) {
         EXPECT_NE(svg.find(part), std::string::npos) << part << '\n' << svg;

@@ -16,6 +16,7 @@
 #include "kv_tr/fit/adjustment.h"
 #include "kv_tr/model/direction.h"
 #include "kv_tr/model/evaluate.h"
+#include "kv_tr/model/inverse.h"
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsTr.h"
 #include "kv_tr/published/coefficients.h"
@@ -93,6 +94,50 @@ TEST_P(Laws, AFitMovesWithItsPoints) {
         }
         const double scale = std::hypot(destination.a[1], destination.b[1]);
         EXPECT_NEAR(result.statistics.rms, scale * fixed.statistics.rms, kRounding);
+    }
+}
+
+TEST_P(Laws, TheExactInverseLeadsBackAndArraysLikePointsOnEveryInstructionSet) {
+    const FitResult fit = Fit(points, type);
+    std::vector<Point> sources;
+    for (const ControlPoint& point : points) sources.push_back(point.source);
+    const auto inverse = ExactInverse::Of(fit.transformation, DomainOf(sources));
+    ASSERT_TRUE(inverse);
+    // Among the images lie a few points that have no source, or are hard to find.
+    std::vector<double> first, second, pairs;
+    for (std::size_t i = 0; i < 3 * sources.size(); ++i) {
+        Point image = fit.transformation.Apply(sources[i % sources.size()]);
+        if (i % 7 == 3) image.first += 500.0 * static_cast<double>(i);
+        if (i == 50) image.second = std::numeric_limits<double>::quiet_NaN();
+        first.push_back(image.first);
+        second.push_back(image.second);
+        pairs.insert(pairs.end(), {image.first, image.second});
+    }
+    const std::size_t count = first.size();
+    const auto bits = [](Point p) {
+        return std::pair(std::bit_cast<std::uint64_t>(p.first),
+                         std::bit_cast<std::uint64_t>(p.second));
+    };
+    for (const auto set :
+         {InstructionSet::kBaseline, InstructionSet::kAvx2, InstructionSet::kAvx512}) {
+        if (!IsAvailable(set)) continue;
+        std::vector<double> firstOut(count), secondOut(count);
+        auto inPlace = pairs;
+        std::vector<NoSource> troubles(count), pairTroubles(count);
+        const auto lost = inverse->ApplyWith(set, first, second, firstOut, secondOut, troubles);
+        EXPECT_EQ(inverse->ApplyToPairsWith(set, inPlace, inPlace, pairTroubles), lost);
+        EXPECT_EQ(troubles, pairTroubles);
+        EXPECT_EQ(lost,
+                  count - static_cast<std::size_t>(std::ranges::count(troubles, NoSource::kNone)));
+        EXPECT_GE(lost, 1U);
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto [source, trouble] = inverse->Apply({first[i], second[i]});
+            EXPECT_EQ(bits({firstOut[i], secondOut[i]}), bits(source)) << i;
+            EXPECT_EQ(bits({inPlace[2 * i], inPlace[2 * i + 1]}), bits(source)) << i;
+            EXPECT_EQ(troubles[i], trouble);
+            if (i % 7 == 3 || i == 50) continue;
+            ExpectNear(source, sources[i % sources.size()], 1e-9);
+        }
     }
 }
 

@@ -109,6 +109,42 @@ def test_inverses_and_directions():
             kv_tr.Transformation(word, [0, 1, 2], [0, 2, 4]).inverse()
 
 
+def test_polynomials_are_inverted_within_the_area_of_the_points_in_use():
+    t = kv_tr.fit(GRID, TARGET, "poly2", used=GRID[:, 0] < 2500).transformation
+    back, images = t.inverse(), t.transform(GRID)
+    assert back.domain == ((-1000, -1000), (3000, 3000)) and back.forward == t
+    assert back.transform(images) == pytest.approx(GRID, abs=1e-9)
+    assert np.array_equal(back.transform(images[7]), back.transform(images)[7])
+    far = np.vstack([images[:4], [1e6, 0]])
+    with pytest.warns(kv_tr.NoInverseWarning, match="1 of 5 points"):
+        assert np.isnan(back.transform(far, out=far)).tolist() == [[False] * 2] * 4 + [[True] * 2]
+    assert back.reasons([[1e5, 0], images[3]]).tolist() == ["outside the domain", ""]
+    with pytest.raises(kv_tr.NoInverseError, match="outside the domain"):
+        back.transform([1e5, 0])
+    with pytest.raises(ValueError, match=r"xy\[1, 0\] is inf"):
+        back.transform([[0, 0], [np.inf, 0]])
+    free = kv_tr.Transformation(t.type, t.a, t.b).inverse()
+    assert free.domain is None and free != back and free.transform([1e5, 0])[0] > 3000
+    for same_back in (pickle.loads(pickle.dumps(back)), copy.deepcopy(back)):
+        assert same_back == back and hash(same_back) == hash(back)
+    assert pickle.loads(pickle.dumps(t)).inverse() == back, "a domain is pickled"
+
+
+def test_distortions_are_arrays_of_the_shape_of_the_points():
+    mirrored = kv_tr.Transformation("affine", [100, -0.8, 0.1], [50, 0.2, 0.9])
+    assert mirrored.distortion(GRID).greatest_scale == pytest.approx(np.full(30, 0.9338445032002))
+    one = mirrored.distortion([1, 2])
+    figures = [one.least_scale, one.area_scale, one.rotation, one.greatest_angle_change]
+    figures += [one.direction_source, one.direction_target]
+    expected = [0.79242314696295, -0.74, 0.78539816339745, 0.16403021319561]
+    assert figures == pytest.approx(expected + [1.09076114559205, 1.8761593089895])
+    assert one.rotation.shape == ()
+    same_scale = kv_tr.Transformation("helmert", [0, 1], [0, 0, 1])
+    assert np.isnan(same_scale.distortion(GRID).direction_source).all()
+    with pytest.raises(ValueError, match=r"xy\[0, 1\] is nan"):
+        mirrored.distortion([[0, np.nan]])
+
+
 def test_transformations_and_results_are_values(result):
     t = result.transformation
     copies = [pickle.loads(pickle.dumps(t, p)) for p in range(pickle.HIGHEST_PROTOCOL + 1)]

@@ -23,7 +23,13 @@ class FileError(Exception):
 
 
 class NoInverseError(ValueError):
-    """A transformation that has no inverse of its type."""
+    """A transformation, or a single point, that has no inverse."""
+
+    __module__ = "kv_tr"
+
+
+class NoInverseWarning(UserWarning):
+    """Says how many points of an array have no inverse; ExactInverse.reasons tells why."""
 
     __module__ = "kv_tr"
 

@@ -87,9 +87,16 @@ PointPrecision::Extrapolation PointPrecision::Outside(std::span<const Point> sou
     for (const double factor : Factors(outside)) {
         result.isFar = result.isFar || factor > 3.0;
         const double sigma = sigma0_ * factor / std::sqrt(medianWeight_);
-        if (!(sigma <= result.sigma)) result.sigma = sigma;
+        result.sigma = std::fmax(result.sigma, sigma);
     }
     return result;
+}
+
+void PointPrecision::Extrapolation::Add(const Extrapolation& other) {
+    count += other.count;
+    farthest = std::max(farthest, other.farthest);
+    sigma = std::fmax(sigma, other.sigma);  // either may be no number
+    isFar = isFar || other.isFar;
 }
 
 double ConfidenceFactor(double probability, int redundancy) {

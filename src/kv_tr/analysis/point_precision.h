@@ -47,6 +47,9 @@ public:
         std::size_t count = 0;      ///< points outside
         double farthest = 0;        ///< from the hull, metres of the source
         double sigma = kUndefined;  ///< the greatest standard deviation of those, metres
+        /// Takes in those of other points.
+        void Add(const Extrapolation& other);
+
         bool isFar = false;  ///< a factor above 3, or farther than a tenth of the hull's diameter
     };
     Extrapolation Outside(std::span<const Point> sources) const;

@@ -22,29 +22,55 @@ std::string IdentifierField(const std::string& id) {
     return field;
 }
 
-}  // namespace
+/// The problem of a field of the line, which is empty where fields are missing.
+Problem BadField(std::string_view line, std::string_view field,
+                 Problem::Kind kind = Problem::Kind::kNotANumber) {
+    const auto before = line.substr(0, static_cast<std::size_t>(field.data() - line.data()));
+    return {.kind = field.empty() ? Problem::Kind::kMissingField : kind,
+            .column = DisplayWidth(before) + 1};
+}
 
-std::optional<Problem> ReadControlPoint(std::string_view line, Comma comma, ControlPoint& point) {
+/// Takes a point off a line, as ReadControlPoint does.
+std::optional<Problem> TakeControlPoint(std::string_view line, Comma comma, std::string_view& rest,
+                                        ControlPoint& point) {
     if (comma == Comma::kSuspect && line.find(',') != line.npos &&
         HasDecimalCommas(WithoutIdentifier(line), 4))
         return Problem{.kind = Problem::Kind::kDecimalCommas};
     const bool commaIsDecimal = comma == Comma::kDecimalSign;
-    auto rest = line;
     point.id = NextField(rest, commaIsDecimal);
     for (double* coordinate : {&point.source.first, &point.source.second, &point.destination.first,
                                &point.destination.second}) {
         const auto field = NextField(rest, commaIsDecimal);
         const auto number = ParseNumber(field, commaIsDecimal);
-        if (number) {
-            *coordinate = *number;
-            continue;
-        }
-        const auto before = line.substr(0, static_cast<std::size_t>(field.data() - line.data()));
-        return Problem{
-            .kind = field.empty() ? Problem::Kind::kMissingField : Problem::Kind::kNotANumber,
-            .column = DisplayWidth(before) + 1};
+        if (!number) return BadField(line, field);
+        *coordinate = *number;
     }
     return std::nullopt;
+}
+
+/// Takes one standard deviation, or two, off what follows the coordinates of a line.
+std::optional<Problem> TakeSigmas(std::string_view line, Comma comma, std::string_view rest,
+                                  Point& sigmas) {
+    const bool commaIsDecimal = comma == Comma::kDecimalSign;
+    for (double* sigma : {&sigmas.first, &sigmas.second}) {
+        const auto field = NextField(rest, commaIsDecimal);
+        if (field.empty() && sigma == &sigmas.second) {
+            sigmas.second = sigmas.first;
+            break;
+        }
+        const auto number = ParseNumber(field, commaIsDecimal);
+        if (!number) return BadField(line, field);
+        if (*number <= 0.0) return BadField(line, field, Problem::Kind::kNotPositive);
+        *sigma = *number;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Problem> ReadControlPoint(std::string_view line, Comma comma, ControlPoint& point) {
+    std::string_view rest = line;
+    return TakeControlPoint(line, comma, rest, point);
 }
 
 PointReading ReadControlPoints(std::istream& file, const PointFileStyle& style) {
@@ -57,13 +83,18 @@ PointReading ReadControlPoints(std::istream& file, const PointFileStyle& style) 
             number = lines.Number();
             if (line.empty()) continue;
             ControlPoint point;
-            if (auto problem = ReadControlPoint(line, style.comma, point)) {
+            Point sigmas;
+            std::string_view rest = line;
+            auto problem = TakeControlPoint(line, style.comma, rest, point);
+            if (!problem && style.sigmas) problem = TakeSigmas(line, style.comma, rest, sigmas);
+            if (problem) {
                 if (reading.Complete()) reading.partial = std::move(point);
                 problem->line = number;
                 problem->text = line;
                 reading.problems.push_back(std::move(*problem));
             } else if (reading.Complete()) {
                 reading.points.push_back(std::move(point));
+                if (style.sigmas) reading.sigmas.push_back(sigmas);
             }
         }
     } catch (const TextError& error) {

@@ -26,6 +26,9 @@ enum class Comma {
 struct PointFileStyle {
     CodePage codePage = CodePage::kWindows1250;  ///< of a file that is not UTF-8
     Comma comma = Comma::kSuspect;
+    /// Whether each line goes on with a standard deviation of its destination coordinates, metres,
+    /// or with one for each of them.
+    bool sigmas = false;
 };
 
 /// The points of a file, or what is wrong with it.
@@ -33,6 +36,7 @@ struct PointReading {
     static constexpr std::size_t kMostProblems = 20;
 
     std::vector<ControlPoint> points;  ///< those above the first problem
+    std::vector<Point> sigmas;         ///< a pair a point, when they were asked for
     std::vector<Problem> problems;     ///< in the order of their lines, not more than kMostProblems
     /// The point of the first problem as far as it could be read; nothing where no line is wrong.
     std::optional<ControlPoint> partial;

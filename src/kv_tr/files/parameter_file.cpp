@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "kv_tr/files/open_text.h"
+#include "kv_tr/text/decimal_commas.h"
 #include "kv_tr/text/file_names.h"
 
 namespace kv_tr {
@@ -29,6 +30,15 @@ const LinearLines& LinesOf(LinearFormat format) {
 }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// Whether the lines are read with commas as decimal signs; nothing where their commas are a
+/// problem.
+std::optional<bool> CommaIsDecimal(TextLines& lines, ParameterFormat format, NumberStyle style,
+                                   SuspectCommas commas) {
+    if (style.decimalSign == ',') return true;
+    if (commas == SuspectCommas::kIgnored || !SeemToHaveDecimalCommas(lines, format)) return false;
+    return commas == SuspectCommas::kTaken ? std::optional(true) : std::nullopt;
+}
 
 /// Takes the next number's text off the front.
 std::string_view TakeField(std::string_view& text, bool commaIsDecimal) {
@@ -95,11 +105,14 @@ LineOutcome ParseTwoNumbers(std::string_view line, bool commaIsDecimal, double& 
 /// Reads the lines of a polynomial file.
 class PolynomialReader {
 public:
-    PolynomialReader(TextLines& lines, NumberStyle style, Transformation& transformation)
-        : lines_(lines), commaIsDecimal_(style.decimalSign == ','), t_(transformation) {}
+    PolynomialReader(TextLines& lines, Transformation& transformation)
+        : lines_(lines), t_(transformation) {}
 
     /// Reads to the end, or to the first line that cannot be used.
-    void Read() {
+    void Read(NumberStyle style, SuspectCommas commas) {
+        const auto comma = CommaIsDecimal(lines_, ParameterFormat::kPolynomial, style, commas);
+        if (!comma) return Note(Problem::Kind::kDecimalCommas, 0, {});
+        commaIsDecimal_ = *comma;
         for (int skipped = 0; skipped < 2; ++skipped) {  // title, empty line
             if (!Next()) return;
         }
@@ -146,7 +159,7 @@ private:
     }
 
     TextLines& lines_;
-    const bool commaIsDecimal_;
+    bool commaIsDecimal_ = false;
     Transformation& t_;
     std::string line_;
     std::uint64_t count_ = 0;
@@ -164,12 +177,28 @@ std::array<std::string, 6> LinearFileLines(const Transformation& transformation,
     return lines;
 }
 
+bool SeemToHaveDecimalCommas(TextLines& lines, ParameterFormat format) {
+    if (lines.AtEnd()) return false;
+    const std::string ahead = lines.Ahead();
+    std::string_view text = ahead;
+    if (format != ParameterFormat::kPolynomial) return HasDecimalCommas(text, 6);
+    constexpr int kTitles = 2;
+    constexpr int kEnough = 30;
+    for (int i = 0; i < kEnough && !text.empty(); ++i) {  // where a comma never separates
+        const auto line = TakeLine(text).text;
+        if (i >= kTitles && line.find('.') == line.npos && HasCommaInNumber(line)) return true;
+    }
+    return false;
+}
+
 std::optional<Problem> ReadLinear(TextLines& lines, LinearFormat format, NumberStyle style,
-                                  Transformation& transformation) {
-    const bool commaIsDecimal = style.decimalSign == ',';
+                                  SuspectCommas commas, Transformation& transformation) {
     std::string text;
     std::string_view rest;
     try {
+        const auto comma = CommaIsDecimal(lines, ParameterFormat::kNative, style, commas);
+        if (!comma) return Problem{.kind = Problem::Kind::kDecimalCommas};
+        const bool commaIsDecimal = *comma;
         for (const LinearLine& line : LinesOf(format)) {
             std::string_view field = TakeField(rest, commaIsDecimal);
             while (field.empty() && !lines.AtEnd()) {
@@ -198,12 +227,12 @@ std::optional<Problem> ReadLinear(TextLines& lines, LinearFormat format, NumberS
     return std::nullopt;
 }
 
-PolynomialReading ReadPolynomial(TextLines& lines, NumberStyle style,
+PolynomialReading ReadPolynomial(TextLines& lines, NumberStyle style, SuspectCommas commas,
                                  Transformation& transformation) {
     PolynomialReading reading;
-    PolynomialReader reader(lines, style, transformation);
+    PolynomialReader reader(lines, transformation);
     try {
-        reader.Read();
+        reader.Read(style, commas);
         reading.problem = reader.FirstProblem();
     } catch (const TextError& error) {
         reading.problem = reader.FirstProblem();
@@ -222,14 +251,15 @@ ParameterReading ReadParameters(std::istream& file, ParameterFormat format, Type
         TextLines lines(*file.rdbuf(), style.codePage);
         if (format == ParameterFormat::kPolynomial) {
             const auto [accepted, problem] =
-                ReadPolynomial(lines, style.numbers, reading.transformation);
+                ReadPolynomial(lines, style.numbers, style.suspectCommas, reading.transformation);
             reading.problem = problem;
             if (!accepted && !problem) reading.problem = {.kind = Problem::Kind::kUnknownLayout};
         } else {
             reading.transformation.type = linearType;
             const auto order =
                 format == ParameterFormat::kItr25 ? LinearFormat::kItr25 : LinearFormat::kNative;
-            reading.problem = ReadLinear(lines, order, style.numbers, reading.transformation);
+            reading.problem = ReadLinear(lines, order, style.numbers, style.suspectCommas,
+                                         reading.transformation);
         }
     } catch (const TextError& error) {
         reading.problem = ProblemOf(error, 1);

@@ -23,10 +23,22 @@ enum class ParameterFormat {
 /// The format that the extension of a name stands for, in whatever case; kNative for any other.
 ParameterFormat FormatNamed(const std::string& fileName);
 
+/// What is done about numbers that seem to have decimal commas where a point is the decimal sign.
+enum class SuspectCommas {
+    kIgnored,  ///< nothing
+    kProblem,  ///< the file is not read
+    kTaken,    ///< the comma is the decimal sign of the file
+};
+
+/// Whether the numbers of a file that begins with the next lines seem to have decimal commas, as
+/// far as they have been read ahead. Throws TextError where the text cannot be read.
+bool SeemToHaveDecimalCommas(TextLines& lines, ParameterFormat format);
+
 /// How a parameter file is read.
 struct ParameterFileStyle {
     CodePage codePage = CodePage::kWindows1250;  ///< of a file that is not UTF-8
-    NumberStyle numbers;                         ///< a comma is read as decimal sign if it is one
+    NumberStyle numbers{};                       ///< a comma is read as decimal sign if it is one
+    SuspectCommas suspectCommas = SuspectCommas::kProblem;
 };
 
 /// The transformation of a file, or the first thing that is wrong with it.
@@ -58,7 +70,7 @@ std::array<std::string, 6> LinearFileLines(const Transformation& transformation,
 /// the sixth is ignored. Where the decimal sign is a comma, one between two digits is taken as
 /// that. The numbers before a problem have been stored.
 std::optional<Problem> ReadLinear(TextLines& lines, LinearFormat format, NumberStyle style,
-                                  Transformation& transformation);
+                                  SuspectCommas commas, Transformation& transformation);
 
 /// What could be read of a polynomial file.
 struct PolynomialReading {
@@ -69,7 +81,7 @@ struct PolynomialReading {
 /// Reads a polynomial file. The reading ends at a line that cannot be used, what was read stays,
 /// and the number of coefficient lines before decides the type. A missing number leaves its
 /// coefficient. When no type has that many lines, the type stays.
-PolynomialReading ReadPolynomial(TextLines& lines, NumberStyle style,
+PolynomialReading ReadPolynomial(TextLines& lines, NumberStyle style, SuspectCommas commas,
                                  Transformation& transformation);
 
 }  // namespace kv_tr

@@ -15,6 +15,7 @@ struct Problem {
         kLineTooLong,    ///< no line of a text
         kMissingField,   ///< the line, or the file, ends before all fields were there
         kNotANumber,     ///< a field should have been a number
+        kNotPositive,    ///< a standard deviation is zero or negative
         kDecimalCommas,  ///< the numbers have decimal commas, which would separate fields
         kUnknownLayout,  ///< the number of lines belongs to no type
     };

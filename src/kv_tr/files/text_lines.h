@@ -23,6 +23,8 @@ public:
     bool AtEnd() { return reader_.AtEnd(); }
     /// The next line without its end. There must be one.
     std::string Next();
+    /// The bytes that have been read already and come next; the last line may lack its end.
+    std::string Ahead() const { return reader_.AllAhead(); }
     /// The number of the line that Next yielded last, from 1; 0 before the first.
     std::uint64_t Number() const { return number_; }
 

@@ -30,9 +30,8 @@ Design::Design(Type model, const Frame& frame, const Linearisation& at)
       scaleSecond_(at.scaleSecond) {}
 
 void Design::FillTerms(const Column& p, const Column& q, Block& block) const {
-    constexpr std::size_t kRows = OrthogonalReduction::kRows;
     const auto multiply = [&block](std::size_t next, std::size_t earlier, const Column& by) {
-        for (std::size_t i = 0; i < kRows; ++i) {
+        for (std::size_t i = 0; i < block.rows; ++i) {
             block.column[next][i] = block.column[earlier][i] * by[i];
         }
     };
@@ -54,7 +53,7 @@ void Design::FillShared(const Column& p, const Column& q, std::size_t coordinate
                         Block& block) const {
     const bool first = coordinate == 0;
     const auto combine = [&](std::size_t column, double byP, double byQ) {
-        for (std::size_t i = 0; i < OrthogonalReduction::kRows; ++i) {
+        for (std::size_t i = 0; i < block.rows; ++i) {
             block.column[column][i] = byP * p[i] + byQ * q[i];
         }
     };
@@ -84,10 +83,8 @@ void Design::Fill(std::span<const Point> inFrame, std::size_t coordinate, Block&
         p[i] = inFrame[i].first;
         q[i] = inFrame[i].second;
     }
+    block.rows = (inFrame.size() + 7) / 8 * 8;
     SharesUnknowns(model_) ? FillShared(p, q, coordinate, block) : FillTerms(p, q, block);
-    for (std::size_t k = 0; k < columns_ && inFrame.size() < p.size(); ++k) {
-        std::fill(block.column[k].begin() + std::ssize(inFrame), block.column[k].end(), 0.0);
-    }
 }
 
 TriangularFactor Design::Factor(std::span<const Point> inFrame, std::span<const Point> right,
@@ -107,6 +104,10 @@ TriangularFactor Design::Factor(std::span<const Point> inFrame, std::span<const 
                     const Point value = right[begin + i];
                     column[i] = coordinate + side == 0 ? value.first : value.second;
                 }
+            }
+            for (std::size_t k = 0; k < columns_ && count < kRows; ++k) {
+                std::fill(block.column[k].begin() + static_cast<std::ptrdiff_t>(count),
+                          block.column[k].end(), 0.0);
             }
             for (std::size_t k = 0; k < columns_ + sides && !rootWeights.empty(); ++k) {
                 for (std::size_t i = 0; i < count; ++i) {
@@ -174,7 +175,9 @@ std::vector<Design::PointCofactors> Design::CofactorsAt(const TriangularFactor& 
         Column second{};
         const auto add = [&factor](Column& sums, const Block& a, const Block& b) {
             for (std::size_t k = 0; k < factor.Rank(); ++k) {
-                for (std::size_t i = 0; i < kRows; ++i) sums[i] += a.column[k][i] * b.column[k][i];
+                for (std::size_t i = 0; i < a.rows; ++i) {
+                    sums[i] += a.column[k][i] * b.column[k][i];
+                }
             }
         };
         add(first, whitened[0], whitened[0]);

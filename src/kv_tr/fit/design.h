@@ -39,8 +39,8 @@ public:
     std::size_t RowsPerPoint() const { return SharesUnknowns(model_) ? 2 : 1; }
 
     /// Sets the columns of a block to the rows of a coordinate, 0 or 1, of points in the frame, as
-    /// many as a block has rows at most; what is left of the columns becomes 0. Both coordinates
-    /// have the same rows unless the model shares unknowns.
+    /// many as a block has rows at most. Both coordinates have the same rows unless the model
+    /// shares unknowns.
     void Fill(std::span<const Point> inFrame, std::size_t coordinate, Block& block) const;
 
     /// The factor of the rows of points in the frame, each multiplied by the root of its weight

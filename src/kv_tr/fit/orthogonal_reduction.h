@@ -23,13 +23,15 @@ public:
     /// Column by column; the columns of the right-hand sides come last.
     struct Block {
         alignas(64) std::array<std::array<double, kRows>, kMostColumns> column{};
+        std::size_t rows = kRows;  ///< that matter, rounded up to eight; the others may be anything
     };
 
     OrthogonalReduction(std::size_t unknowns, std::size_t rightSides,
                         InstructionSet set = WidestInstructionSet())
         : unknowns_(unknowns), columns_(unknowns + rightSides), set_(set) {}
 
-    /// Takes a block of rows and leaves their remainders in its place. Rows of zeros do nothing.
+    /// Takes all rows of a block and leaves their remainders in its place. Rows of zeros do
+    /// nothing.
     void Add(Block& block);
 
     std::size_t Unknowns() const { return unknowns_; }

@@ -104,19 +104,19 @@ std::vector<double> TriangularFactor::Solve(std::size_t rightSide) const {
 
 void TriangularFactor::Whiten(const OrthogonalReduction::Block& rows,
                               OrthogonalReduction::Block& whitened) const {
-    constexpr std::size_t kRows = OrthogonalReduction::kRows;
+    whitened.rows = rows.rows;
     for (std::size_t k = 0; k < rank_; ++k) {
         auto& column = whitened.column[k];
         const auto& row = rows.column[column_[k]];
         const double scale = scale_[column_[k]];
-        for (std::size_t i = 0; i < kRows; ++i) column[i] = row[i] / scale;
+        for (std::size_t i = 0; i < rows.rows; ++i) column[i] = row[i] / scale;
         for (std::size_t j = 0; j < k; ++j) {
             const double factor = triangle_[j][k];
             const auto& earlier = whitened.column[j];
-            for (std::size_t i = 0; i < kRows; ++i) column[i] -= factor * earlier[i];
+            for (std::size_t i = 0; i < rows.rows; ++i) column[i] -= factor * earlier[i];
         }
         const double pivot = triangle_[k][k];
-        for (std::size_t i = 0; i < kRows; ++i) column[i] /= pivot;
+        for (std::size_t i = 0; i < rows.rows; ++i) column[i] /= pivot;
     }
 }
 

@@ -9,7 +9,6 @@
 #include "kv_tr/published/affine_record.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
-#include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
@@ -72,13 +71,12 @@ void frmAffinTrPrm::cmdLoad() {
     if (!fileName) return;
     auto file = OpenText(*fileName);
     if (!file) return ReportOpenFailure(*fileName);
-    const bool commas = ParametersHaveDecimalCommas(*fileName);
     Transformation loaded = TransformationOf(parameters_->udtTrPrm());
     if (IsPolynomial(loaded.type)) loaded.type = Type::kAffine;
     TextLines lines(*file->rdbuf(), FilesCodePage());
     const auto problem = ReadLinear(
         lines, HasExtension(*fileName, "prm") ? LinearFormat::kItr25 : LinearFormat::kNative,
-        commas ? NumberStyle{','} : ComponentNumberStyle(), loaded);
+        ComponentNumberStyle(), SuspectCommas::kTaken, loaded);
     parameters_->udtTrPrm(RecordOf(loaded));
     if (problem) return ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
     parameters_->gName = DirectoryOf(*fileName);

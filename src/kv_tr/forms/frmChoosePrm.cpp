@@ -2,7 +2,7 @@
 #include "kv_tr/forms/frmChoosePrm.h"
 
 #include "kv_tr/forms/choose_file.h"
-#include "kv_tr/published/decimal_commas.h"
+#include "kv_tr/published/control_point_file.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 
@@ -30,10 +30,11 @@ bool frmChoosePrm::cmdCalc() {
     const auto owner = parameters_->oCalcTr();  // a host may let it go while a dialog is open
     clsTrCalc& engine = *owner;
     const auto fileName = ChooseFile(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (!fileName || ReportDecimalCommas(*fileName) || !engine.bLoadXYsFromFile(*fileName, false) ||
-        !parameters_->bShowXYs4Tr(*fileName)) {
-        return false;
-    }
+    if (!fileName) return false;
+    const LoadedPoints loaded = LoadControlPoints(*fileName, Comma::kSuspect);
+    ReportFailure(loaded);
+    if (!loaded.refused) engine.Take(loaded.points, false);
+    if (!loaded.accepted || !parameters_->bShowXYs4Tr(*fileName)) return false;
     if (engine.lFullCnt() == 0) {
         ShowMessage(Translated(Text::kTooFewPoints));
         return false;

@@ -12,7 +12,6 @@
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/component.h"
-#include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
@@ -23,15 +22,15 @@ namespace kv_tr {
 namespace {
 
 /// A polynomial file read whole; nothing, after a message, when that fails.
-std::optional<TR_PRM> Read(const std::string& fileName, bool decimalCommas) {
-    const NumberStyle numbers = decimalCommas ? NumberStyle{','} : ComponentNumberStyle();
+std::optional<TR_PRM> Read(const std::string& fileName, SuspectCommas commas) {
     auto file = OpenText(fileName);
     if (!file) {
         ReportOpenFailure(fileName);
         return std::nullopt;
     }
-    const auto reading = ReadParameters(*file, ParameterFormat::kPolynomial, Type::kAffine,
-                                        {.codePage = FilesCodePage(), .numbers = numbers});
+    const auto reading = ReadParameters(
+        *file, ParameterFormat::kPolynomial, Type::kAffine,
+        {.codePage = FilesCodePage(), .numbers = ComponentNumberStyle(), .suspectCommas = commas});
     if (reading.Complete()) return RecordOf(reading.transformation);
     ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
     return std::nullopt;
@@ -60,7 +59,7 @@ void frmPoliTrPrm::Take(const TR_PRM& record) {
 void frmPoliTrPrm::cmdLoad() {
     const auto fileName = ChooseFile(*parameters_, &clsTr::bChooseFile4LoadPoliTrPrm);
     if (!fileName) return;
-    const auto record = Read(*fileName, ParametersHaveDecimalCommas(*fileName));
+    const auto record = Read(*fileName, SuspectCommas::kTaken);
     if (record) Take(*record);
 }
 
@@ -81,7 +80,7 @@ std::string frmPoliTrPrm::QuestionTitle() const { return Translated(Text::kPolyn
 /// Reads the text into the working record; false, with a message, when not every line can be read:
 /// a polynomial of the lines above a slip would be another one.
 bool frmPoliTrPrm::TakeText() {
-    const auto record = Read(WriteWorkingFile("tmp-PoliPrm.all", rtBox()), false);
+    const auto record = Read(WriteWorkingFile("tmp-PoliPrm.all", rtBox()), SuspectCommas::kIgnored);
     if (record) working_ = *record;
     return record.has_value();
 }

@@ -2,13 +2,13 @@
 #include "kv_tr/forms/frmXY4Tr.h"
 
 #include "kv_tr/forms/choose_file.h"
-#include "kv_tr/forms/scratch_transformation.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/control_point_file.h"
-#include "kv_tr/published/decimal_commas.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
+#include "kv_tr/published/number_format.h"
 #include "kv_tr/published/working_folder.h"
+#include "kv_tr/text/decimal_commas.h"
 
 namespace kv_tr {
 
@@ -26,14 +26,13 @@ bool frmXY4Tr::bDoModal(clsTrCalc& engine, const std::string& title,
 }
 
 void frmXY4Tr::cmdLoad() {
-    ScratchTransformation other;
-    clsTrCalc& engine = *other.oCalcTr();
-    const auto fileName = ChooseFile(engine, &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (!fileName || ReportDecimalCommas(*fileName)) return;
-    if (engine.bLoadXYsFromFile(*fileName, false)) {
-        nameLine_ = *fileName + "\r\n";
-        Show(nameLine_ + engine.sListXYs(), original_);
-    }
+    const auto fileName = ChooseFile(*engine_, &clsTrCalc::bChooseFile4LoadXYs4Tr);
+    if (!fileName) return;
+    const LoadedPoints loaded = LoadControlPoints(*fileName, Comma::kSuspect);
+    ReportFailure(loaded);
+    if (!loaded.accepted) return;
+    nameLine_ = *fileName + "\r\n";
+    Show(nameLine_ + ListControlPoints(loaded.points, ComponentNumberStyle()), original_);
 }
 
 void frmXY4Tr::cmdSave() {

@@ -16,6 +16,9 @@ inline constexpr double kLeastDeterminant = 1e-6;  // of that at the reference
 inline constexpr std::size_t kSeries = 20;
 inline constexpr std::size_t kSlopes = 15;
 
+/// The index of the first term of degree 4.
+inline constexpr std::size_t kHigh = 10;
+
 /// What the search needs of a transformation, each the same for all points of a group: numbers and
 /// nothing else, in arrays whose index 0 belongs to the first coordinate.
 template <class Number>
@@ -66,10 +69,16 @@ struct AddToLocal {
     const Constants<Number>& c;
     const Number* term;
     Local<Number>& local;
+    Number* high;  // the sums of the terms from degree 4 on, which need not wait for the others
 
     KV_TR_INLINE void operator()(std::size_t k) const {
-        local.residual[0] -= c.series[0][k - 1] * term[k];
-        local.residual[1] -= c.series[1][k - 1] * term[k];
+        if (k < kHigh) {
+            local.residual[0] -= c.series[0][k - 1] * term[k];
+            local.residual[1] -= c.series[1][k - 1] * term[k];
+        } else {
+            high[0] += c.series[0][k - 1] * term[k];
+            high[1] += c.series[1][k - 1] * term[k];
+        }
         if (!withSlopes || k >= SlopeCount(kind)) return;
         local.byFirst[0] += c.byFirst[0][k] * term[k];
         local.byFirst[1] += c.byFirst[1][k] * term[k];
@@ -89,8 +98,13 @@ KV_TR_INLINE void Look(const Constants<Number>& c, const Number* target, const N
         local.bySecond[i] = c.bySecond[i][0];
     }
     Number term[TermCount(kind)];
-    groups::EachTerm<kind>(u, v, term, AddToLocal<kind, withSlopes, Number>{c, term, local},
+    Number high[2] = {};
+    groups::EachTerm<kind>(u, v, term, AddToLocal<kind, withSlopes, Number>{c, term, local, high},
                            groups::TermsAfterFirst<kind>());
+    if constexpr (TermCount(kind) > static_cast<int>(kHigh)) {
+        local.residual[0] -= high[0];
+        local.residual[1] -= high[1];
+    }
 }
 
 template <class Number>

@@ -32,10 +32,12 @@ constexpr std::array<Colour, 5> kInks{Colour{0.45F, 0.45F, 0.45F}, Colour{0, 0, 
 class TableLayout {
 public:
     TableLayout(PdfCanvas& canvas, const ReportTable& table) : canvas_(canvas), table_(table) {
-        constexpr double kStep = 0.5;
-        for (size_ = kMostSize;; size_ -= kStep) {
-            Measure();
-            if (Total() <= kTextWidth || size_ - kStep < kLeastSize) break;
+        Measure();
+        const double padding = 2.0 * kPadding * static_cast<double>(widths_.size());
+        const double natural = Total() - padding;
+        size_ = std::clamp(kMostSize * (kTextWidth - padding) / natural, kLeastSize, kMostSize);
+        for (double& width : widths_) {
+            width = (width - 2.0 * kPadding) * size_ / kMostSize + 2.0 * kPadding;
         }
         Squeeze();
         for (const auto& column : table.columns) hasHead_ |= !column.heading.empty();
@@ -130,10 +132,10 @@ private:
         for (std::size_t i = 0; i < cells.size(); ++i) {
             double base = canvas_.Y() + size_ + 0.5;
             for (const std::string& line : cells[i]) {
-                const double x = table_.columns[i].kind == Kind::kNumber
-                                     ? left + widths_[i] - kPadding -
-                                           canvas_.WidthOf(line, size_, face)
-                                     : left + kPadding;
+                const double x =
+                    table_.columns[i].kind == Kind::kNumber
+                        ? left + widths_[i] - kPadding - canvas_.WidthOf(line, size_, face)
+                        : left + kPadding;
                 canvas_.Text(x, base, line, size_, face);
                 base += size_ * 1.2;
             }
@@ -201,7 +203,9 @@ private:
                 AddLines(paragraph.text, kSmallSize, Face::kRegular, 0, PdfCanvas::kGrey);
                 break;
             case Style::kNote: AddMarked(paragraph.text, PdfCanvas::kGrey, Face::kRegular); break;
-            case Style::kWarning: AddMarked(paragraph.text, {0.75F, 0.5F, 0}, Face::kRegular); break;
+            case Style::kWarning:
+                AddMarked(paragraph.text, {0.75F, 0.5F, 0}, Face::kRegular);
+                break;
             case Style::kSevere: AddMarked(paragraph.text, {0.8F, 0, 0}, Face::kBold); break;
         }
         canvas_.Move(paragraph.kind == Style::kFormula ? 0.5 : 3);
@@ -277,9 +281,8 @@ private:
         constexpr double kBase = PdfCanvas::kHeight - 30;
         for (std::size_t page = 0; page < canvas_.PageCount(); ++page) {
             canvas_.TurnTo(page);
-            const std::string number =
-                FillPlaces(report.pageText,
-                           {std::to_string(page + 1), std::to_string(canvas_.PageCount())});
+            const std::string number = FillPlaces(
+                report.pageText, {std::to_string(page + 1), std::to_string(canvas_.PageCount())});
             canvas_.Text(kMargin, kBase, report.title + ", " + report.date, kSmallSize,
                          Face::kRegular, PdfCanvas::kGrey);
             canvas_.Text(kMargin + kTextWidth - canvas_.WidthOf(number, kSmallSize), kBase, number,

@@ -7,12 +7,15 @@
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/text/code_page.h"
+#include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr {
 
 CodePage FilesCodePage() {
     return CurrentMlLanguage() == kVietnamese ? CodePage::kWindows1258 : CodePage::kWindows1250;
 }
+
+clsFile::clsFile() = default;
 
 clsFile::~clsFile() {
     if (halfWritten_ || std::uncaught_exceptions() > exceptions_) output_.reset();

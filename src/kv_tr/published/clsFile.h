@@ -10,9 +10,10 @@
 
 #include "kv_tr/files/text_lines.h"
 #include "kv_tr/published/bool16.h"
-#include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr {
+
+class ReplacingFile;
 
 /// A text file that is read or written from start to end, line by line.
 ///
@@ -22,7 +23,7 @@ namespace kv_tr {
 /// with CR LF and read with CR LF, LF or CR; bytes 26 at the end of a file are not read.
 class clsFile {
 public:
-    clsFile() = default;
+    clsFile();
     /// Closes the file; what could not be written is lost silently. A file that an exception
     /// leaves half written is discarded, and an older one of its name stays.
     ~clsFile();

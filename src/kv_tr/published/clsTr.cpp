@@ -136,7 +136,8 @@ bool clsTr::bLoadAffinTrPrmFromFile(const std::string& sFileTrPrm, bool bItr25Fo
     clsFile file;
     file.OpenIt(sFileTrPrm, true);
     if (file.IsOpen()) {
-        if (ReadLinear(file.Lines(), FormatOf(bItr25Format), ComponentNumberStyle(), held_)) {
+        if (ReadLinear(file.Lines(), FormatOf(bItr25Format), ComponentNumberStyle(),
+                       SuspectCommas::kIgnored, held_)) {
             ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
             return false;
         }
@@ -149,7 +150,8 @@ bool clsTr::bLoadPoliTrPrmFromFile(const std::string& sFileTrPrm) {
     clsFile file;
     file.OpenIt(sFileTrPrm, true);
     if (!file.IsOpen()) return false;
-    const auto reading = ReadPolynomial(file.Lines(), ComponentNumberStyle(), held_);
+    const auto reading =
+        ReadPolynomial(file.Lines(), ComponentNumberStyle(), SuspectCommas::kIgnored, held_);
     gName = DirectoryOf(sFileTrPrm);
     return reading.accepted;
 }

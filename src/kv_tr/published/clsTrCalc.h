@@ -47,6 +47,8 @@ public:
 
     /// Puts copies of the pairs behind those of the set (bAppend) or in their place.
     void AddXY4Tr(std::span<const typeXYs4Tr> tXY4Tr, bool bAppend);
+    /// The same with points as values.
+    void Take(std::span<const ControlPoint> points, bool append);
     /// Copies all pairs to tXY and their number to lCnt.
     void GetAllXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt) const;
     /// Copies the used (bUsed) or the excluded pairs to tXY and their number to lCnt. When there
@@ -161,7 +163,6 @@ public:
     void setLanguageID(std::int32_t LanguageID);
 
 private:
-    void Take(std::span<const ControlPoint> points, bool append);
     void Calculate(const FitOptions& options);
     Transformation Current() const;
 

@@ -1,6 +1,7 @@
 // Control-point files as the published loader takes them.
 #include "kv_tr/published/control_point_file.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "kv_tr/published/clsFile.h"
@@ -9,9 +10,14 @@
 
 namespace kv_tr {
 
-LoadedPoints LoadControlPoints(const std::string& fileName) {
+LoadedPoints LoadControlPoints(const std::string& fileName, Comma comma) {
     PointReading reading =
-        ReadControlPointFile(fileName, {.codePage = FilesCodePage(), .comma = Comma::kSeparator});
+        ReadControlPointFile(fileName, {.codePage = FilesCodePage(), .comma = comma});
+    if (std::ranges::find(reading.problems, Problem::Kind::kDecimalCommas, &Problem::kind) !=
+        reading.problems.end()) {
+        ShowMessage(Translated(Text::kCommasSeparateFields, {fileName}), Icon::kExclamation);
+        return {.points = {}, .accepted = false, .refused = true};
+    }
     LoadedPoints loaded{.points = std::move(reading.points), .failed = !reading.Complete()};
     if (!loaded.failed) return loaded;
     if (reading.problems[0].kind == Problem::Kind::kNotOpened) ReportOpenFailure(fileName);

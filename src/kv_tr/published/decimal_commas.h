@@ -3,8 +3,6 @@
 
 #include <string>
 
-#include "kv_tr/text/decimal_commas.h"
-
 namespace kv_tr {
 
 /// Whether the numbers of a parameter file have decimal commas. A file that can be read only once

@@ -219,6 +219,7 @@ void frmTrWindow::FitPanel() {
     const bool scrolls = needed.height() > panel_->height();
     const int bar = scrolls ? panel_->verticalScrollBar()->sizeHint().width() : 0;
     panel_->setFixedWidth(needed.width() + bar);
+    layout()->activate();  // at once, lest the window show with the panel's edge outside
 }
 
 /// A button pressed by its letter leaves the focus where it is: what stands in the cell editor

@@ -9,7 +9,7 @@
 namespace kv_tr {
 namespace {
 
-constexpr const char* kSeparators = " \t;'\"\n";
+constexpr const char* kSeparators = " \t;'\"\r\n";
 
 /// Takes the first field off a text; empty when there is none.
 std::string_view TakeField(std::string_view& text) {

@@ -56,6 +56,9 @@ public:
     /// Whether the source has nothing more at the moment.
     bool IsWaiting() { return source_.in_avail() <= 0; }
 
+    /// What has been read already behind the block.
+    std::string_view Behind() const { return rest_; }
+
 private:
     bool Append(std::string& text);
 
@@ -74,6 +77,8 @@ public:
     std::string_view Next() { return TakeLine(rest_).text; }
     /// Lines that have been read already and come next, valid until AtEnd is called.
     std::string_view Ahead() const { return rest_; }
+    /// The same and the part of a line that has been read behind them.
+    std::string AllAhead() const { return std::string(rest_).append(blocks_.Behind()); }
 
 private:
     BlockReader blocks_;

@@ -360,6 +360,23 @@ enum class Text : int {
     kOfferDeleteExcluded = 1359,
     kWarnNotChecked = 1360,
 
+    // Options and tables of the statistics.
+    kFigureHeading = 1361,
+    kDivisorHeading = 1362,
+    kValueHeading = 1363,
+    kTypeAdvised = 1364,
+    kNoTypeAdvised = 1365,
+    kSolutionOption = 1366,
+    kStatisticsOption = 1367,
+    kAdviseOption = 1368,
+    kSigmaOption = 1369,
+    kAlphaOption = 1370,
+    kForceOption = 1371,
+    kTwoSigmas = 1372,
+    kBadSigmaLine = 1373,
+    kTransformSigmaOption = 1374,
+    kSigmaNeedsPoints = 1375,
+
     // The report of an adjustment.
     kReportLanguage = 1400,
     kReportTitle = 1401,
