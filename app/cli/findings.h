@@ -38,7 +38,7 @@ struct Findings {
     TruthCheck check;
     FitOutcome outcome{};
     AssessmentOptions options{};
-    Assessment assessment;
+    Assessment assessment{};
     std::optional<TypeAdvice> advice{};
     std::vector<Warning> warnings{};
 };

@@ -195,7 +195,7 @@ std::string DescribeAdvice(const TypeAdvice& advice, const TextLookup& texts, Nu
     std::string text =
         cuts ? words(Text::kAdviceCuts, {name(advised), length(simpler), length(advised), unit})
              : words(Text::kAdviceHas, {name(advised), length(advised), unit});
-    if (higher != end) {
+    if (higher != end && length(higher) != length(advised)) {
         const bool raises = higher->leaveOneOut >= advised->leaveOneOut;
         text += " " + words(raises ? Text::kAdviceRaises : Text::kAdviceLowers,
                             {name(higher), length(higher), unit});

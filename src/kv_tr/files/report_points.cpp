@@ -239,7 +239,8 @@ ReportSection DistortionSection(const ReportSubject& subject, const ReportWords&
     const auto places = isUniform ? std::vector<Point>{centre} : Grid(hull);
     for (const Point& place : places) table.rows.push_back(distortions.Row(place, words));
     if (!table.rows.empty()) section.blocks.push_back(std::move(table));
-    section.blocks.push_back(ReportParagraph{words(Text::kDistortionLegend), Style::kLegend});
+    section.blocks.push_back(
+        ReportParagraph{words(Text::kDistortionLegend, {"ω"}), Style::kLegend});
     return section;
 }
 

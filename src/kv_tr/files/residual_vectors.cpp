@@ -195,6 +195,11 @@ private:
         if (!(length > 0.5) || !std::isfinite(length)) return;
         const Point to{from.first + by.first, from.second + by.second};
         Line(from, to, ink);
+        for (const double part : {0.4, 0.7, 1.0}) {
+            const double x = std::lerp(from.first, to.first, part);
+            const double y = std::lerp(from.second, to.second, part);
+            taken_.push_back({x - 2, y - 2, x + 2, y + 2});
+        }
         const double head = std::min(4.0, length / 2.0);
         for (const double side : {0.4, -0.4}) {
             const double angle = std::atan2(by.second, by.first) + side;

@@ -59,6 +59,10 @@ PdfCanvas::PdfCanvas(const std::string& fontFolder)
         HPDF_SetCurrentEncoder(document_, "UTF-8");
         regular_ = Load(fontFolder + "/DejaVuSans.ttf");
         bold_ = Load(fontFolder + "/DejaVuSans-Bold.ttf");
+        for (const Face face : {Face::kRegular, Face::kBold}) {
+            Embed(0xC0, 0x24F, face);   // Latin letters with one mark
+            Embed(0x2C6, 0x36F, face);  // the marks
+        }
         BeginPage();
         Check();
     } catch (...) {
@@ -116,7 +120,22 @@ bool PdfCanvas::Need(double height) {
     return true;
 }
 
+/// Puts letters into the document. The library embeds a letter with the parts that the font makes
+/// the letter of, but not the parts of these parts (the circumflex of ố), unless they were embedded
+/// before.
+void PdfCanvas::Embed(char32_t first, char32_t last, Face face) {
+    for (char32_t letter = first; letter <= last; ++letter) {
+        HPDF_Font_GetUnicodeWidth(FontOf(face), static_cast<HPDF_UNICODE>(letter));
+    }
+}
+
 double PdfCanvas::Advance(char32_t letter, Face face) {
+    bool& hasAccents = hasAccents_[static_cast<std::size_t>(face)];
+    if (!hasAccents && letter >= 0x1E00 && letter <= 0x1FFF) {
+        Embed(0x370, 0x3FF, face);
+        Embed(0x1E00, 0x1FFF, face);
+        hasAccents = true;
+    }
     return HPDF_Font_GetUnicodeWidth(FontOf(face), static_cast<HPDF_UNICODE>(letter)) / 1000.0;
 }
 

@@ -56,6 +56,7 @@ public:
 
 private:
     double Advance(char32_t letter, Face face);
+    void Embed(char32_t first, char32_t last, Face face);
     HPDF_Page Page() { return pages_[current_]; }
     HPDF_Font FontOf(Face face) { return face == Face::kBold ? bold_ : regular_; }
     HPDF_Font Load(const std::string& file);
@@ -70,6 +71,7 @@ private:
     std::size_t current_ = 0;
     double y_ = 0;
     std::unordered_map<char32_t, double> advances_[2];  // of each face
+    bool hasAccents_[2] = {false, false};               // the letters with several marks
 };
 
 }  // namespace kv_tr
