@@ -99,7 +99,7 @@ private:
     }
 
     double RowHeight(std::size_t lines) const {
-        return static_cast<double>(lines) * size_ * 1.2 + 3.0;
+        return static_cast<double>(lines) * size_ * 1.2 + 4.0;
     }
 
     double HeightOf(const CellLines& cells) const {
@@ -130,7 +130,7 @@ private:
         const double height = HeightOf(cells);
         double left = kMargin;
         for (std::size_t i = 0; i < cells.size(); ++i) {
-            double base = canvas_.Y() + size_ + 0.5;
+            double base = canvas_.Y() + size_ + 1.5;
             for (const std::string& line : cells[i]) {
                 const double x =
                     table_.columns[i].kind == Kind::kNumber
