@@ -5,7 +5,6 @@
 #include "cli/findings.h"
 #include "kv_tr/model/type_name.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/published/number_format.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -54,7 +53,7 @@ Json WarningsJson(const std::vector<Warning>& warnings) {
         Json json{{"id", CodeOf(warning)},
                   {"name", NameOf(warning.id)},
                   {"severity", kSeverities[static_cast<std::size_t>(warning.severity)]},
-                  {"text", DescribeWarning(warning, ComponentTexts(), ComponentNumberStyle())}};
+                  {"text", DescribeWarning(warning, ComponentTexts())}};
         const std::string cause = kCauses[static_cast<std::size_t>(warning.cause)];
         json["cause"] = cause.empty() ? Json() : Json(cause);
         json["geometry"] = GeometryJson(warning.geometry);

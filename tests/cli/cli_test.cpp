@@ -11,14 +11,19 @@ namespace kv_tr::test {
 namespace {
 
 TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
+    const std::string swiss = "kv_tr adjust adjustment/swiss_helmert_9.dat --type helmert";
+    WriteFile(work + "sigmas", "A 0 0 1 1 1 2\nB 1 0 2 1 1 2\nC 0 1 1 2 1 2\n");
+    WriteFile(work + "zero", "A 0 0 1 1 1\nB 1 0 2 1 0\nC 0 1 1 2 1\n");
     const std::tuple<std::string, int, std::string, std::string> cases[] = {
         // line, exit code, and regular expressions for parts of the output and of the errors
         {"kv_tr types", 0,
          "^type .*\nhelmert .*(\n.*)*\nbilinear +6 +4  Bilinear \\(trapezoid\\) tr", "^$"},
         {"env LC_ALL= LANG=hu_HU.UTF-8 kv_tr types", 0, "^típus", "^$"},
         {"kv_tr adjust shift --type poly6", 2, "^$", "poly6; .* helmert3, .* poly5"},
-        {"kv_tr adjust shift", 0, "\tAFFINE .*\n\ta0 = 100\\.000\n(.*\n)*\t.*Y =0\\.000 m", "^$"},
-        {"kv_tr adjust shift --inverse --decimal-comma", 0, "\ta0 = -100,000\n", "^$"},
+        {"kv_tr adjust shift", 0, "\tAFFINE .*\n\ta0 = 100\\.000\n(.*\n)*\t.*Y =0\\.000 m",
+         "^W3: .*HELMERT.*\n$"},
+        {"kv_tr adjust shift --inverse --decimal-comma", 0, "\ta0 = -100,000\n",
+         "^W3: .*HELMERT.*\n$"},
         {"kv_tr adjust examples/greek_order2_15.dat --type poly4 --exclude 3", 0,
          "\t3\\. order(.*\n)*\tExcluded points:\n.*\n +3 ", "now: 3\\. order"},
         {"kv_tr adjust shift --exclude A --exclude X", 1, "^$", "identifier X\n$"},
@@ -26,7 +31,7 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"kv_tr adjust gone", 1, "^$", "^File open error:gone\n$"},
         {"kv_tr adjust short", 1, "^$", "^Invalid .*\nshort, line 3: .*: B 1 1 2\n$"},
         {"kv_tr adjust huge --save-points no/x --save-params x.trp", 1,
-         "a0 = ", "DET=0 !\nFile open error:no/x\nThe parameters were not saved"},
+         "a0 = ", "DET=0 !\nW0: .*\nFile open error:no/x\nThe parameters were not saved"},
         {"kv_tr adjust shift --plot x.png", 2, "^$", "file ends in \\.svg: x\\.png\n"},
         {"kv_tr adjust shift --report x.txt", 2, "^$", "ends in \\.html or \\.pdf: x\\.txt\n"},
         {"kv_tr adjust shift --report-date 2026-02-30", 2, "^$", "YYYY-MM-DD\\): 2026-02-30\n"},
@@ -47,12 +52,13 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"kv_tr adjust huge --json", 1, "\"dA0\": null,(.*\n)*.*\"dRmsErr\": null", "DET=0"},
         {"kv_tr adjust $(printf '\\377') --json", 1, "error:\uFFFD\",\n", "."},
         {"kv_tr transform bad --points shift --type affine --keep-going", 1,
-         "^A 101.000 202.000\nB x 2\nC 1e400 2\nD\nE 101.000 202.000\n$", "^3 .* 5 .*\n$"},
+         "^A 101.000 202.000\nB x 2\nC 1e400 2\nD\nE 101.000 202.000\n$", "^W3: .*\n3 .* 5 .*\n$"},
         {"kv_tr transform bad --points shift --type affine --output old", 1, "^$", "line 2"},
-        {"kv_tr adjust shift --save-params new.trp", 0, "a0 = 100", "^$"},
+        {"kv_tr adjust shift --save-params new.trp", 0, "a0 = 100", "^W3: .*HELMERT.*\n$"},
         {"kv_tr params new.trp", 0, "^\ta0 = 100\\.000\n(.*\n)*\tX2 = b0 .*\n\n\n\n$", "^$"},
         {"kv_tr params new.trp --format all", 1, "^$", "all: .* hold the type AFFINE"},
-        {"kv_tr adjust shift --type poly1 --save-params new.all", 0, "a1 = ", "^$"},
+        {"kv_tr adjust shift --type poly1 --save-params new.all", 0,
+         "a1 = ", "^W3: .*HELMERT.*\n$"},
         {"kv_tr params new.all --format all", 0, "\n\n sy = .*\n  1 (.*\n){2}  3 .*\n\n$", "^$"},
         {"kv_tr params new.all --inverse", 1, "^$", "Only linear .* 1\\. order"},
         {"kv_tr adjust shift --type poly1 --save-params old.prm", 1, "a1 = ", "hold the type 1\\."},
@@ -92,6 +98,7 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"kv_tr angle 1.5 2 3 --params new.trp", 0, "^1\\.(5000|4999)\\d{5}\n$",
          "^± 0.0\\d+ rad: "},
         {"kv_tr angle 359.99999999 0 0 --national OL_METER --unit deg", 0, "^0\\.0{7}\n$", "."},
+        {"echo 1e200 0 | kv_tr transform --national STG_HER", 1, "^$", "line 1: "},
         {"kv_tr angle 1 1e200 1e200 --national STG_HER", 1, "^$", "1e200 1e200\n"},
         {"printf '1,5\\n2,5\\n3,0\\n4,0\\n5,0\\n6,0\\n' >c.trp", 0, "", ""},
         {"kv_tr params c.txt", 2, "^$", "c\\.txt"},
@@ -110,6 +117,38 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"echo 1034 >>KV_Tr.res && ./kv_tr types; rm kv_tr KV_Tr.res", 0, "^type  ",
          "^/.*/KV_Tr\\.res, line 3: damaged"},
         {"kv_tr adjust shift --log shift", 1, "a0 = ", "cannot take the place"},
+        {swiss, 0, "YX=0\\.034 m", "^W8: Point 66\\.301 .*: 0\\.092 m, p = 0\\.029\\. .*\n$"},
+        {swiss + " --statistics --sigma 0,0141421356237", 0,
+         "\nChecked: .*10⁻¹⁰ m\n(.*\n)*s0 +0\\.0255 +14 \\(r\\)\n(.*\n)*χ² = 45\\.67 .*\n(.*\n)*φ "
+         "+-1\\."
+         "28663592\\d+E-06 +1\\.63667\\d+E-06\n(.*\n)*86\\.526 +0\\.0377 +0\\.0375 +0\\.77 ",
+         "^W8: .*\nW9: The residuals are 1\\.81 times .* 0\\.63 to 1\\.37 "},
+        {swiss + " --alpha 0.02 --language hu", 0, "", "^$"},
+        {"kv_tr adjust adjustment/topo_poly2_52.dat --type poly2 --advise", 0,
+         "\n\\* 3\\. order .* 37\\.4688 (.*\n)*Advised: 3\\. .*: 4\\. order",
+         "^W4: .*\nW8: Point 48 "},
+        {"kv_tr adjust adjustment/truth_two_places_affine.dat --save-params n.trp", 1,
+         "a0 = ", "W2: .*only 2 distinct places .*\nThe parameters were not saved"},
+        {"kv_tr adjust adjustment/truth_strip_affine.dat --save-params n.trp", 1,
+         "a0 = ", "^W1: .*up to 0\\.12 m .* → Use the accurate solution\nThe parameters were not"},
+        {"kv_tr adjust adjustment/truth_strip_affine.dat --save-params n.trp --force; rm n.trp", 0,
+         "a0 = ", "^W1: .*solution\n$"},
+        {"kv_tr adjust adjustment/truth_strip_affine.dat --solution accurate --save-params n.trp",
+         0, "a0 = ", "^$"},
+        {"kv_tr adjust shift --sigma columns", 1, "^$", "^Invalid .*\nshift, line 1: "},
+        {"kv_tr adjust sigmas --sigma columns --type helmert", 1, "^$", "^The standard dev.* HELM"},
+        {"kv_tr adjust zero --sigma columns", 1, "^$", "zero, line 2: .* must be positive: B "},
+        {"kv_tr adjust shift --sigma 0", 2, "^$", "0\n"},
+        {"echo 600000 250000 | kv_tr transform --sigma --points adjustment/swiss_helmert_9.dat "
+         "--type "
+         "helmert",
+         0, "^600000\\.\\d{3} 250000\\.\\d{3} 0\\.010 0\\.010\n$", "^$"},
+        {"echo 700000 250000 | kv_tr transform --sigma --points adjustment/swiss_helmert_9.dat "
+         "--type "
+         "helmert",
+         0, " 0\\.167 0\\.167\n$", "^W7: 1 points .* 9\\d+ m; .* 0\\.17 m\\.\n$"},
+        {"echo 1 2 | kv_tr transform --sigma --national STG_HER", 2, "^$",
+         "--sigma needs --points"},
         {"kv_tr national --language hu", 0,
          "\nBOV_EOV +20 +BOV +EOV +0\\.050 +Budapest\n(.*\n)*20-25: .* becsültek", "^$"},
         {"kv_tr params --national EOV_STG_10e --format all", 0,

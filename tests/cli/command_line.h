@@ -27,7 +27,9 @@ protected:
     CommandLine() {
         std::filesystem::create_directory(work);
         std::filesystem::create_directory_symlink(EXAMPLES, work + "examples");
-        std::filesystem::create_directory_symlink(TEST_DATA "/national", work + "national");
+        for (const std::string name : {"national", "adjustment"}) {
+            std::filesystem::create_directory_symlink(TEST_DATA "/" + name, work + name);
+        }
         for (const auto& [name, text] :
              {std::pair{"shift", "A 0 0 100 200\nB 10 0 110 200\nC 0 10 100 210\n"},
               {"huge", "A 1e300 0 0 0\nB 0 1e300 0 5\nC 0 0 1e300 0\n"},

@@ -120,6 +120,15 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     window.findChild<QLineEdit*>("Y1")->setText("1");
     window.findChild<QLineEdit*>("X1")->setText("2");
     EXPECT_EQ(window.findChild<QLineEdit*>("X2")->text(), "202.000");
+    window.findChild<QLineEdit*>("Y1")->setText("3");
+    EXPECT_EQ(window.findChild<QLineEdit*>("Y2")->text(), "103.000");
+    for (const char* name : {"Y1", "X1", "direction", "length"}) {
+        const auto* input = window.findChild<QLineEdit*>(name);
+        const auto labels = window.findChildren<QLabel*>();
+        EXPECT_TRUE(std::ranges::any_of(labels, [&](const QLabel* label) {
+            return label->buddy() == input && label->isVisible() && label->x() < input->x();
+        })) << name;
+    }
     for (QAction* entry : window.menuBar()->actions()[2]->menu()->actions()) {
         entry->trigger();
         std::set<QChar> letters;
@@ -135,6 +144,10 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
     form.ShowStartPage(true);
     EXPECT_EQ(pages->currentIndex(), 0);
     ExpectControlsApart(window);
+    const auto recent = window.menuBar()->actions()[0]->menu()->actions()[3]->menu()->actions();
+    ASSERT_EQ(recent.size(), 1);
+    recent[0]->trigger();
+    EXPECT_EQ(pages->currentIndex(), 1) << "the recent file is open again";
 
     desktop::TransformForm transform(form.Record());
     transform.Input(folder.File("in.txt"));

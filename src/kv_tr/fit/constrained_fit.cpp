@@ -98,7 +98,7 @@ FitOutcome Iterate(std::span<const ControlPoint> points, int passLimit, Vector<c
     bool converged = false;
     int passes = 0;
     do {
-        const NormalEquations equations = Linearised<Model>(points, unknowns);
+        NormalEquations equations = Linearised<Model>(points, unknowns);
         Matrix inverse = equations.Normal();
         if (!Invert(inverse)) ++outcome.singularSystems;
         const auto correction = Multiply(inverse, equations.Right());

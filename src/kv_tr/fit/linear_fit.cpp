@@ -52,7 +52,7 @@ struct Layout {
 
 /// Every other type has the same design for both coordinates, and zeros between the two: they add
 /// nothing, so one block is summed and put into its two places.
-Unknowns SolveInBlocks(const NormalEquations& block, Layout layout) {
+Unknowns SolveInBlocks(NormalEquations block, Layout layout) {
     const std::size_t n = block.Unknowns();
     const Matrix half = block.Normal();
     Matrix normal(2 * n, 2 * n);

@@ -8,11 +8,13 @@
 #include <vector>
 
 #include "kv_tr/fit/matrix.h"
+#include "kv_tr/model/evaluate.h"
 
 namespace kv_tr {
 
 /// N = AᵀA and n = Aᵀl of a design that is never stored: rows are added one after the other, so
-/// every sum runs over ascending observations, from 0.
+/// every sum runs over ascending observations, from 0. A few rows wait until they are enough to be
+/// added together; several sums are formed side by side, which changes no bit of any.
 ///
 /// A row may serve two observations at once (one design for both coordinates); each then has a
 /// right-hand side of its own.
@@ -20,37 +22,38 @@ class NormalEquations {
 public:
     static constexpr std::size_t kMostUnknowns = 21;
 
-    explicit NormalEquations(std::size_t unknowns)
-        : unknowns_(unknowns), sums_(unknowns * (unknowns + 2)) {}
+    explicit NormalEquations(std::size_t unknowns, InstructionSet set = WidestInstructionSet())
+        : unknowns_(unknowns), set_(set) {}
 
     /// Adds one row of the design; it has as many cells as there are unknowns.
-    void Add(std::span<const double> row, double observation, double secondObservation = 0.0);
+    void Add(std::span<const double> row, double observation, double secondObservation = 0.0) {
+        auto& cells = waiting_[count_];
+        std::ranges::copy(row, cells.begin());
+        cells[unknowns_] = observation;
+        cells[unknowns_ + 1] = secondObservation;
+        if (++count_ == kRows) SumUp();
+    }
 
     std::size_t Unknowns() const { return unknowns_; }
-    Matrix Normal() const;
-    std::vector<double> Right() const { return Column(unknowns_); }
-    std::vector<double> SecondRight() const { return Column(unknowns_ + 1); }
+    Matrix Normal();
+    std::vector<double> Right() { return Column(unknowns_); }
+    std::vector<double> SecondRight() { return Column(unknowns_ + 1); }
 
 private:
-    std::vector<double> Column(std::size_t column) const;
+    static constexpr std::size_t kRows = 16;
+    static constexpr std::size_t kWidth =
+        24;  // of a row with two right-hand sides, and whole groups
+    using Cells = std::array<double, kWidth>;
+
+    void SumUp();
+    std::vector<double> Column(std::size_t column);
 
     std::size_t unknowns_;
-    std::vector<double> sums_;  // row by row: the upper triangle of N, and both right-hand sides
+    InstructionSet set_;
+    std::size_t count_ = 0;  // of the rows that wait
+    alignas(64) std::array<Cells, kRows> waiting_{};
+    // Row by row: the upper triangle of N, and both right-hand sides; the rest has no meaning.
+    alignas(64) std::array<Cells, kWidth> sums_{};
 };
-
-// Here, so that a row of known length is unrolled. Different sums are independent, so that the
-// compiler may form several of them at once without changing a bit.
-inline void NormalEquations::Add(std::span<const double> row, double observation,
-                                 double secondObservation) {
-    std::array<double, kMostUnknowns + 2> cells;
-    std::ranges::copy(row, cells.begin());
-    cells[row.size()] = observation;
-    cells[row.size() + 1] = secondObservation;
-    double* sum = sums_.data();
-    const std::size_t width = row.size() + 2;
-    for (std::size_t i = 0; i < row.size(); ++i, sum += width) {
-        for (std::size_t j = i; j < width; ++j) sum[j] += cells[i] * cells[j];
-    }
-}
 
 }  // namespace kv_tr

@@ -140,9 +140,12 @@ TruthCheck CheckFit(std::span<const ControlPoint> points, const Transformation& 
     TruthCheck check;
     check.unknowns = UnknownsOf(model);
     check.redundancy = static_cast<int>(2 * used.sources.size());
-    if (used.sources.empty() || !AreFinite(used.sources) || !AreFinite(used.destinations)) {
-        return check;
-    }
+    // Squares of greater coordinates are no numbers.
+    constexpr double kGreatest = 1e100;
+    const bool isMeasured = AreFinite(used.sources) && AreFinite(used.destinations) &&
+                            GreatestCoordinate(used.sources) < kGreatest &&
+                            GreatestCoordinate(used.destinations) < kGreatest;
+    if (used.sources.empty() || !isMeasured) return check;
     const Frame frame = FrameOf(used.sources, {}, model);
     const std::vector<Point> inFrame = Into(frame, used.sources);
     const bool finite = AreFinite(used.residuals);

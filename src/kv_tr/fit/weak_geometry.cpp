@@ -111,7 +111,8 @@ WeakGeometry FindWeakGeometry(std::span<const Point> sources, const Frame& frame
         }
     }
     const std::size_t groups = CountGroups(sources, 0.01 * extent);
-    if (groups < needed) return {.kind = WeakGeometry::Kind::kGroups, .count = groups};
+    if (groups > 1 && groups < needed)
+        return {.kind = WeakGeometry::Kind::kGroups, .count = groups};
     const bool few = 2 * sources.size() < 3 * needed;
     return {.kind = few ? WeakGeometry::Kind::kFewPoints : WeakGeometry::Kind::kSpread};
 }

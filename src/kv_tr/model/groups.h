@@ -3,30 +3,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cfloat>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <utility>
 
-#include "kv_tr/model/evaluate.h"
-
-static_assert(FLT_EVAL_METHOD == 0, "double arithmetic must round every operation to a double");
-
-// Formulas are written once, for a number that is a double or a group of doubles, one a point.
-// They become part of the function that uses them, and with that of its instruction set.
-#if defined(__GNUC__)
-#define KV_TR_INLINE [[gnu::always_inline]] inline
-#else
-#define KV_TR_INLINE inline
-#endif
+#include "kv_tr/model/lanes.h"
 
 namespace kv_tr::groups {
-
-/// How many doubles a number is.
-template <class Number>
-constexpr std::size_t kLanes = sizeof(Number) /
-                               sizeof(double);  // NOLINT(bugprone-sizeof-expression)
 
 /// Gives all points of a group the same value.
 template <class Number>
@@ -170,14 +154,6 @@ KV_TR_INLINE void EachGroup(const Layout& layout, std::size_t count, const Visit
     for (; at + kPoints <= count; at += kPoints) visit.template At<kind, Group>(at);
     for (; at < count; ++at) visit.template At<kind, double>(at);
 }
-
-#if defined(__GNUC__)
-template <std::size_t bytes>
-using Lanes [[gnu::vector_size(bytes)]] = double;
-using BaselineGroup = Lanes<16>;
-#else
-using BaselineGroup = double;
-#endif
 
 #if defined(__GNUC__) && defined(__x86_64__)
 template <class Work>

@@ -329,7 +329,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kOfferType, "Use {0}"},
     {Text::kOfferExclude, "Exclude {0}"},
     {Text::kOfferDeleteExcluded, "Delete the excluded points"},
-    {Text::kWarnNotChecked, "The fit could not be checked: its coordinates or coefficients are not finite."},
+    {Text::kWarnNotChecked, "The fit could not be checked: its coordinates or coefficients are not finite, or too great."},
     {Text::kFigureHeading, "figure"},
     {Text::kDivisorHeading, "divisor"},
     {Text::kValueHeading, "value"},

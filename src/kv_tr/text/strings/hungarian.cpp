@@ -330,7 +330,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kOfferType, "{0} használata"},
     {Text::kOfferExclude, "{0} kihagyása"},
     {Text::kOfferDeleteExcluded, "A kihagyott pontok törlése"},
-    {Text::kWarnNotChecked, "Az illesztés nem ellenőrizhető: koordinátái vagy együtthatói nem végesek."},
+    {Text::kWarnNotChecked, "Az illesztés nem ellenőrizhető: koordinátái vagy együtthatói nem végesek, vagy túl nagyok."},
     {Text::kFigureHeading, "jellemző"},
     {Text::kDivisorHeading, "osztó"},
     {Text::kValueHeading, "érték"},

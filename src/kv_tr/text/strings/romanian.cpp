@@ -329,7 +329,7 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kOfferType, "Folosește {0}"},
     {Text::kOfferExclude, "Exclude {0}"},
     {Text::kOfferDeleteExcluded, "Șterge punctele excluse"},
-    {Text::kWarnNotChecked, "Ajustarea nu a putut fi verificată: coordonatele sau coeficienții nu sunt finiți."},
+    {Text::kWarnNotChecked, "Ajustarea nu a putut fi verificată: coordonatele sau coeficienții nu sunt finiți sau sunt prea mari."},
     {Text::kFigureHeading, "mărime"},
     {Text::kDivisorHeading, "divizor"},
     {Text::kValueHeading, "valoare"},

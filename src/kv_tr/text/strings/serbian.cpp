@@ -329,7 +329,7 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kOfferType, "Koristi {0}"},
     {Text::kOfferExclude, "Isključi {0}"},
     {Text::kOfferDeleteExcluded, "Obriši isključene tačke"},
-    {Text::kWarnNotChecked, "Izravnanje nije moglo biti provereno: koordinate ili koeficijenti nisu konačni."},
+    {Text::kWarnNotChecked, "Izravnanje nije moglo biti provereno: koordinate ili koeficijenti nisu konačni ili su preveliki."},
     {Text::kFigureHeading, "veličina"},
     {Text::kDivisorHeading, "delilac"},
     {Text::kValueHeading, "vrednost"},

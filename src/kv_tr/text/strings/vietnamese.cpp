@@ -329,7 +329,7 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kOfferType, "Dùng {0}"},
     {Text::kOfferExclude, "Loại {0}"},
     {Text::kOfferDeleteExcluded, "Xóa các điểm bị loại"},
-    {Text::kWarnNotChecked, "Không thể kiểm tra phép khớp: tọa độ hoặc hệ số không hữu hạn."},
+    {Text::kWarnNotChecked, "Không thể kiểm tra phép khớp: tọa độ hoặc hệ số không hữu hạn, hoặc quá lớn."},
     {Text::kFigureHeading, "đại lượng"},
     {Text::kDivisorHeading, "số chia"},
     {Text::kValueHeading, "giá trị"},
