@@ -107,6 +107,7 @@ TEST(ReportOf, ShowsWhatIsNotDefinedAsADash) {
     }
     EXPECT_TRUE(HasParagraph(exact, "W3: ")) << "no redundancy";
     EXPECT_TRUE(HasParagraph(ReportFor(line, Type::kAffine), "W2: ")) << "not determined";
+    EXPECT_FALSE(HasParagraph(ReportFor(line, Type::kAffine), "Checked: ")) << "as if it were good";
 }
 
 TEST(ReportOf, TellsOfExcludedPointsAndOfTheSuspect) {

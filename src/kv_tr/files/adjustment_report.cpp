@@ -143,7 +143,7 @@ ReportSection SolutionAndWarnings(const ReportSubject& subject, const ReportWord
     section.blocks.push_back(
         ReportParagraph{words(subject.solution == Solution::kAccurate ? Text::kReportAccurate
                                                                       : Text::kReportDocumented)});
-    if (std::isfinite(adjustment.Check().errorInHull)) {
+    if (adjustment.Check().level <= TruthCheck::Level::kNote) {
         section.blocks.push_back(
             ReportParagraph{DescribeCheck(adjustment.Check(), words.Texts(), words.Style()) + "."});
     }

@@ -130,6 +130,7 @@ ReportSection AccuracySection(const ReportSubject& subject, const ReportWords& w
     add(words(Text::kReportRmsPoint), "m = " + std::to_string(used), assessment.rmsPerPoint);
     const std::string redundancy = "r = " + std::to_string(assessment.redundancy);
     add(words(Text::kReportSigma0) + unit, redundancy, assessment.sigma0);
+    if (subject.options.sigma0) add("σ0" + unit, kUndefinedText, *subject.options.sigma0);
     if (std::isfinite(assessment.sigma0Separate.first)) {
         const std::string half = "r / 2 = " + std::to_string(assessment.redundancy / 2);
         add(words(Text::kReportSigma0) + " Y" + unit, half, assessment.sigma0Separate.first);

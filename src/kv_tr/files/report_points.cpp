@@ -172,10 +172,16 @@ std::vector<ReportSection> PointSections(const ReportSubject& subject, const Rep
     const Adjustment& adjustment = subject.adjustment;
     ReportSection section{words(Text::kReportPoints)};
     ReportTable table{.columns = PointColumns(words), .rows = {}};
+    const auto& sigmas = subject.options.sigmas;
+    if (!sigmas.empty()) table.columns.insert(table.columns.end(), {{"σY"}, {"σX"}});
     if (subject.limit) table.columns.push_back({words(Text::kReportMark), Kind::kText});
     for (std::size_t i = 0; i < adjustment.Points().size(); ++i) {
         if (!adjustment.Points()[i].used) continue;
         table.rows.push_back(PointRow(adjustment, i, words));
+        if (!sigmas.empty()) {
+            table.rows.back().push_back(words.Length(sigmas[i].first));
+            table.rows.back().push_back(words.Length(sigmas[i].second));
+        }
         if (subject.limit) table.rows.back().push_back(ReachesLimit(subject, i) ? "L" : "");
     }
     section.blocks.push_back(std::move(table));
