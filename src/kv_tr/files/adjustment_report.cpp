@@ -143,13 +143,14 @@ ReportSection SolutionAndWarnings(const ReportSubject& subject, const ReportWord
     section.blocks.push_back(
         ReportParagraph{words(subject.solution == Solution::kAccurate ? Text::kReportAccurate
                                                                       : Text::kReportDocumented)});
-    if (adjustment.Check().level <= TruthCheck::Level::kNote) {
+    const TruthCheck& check = adjustment.Check();
+    if (!check.undetermined && check.level <= TruthCheck::Level::kNote) {
         section.blocks.push_back(
-            ReportParagraph{DescribeCheck(adjustment.Check(), words.Texts(), words.Style()) + "."});
+            ReportParagraph{DescribeCheck(check, words.Texts(), words.Style()) + "."});
     }
     const auto warnings = FindWarnings({.points = adjustment.Points(),
                                         .transformation = adjustment.Result(),
-                                        .check = adjustment.Check(),
+                                        .check = check,
                                         .outcome = subject.outcome,
                                         .solution = subject.solution,
                                         .assessment = &subject.assessment,
