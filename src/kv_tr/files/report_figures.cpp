@@ -101,7 +101,8 @@ ReportSection ParameterSection(const ReportSubject& subject, const ReportWords& 
         section.blocks.push_back(ReportParagraph{formula, Style::kFormula});
     }
     section.blocks.push_back(Coefficients(subject, words));
-    section.blocks.push_back(ReportParagraph{words(Text::kReportParameterLegend), Style::kLegend});
+    section.blocks.push_back(
+        ReportParagraph{words(Text::kReportParameterLegend, {"σ"}), Style::kLegend});
     ReportTable derived = Derived(subject, words);
     if (!derived.rows.empty()) section.blocks.push_back(std::move(derived));
     return section;

@@ -99,10 +99,10 @@ ReportSection TestSection(const ReportSubject& subject, const ReportWords& words
     const auto say = [&section](std::string text) {
         section.blocks.push_back(ReportParagraph{std::move(text), Style::kLegend});
     };
-    say(words(Text::kReportTestLegend));
+    say(words(Text::kReportTestLegend, {"τ", "∇"}));
     say(words(Text::kReportCritical,
               {words.Whole(subject.options.alpha), symbol, words.Fixed(critical, 2),
-               words.Fixed(subject.assessment.criticalExternal, 2)}));
+               words.Fixed(subject.assessment.criticalExternal, 2), "α"}));
     say(words(Text::kReportMarkLegend));
     return section;
 }
@@ -151,7 +151,7 @@ struct Distortions {
         }
         return words(Text::kReportDistortionRange,
                      {words.Fixed(least, 2), words.Fixed(greatest, 2), words.Fixed(leastTurn, 6),
-                      words.Fixed(greatestTurn, 6), words.Fixed(change, 2)});
+                      words.Fixed(greatestTurn, 6), words.Fixed(change, 2), "″"});
     }
 
     std::vector<std::string> Row(Point place, const ReportWords& words) const {
@@ -211,7 +211,8 @@ ReportSection ExcludedSection(const ReportSubject& subject, const ReportWords& w
     }
     section.blocks.push_back(std::move(table));
     section.blocks.push_back(ReportParagraph{
-        words(Text::kReportExcludedLegend, {words.Whole(subject.options.alpha)}), Style::kLegend});
+        words(Text::kReportExcludedLegend, {words.Whole(subject.options.alpha), "α"}),
+        Style::kLegend});
     return section;
 }
 
