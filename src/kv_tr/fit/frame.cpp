@@ -21,12 +21,6 @@ int UnknownsOf(Type model) {
     }
 }
 
-Point Frame::Into(Point source) const {
-    const double u = source.first - origin.first;
-    const double v = source.second - origin.second;
-    return {(cosine * u + sine * v) * perMetre.first, (cosine * v - sine * u) * perMetre.second};
-}
-
 Point CentroidOf(std::span<const Point> points, std::span<const double> weights) {
     Point centroid = points.empty() ? Point{} : points.front();
     for (int pass = 0; pass < 2; ++pass) {

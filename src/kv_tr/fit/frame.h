@@ -32,7 +32,12 @@ struct Frame {
     double halfBreadth = 0;  ///< across it
     double resolution = 0;   ///< below this, metres, differences of coordinates are only rounding
 
-    Point Into(Point source) const;
+    Point Into(Point source) const {
+        const double u = source.first - origin.first;
+        const double v = source.second - origin.second;
+        return {(cosine * u + sine * v) * perMetre.first,
+                (cosine * v - sine * u) * perMetre.second};
+    }
     /// Whether all points lie on one straight line, as far as their coordinates can tell.
     bool IsLine() const { return halfBreadth <= resolution; }
     /// Whether all points are one.

@@ -24,6 +24,11 @@ struct UsedPoints {
 
 UsedPoints UsedOf(std::span<const ControlPoint> points, std::span<const Residual> residuals) {
     UsedPoints used;
+    const auto count =
+        static_cast<std::size_t>(std::ranges::count(points, true, &ControlPoint::used));
+    used.sources.reserve(count);
+    used.destinations.reserve(count);
+    used.residuals.reserve(count);
     for (std::size_t i = 0; i < points.size(); ++i) {
         if (!points[i].used) continue;
         used.sources.push_back(points[i].source);
