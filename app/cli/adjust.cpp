@@ -15,6 +15,7 @@
 #include "cli/json_text.h"
 #include "cli/parameters.h"
 #include "cli/program.h"
+#include "cli/report.h"
 #include "cli/terminal.h"
 #include "kv_tr/files/control_point_file.h"
 #include "kv_tr/files/transformation_log.h"
@@ -46,6 +47,7 @@ struct AdjustOptions {
     bool decimalComma = false;
     bool force = false;
     FindingsOptions findings;
+    ReportOptions report;
 };
 
 /// An adjustment on its way from the points of a file to a fit.
@@ -168,7 +170,14 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
         const SignalsWait wait;
         return write();
     };
-    bool saved = save(options.log, [&] {
+    // Before the file of the points may be replaced, whose checksum the reports tell.
+    bool saved = SaveReports({.adjustment = work.Points(),
+                              .findings = work.Found(),
+                              .solution = options.findings.WantedSolution(),
+                              .limit = work.Limit(),
+                              .points = options.points},
+                             options.report, save);
+    saved &= save(options.log, [&] {
         return SaveText(options.log, TextOf(LogOf(work.Points(), ComponentTexts(), style)));
     });
     saved &= save(options.savePoints, [&] {
@@ -255,12 +264,12 @@ void PrintJson(const Work& work, bool fitted, const FindingsOptions& options) {
 }
 
 int RunAdjust(const AdjustOptions& options) {
-    if (!AreDistinct({{"--log", options.log},
-                      {"--save-points", options.savePoints},
-                      {"--save-params", options.saveParams},
-                      {"--plot", options.plot}})) {
-        return kWrongUsage;
-    }
+    std::vector<NamedFile> written{{"--log", options.log},
+                                   {"--save-points", options.savePoints},
+                                   {"--save-params", options.saveParams},
+                                   {"--plot", options.plot}};
+    for (const std::string& name : options.report.files) written.push_back({"--report", name});
+    if (!AreDistinct(written)) return kWrongUsage;
     if (options.decimalComma) DecimalSeparator(',');
     Work work(options);
     const bool fitted = work.PrepareAndFit();
@@ -302,6 +311,7 @@ Run AddAdjust(CLI::App& command) {
                        : Translated(Text::kPictureExtension, {Excerpt(name), ".svg"});
         });
     AddFindingsOptions(command, options->findings);
+    AddReportOptions(command, options->report);
     command.add_flag("--force", options->force, Translated(Text::kForceOption));
     AddLanguageOption(command);
     command.add_flag("--json", options->json, Translated(Text::kJsonOption));

@@ -153,10 +153,12 @@ void AddFindingsOptions(CLI::App& command, FindingsOptions& options) {
 
 Findings FindingsOf(const Adjustment& adjustment, const FitOutcome& outcome,
                     const FindingsOptions& options, std::vector<Point> sigmas) {
-    const AssessmentOptions assessment = OptionsOf(options, std::move(sigmas));
     Findings findings{.check = adjustment.Check(),
-                      .assessment = Assess(adjustment.Points(), adjustment.FitType(), assessment)};
-    if (options.advise) findings.advice = Advise(adjustment.Points(), assessment);
+                      .outcome = outcome,
+                      .options = OptionsOf(options, std::move(sigmas))};
+    const auto points = adjustment.Points();
+    findings.assessment = Assess(points, adjustment.FitType(), findings.options);
+    if (options.advise) findings.advice = Advise(points, findings.options);
     findings.warnings = FindWarnings({.points = adjustment.Points(),
                                       .transformation = adjustment.Result(),
                                       .check = findings.check,

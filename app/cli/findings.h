@@ -36,7 +36,9 @@ void AddFindingsOptions(CLI::App& command, FindingsOptions& options);
 /// What was found out about a fit.
 struct Findings {
     TruthCheck check;
-    Assessment assessment;
+    FitOutcome outcome{};
+    AssessmentOptions options{};
+    Assessment assessment{};
     std::optional<TypeAdvice> advice{};
     std::vector<Warning> warnings{};
 };
