@@ -43,10 +43,13 @@ Type FittedType(const py::object& given) {
     throw py::value_error("'" + WordOf(type) + "' cannot be fitted");
 }
 
-double Positive(double value, const std::string& name) {
-    if (Finite(value, name) > 0.0) return value;
-    throw py::value_error(name + " must be positive, not " +
-                          py::repr(py::float_(value)).cast<std::string>());
+/// Whether a weight can be made of a standard deviation.
+bool IsUsable(double sigma) { return sigma > 0.0 && std::isnormal(1.0 / (sigma * sigma)); }
+
+double Usable(double sigma, const std::string& name) {
+    if (IsUsable(sigma)) return sigma;
+    throw py::value_error(name + " is " + py::repr(py::float_(sigma)).cast<std::string>() +
+                          "; standard deviations must be positive numbers whose squares are some");
 }
 
 /// Standard deviations of shape (n,) or (n, 2) as pairs.
@@ -57,13 +60,16 @@ Doubles KeptSigmas(const Doubles& given, py::ssize_t count) {
         throw py::value_error("sigma must be a number or have shape (" + n + ",) or (" + n +
                               ", 2), not " + ShapeOf(given));
     }
+    const auto values = ReadOnly(given);
+    if (const auto bad = std::ranges::find_if_not(values, IsUsable); bad != values.end()) {
+        const auto index = bad - values.begin();
+        Usable(*bad, arePairs ? "sigma[" + std::to_string(index / 2) + ", " +
+                                    std::to_string(index % 2) + "]"
+                              : "sigma[" + std::to_string(index) + "]");
+    }
     Doubles sigmas({count, py::ssize_t{2}});
     double* sigma = sigmas.mutable_data();
-    for (py::ssize_t i = 0; i < given.size(); ++i) {
-        const std::string name =
-            arePairs ? "sigma[" + std::to_string(i / 2) + ", " + std::to_string(i % 2) + "]"
-                     : "sigma[" + std::to_string(i) + "]";
-        const double value = Positive(given.data()[i], name);
+    for (const double value : values) {
         *sigma++ = value;
         if (!arePairs) *sigma++ = value;
     }
@@ -101,7 +107,7 @@ FittedPoints::FittedPoints(const py::object& source, const py::object& target,
 void FittedPoints::TakeAccuracy(const py::object& sigma, const py::object& sigma0,
                                 const py::object& alpha) {
     if (!sigma0.is_none()) {
-        sigma0_ = Positive(Converted<double>(sigma0, "sigma0", "a number"), "sigma0");
+        sigma0_ = Usable(Converted<double>(sigma0, "sigma0", "a number"), "sigma0");
     }
     alpha_ = Converted<double>(alpha, "alpha", "a number");
     if (!(alpha_ > 0.0 && alpha_ < 1.0)) {
@@ -113,7 +119,7 @@ void FittedPoints::TakeAccuracy(const py::object& sigma, const py::object& sigma
         if (sigma0_) {
             throw py::value_error("a single sigma is the sigma0: give one of them, or an array");
         }
-        sigma0_ = Positive(*given.data(), "sigma");
+        sigma0_ = Usable(*given.data(), "sigma");
         return;
     }
     const Doubles kept = KeptSigmas(given, source_.shape(0));

@@ -150,7 +150,7 @@ def test_what_a_fit_is_worth_is_a_value():
         assert again.check == result.check and again.advice() == pytest.approx(again.advice())
         assert again.warnings == result.warnings and again.adjustment.aicc == result.adjustment.aicc
         assert np.array_equal(again.transformation.sigma(GRID), expected)
-        assert again.exclude("P1").sigma0 == 0.02
+        assert again.exclude("P1").sigma0 == 0.02 and not again.source.flags.writeable
     t = pickle.loads(pickle.dumps(result.transformation))
     assert np.array_equal(t.sigma(GRID), expected)
     for holder in (result.check, result.adjustment, result.adjustment.points):
@@ -162,14 +162,14 @@ def test_what_a_fit_is_worth_is_a_value():
 
 NAN = float("nan")
 REFUSED = [
-    ({"sigma": 0}, "sigma must be positive, not 0.0"),
-    ({"sigma": NAN}, "sigma is nan"),
-    ({"sigma": [0.1] * 29 + [-1]}, r"sigma\[29\] must be positive"),
+    ({"sigma": 0}, "sigma is 0.0; standard deviations must be positive"),
+    ({"sigma": NAN}, "sigma is nan; standard"),
+    ({"sigma": [0.1] * 29 + [-1]}, r"sigma\[29\] is -1.0; standard"),
     ({"sigma": [[0.1, 0.1]] * 29 + [[0.1, NAN]]}, r"sigma\[29, 1\] is nan"),
     ({"sigma": [0.1] * 29}, r"shape \(30,\) or \(30, 2\), not \(29,\)"),
     ({"sigma": [[0.1, 0.2]] * 30}, "helmert3 share unknowns"),
     ({"sigma": 0.1, "sigma0": 1}, "single sigma is the sigma0"),
-    ({"sigma0": -1}, "sigma0 must be positive"),
+    ({"sigma0": 1e-200}, "sigma0 is 1e-200; standard"),
     ({"alpha": 1}, "alpha must lie between"),
     ({"solution": "best"}, "'documented' or 'accurate', not 'best'"),
 ]

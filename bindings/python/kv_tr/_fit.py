@@ -154,6 +154,12 @@ class FitResult:
             self.__dict__[name] = compute()
         return self.__dict__[name]
 
+    def __setstate__(self, state):
+        self.__dict__.update(state)
+        for name in ("source", "target", "used", "sigma"):  # copies may be changed, these not
+            self.__dict__[name] = getattr(self._points, name)
+        self.residuals.flags.writeable = False
+
     def _found(self, only_checked):
         if self._transformation is None:
             return ()
