@@ -1,5 +1,6 @@
 """What a fit is worth as Python shows it: shapes, undefined figures, ownership and errors."""
 
+import concurrent.futures
 import copy
 import json
 import pathlib
@@ -74,6 +75,45 @@ def test_excluded_points_have_no_figures_and_options_stay():
     used = result.used
     direct = kv_tr.fit(kv_tr.ControlPoints(tuple(IDS), GRID, TARGET, sigma), "poly2", used=used)
     assert direct.sigma0 == 1 and direct.adjustment.sum_pvv == result.adjustment.sum_pvv
+
+
+def test_statistics_are_those_of_weighted_least_squares_and_of_fits_without_a_point():
+    sigma = np.random.default_rng(4).uniform(0.01, 0.05, GRID.shape)
+    weighted = kv_tr.fit(GRID, TARGET, "affine", sigma=sigma)
+    design = np.column_stack([np.ones(30), GRID])
+    squares, values, variances = 0, [], []
+    for axis in (0, 1):
+        rows, target = design / sigma[:, axis, None], TARGET[:, axis] / sigma[:, axis]
+        solution, rest, *_ = np.linalg.lstsq(rows, target, rcond=None)
+        squares, values = squares + rest[0], [*values, *solution]
+        variances += [*np.diag(np.linalg.inv(rows.T @ rows))]
+    adjustment = weighted.adjustment
+    assert adjustment.sum_pvv == pytest.approx(squares)
+    assert adjustment.parameters.names == ("dA0", "dA1", "dA2", "dB0", "dB1", "dB2")
+    assert adjustment.parameters.values == pytest.approx(values)
+    expected = np.sqrt(np.array(variances) * squares / 54)
+    assert adjustment.parameters.sigmas == pytest.approx(expected)
+    plain = kv_tr.fit(GRID, TARGET, "affine")
+    assert weighted.transformation == plain.transformation, "weights are for statistics only"
+    assert weighted.statistics == plain.statistics and plain.sigma0 is None
+    for i in (0, 7, 29):
+        without = plain.exclude(i).residuals[i]
+        assert plain.adjustment.points.gross_error[i] == pytest.approx(without, rel=1e-8)
+
+
+def test_many_threads_may_ask_for_the_first_time():
+    expected = kv_tr.fit(GRID, TARGET, "poly3")
+    known = expected.adjustment.aicc, expected.warnings, expected.advice().best
+    sigmas = expected.transformation.sigma(GRID)
+    fits = [kv_tr.fit(GRID, TARGET, "poly3") for _ in range(5)]
+
+    def ask(i):
+        fit = fits[i % 5]
+        same = np.array_equal(fit.transformation.sigma(GRID), sigmas)
+        return same and (fit.adjustment.aicc, fit.warnings, fit.advice().best) == known
+
+    with concurrent.futures.ThreadPoolExecutor(8) as pool:
+        assert all(pool.map(ask, range(40)))
 
 
 def test_checks_tell_a_fit_that_is_not_the_least_squares_solution():
