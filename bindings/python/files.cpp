@@ -92,13 +92,17 @@ std::string TextOf(const Transformation& transformation, const Path& path) {
 
 }  // namespace
 
-std::vector<ControlPoint> ReadPoints(const Path& path, bool decimalComma) {
+PointsAndSigmas ReadPoints(const Path& path, bool decimalComma, bool withSigmas) {
     const Comma comma = decimalComma ? Comma::kDecimalSign : Comma::kSuspect;
-    PointReading reading = ReadControlPointFile(path.string(), {.comma = comma});
+    PointReading reading =
+        ReadControlPointFile(path.string(), {.comma = comma, .sigmas = withSigmas});
     if (!reading.Complete()) {
-        Raise(path, reading.problems.front(), "a line has an identifier and four coordinates");
+        Raise(path, reading.problems.front(),
+              withSigmas ? "a line has an identifier, four coordinates and one or two standard "
+                           "deviations"
+                         : "a line has an identifier and four coordinates");
     }
-    return std::move(reading.points);
+    return {std::move(reading.points), std::move(reading.sigmas)};
 }
 
 Transformation LoadParameters(const Path& path, bool decimalComma, std::optional<Type> type) {

@@ -13,7 +13,13 @@ namespace kv_tr::python {
 // Whatever is wrong with a file raises kv_tr.FileError. Numbers that seem to have decimal commas
 // are wrong unless commas are said to be decimal.
 
-std::vector<ControlPoint> ReadPoints(const std::filesystem::path& path, bool decimalComma);
+struct PointsAndSigmas {
+    std::vector<ControlPoint> points;
+    std::vector<Point> sigmas;
+};
+
+/// Lines have standard deviations when those are asked for.
+PointsAndSigmas ReadPoints(const std::filesystem::path& path, bool decimalComma, bool withSigmas);
 
 /// Six numbers get the type given, otherwise affine. A polynomial file must have as many lines as
 /// the type given has terms, if one is.

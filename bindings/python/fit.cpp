@@ -9,74 +9,23 @@
 #include "python/arrays.h"
 #include "python/binding.h"
 #include "python/files.h"
+#include "python/fitted_points.h"
 #include "python/transformation.h"
+#include "python/worth.h"
 
 namespace kv_tr::python {
 namespace {
 
 using Path = std::filesystem::path;
-using Flags = py::array_t<bool, py::array::c_style>;
 
 static_assert(sizeof(Residual) == 2 * sizeof(double));
 
-template <class Array>
-Array ReadOnlyArray(Array array) {
-    py::detail::array_proxy(array.ptr())->flags &= ~py::detail::npy_api::NPY_ARRAY_WRITEABLE_;
-    return array;
-}
-
-/// A copy of points that nobody can change.
-Doubles KeptPoints(const py::object& given, const char* name) {
-    const Doubles points = PointsFrom(given, name);
-    CheckFinitePoints(ReadOnly(points), name);
-    return ReadOnlyArray(Doubles({points.shape(0), py::ssize_t{2}}, points.data()));
-}
-
-/// Whether each point is used: all of them where nothing is given.
-Flags KeptFlags(const py::object& given, py::ssize_t count) {
-    Flags flags(count);
-    if (given.is_none()) {
-        std::fill_n(flags.mutable_data(), count, true);
-        return ReadOnlyArray(flags);
-    }
-    const py::array array = py::module_::import("numpy").attr("asarray")(given);
-    if (array.ndim() != 1 || array.shape(0) != count) {
-        throw py::value_error("used must have shape (" + std::to_string(count) + ",), not " +
-                              ShapeOf(array));
-    }
-    if (array.dtype().kind() != 'b' && count > 0) {
-        throw py::type_error("used must hold bools, not " +
-                             py::str(array.dtype()).cast<std::string>());
-    }
-    const Flags contiguous = Flags::ensure(array);
-    std::copy_n(contiguous.data(), count, flags.mutable_data());
-    return ReadOnlyArray(flags);
-}
-
-bool CanBeFitted(Type type) { return type >= Type::kAffine5 && type <= Type::kBilinear; }
-
-Type FittedType(const py::object& given) {
-    const auto type = Converted<Type>(given, "type", "a word or a Type");
-    if (CanBeFitted(type)) return type;
-    throw py::value_error("'" + WordOf(type) + "' cannot be fitted");
-}
-
 /// A fit to the points of arrays of one length.
-FitResult FitArrays(const Doubles& source, const Doubles& target, const Flags& used, Type type) {
+FitResult FitArrays(const FittedPoints& given, Solution solution) {
     // Each thread keeps its memory: to make and free it took longer than a quarter of a fit.
     thread_local std::vector<ControlPoint> points;
-    points.resize(static_cast<std::size_t>(used.size()));
-    const double* from = source.data();
-    const double* to = target.data();
-    const bool* isUsed = used.data();
-    for (ControlPoint& point : points) {
-        point.source = {from[0], from[1]};
-        point.destination = {to[0], to[1]};
-        point.used = *isUsed++;
-        from += 2;
-        to += 2;
-    }
-    FitResult result = Fit(points, type);
+    given.CopyTo(points);
+    FitResult result = Fit(points, given.FitType(), {.solution = solution});
     constexpr std::size_t kMostKept = 100'000;
     if (points.size() > kMostKept) std::vector<ControlPoint>().swap(points);
     return result;
@@ -102,37 +51,37 @@ Doubles ResidualRows(const FitResult& result, py::ssize_t count) {
     return ReadOnlyArray(residuals);
 }
 
+Solution SolutionFrom(const py::object& given) {
+    const auto word = Converted<std::string>(given, "solution", "a word");
+    if (word == "documented") return Solution::kDocumented;
+    if (word == "accurate") return Solution::kAccurate;
+    throw py::value_error("solution must be 'documented' or 'accurate', not " +
+                          py::repr(given).cast<std::string>());
+}
+
 /// What _fit.py makes a result of.
-py::tuple Fitted(const py::object& sourceGiven, const py::object& targetGiven,
-                 const py::object& usedGiven, const py::object& typeGiven) {
-    const Type type = FittedType(typeGiven);
-    const Doubles source = KeptPoints(sourceGiven, "source");
-    const Doubles target = KeptPoints(targetGiven, "target");
-    if (source.shape(0) != target.shape(0)) {
-        throw py::value_error("source has " + std::to_string(source.shape(0)) +
-                              " points, target has " + std::to_string(target.shape(0)));
-    }
-    const Flags used = KeptFlags(usedGiven, source.shape(0));
+py::tuple Fitted(const std::shared_ptr<FittedPoints>& points, const py::object& solutionGiven) {
+    const Solution solution = SolutionFrom(solutionGiven);
     FitResult result;
     {
         const py::gil_scoped_release unlocked;
-        result = FitArrays(source, target, used, type);
+        result = FitArrays(*points, solution);
     }
     const auto& outcome = result.outcome;
     if (!outcome.Computed()) result.statistics = {NAN, NAN, NAN, NAN, NAN};
     const auto& [rms, rmsFirst, rmsSecond, meanFirst, meanSecond] = result.statistics;
-    return py::make_tuple(
-        type, source, target, used,
-        outcome.Computed()
-            ? py::cast(KnownTransformation{result.transformation, DomainOfUsed(source, used)})
-            : py::none(),
-        ResidualRows(result, used.size()),
-        py::make_tuple(rms, rmsFirst, rmsSecond, meanFirst, meanSecond),
-        static_cast<int>(outcome.trouble), outcome.converged, outcome.singularSystems);
+    const Domain domain = DomainOfUsed(points->Source(), points->Used());
+    return py::make_tuple(outcome.Computed()
+                              ? py::cast(KnownTransformation{result.transformation, domain, points})
+                              : py::none(),
+                          ResidualRows(result, points->Used().size()),
+                          py::make_tuple(rms, rmsFirst, rmsSecond, meanFirst, meanSecond),
+                          static_cast<int>(outcome.trouble), outcome.converged,
+                          outcome.singularSystems, CheckOf(result.check));
 }
 
-py::tuple PointsOfFile(const Path& path, bool decimalComma) {
-    const std::vector<ControlPoint> points = ReadPoints(path, decimalComma);
+py::tuple PointsOfFile(const Path& path, bool decimalComma, bool withSigmas) {
+    const auto [points, sigmas] = ReadPoints(path, decimalComma, withSigmas);
     const auto count = static_cast<py::ssize_t>(points.size());
     py::tuple ids(points.size());
     Doubles source({count, py::ssize_t{2}});
@@ -146,12 +95,44 @@ py::tuple PointsOfFile(const Path& path, bool decimalComma) {
         *to++ = points[i].destination.first;
         *to++ = points[i].destination.second;
     }
-    return py::make_tuple(ids, source, target);
+    if (!withSigmas) return py::make_tuple(ids, source, target, py::none());
+    Doubles sigma({count, py::ssize_t{2}});
+    double* at = sigma.mutable_data();
+    for (const Point& pair : sigmas) {
+        *at++ = pair.first;
+        *at++ = pair.second;
+    }
+    return py::make_tuple(ids, source, target, sigma);
+}
+
+py::object Sigma0Of(const FittedPoints& points) {
+    return points.Sigma0() ? py::float_(*points.Sigma0()) : py::object(py::none());
 }
 
 }  // namespace
 
 void AddFit(py::module_& module) {
+    using Object = py::object;
+    py::class_<FittedPoints, std::shared_ptr<FittedPoints>> points(module, "_FittedPoints");
+    points.attr("__module__") = "kv_tr._kv_tr";  // where pickle finds it
+    points.def(py::init<Object, Object, Object, Object, Object, Object, Object>());
+    points.def_property_readonly("type", &FittedPoints::FitType);
+    points.def_property_readonly("source", &FittedPoints::Source);
+    points.def_property_readonly("target", &FittedPoints::Target);
+    points.def_property_readonly("used", &FittedPoints::Used);
+    points.def_property_readonly("sigma", &FittedPoints::Sigma);
+    points.def_property_readonly("sigma0", Sigma0Of);
+    points.def_property_readonly("alpha", &FittedPoints::Alpha);
+    points.def(py::pickle(
+        [](const FittedPoints& self) {
+            return py::make_tuple(self.Source(), self.Target(), self.Used(), self.FitType(),
+                                  self.Sigma(), Sigma0Of(self), self.Alpha());
+        },
+        [](const py::tuple& state) {
+            return std::make_shared<FittedPoints>(state[0], state[1], state[2], state[3], state[4],
+                                                  state[5], state[6]);
+        }));
+    AddWorth(module);
     module.def("_fit", Fitted);
     module.def("_minimum_points", &MinimumPoints);
     module.def("_read_points", PointsOfFile);

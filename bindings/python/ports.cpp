@@ -283,7 +283,6 @@ void Install(AllHeld& all, const py::object& messages, const py::object& toOpen,
     platform.texts = std::make_unique<PythonTexts>(hold(texts), language);
     platform.dialogs = std::make_unique<PythonDialogs>(hold(dialogs));
     InstallPlatform(std::move(platform));
-    SetMlLanguage(language, {});
 }
 
 /// Lets go what the ports hold when the interpreter ends.
@@ -337,6 +336,7 @@ void AddPorts(py::module_& module) {
               const py::object& settings, const py::object& dialogs, const py::object& texts,
               std::int32_t language) {
             Install(*all, messages, toOpen, toSave, settings, dialogs, texts, language);
+            SetMlLanguage(language, {});
         },
         py::kw_only(), arg("messages") = py::none(), arg("choose_to_open") = py::none(),
         arg("choose_to_save") = py::none(), arg("settings") = py::none(),

@@ -15,6 +15,7 @@
 #include "python/arrays.h"
 #include "python/binding.h"
 #include "python/files.h"
+#include "python/fitted_points.h"
 #include "python/transformation.h"
 
 namespace kv_tr::python {
@@ -220,13 +221,17 @@ void AddTransformation(py::module_& module) {
     type.def(py::pickle(
         [](const KnownTransformation& self) {
             return py::make_tuple(WordOf(self.type), TupleOf(self.a), TupleOf(self.b),
-                                  NumbersOf(self.domain));
+                                  NumbersOf(self.domain), self.origin);
         },
         [](const py::tuple& state) {
             const Transformation made{Converted<Type>(state[0], "type", "a word"),
                                       SeriesFrom(state[1], "a"), SeriesFrom(state[2], "b")};
-            return KnownTransformation{made, DomainFrom(state[3])};
+            // Older pickles end with the domain.
+            const py::object origin = state.size() > 4 ? py::object(state[4]) : py::none();
+            return KnownTransformation{made, DomainFrom(state[3]),
+                                       origin.cast<std::shared_ptr<FittedPoints>>()};
         }));
+    AddPrecision(type);
     AddFiles(type);
 }
 

@@ -1,6 +1,7 @@
 // Transformations as Python holds them.
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "kv_tr/model/domain.h"
@@ -9,10 +10,14 @@
 
 namespace kv_tr::python {
 
-/// A transformation and, when it was fitted, the domain of its control points. The domain belongs
-/// to the inverse only: equal transformations may have different ones.
+class FittedPoints;
+
+/// A transformation and, when it was fitted, the domain of its control points and the points
+/// themselves. The domain belongs to the inverse, the points to standard deviations: equal
+/// transformations may have different ones.
 struct KnownTransformation : Transformation {
     std::optional<Domain> domain{};
+    std::shared_ptr<FittedPoints> origin{};
 };
 
 /// The transformation back as Python has it: an ExactInverse where it is no Transformation.
@@ -20,5 +25,8 @@ py::object InverseOf(const KnownTransformation& self);
 
 /// Python's Distortion at points.
 py::object DistortionsAt(const KnownTransformation& self, const py::object& xy);
+
+/// Adds what the control points of a fit tell of other points: sigma, covariance, extrapolation.
+void AddPrecision(py::class_<KnownTransformation>& type);
 
 }  // namespace kv_tr::python

@@ -24,12 +24,16 @@ result: kv_tr.FitResult = kv_tr.fit(kv_tr.read_points("a.dat"), kv_tr.Type.POLY2
 result = kv_tr.fit([[0, 1]], np.zeros((1, 2)), kv_tr.TR_AFFIN, ids=[7]).exclude(7)
 images: NDArray[np.float64] = result.transformation.inverse().transform((1, 2))
 rms: float = result.statistics.rms
+result = kv_tr.fit([[0, 1]], [[0, 1]], "poly1", solution="accurate", sigma=[0.1])
+sigmas: NDArray[np.float64] = result.adjustment.parameters.sigmas
+texts: list[str] = [finding.text for finding in result.warnings if result.check.undetermined]
 """
 MISUSE = """
 import kv_tr
 kv_tr.fit([[0, 1]], "affine")
 kv_tr.Transformation.load("town.trp").a = ()
 kv_tr.clsTr().sInitDir.upper()
+kv_tr.fit([[0, 1]], [[0, 1]], "poly1", solution="best").check.level = "note"
 """
 
 
@@ -42,7 +46,7 @@ def test_the_stub_is_strictly_typed_agrees_with_the_package_and_finds_misuse(tmp
     check = ("-m", "mypy", "--config-file", ini, "--cache-dir", os.devnull)
     run(*check, PACKAGE / "__init__.pyi", use, **place)
     found = re.findall(r":(\d+): error:", run(*check, misuse, code=1, **place))
-    assert set(found) == {"3", "4", "5"}
+    assert set(found) == {"3", "4", "5", "6"}
     known = ("--mypy-config-file", ini, "--allowlist", HERE / "stubtest_allowlist.txt")
     run("-m", "mypy.stubtest", "kv_tr", *known, **place)
 

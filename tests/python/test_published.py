@@ -144,7 +144,7 @@ def bare(kind):
 def test_objects_that_were_not_made_are_refused():
     kinds = [kind for kind in vars(kv_tr).values() if type(kind).__name__ == "pybind11_type"]
     members = [(k, m) for k in kinds for m, p in vars(k).items() if getattr(p, "fget", None)]
-    assert len(kinds) == 11 and len(members) > 40
+    assert len(kinds) == 12 and len(members) > 40
     uses = [lambda k=kind, m=member: getattr(bare(k), m) for kind, member in members]
     uses.append(lambda: kv_tr.clsTrCalc().AddXY4Tr([bare(kv_tr.typeXYs4Tr)], False))
     uses += [lambda: bare(kv_tr.TypeEvent).Subscribe(print), bare(kv_tr.Connection).Disconnect]

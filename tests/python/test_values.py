@@ -39,6 +39,7 @@ def same(one, other):
     return arrays and facts[0] == facts[1]
 
 
+@pytest.mark.filterwarnings("ignore::kv_tr.FitWarning")  # poly5 on six by five points
 def test_fits_are_those_of_the_published_engine():
     engine = kv_tr.clsTrCalc()
     engine.AddXY4Tr([(i, *a, *b) for i, a, b in zip(IDS, GRID.tolist(), TARGET.tolist())], False)
@@ -283,7 +284,7 @@ def test_points_of_a_file_are_fitted_as_they_are(tmp_path):
 
 
 def test_values_serve_many_threads():
-    t, fits = kv_tr.fit(GRID, TARGET, "poly5").transformation, kv_tr.fit(GRID, TARGET, "affine5")
+    t, fits = kv_tr.fit(GRID, TARGET, "poly4").transformation, kv_tr.fit(GRID, TARGET, "affine5")
     many = np.random.default_rng(2).random((100_000, 2)) * 2500
 
     def work(_):

@@ -137,6 +137,7 @@ class Type(str, enum.Enum):
     EOV_HKR_10e = "EOV_HKR_10e"
     EOV_HDR_10e = "EOV_HDR_10e"
 
+_Solution = Literal["documented", "accurate"]
 _TypeLike = Type | enuTR_TYPE | str  # Type is a str, too; named for whoever reads the stub
 
 class FitTrouble(str, enum.Enum):
@@ -174,6 +175,9 @@ class Transformation:
     def direction(self, angle: float, at: ArrayLike) -> float: ...
     def inverse(self) -> Transformation | ExactInverse: ...
     def distortion(self, xy: ArrayLike) -> Distortion: ...
+    def sigma(self, xy: ArrayLike) -> _Doubles: ...
+    def covariance(self, xy: ArrayLike) -> _Doubles: ...
+    def extrapolation(self, xy: ArrayLike) -> Extrapolation: ...
     def save(self, path: _Path) -> None: ...
     @staticmethod
     def load(
@@ -212,15 +216,162 @@ class Distortion:
     direction_source: _Doubles
     direction_target: _Doubles
 
+@dataclass(frozen=True)
+class WeakGeometry:
+    kind: Literal["places", "curve", "groups", "few_points", "spread"]
+    order: int
+    count: int
+    needed: int
+    distance: float
+
+@dataclass(frozen=True)
+class TruthCheck:
+    level: Literal["verified", "note", "warning", "severe"]
+    e_points: float
+    e_hull: float
+    evaluation_noise: float
+    condition: float
+    rank: int
+    unknowns: int
+    redundancy: int
+    sigma0: float
+    hull_factor: float
+    weakest: tuple[float, float]
+    undetermined: bool
+    other_minimum: bool
+    origin_distance: float
+    cause: WeakGeometry | None
+
+@dataclass(frozen=True)
+class Finding:
+    id: str
+    name: str
+    severity: Literal["note", "warning", "severe"]
+    text: str
+    numbers: dict[str, float]
+    cause: Literal["origin", "conditioned", "iteration", "other_minimum", "geometry"] | None
+    geometry: WeakGeometry | None
+    place: tuple[float, float] | None
+    point: Hashable | None
+    offer: Literal["accurate", "type", "exclude", "delete_excluded"] | None
+    offered_type: Type | None
+
+class Estimate(NamedTuple):
+    value: float
+    sigma: float
+
+@dataclass(frozen=True, eq=False)
+class Parameters:
+    names: tuple[str, ...]
+    values: _Doubles
+    sigmas: _Doubles
+    at_edge: _Doubles
+    sigmas_at_edge: _Doubles
+
+@dataclass(frozen=True, eq=False)
+class Centroid:
+    source: _Doubles
+    target: _Doubles
+    sigma: _Doubles
+
+@dataclass(frozen=True)
+class GlobalTest:
+    value: float
+    lower: float
+    upper: float
+    p: float
+    passes: bool
+
+@dataclass(frozen=True)
+class CriticalValues:
+    w: float
+    tau: float
+    t: float
+    F: float
+
+@dataclass(frozen=True, eq=False)
+class PointFigures:
+    residual: _Doubles
+    redundancy: _Doubles
+    normalised: _Doubles
+    tau: _Doubles
+    t: _Doubles
+    t_p: _Doubles
+    t_separate: _Doubles
+    F: _Doubles
+    p: _Doubles
+    adjusted_p: _Doubles
+    gross_error: _Doubles
+    mdb: _Doubles
+    cook: _Doubles
+    lever: NDArray[np.bool_]
+
+@dataclass(frozen=True, eq=False)
+class Adjustment:
+    determined: bool
+    fits_exactly: bool
+    used: int
+    unknowns: int
+    redundancy: int
+    sum_pvv: float
+    sigma0: float
+    sigma0_separate: _Doubles
+    rms_point: float
+    press: float
+    loo: float
+    uncontrolled: int
+    aicc: float
+    axes_p: float
+    global_test: GlobalTest | None
+    parameters: Parameters
+    correlations: _Doubles
+    derived: dict[str, Estimate]
+    centroid: Centroid
+    points: PointFigures
+    critical: CriticalValues
+    suspect: Hashable | None
+    returnable: tuple[Hashable, ...]
+
+@dataclass(frozen=True)
+class TypeFigures:
+    type: Type
+    determined: bool
+    eligible: bool
+    redundancy: int
+    sigma0: float
+    loo: float
+    excess: float
+    aicc: float
+    F: float
+    F_p: float
+    passes_global_test: bool
+
+@dataclass(frozen=True)
+class TypeAdvice:
+    types: tuple[TypeFigures, ...]
+    best: Type | None
+    advised: Type | None
+    simplest_passing: Type | None
+
+@dataclass(frozen=True)
+class Extrapolation:
+    count: int
+    farthest: float
+    sigma: float
+    is_far: bool
+
 @dataclass(frozen=True, eq=False)
 class ControlPoints:
     ids: tuple[str, ...]
     source: _Doubles
     target: _Doubles
+    sigma: _Doubles | None = None
     def __len__(self) -> int: ...
     def __eq__(self, other: object) -> bool: ...
 
-def read_points(path: _Path, decimal_comma: bool = False) -> ControlPoints: ...
+def read_points(
+    path: _Path, decimal_comma: bool = False, sigmas: bool = False
+) -> ControlPoints: ...
 
 class Statistics(NamedTuple):
     rms: float
@@ -246,7 +397,18 @@ class FitResult:
     residuals: _Doubles
     statistics: Statistics
     outcome: FitOutcome
+    check: TruthCheck
+    solution: _Solution
+    sigma: _Doubles | None
+    sigma0: float | None
+    alpha: float
     _transformation: Transformation | None
+    _points: Any
+    @property
+    def adjustment(self) -> Adjustment: ...
+    @property
+    def warnings(self) -> tuple[Finding, ...]: ...
+    def advice(self) -> TypeAdvice: ...
     @property
     def transformation(self) -> Transformation: ...
     @property
@@ -264,14 +426,34 @@ def fit(
     *,
     ids: Iterable[Hashable] | None = None,
     used: ArrayLike | None = None,
+    solution: _Solution = "documented",
+    sigma: ArrayLike | None = None,
+    sigma0: float | None = None,
+    alpha: float = 0.05,
 ) -> FitResult: ...
 @overload
 def fit(
-    source: ControlPoints, target: _TypeLike, type: None = None, *, used: ArrayLike | None = None
+    source: ControlPoints,
+    target: _TypeLike,
+    type: None = None,
+    *,
+    used: ArrayLike | None = None,
+    solution: _Solution = "documented",
+    sigma: ArrayLike | None = None,
+    sigma0: float | None = None,
+    alpha: float = 0.05,
 ) -> FitResult: ...
 @overload
 def fit(
-    source: ControlPoints, target: None = None, *, type: _TypeLike, used: ArrayLike | None = None
+    source: ControlPoints,
+    target: None = None,
+    *,
+    type: _TypeLike,
+    used: ArrayLike | None = None,
+    solution: _Solution = "documented",
+    sigma: ArrayLike | None = None,
+    sigma0: float | None = None,
+    alpha: float = 0.05,
 ) -> FitResult: ...
 
 # The published classes.

@@ -48,6 +48,6 @@ class FitError(ValueError):
 
 
 class FitWarning(UserWarning):
-    """Says that a fit is not to be trusted; FitResult.outcome has the trouble."""
+    """Says that a fit is not to be trusted; FitResult.complaint says why."""
 
     __module__ = "kv_tr"

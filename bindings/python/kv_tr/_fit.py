@@ -10,6 +10,7 @@ import numpy as np
 from kv_tr import _kv_tr
 from kv_tr._errors import FitError, FitWarning
 from kv_tr._kv_tr import FitTrouble
+from kv_tr._worth import TruthCheck
 
 
 @dataclass(frozen=True, eq=False)
@@ -19,6 +20,7 @@ class ControlPoints:
     ids     their identifiers, in the order of the rows
     source  coordinates in the source system, shape (n, 2), metres
     target  coordinates in the target system, likewise
+    sigma   standard deviations of the target coordinates, likewise, or None
     """
 
     __module__ = "kv_tr"
@@ -26,6 +28,7 @@ class ControlPoints:
     ids: tuple
     source: np.ndarray
     target: np.ndarray
+    sigma: "np.ndarray | None" = None
 
     def __len__(self):
         return len(self.ids)
@@ -33,23 +36,25 @@ class ControlPoints:
     def __eq__(self, other):
         if not isinstance(other, ControlPoints):
             return NotImplemented
-        same = np.array_equal(self.source, other.source), np.array_equal(self.target, other.target)
-        return self.ids == other.ids and all(same)
+        arrays = [(p.source, p.target, p.sigma) for p in (self, other)]
+        return self.ids == other.ids and all(map(np.array_equal, *arrays))
 
     def __repr__(self):
         return f"<kv_tr.ControlPoints, {len(self)} points>"
 
 
-def read_points(path, decimal_comma=False):
+def read_points(path, decimal_comma=False, sigmas=False):
     """Reads a file of control points: a ControlPoints.
 
     A line has an identifier and four coordinates: first and second in the source system, then in
-    the target system, metres. Blanks, tabs, commas, semicolons and quotes separate them; with
+    the target system, metres. With sigmas it goes on with the standard deviation of the target
+    coordinates, or with one for each of them, metres, which become the points' sigma. Blanks, tabs, commas, semicolons and quotes separate them; with
     decimal_comma a comma is a decimal sign. FileError, with file, line and cause, for a file that
     does not open and for a line that is none such, and for numbers that seem to have decimal
     commas when they should not: read as separators, these would give other numbers.
     """
-    return ControlPoints(*_kv_tr._read_points(os.fspath(path), bool(decimal_comma)))
+    read = _kv_tr._read_points(os.fspath(path), bool(decimal_comma), bool(sigmas))
+    return ControlPoints(*read)
 
 
 class Statistics(typing.NamedTuple):
@@ -97,6 +102,14 @@ class FitResult:
                 have them too; nan where nothing was computed
     statistics  a Statistics; nan where nothing was computed
     outcome     a FitOutcome: look at it, or call raise_for_trouble, before you use the rest
+    check       a TruthCheck: whether the transformation is the least-squares solution
+    solution    'documented' or 'accurate'
+    sigma       standard deviations of the target coordinates, shape (n, 2), metres, read-only, or
+                None where none were given for each point
+    sigma0      the standard deviation of unit weight when it is known beforehand, or None
+    alpha       the level of the tests
+
+    What takes longer is computed when it is asked for first: adjustment, warnings and advice().
     """
 
     __module__ = "kv_tr"
@@ -109,7 +122,50 @@ class FitResult:
     residuals: np.ndarray
     statistics: Statistics
     outcome: FitOutcome
+    check: TruthCheck
+    solution: str
+    sigma: "np.ndarray | None"
+    sigma0: "float | None"
+    alpha: float
     _transformation: "_kv_tr.Transformation | None"
+    _points: "_kv_tr._FittedPoints"
+
+    @property
+    def adjustment(self):
+        """The statistics of the fit, an Adjustment: sigma0, parameters, tests of every point."""
+        return self._once("_adjustment", lambda: _kv_tr._assess(self._points, self.ids))
+
+    @property
+    def warnings(self):
+        """What a user must know about the fit, a tuple of Finding, the gravest first.
+
+        Their texts are in the language that the component has when they are asked for first. There
+        are none where nothing was computed: the outcome says why.
+        """
+        return self._once("_warnings", lambda: self._found(only_checked=False))
+
+    def advice(self):
+        """Which type the points in use warrant, a TypeAdvice; the fit stays as it is."""
+        return self._once("_advice", lambda: _kv_tr._advise(self._points))
+
+    def _once(self, name, compute):
+        """What is computed when it is asked for first, and kept."""
+        if name not in self.__dict__:
+            self.__dict__[name] = compute()
+        return self.__dict__[name]
+
+    def __setstate__(self, state):
+        self.__dict__.update(state)
+        for name in ("source", "target", "used", "sigma"):  # copies may be changed, these not
+            self.__dict__[name] = getattr(self._points, name)
+        self.residuals.flags.writeable = False
+
+    def _found(self, only_checked):
+        if self._transformation is None:
+            return ()
+        accurate, converged = self.solution == "accurate", self.outcome.converged
+        fit = self._points, self._transformation, converged, accurate, self.ids
+        return _kv_tr._warnings(*fit, only_checked)
 
     @property
     def transformation(self):
@@ -120,14 +176,21 @@ class FitResult:
 
     @property
     def complaint(self):
-        """What is wrong with the fit, as a sentence; empty when nothing is."""
+        """Why the fit is not to be trusted, as a sentence; empty when it may be.
+
+        That is the trouble of its outcome, otherwise the texts of its severe warnings.
+        """
+        if not self._is_bad():
+            return ""
         trouble = self.outcome.trouble
+        if trouble is FitTrouble.NONE:
+            found = self._found(only_checked=True)
+            return " ".join(finding.text for finding in found if finding.severity == "severe")
         if trouble is FitTrouble.TOO_FEW_POINTS:
             needed = _kv_tr._minimum_points(self.type)
             in_use = np.count_nonzero(self.used)
             return f"{self.type} needs {needed} points, {in_use} are in use"
         return {
-            FitTrouble.NONE: "",
             FitTrouble.NO_POINTS: "there are no points",
             FitTrouble.NO_START: f"{self.type} cannot begin: the first point lies on the centroid",
             FitTrouble.SINGULAR: f"the points in use do not determine {self.type}",
@@ -136,15 +199,19 @@ class FitResult:
 
     def raise_for_trouble(self):
         """Raises FitError when the fit is not to be trusted; returns the result otherwise."""
-        if not self.outcome.succeeded:
+        if self._is_bad():
             raise FitError(self)
         return self
+
+    def _is_bad(self):
+        severe = self.check.undetermined or self.check.level == "severe"
+        return severe or not self.outcome.succeeded
 
     def exclude(self, *ids):
         """A new result of the same type without some points, by their identifiers.
 
         Every point of an identifier is meant. KeyError, with its name, for one that no point has.
-        The type stays: a fit with too few points left has that as its trouble, and warns.
+        Type, solution, standard deviations and alpha stay: a fit with too few points left has that as its trouble, and warns.
         """
         return self._with(ids, False)
 
@@ -160,8 +227,10 @@ class FitResult:
         wanted = set(ids)
         chosen = np.array([id in wanted for id in self.ids], dtype=bool)
         used = np.where(chosen, use, self.used)
-        fitted = _kv_tr._fit(self.source, self.target, used, self.type)
-        return _result(fitted, self.ids, stacklevel=4)
+        points = _kv_tr._FittedPoints(
+            self.source, self.target, used, self.type, self.sigma, self.sigma0, self.alpha
+        )
+        return _result(points, self.ids, self.solution, stacklevel=4)
 
     def summary(self):
         """Type, figures and residuals as a table, metres with three decimals."""
@@ -185,7 +254,7 @@ class FitResult:
 
     def _in_short(self):
         text = f"{self.type}, {np.count_nonzero(self.used)} of {len(self.used)} points in use"
-        return text if self.outcome.succeeded else f"{text}, NOT TO BE TRUSTED: {self.complaint}"
+        return f"{text}, NOT TO BE TRUSTED: {self.complaint}" if self._is_bad() else text
 
     def __repr__(self):
         return f"<kv_tr.FitResult {self._in_short()}, rms {self.statistics.rms:.3f} m>"
@@ -195,32 +264,59 @@ _TROUBLES = tuple(FitTrouble)
 Statistics.__module__ = FitOutcome.__module__ = "kv_tr"
 
 
-def fit(source, target=None, type=None, *, ids=None, used=None):
+def fit(
+    source,
+    target=None,
+    type=None,
+    *,
+    ids=None,
+    used=None,
+    solution="documented",
+    sigma=None,
+    sigma0=None,
+    alpha=0.05,
+):
     """Fits a transformation of a type to control points by unweighted least squares.
 
         kv_tr.fit(source, target, "poly2")
-        kv_tr.fit(kv_tr.read_points("points.dat"), "affine")
+        kv_tr.fit(kv_tr.read_points("points.dat"), "affine", sigma=0.02)
 
     source, target  coordinates of shape (n, 2), metres; anything numpy makes such arrays of
     type            'helmert', 'affine', 'helmert3', 'affine5', 'bilinear', 'poly1' to 'poly5', or
                     a Type or enuTR_TYPE
     ids             an identifier a point, anything hashable; otherwise the rows' numbers from 0
     used            a bool a point, whether the fit takes it; otherwise all
+    solution        'documented', that of normal equations, or 'accurate', that of an orthogonal
+                    factorisation, for points that the former loses digits with
+    sigma           how exact target coordinates are known to be, metres: one number for all, or
+                    standard deviations of shape (n,) or (n, 2), excluded points' included
+    sigma0          the standard deviation of unit weight when it is known: with an array of sigma
+                    1 unless given, otherwise metres, the same as a single sigma
+    alpha           the probability that the tests blame any of all points wrongly
 
-    The FitResult has the transformation, residuals and figures. A fit that is not to be trusted
-    warns (FitWarning) and says so in its outcome; raise_for_trouble() of the result raises. Bad
-    input is ValueError or TypeError: other shapes, coordinates that are not finite, types that
-    cannot be fitted. Other threads run meanwhile.
+    The FitResult has the transformation, residuals and figures. sigma, sigma0 and alpha are for
+    its adjustment, warnings and advice: an array of sigma weights those, and what transformation
+    .sigma says, but never the transformation itself.
+
+    A fit that is not to be trusted, for its outcome or a severe warning, warns (FitWarning) and
+    says why in its complaint; raise_for_trouble() of the result raises. Bad input is ValueError or
+    TypeError: other shapes, coordinates that are not finite, types that cannot be fitted, standard
+    deviations that are not positive or that differ within a point where the coordinates of the
+    type share unknowns. Other threads run meanwhile.
     """
     if isinstance(source, ControlPoints):
         if ids is not None or (target is not None and type is not None):
             raise TypeError("ControlPoints have target and ids: give type and used only")
+        if source.sigma is not None:
+            if sigma is not None:
+                raise TypeError("these ControlPoints have standard deviations: give no sigma")
+            sigma = source.sigma
         type = target if type is None else type
         ids, target, source = source.ids, source.target, source.source
     elif target is None or type is None:
         raise TypeError("fit needs source, target and type, or ControlPoints and type")
-    fitted = _kv_tr._fit(source, target, used, type)
-    return _result(fitted, _ids(ids, len(fitted[3])), stacklevel=3)
+    points = _kv_tr._FittedPoints(source, target, used, type, sigma, sigma0, alpha)
+    return _result(points, _ids(ids, len(points.used)), solution, stacklevel=3)
 
 
 def _ids(given, count):
@@ -234,18 +330,27 @@ def _ids(given, count):
     return ids
 
 
-def _result(fitted, ids, stacklevel):
-    type, *arrays, transformation, residuals, figures, trouble, converged, singular = fitted
+def _result(points, ids, solution, stacklevel):
+    fitted = _kv_tr._fit(points, solution)
+    transformation, residuals, figures, trouble, converged, singular, check = fitted
     result = FitResult(
-        type,
+        points.type,
         ids,
-        *arrays,
+        points.source,
+        points.target,
+        points.used,
         residuals,
         Statistics(*figures),
         FitOutcome(_TROUBLES[trouble], converged, singular),
+        check,
+        solution,
+        points.sigma,
+        points.sigma0,
+        points.alpha,
         transformation,
+        points,
     )
-    if not result.outcome.succeeded:
+    if result._is_bad():
         text = f"this fit is not to be trusted: {result.complaint}"
         warnings.warn(text, FitWarning, stacklevel=stacklevel)
     return result
