@@ -376,6 +376,27 @@ enum class Text : int {
     kBadSigmaLine = 1373,
     kTransformSigmaOption = 1374,
     kSigmaNeedsPoints = 1375,
+
+    // What the adjustment dialog shows of them.
+    kMoreWarnings = 1380,
+    kAccurateSolution = 1381,
+    kStatisticsButton = 1382,
+    kTypesButton = 1383,
+    kColumnsButton = 1384,
+    kStudentisedColumns = 1385,
+    kRedundancyColumns = 1386,
+    kProbabilityColumn = 1387,
+    kSeverityNote = 1388,
+    kSeveritySevere = 1389,
+    kRmsErrorFigure = 1390,
+    kRmsFigure = 1391,
+    kSigma0Figure = 1392,
+    kLeaveOneOutFigure = 1393,
+    kPressFigure = 1394,
+    kSquareSumFigure = 1395,
+    kUnknownsFigure = 1396,
+    kHullFactorFigure = 1397,
+    kInexactFigure = 1398,
 };
 
 }  // namespace kv_tr
