@@ -55,7 +55,7 @@ constexpr Caption kTrCaptions[] = {
     {"cmdStatistics", Text::kStatisticsButton},
     {"cmdTypes", Text::kTypesButton},
     {"cmdColumns", Text::kColumnsButton},
-    {"chkAccurate", Text::kAccurateSolution},
+    {"chkAccurate"},
 };
 
 constexpr Caption kAffinTrPrmCaptions[] = {

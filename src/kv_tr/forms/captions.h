@@ -35,7 +35,8 @@ public:
     /// Throws std::out_of_range for a control that the form does not have.
     std::string TextOf(std::string_view control) const;
     std::string ToolTip(std::string_view control) const;
-    /// Whether SetText has given the control a text, which may be another one at any time.
+    /// Whether SetText has given the control its text: that may be another one at any time, and its
+    /// letter for Alt comes after those of the others.
     bool IsComputed(std::string_view control) const { return texts_.contains(control); }
 
 private:

@@ -108,10 +108,10 @@ FindingsTable FiguresTable(const clsTrCalc& engine, FindingsCache& findings) {
     };
     const auto separate = [&](double value) { return metres(known ? value : kUndefined); };
     FindingsTable table{.headings = {Translated(Text::kFigureHeading),
-                                     Translated(Text::kDivisorHeading),
-                                     Translated(Text::kValueHeading)}};
+                                     Translated(Text::kValueHeading),
+                                     Translated(Text::kDivisorHeading)}};
     const auto add = [&](std::string name, std::string divisor, std::string value) {
-        table.rows.push_back({{std::move(name), std::move(divisor), std::move(value)}});
+        table.rows.push_back({{std::move(name), std::move(value), std::move(divisor)}});
     };
     add(Translated(Text::kRmsErrorFigure), "m − 1 = " + std::to_string(used - 1),
         metres(used > 1 ? engine.dRmsErr() : kUndefined));
@@ -157,11 +157,13 @@ FindingsTable TypesTable(FindingsCache& findings) {
     const TypeAdvice& advice = findings.Advised();
     for (const TypeFigures& figures : advice.types) {
         const bool isAdvised = advice.advised == figures.type;
-        table.rows.push_back({{(isAdvised ? "★ " : "") + TypeName(figures.type, ComponentTexts()),
-                               std::to_string(figures.redundancy), FixedFigure(figures.sigma0, 4),
-                               FixedFigure(figures.leaveOneOut, 4), FixedFigure(figures.aicc, 1),
-                               FixedFigure(figures.fisher, 2), ShortFigure(figures.probability)},
-                              isAdvised});
+        table.rows.push_back(
+            {{(isAdvised ? "★ " : "") + TypeName(figures.type, ComponentTexts()),
+              figures.isDetermined ? std::to_string(figures.redundancy) : kNoFigure,
+              FixedFigure(figures.sigma0, 4), FixedFigure(figures.leaveOneOut, 4),
+              FixedFigure(figures.aicc, 1), FixedFigure(figures.fisher, 2),
+              ShortFigure(figures.probability)},
+             isAdvised});
     }
     return table;
 }

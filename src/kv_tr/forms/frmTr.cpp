@@ -45,6 +45,8 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
     captions_.SetText("lblKh", [&] { return FiguresText(adjustment.Figures()); });
     captions_.SetText("lblCnt", [&] { return UsedCountText(adjustment); });
     captions_.SetText("lblExtCnt", [&] { return ExcludedCountText(adjustment); });
+    // Texts of their own for the controls that the letters of the others come before.
+    captions_.SetText("chkAccurate", [] { return Translated(Text::kAccurateSolution); });
     captions_.SetText("cmdOffer", [this] { return FirstOffer(); });
     captions_.SetText("cmdMoreWarnings", [this] { return MoreWarnings(); });
     const Subscription edited = table_->Edited.Subscribe([this] { Recalculate(); });
@@ -181,6 +183,12 @@ void frmTr::cmdSavePrm() {
 void frmTr::cmdExit() {
     applied_ = false;
     exited_ = true;
+}
+
+std::vector<StripLine> frmTr::Strip() const {
+    if (panel_ == Panel::kStatistics || table_->IsAnyGroupShown()) findings_->Assessed();
+    if (panel_ == Panel::kTypes) findings_->Advised();
+    return StripOf(*engine_, *findings_);
 }
 
 void frmTr::cmdOffer(const StripLine& line) {

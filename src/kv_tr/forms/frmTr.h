@@ -74,7 +74,8 @@ public:
 
     // What the fit is worth.
 
-    std::vector<StripLine> Strip() const { return StripOf(*engine_, *findings_); }
+    /// With what the panel and the columns that are shown add to the warnings.
+    std::vector<StripLine> Strip() const;
     /// Does what a line of the strip offers. The line may be one that was shown before the last
     /// fit.
     void cmdOffer(const StripLine& line);

@@ -5,18 +5,21 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QSplitter>
+#include <utility>
 
 #include "kv_tr/qt/findings_view.h"
 
 namespace kv_tr {
 
 FindingsPanel::FindingsPanel(frmTr& form, QCheckBox* accurate, QWidget* parent)
-    : QWidget(parent), form_(form), accurate_(accurate), advice_(new QLabel(this)) {
-    auto* tables = new QSplitter(this);
-    statistics_ = tables;
-    tables->setChildrenCollapsible(false);
-    figures_ = new FindingsView("figures", tables);
-    parameters_ = new FindingsView("parameters", tables);
+    : QWidget(parent),
+      form_(form),
+      accurate_(accurate),
+      statistics_(new QSplitter(this)),
+      advice_(new QLabel(this)) {
+    statistics_->setChildrenCollapsible(false);
+    figures_ = new FindingsView("figures", statistics_);
+    parameters_ = new FindingsView("parameters", statistics_);
     types_ = new FindingsView("types", this);
     connect(types_, &FindingsView::RowChosen, this, &FindingsPanel::TypeChosen);
     advice_->setWordWrap(true);
@@ -34,9 +37,8 @@ void FindingsPanel::Redraw() {
     const bool isTypes = shown == frmTr::Panel::kTypes;
     if (isStatistics) ShowStatistics();
     if (isTypes) ShowTypes();
-    for (QWidget* part : {statistics_, static_cast<QWidget*>(accurate_)}) {
-        part->setVisible(isStatistics);
-    }
+    statistics_->setVisible(isStatistics);
+    accurate_->setVisible(isStatistics);
     types_->setVisible(isTypes);
     advice_->setVisible(isTypes);
     setVisible(isStatistics || isTypes);
@@ -45,6 +47,9 @@ void FindingsPanel::Redraw() {
 void FindingsPanel::ShowStatistics() {
     figures_->Show(form_.Figures());
     parameters_->Show(form_.Parameters());
+    if (!std::exchange(sized_, true)) {
+        statistics_->setSizes({figures_->sizeHint().width(), parameters_->sizeHint().width()});
+    }
     accurate_->setChecked(form_.AccurateChecked());
 }
 

@@ -7,6 +7,7 @@
 
 class QCheckBox;
 class QLabel;
+class QSplitter;
 
 namespace kv_tr {
 
@@ -34,7 +35,8 @@ private:
 
     frmTr& form_;
     QCheckBox* accurate_;
-    QWidget* statistics_;
+    QSplitter* statistics_;
+    bool sized_ = false;  // the statistics have been as wide as their columns once
     FindingsView* figures_;
     FindingsView* parameters_;
     FindingsView* types_;

@@ -277,7 +277,6 @@ void frmTrWindow::Redraw() {
     FitPanel();
 }
 
-/// The strip comes last: what the others have asked for may add to the warnings.
 void frmTrWindow::RedrawFindings() {
     findings_->Redraw();
     statisticsButton_->setChecked(form_.ShownPanel() == frmTr::Panel::kStatistics);

@@ -356,7 +356,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kSeverityNote, "Note"},
     {Text::kSeveritySevere, "Error"},
     {Text::kRmsErrorFigure, "RMS error of a point, dRmsErr"},
-    {Text::kRmsFigure, "RMS of the residuals of a point, rms"},
+    {Text::kRmsFigure, "RMS of the residuals, rms"},
     {Text::kSigma0Figure, "Standard deviation of a coordinate, s0"},
     {Text::kLeaveOneOutFigure, "Error at unseen points, LOO"},
     {Text::kPressFigure, "Sum of squares of these errors, PRESS"},

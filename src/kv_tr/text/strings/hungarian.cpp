@@ -357,7 +357,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kSeverityNote, "Megjegyzés"},
     {Text::kSeveritySevere, "Hiba"},
     {Text::kRmsErrorFigure, "Egy pont középhibája, dRmsErr"},
-    {Text::kRmsFigure, "Egy pont javításainak négyzetes közepe, rms"},
+    {Text::kRmsFigure, "A javítások négyzetes közepe, rms"},
     {Text::kSigma0Figure, "Egy koordináta középhibája, s0"},
     {Text::kLeaveOneOutFigure, "Hiba új pontokon, LOO"},
     {Text::kPressFigure, "E hibák négyzetösszege, PRESS"},
