@@ -246,5 +246,68 @@ TEST_F(FrmTrWindow, KeepsAWrongLimitUntilItIsRightAndComesBackInItsSize) {
     Open([](frmTrWindow& window) { EXPECT_EQ(window.size(), QSize(780, 700)); });
 }
 
+TEST_F(FrmTrWindow, TellsWhatTheFitIsWorthAndTakesTheOfferByItsLetter) {
+    Open([&](frmTrWindow& window) {
+        auto& offer = Find<QAbstractButton>(window, "cmdOffer");
+        auto& strip = Find<QLabel>(window, "lblWarning");
+        EXPECT_TRUE(offer.isVisible());
+        EXPECT_TRUE(strip.text().startsWith("Warning: Point 4 ")) << strip.text().toStdString();
+        const QChar letter = offer.text()[offer.text().indexOf('&') + 1];
+        QTest::keyClick(&window, letter.toLatin1(), Qt::AltModifier);
+        QApplication::processEvents();
+        QTest::qWait(150);  // a button pressed by its letter is released a while later
+        EXPECT_TRUE(engine.Pairs()[3].bNotUsed);
+        EXPECT_FALSE(offer.isVisible());
+        EXPECT_TRUE(strip.text().startsWith("Checked")) << strip.text().toStdString();
+    });
+}
+
+TEST_F(FrmTrWindow, ShowsPanelsAndColumnsByAKey) {
+    Open([&](frmTrWindow& window) {
+        auto& grid = Find<QTableView>(window, "Grid1");
+        auto& types = Find<QTableView>(window, "types");
+        const auto press = [&](Qt::Key key) {
+            int drawn = 0;
+            const auto counted = QObject::connect(
+                grid.model(), &QAbstractItemModel::headerDataChanged, [&] { ++drawn; });
+            QTest::keyClick(QApplication::focusWidget(), key);
+            QApplication::processEvents();
+            QObject::disconnect(counted);
+            EXPECT_EQ(drawn, 1);
+        };
+        press(Qt::Key_F6);
+        EXPECT_FALSE(grid.isColumnHidden(9) || grid.isColumnHidden(13));
+        press(Qt::Key_F7);
+        EXPECT_TRUE(Find<QWidget>(window, "figures").isVisible());
+        EXPECT_GT(Find<QTableView>(window, "parameters").model()->rowCount(), 6);
+        press(Qt::Key_F8);
+        EXPECT_FALSE(Find<QWidget>(window, "figures").isVisible());
+        EXPECT_TRUE(types.hasFocus());
+        types.selectRow(3);
+        press(Qt::Key_Return);
+        EXPECT_EQ(engine.eTrType(), TR_AFFIN);
+        EXPECT_TRUE(Find<QAbstractButton>(window, "RadioTrType(1)").isChecked());
+        press(Qt::Key_F8);
+        EXPECT_TRUE(grid.hasFocus());
+        press(Qt::Key_F6);
+        EXPECT_TRUE(grid.isColumnHidden(9) && grid.isColumnHidden(13));
+    });
+}
+
+TEST_F(FrmTrWindow, ListsTheOtherWarningsWithTheirOffers) {
+    Open([&](frmTrWindow& window) {
+        for (const char* type : {"RadioTrType(3)", "cmdTypes"}) Click(window, type);
+        auto& others = Find<QLabel>(window, "lblOtherWarnings");
+        EXPECT_FALSE(others.isVisible());
+        Click(window, "cmdMoreWarnings");
+        ASSERT_TRUE(others.isVisible());
+        const auto link = others.text().indexOf("<a href='");
+        ASSERT_GE(link, 0) << others.text().toStdString();
+        emit others.linkActivated(others.text().sliced(link + 9, 1));
+        QApplication::processEvents();
+        EXPECT_NE(engine.eTrType(), TR_POLI_2);
+    });
+}
+
 }  // namespace
 }  // namespace kv_tr::test

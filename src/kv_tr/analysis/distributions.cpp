@@ -6,6 +6,7 @@
 #include <boost/math/distributions/normal.hpp>
 #include <boost/math/distributions/students_t.hpp>
 #include <cmath>
+#include <limits>
 
 namespace kv_tr {
 namespace {
@@ -45,6 +46,7 @@ double StudentTwoSided(double value, double freedom) {
 double ChiSquareTail(double value, double freedom) { return Tail(ChiSquare(freedom), value); }
 
 double FisherTail(double value, double freedom, double secondFreedom) {
+    if (value == std::numeric_limits<double>::infinity()) return 0.0;  // the library has none
     return Tail(Fisher(freedom, secondFreedom), value);
 }
 

@@ -50,6 +50,12 @@ constexpr Caption kTrCaptions[] = {
     {"PicBox", {}, Text::kGraphTip},
     {"cmdPrint", Text::kPrint},
     {"cmdSavePicture", Text::kSavePicture},
+    {"cmdOffer"},
+    {"cmdMoreWarnings"},
+    {"cmdStatistics", Text::kStatisticsButton},
+    {"cmdTypes", Text::kTypesButton},
+    {"cmdColumns", Text::kColumnsButton},
+    {"chkAccurate"},
 };
 
 constexpr Caption kAffinTrPrmCaptions[] = {

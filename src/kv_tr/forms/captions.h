@@ -35,6 +35,9 @@ public:
     /// Throws std::out_of_range for a control that the form does not have.
     std::string TextOf(std::string_view control) const;
     std::string ToolTip(std::string_view control) const;
+    /// Whether SetText has given the control its text: that may be another one at any time, and its
+    /// letter for Alt comes after those of the others.
+    bool IsComputed(std::string_view control) const { return texts_.contains(control); }
 
 private:
     const Caption& Row(std::string_view control) const;

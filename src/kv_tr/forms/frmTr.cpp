@@ -29,10 +29,14 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
                      const std::function<void()>& showModal) {
     engine_ = &engine;
     Adjustment& adjustment = engine.Held();
-    table_.emplace(adjustment, engine.gdErrLimit, Changed);
+    const Solution solution = engine.Solution();
+    findings_.emplace(engine);
+    table_.emplace(adjustment, engine.gdErrLimit, Changed, &*findings_);
     plan_.emplace(adjustment, engine.gdErrLimit, Changed);
     applied_ = false;
     exited_ = false;
+    panel_ = Panel::kNone;
+    allWarningsShown_ = false;
     applyVisible_ = showApplyButton;
     captions_ = Captions(TrCaptions());
     captions_.SetToolTip("RadioTrType(8)", Text::kHelmert3Unknowns);
@@ -41,6 +45,10 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
     captions_.SetText("lblKh", [&] { return FiguresText(adjustment.Figures()); });
     captions_.SetText("lblCnt", [&] { return UsedCountText(adjustment); });
     captions_.SetText("lblExtCnt", [&] { return ExcludedCountText(adjustment); });
+    // Texts of their own for the controls that the letters of the others come before.
+    captions_.SetText("chkAccurate", [] { return Translated(Text::kAccurateSolution); });
+    captions_.SetText("cmdOffer", [this] { return FirstOffer(); });
+    captions_.SetText("cmdMoreWarnings", [this] { return MoreWarnings(); });
     const Subscription edited = table_->Edited.Subscribe([this] { Recalculate(); });
     const Subscription typeChanged =
         engine.TypeChanched.Subscribe([this](enuTR_TYPE&) { Changed.Raise(); });
@@ -51,6 +59,8 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
     captions_ = Captions(TrCaptions());
     plan_.reset();
     table_.reset();
+    findings_.reset();
+    engine.Solution(solution);
     engine_ = nullptr;
     return showApplyButton ? applied_ : exited_;
 }
@@ -146,6 +156,7 @@ void frmTr::cmdRemoveExt() {
     const ChangeEvent::Action action(Changed);
     table_->CloseEditor();
     engine_->Held().RemoveExcluded();
+    findings_->Forget();
     Changed.Raise();
 }
 
@@ -174,6 +185,76 @@ void frmTr::cmdExit() {
     exited_ = true;
 }
 
+std::vector<StripLine> frmTr::Strip() const {
+    if (panel_ == Panel::kStatistics || table_->IsAnyGroupShown()) findings_->Assessed();
+    if (panel_ == Panel::kTypes) findings_->Advised();
+    return StripOf(*engine_, *findings_);
+}
+
+void frmTr::cmdOffer(const StripLine& line) {
+    const Warning& warning = line.warning;
+    const ChangeEvent::Action action(Changed);
+    switch (warning.offer) {
+        case Warning::Offer::kNone: return;
+        case Warning::Offer::kAccurate: return Solve(Solution::kAccurate);
+        case Warning::Offer::kType: return UseType(*warning.offeredType);
+        case Warning::Offer::kDeleteExcluded: cmdRemoveExt(); return Recalculate();
+        case Warning::Offer::kExclude: break;
+    }
+    if (!engine_->Held().Points()[*warning.point].used) return;
+    Fit([&] { engine_->ExcludeByIx(static_cast<std::int32_t>(*warning.point), true); });
+}
+
+void frmTr::cmdMoreWarnings() {
+    allWarningsShown_ = !allWarningsShown_;
+    Changed.Raise();
+}
+
+std::string frmTr::FirstOffer() const {
+    const auto lines = Strip();
+    return lines.empty() ? std::string() : lines.front().offer;
+}
+
+std::string frmTr::MoreWarnings() const {
+    const auto lines = Strip();
+    return lines.size() < 2 ? std::string()
+                            : Translated(Text::kMoreWarnings, {std::to_string(lines.size() - 1)});
+}
+
+void frmTr::TogglePanel(Panel panel) {
+    panel_ = panel_ == panel ? Panel::kNone : panel;
+    Changed.Raise();
+}
+
+int frmTr::TypesRow() const {
+    const auto& types = findings_->Advised().types;
+    const Type fitted = ModelOf(TypeOf(engine_->eTrType()));
+    const auto found = std::ranges::find(types, fitted, &TypeFigures::type);
+    return found == types.end() ? -1 : static_cast<int>(found - types.begin());
+}
+
+void frmTr::FitTypeOf(int row) {
+    const auto& types = findings_->Advised().types;
+    if (row < 0 || row >= std::ssize(types)) return;
+    UseType(types[static_cast<std::size_t>(row)].type);
+}
+
+void frmTr::UseType(Type type) {
+    const auto found = std::ranges::find(kTypes, PublishedType(type));
+    if (found != kTypes.end()) RadioTrType(static_cast<int>(found - kTypes.begin()));
+}
+
+void frmTr::cmdColumns() { table_->ToggleAllGroups(); }
+
+void frmTr::chkAccurate() {
+    Solve(AccurateChecked() ? Solution::kDocumented : Solution::kAccurate);
+}
+
+void frmTr::Solve(Solution solution) {
+    engine_->Solution(solution);
+    Recalculate();
+}
+
 void frmTr::Recalculate() {
     Fit([this] { engine_->DoCalcTr(); });
 }
@@ -183,6 +264,7 @@ void frmTr::Recalculate() {
 void frmTr::Fit(const std::function<void()>& fit) {
     const ChangeEvent::Action action(Changed);
     Changed.Raise();
+    findings_->Forget();  // the points may be others already, and a message may show them
     try {
         fit();
     } catch (const RuntimeError& error) {
@@ -194,6 +276,7 @@ void frmTr::Fit(const std::function<void()>& fit) {
         engine_->DoCalcTr();
         Changed.Raise();
     }
+    findings_->Forget();
     fittedType_ = engine_->eTrType();
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "kv_tr/forms/findings_tables.h"
 #include "kv_tr/forms/form.h"
 #include "kv_tr/forms/pair_table.h"
 #include "kv_tr/forms/residual_plan.h"
@@ -15,11 +16,16 @@ namespace kv_tr {
 /// Lets the user inspect and steer an adjustment: the table of pairs with their residuals, the
 /// statistics, the type, the error limit, exclusion, editing, the graph, log and parameters.
 ///
+/// A strip above the table says whether the fit can be relied on, with an offer of what would help;
+/// a panel below has the statistics, or compares the types. What they show is computed when they
+/// show it.
+///
 /// All work is done by the engine, which keeps all coordinates. Fits end with a message where there
 /// is one, and everything shown belongs to the last fit.
 class frmTr : public Form {
 public:
     enum class Mode { kTable, kEdit, kGraph };
+    enum class Panel { kNone, kStatistics, kTypes };
 
     frmTr() : Form(TrCaptions()) {}
 
@@ -66,11 +72,50 @@ public:
     void cmdApplyResult() { applied_ = true; }
     void cmdExit();
 
+    // What the fit is worth.
+
+    /// With what the panel and the columns that are shown add to the warnings.
+    std::vector<StripLine> Strip() const;
+    /// Does what a line of the strip offers. The line may be one that was shown before the last
+    /// fit.
+    void cmdOffer(const StripLine& line);
+    /// Shows all lines of the strip, or the first one only.
+    void cmdMoreWarnings();
+    bool AllWarningsShown() const { return allWarningsShown_; }
+
+    Panel ShownPanel() const { return panel_; }
+    /// Show a panel, or hide the one that is shown.
+    void cmdStatistics() { TogglePanel(Panel::kStatistics); }
+    void cmdTypes() { TogglePanel(Panel::kTypes); }
+    FindingsTable Figures() const { return FiguresTable(*engine_, *findings_); }
+    FindingsTable Parameters() const { return ParametersTable(*findings_); }
+    FindingsTable Types() const { return TypesTable(*findings_); }
+    std::string Advice() const { return AdviceText(*findings_); }
+    /// The row of the fitted type in Types(); -1 when it is not there.
+    int TypesRow() const;
+    /// Fits the type of a row of Types().
+    void FitTypeOf(int row);
+
+    /// Shows the columns of the statistics in the table, or hides them.
+    void cmdColumns();
+    /// Whether the accurate solution is fitted instead of the documented one. That lasts until the
+    /// dialog is closed.
+    bool AccurateChecked() const { return engine_->Solution() == Solution::kAccurate; }
+    void chkAccurate();
+    /// What has been computed so far.
+    const FindingsCache& Findings() const { return *findings_; }
+
 private:
+    void Solve(Solution solution);
+    void UseType(Type type);
+    void TogglePanel(Panel panel);
+    std::string FirstOffer() const;
+    std::string MoreWarnings() const;
     void Recalculate();
     void Fit(const std::function<void()>& fit);
 
-    clsTrCalc* engine_ = nullptr;  // moCalcTr
+    clsTrCalc* engine_ = nullptr;                    // moCalcTr
+    mutable std::optional<FindingsCache> findings_;  // filled when something is asked for
     std::optional<PairTable> table_;
     std::optional<ResidualPlan> plan_;
     enuTR_TYPE fittedType_ = TR_HELMERT;
@@ -78,6 +123,8 @@ private:
     bool applied_ = false;
     bool exited_ = false;
     Mode mode_ = Mode::kTable;
+    Panel panel_ = Panel::kNone;
+    bool allWarningsShown_ = false;
     std::string limitText_;
 };
 

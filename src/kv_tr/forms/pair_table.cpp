@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <utility>
 
+#include "kv_tr/forms/findings_tables.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
 
@@ -14,11 +16,27 @@ namespace {
 
 constexpr int kAtTheEnd = 1000;  // of any text
 
-enum Column { kNumber, kIdentifier, kFirstCoordinate, kLastCoordinate = 5, kTotal = 8 };
+enum Column {
+    kNumber,
+    kIdentifier,
+    kFirstCoordinate,
+    kLastCoordinate = 5,
+    kTotal = 8,
+    kStudentisedFirst,
+    kStudentisedSecond,
+    kRedundancyFirst,
+    kRedundancySecond,
+    kProbability,
+};
+
+/// The place of a column's group in PairTable::kFigureGroups.
+std::size_t GroupOf(int column) {
+    return static_cast<std::size_t>((column - kStudentisedFirst) / 2);
+}
 
 std::string Heading(int column) {
-    constexpr std::array kFixed{"    Y1", "    X1", "    Y2",  "    X2",
-                                "    Dy", "    Dx", "    DyDx"};
+    constexpr std::array kFixed{"    Y1",   "    X1", "    Y2", "    X2", "    Dy", "    Dx",
+                                "    DyDx", "tY",     "tX",     "rY",     "rX",     "p"};
     if (column == kNumber) return Translated(Text::kNumberColumn);
     if (column == kIdentifier) return Translated(Text::kIdentifierColumn);
     return kFixed[static_cast<std::size_t>(column - kFirstCoordinate)];
@@ -36,6 +54,11 @@ std::string Trimmed(const std::string& text) {
     const auto begin = text.find_first_not_of(' ');
     if (begin == text.npos) return {};
     return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
+}
+
+/// A figure of the statistics as its column shows it.
+std::string FigureCell(double value, int column) {
+    return column == kProbability ? ShortFigure(value) : FixedFigure(value, 2);
 }
 
 /// Puts a text into a point; false for a column that cannot be changed and for a text that is no
@@ -59,6 +82,7 @@ bool Put(const std::string& text, int column, ControlPoint& point) {
 std::string PairTable::CellText(int row, int column) const {
     if (row == 0) return Heading(column);
     if (column == kNumber) return std::to_string(row);
+    if (column > kTotal) return FigureCell(FigureIn(row, column), column);
     return column == kIdentifier ? PointIn(row).id : FormatFixed(NumberIn(row, column), 3, 0);
 }
 
@@ -77,6 +101,8 @@ std::string PairTable::WidestText(int column) const {
         const auto length = [](const ControlPoint& point) { return point.id.size(); };
         return std::ranges::max_element(points, {}, length)->id;
     }
+    if (column == kProbability) return ShortFigure(1e-100);
+    if (column > kTotal) return FixedFigure(-100.0, 2);
     double least = NumberIn(1, column);
     double greatest = least;
     for (int row = 2; row < RowCount(); ++row) {
@@ -92,8 +118,10 @@ std::string PairTable::WidestText(int column) const {
 std::string PairTable::TableText(std::span<const int> rows) const {
     std::string text;
     const auto addRow = [&](int row) {
-        for (int column = 0; column < kColumns; ++column) {
-            const bool isNumber = row > 0 && column >= kFirstCoordinate;
+        for (int column = 0; column < kAllColumns; ++column) {
+            if (!IsColumnShown(column)) continue;
+            const bool isNumber = row > 0 && column >= kFirstCoordinate &&
+                                  (column <= kTotal || std::isfinite(FigureIn(row, column)));
             text += column == 0 ? "" : "\t";
             text += isNumber ? AllDigits(NumberIn(row, column)) : Trimmed(CellText(row, column));
         }
@@ -102,6 +130,26 @@ std::string PairTable::TableText(std::span<const int> rows) const {
     addRow(0);
     for (const int row : rows) addRow(row);
     return text;
+}
+
+bool PairTable::IsColumnShown(int column) const {
+    return column <= kTotal || (findings_ != nullptr && groupsShown_[GroupOf(column)]);
+}
+
+bool PairTable::IsAnyGroupShown() const { return std::ranges::count(groupsShown_, true) > 0; }
+
+void PairTable::ToggleGroup(std::size_t group) {
+    groupsShown_[group] = !groupsShown_[group];
+    changed_.Raise();
+}
+
+void PairTable::ToggleAllGroups() {
+    groupsShown_.fill(!IsAnyGroupShown());
+    changed_.Raise();
+}
+
+std::string PairTable::HeadingTip(int column) const {
+    return column <= kTotal ? std::string() : Translated(kFigureGroups[GroupOf(column)]);
 }
 
 int PairTable::CurrentRow() const { return std::min(currentRow_, RowCount() - 1); }
@@ -179,12 +227,27 @@ const Residual& PairTable::ResidualIn(int row) const {
 
 /// The number in a column from kFirstCoordinate on.
 double PairTable::NumberIn(int row, int column) const {
+    if (column > kTotal) return FigureIn(row, column);
     const Residual& residual = ResidualIn(row);
     if (column == kTotal) return residual.Length();  // which takes longer than all the others
     const auto& [id, source, destination, used] = PointIn(row);
     const std::array numbers{source.first,       source.second,  destination.first,
                              destination.second, residual.first, residual.second};
     return numbers[static_cast<std::size_t>(column - kFirstCoordinate)];
+}
+
+/// The figure in a column of the statistics; not a number where it is not defined.
+double PairTable::FigureIn(int row, int column) const {
+    const PointAssessment* point =
+        findings_ == nullptr ? nullptr : findings_->Of(static_cast<std::size_t>(row - 1));
+    if (point == nullptr) return kUndefined;
+    switch (column) {
+        case kStudentisedFirst: return point->external.first;
+        case kStudentisedSecond: return point->external.second;
+        case kRedundancyFirst: return point->redundancy.first;
+        case kRedundancySecond: return point->redundancy.second;
+        default: return point->adjustedProbability;
+    }
 }
 
 }  // namespace kv_tr

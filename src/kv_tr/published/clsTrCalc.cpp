@@ -157,12 +157,14 @@ void clsTrCalc::DoCalc_Affin5(std::int16_t iterCntMax) {
     Calculate({.passLimit = eTrType() == TR_AFFIN_5 ? std::optional(iterCntMax) : std::nullopt});
 }
 
-void clsTrCalc::Calculate(const FitOptions& options) {
+void clsTrCalc::Calculate(FitOptions options) {
     if (lFullCnt() == 0) return;
+    options.solution = solution_;
     const FitOutcome outcome = Held().Fit(options);
     if (outcome.trouble == FitTrouble::kNoStart) {
         throw RuntimeError(ErrorNumber::kDivisionByZero, "Division by zero");
     }
+    outcome_ = outcome;
     if (eTrType() > TR_EOV_HDR_10e) {
         for (std::size_t used = adjustment_.UsedCount(); used > 0; --used)
             ShowMessage("KORVANEL --> mudtTR_PRM.eType=" + std::to_string(eTrType()));

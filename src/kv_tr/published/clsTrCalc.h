@@ -105,6 +105,14 @@ public:
     void DoCalc_Helmert3(std::int16_t iterCntMax = 20);
     /// The same for TR_AFFIN_5, with text 76.
     void DoCalc_Affin5(std::int16_t iterCntMax = 50);
+    /// Which solution the fits compute; the documented one until another is chosen.
+    kv_tr::Solution Solution() const { return solution_; }
+    /// Chooses the solution of the fits that follow, and does nothing else.
+    void Solution(kv_tr::Solution solution) { solution_ = solution; }
+    /// Whether the last fit was the least-squares solution when it was made.
+    const TruthCheck& Truth() const { return adjustment_.Check(); }
+    /// What became of the last fit that computed something.
+    const FitOutcome& Outcome() const { return outcome_; }
 
     // Accuracy figures of the last fit over the used pairs, 0 before the first.
 
@@ -163,12 +171,14 @@ public:
     void setLanguageID(std::int32_t LanguageID);
 
 private:
-    void Calculate(const FitOptions& options);
+    void Calculate(FitOptions options);
     Transformation Current() const;
 
     TraceEntry trace_{"clsTrCalc"};
     Subscription hostLanguage_;
     Adjustment adjustment_;
+    kv_tr::Solution solution_ = kv_tr::Solution::kDocumented;
+    FitOutcome outcome_;
     /// The counts that stay after TearDown.
     struct Released {
         std::int32_t full;

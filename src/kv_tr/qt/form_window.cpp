@@ -88,19 +88,31 @@ void FormWindow::Follow() {
 void FormWindow::Redraw() {
     const Captions& captions = form_.ControlTexts();
     QStringList texts;
-    for (const auto& [control, name] : bound_) {
+    const auto hasOwnLetter = [&](const auto& bound) {
+        return HasMnemonic(*bound.first) && !captions.IsComputed(bound.second);
+    };
+    for (const auto& bound : bound_) {
+        const auto& [control, name] = bound;
         const QString text = QString::fromStdString(captions.TextOf(name)).remove('\r');
-        if (HasMnemonic(*control)) {
+        if (hasOwnLetter(bound)) {
             texts << text;
+        } else if (HasMnemonic(*control)) {
+            continue;
         } else {
             SetCaption(*control, text);
         }
         control->setToolTip(QString::fromStdString(captions.ToolTip(name)));
     }
-    const QStringList marked = WithMnemonics(texts);
-    auto next = marked.begin();
-    for (const auto& [control, name] : bound_) {
-        if (HasMnemonic(*control)) SetCaption(*control, *next++);
+    QStringList marked = WithMnemonics(texts);
+    auto next = marked.cbegin();
+    for (const auto& bound : bound_) {
+        if (hasOwnLetter(bound)) SetCaption(*bound.first, *next++);
+    }
+    for (const auto& bound : bound_) {  // these change, and must not take others' letters
+        if (!HasMnemonic(*bound.first) || hasOwnLetter(bound)) continue;
+        const QString text = QString::fromStdString(captions.TextOf(bound.second));
+        marked << WithFreeMnemonic(text, marked);
+        SetCaption(*bound.first, marked.back());
     }
 }
 

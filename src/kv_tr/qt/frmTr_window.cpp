@@ -16,12 +16,16 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QSplitter>
 #include <QTimer>
 
 #include "kv_tr/published/number_format.h"
+#include "kv_tr/qt/findings_panel.h"
+#include "kv_tr/qt/findings_view.h"
 #include "kv_tr/qt/graph_area.h"
 #include "kv_tr/qt/page_output.h"
 #include "kv_tr/qt/pair_grid.h"
+#include "kv_tr/qt/warning_strip.h"
 
 namespace kv_tr {
 namespace {
@@ -41,9 +45,21 @@ QScrollArea* Scrollable(QWidget* panel) {
 
 frmTrWindow::frmTrWindow(frmTr& form) : FormWindow(form, "frmTr", {1040, 680}), form_(form) {
     MakeViews();
-    auto* layout = new QHBoxLayout(this);
-    layout->addWidget(grid_, 1);
-    layout->addWidget(picture_, 1);
+    auto* views = new QSplitter(Qt::Vertical, this);
+    views->setChildrenCollapsible(false);
+    for (QWidget* view : std::initializer_list<QWidget*>{grid_, picture_, MakeFindings()}) {
+        views->addWidget(view);
+    }
+    views->setStretchFactor(views->indexOf(grid_), 1);
+    views->setStretchFactor(views->indexOf(picture_), 1);
+    auto* left = new QVBoxLayout;
+    left->addWidget(views, 1);
+    left->addWidget(MakePanelButtons());
+    auto* layout = new QHBoxLayout;
+    layout->addLayout(left, 1);
+    auto* whole = new QVBoxLayout(this);
+    whole->addWidget(MakeStrip());
+    whole->addLayout(layout, 1);
     panel_ = Scrollable(MakePanel());
     auto* side = new QVBoxLayout;
     side->addWidget(panel_);
@@ -70,6 +86,59 @@ void frmTrWindow::MakeViews() {
             if (form_.PicBoxMouseUp(place.x(), place.y())) QApplication::beep();
         });
     });
+}
+
+QWidget* frmTrWindow::MakeStrip() {
+    QPushButton* offer = MakePlainButton("cmdOffer");
+    offer->setFocusPolicy(Qt::TabFocus);  // a click must not change the offer before it is taken
+    QPushButton* more = MakeButton("cmdMoreWarnings", [this] { form_.cmdMoreWarnings(); });
+    more->setCheckable(true);
+    strip_ = new WarningStrip(offer, more, this);
+    connect(offer, &QPushButton::clicked, this, [this] { TakeOffer(0); });
+    connect(strip_, &WarningStrip::OfferChosen, this, &frmTrWindow::TakeOffer);
+    return strip_;
+}
+
+void frmTrWindow::TakeOffer(int line) {
+    const StripLine offered = strip_->Line(line);
+    Act([&] { form_.cmdOffer(offered); });
+}
+
+QWidget* frmTrWindow::MakeFindings() {
+    findings_ = new FindingsPanel(
+        form_, MakeCheckBox("chkAccurate", [this] { form_.chkAccurate(); }), this);
+    connect(findings_, &FindingsPanel::TypeChosen, this,
+            [this](int row) { Act([this, row] { form_.FitTypeOf(row); }); });
+    return findings_;
+}
+
+QWidget* frmTrWindow::MakePanelButtons() {
+    auto* bar = new QWidget(this);
+    auto* layout = new QHBoxLayout(bar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    const auto make = [&](const char* name, Qt::Key key, void (frmTr::*toggle)()) {
+        QPushButton* button = MakePlainButton(name);
+        button->setCheckable(true);
+        connect(button, &QPushButton::clicked, this, [this, toggle] { TogglePanel(toggle); });
+        connect(new QShortcut(key, this), &QShortcut::activated, button, &QPushButton::click);
+        layout->addWidget(button);
+        return button;
+    };
+    statisticsButton_ = make("cmdStatistics", Qt::Key_F7, &frmTr::cmdStatistics);
+    typesButton_ = make("cmdTypes", Qt::Key_F8, &frmTr::cmdTypes);
+    columnsButton_ = make("cmdColumns", Qt::Key_F6, &frmTr::cmdColumns);
+    layout->addStretch();
+    return bar;
+}
+
+/// Whoever opens the table of types moves in it; whoever closes a panel is in the table again.
+void frmTrWindow::TogglePanel(void (frmTr::*toggle)()) {
+    Act([this, toggle] { (form_.*toggle)(); });
+    if (form_.ShownPanel() == frmTr::Panel::kTypes) {
+        findings_->EnterTypes();
+    } else if (grid_->isVisible()) {
+        grid_->setFocus();
+    }
 }
 
 QWidget* frmTrWindow::MakePanel() {
@@ -204,7 +273,16 @@ void frmTrWindow::Redraw() {
     if (!limit_->isModified()) limit_->setText(QString::fromStdString(form_.LimitText()));
     grid_->Redraw();
     picture_->update();
+    RedrawFindings();
     FitPanel();
+}
+
+void frmTrWindow::RedrawFindings() {
+    findings_->Redraw();
+    statisticsButton_->setChecked(form_.ShownPanel() == frmTr::Panel::kStatistics);
+    typesButton_->setChecked(form_.ShownPanel() == frmTr::Panel::kTypes);
+    columnsButton_->setChecked(form_.Table().IsAnyGroupShown());
+    strip_->Show(form_.Strip(), form_.AllWarningsShown());
 }
 
 void frmTrWindow::resizeEvent(QResizeEvent* event) {
@@ -236,8 +314,9 @@ void frmTrWindow::ActOnCells(const std::function<void()>& action) {
     FormWindow::Act([&] { SettleLimit() ? action() : form_.Changed.Raise(); });
 }
 
-/// Copies what is selected in the statistics, else the table.
+/// Copies what is selected in the statistics, else the table that has the focus.
 void frmTrWindow::Copy() {
+    if (const auto* view = dynamic_cast<FindingsView*>(focusWidget())) return view->Copy();
     for (const QLabel* label : statistics_) {
         if (!label->hasSelectedText()) continue;
         return QApplication::clipboard()->setText(label->selectedText());

@@ -12,11 +12,14 @@ class QLabel;
 class QLineEdit;
 class QRadioButton;
 class QScrollArea;
+class QSplitter;
 
 namespace kv_tr {
 
+class FindingsPanel;
 class GraphArea;
 class PairGrid;
+class WarningStrip;
 
 class frmTrWindow : public FormWindow {
 public:
@@ -38,6 +41,12 @@ private:
     QWidget* MakePanel();
     QWidget* MakeExits();
     void MakeViews();
+    QWidget* MakeStrip();
+    QWidget* MakeFindings();
+    QWidget* MakePanelButtons();
+    void RedrawFindings();
+    void TakeOffer(int line);
+    void TogglePanel(void (frmTr::*toggle)());
     QLabel* MakeLabel(const QString& name, QBoxLayout& layout);
     void ActOnCells(const std::function<void()>& action);
     bool SettleLimit();
@@ -49,6 +58,11 @@ private:
     PairGrid* grid_ = nullptr;
     GraphArea* picture_ = nullptr;
     QScrollArea* panel_ = nullptr;
+    WarningStrip* strip_ = nullptr;
+    FindingsPanel* findings_ = nullptr;
+    QPushButton* statisticsButton_ = nullptr;
+    QPushButton* typesButton_ = nullptr;
+    QPushButton* columnsButton_ = nullptr;
     std::array<QPushButton*, 3> modes_{};
     std::array<QRadioButton*, 10> types_{};
     QCheckBox* inverse_ = nullptr;

@@ -66,4 +66,23 @@ QStringList WithMnemonics(const QStringList& captions) {
     return marked;
 }
 
+QString WithFreeMnemonic(QString caption, const QStringList& marked) {
+    if (caption.isEmpty()) return caption;
+    std::set<QChar> taken;
+    for (const QString& other : marked) {
+        const auto mark = other.lastIndexOf('&');
+        if (mark >= 0) taken.insert(other[mark + 1].toLower());
+    }
+    const QString letters = caption.toLower();
+    caption.replace('&', "&&");
+    const bool isPlain = !letters.contains('&');  // whose last "&" then is the letter's
+    for (qsizetype i = 0; isPlain && i < letters.size(); ++i) {
+        if (IsPlain(letters[i]) && !taken.contains(letters[i])) return caption.insert(i, '&');
+    }
+    for (QChar digit = '0'; digit <= '9'; digit = QChar(digit.unicode() + 1)) {
+        if (!taken.contains(digit)) return caption + QString(" (&%1)").arg(digit);
+    }
+    return caption;
+}
+
 }  // namespace kv_tr

@@ -5,11 +5,13 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <algorithm>
 #include <numeric>
 #include <utility>
 #include <vector>
 
+#include "kv_tr/published/ml_strings.h"
 #include "kv_tr/qt/cell_delegate.h"
 #include "kv_tr/qt/pair_model.h"
 
@@ -30,7 +32,11 @@ PairGrid::PairGrid(PairTable& table, ActFunction act, QWidget* parent)
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-    for (int column = 0; column < PairTable::kColumns; ++column) setColumnWidth(column, 0);
+    for (int column = 0; column < PairTable::kAllColumns; ++column) setColumnWidth(column, 0);
+    ShowColumns();
+    horizontalHeader()->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(horizontalHeader(), &QWidget::customContextMenuRequested, this,
+            &PairGrid::ChooseColumns);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, [this](int column) {
         if (!table_.Editable()) return;
         selectionModel()->clear();
@@ -41,17 +47,40 @@ PairGrid::PairGrid(PairTable& table, ActFunction act, QWidget* parent)
 void PairGrid::Redraw() {
     CloseEditorUnlessWanted();  // the view warns of one that has gone with its row
     model_->Update();
+    ShowColumns();
     WidenColumns();
     ShowMode();
     ShowCurrentCell();
     OpenEditorIfWanted();
 }
 
+void PairGrid::ShowColumns() {
+    for (int column = PairTable::kColumns; column < PairTable::kAllColumns; ++column) {
+        const bool hidden = !table_.IsColumnShown(column);
+        if (isColumnHidden(column) != hidden) setColumnHidden(column, hidden);
+    }
+}
+
+/// The menu of the headings: which columns of the statistics are shown.
+void PairGrid::ChooseColumns(QPoint place) {
+    QMenu menu(this);
+    for (std::size_t group = 0; group < PairTable::kFigureGroups.size(); ++group) {
+        const std::string name = Translated(PairTable::kFigureGroups[group]);
+        QAction* shown = menu.addAction(QString::fromStdString(name));
+        shown->setCheckable(true);
+        shown->setChecked(table_.IsGroupShown(group));
+        connect(shown, &QAction::triggered, this,
+                [this, group] { act_([this, group] { table_.ToggleGroup(group); }); });
+    }
+    menu.exec(horizontalHeader()->mapToGlobal(place));
+}
+
 /// Columns grow to what is in them, and are never made narrower than the user has them.
 void PairGrid::WidenColumns() {
     constexpr int kMargin = 14;
     const int least = fontMetrics().averageCharWidth() * 8;
-    for (int column = 0; column < PairTable::kColumns; ++column) {
+    for (int column = 0; column < PairTable::kAllColumns; ++column) {
+        if (!table_.IsColumnShown(column)) continue;
         const auto widthOf = [this](const std::string& text) {
             return fontMetrics().horizontalAdvance(QString::fromStdString(text)) + kMargin;
         };

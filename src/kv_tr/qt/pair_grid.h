@@ -50,7 +50,9 @@ private:
     QModelIndex CurrentCell() const;
     void CloseEditorUnlessWanted();
     void OpenEditorIfWanted();
+    void ShowColumns();
     void WidenColumns();
+    void ChooseColumns(QPoint place);
 
     PairTable& table_;
     ActFunction act_;

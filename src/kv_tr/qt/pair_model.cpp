@@ -43,15 +43,15 @@ void PairModel::Update() {
         rows_ = rows;
         endResetModel();
     } else if (rows > 0) {
-        emit dataChanged(index(0, 0), index(rows - 1, PairTable::kColumns - 1));
+        emit dataChanged(index(0, 0), index(rows - 1, PairTable::kAllColumns - 1));
     }
-    emit headerDataChanged(Qt::Horizontal, 0, PairTable::kColumns - 1);
+    emit headerDataChanged(Qt::Horizontal, 0, PairTable::kAllColumns - 1);
 }
 
 int PairModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }
 
 int PairModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : PairTable::kColumns;
+    return parent.isValid() ? 0 : PairTable::kAllColumns;
 }
 
 QVariant PairModel::data(const QModelIndex& index, int role) const {
@@ -70,6 +70,7 @@ QVariant PairModel::headerData(int section, Qt::Orientation orientation, int rol
     if (orientation == Qt::Vertical) return {};
     if (role == Qt::DisplayRole) return QString::fromStdString(table_.CellText(0, section));
     if (role == Qt::TextAlignmentRole) return Alignment(section);
+    if (role == Qt::ToolTipRole) return QString::fromStdString(table_.HeadingTip(section));
     return {};
 }
 
