@@ -60,17 +60,18 @@ void TakeAdjustment(const Camera& camera) {
         frmTrWindow window(form);
         window.resize(940, 700);
         camera.Take(window, "adjustment-table");
-        form.cmdStatistics();
-        camera.Take(window, "adjustment-statistics");
-        form.cmdTypes();
-        camera.Take(window, "adjustment-types");
-        form.cmdTypes();
         form.opMode(frmTr::Mode::kEdit);
         form.Table().Grid1Click(5, 2);
         camera.Take(window, "adjustment-edit");
         form.opMode(frmTr::Mode::kGraph);
         form.chkRad();
         camera.Take(window, "adjustment-graph");
+        form.opMode(frmTr::Mode::kTable);
+        window.resize(1040, 700);
+        form.cmdStatistics();
+        camera.Take(window, "adjustment-statistics");
+        form.cmdTypes();
+        camera.Take(window, "adjustment-types");
     });
 }
 
