@@ -361,8 +361,8 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kLeaveOneOutFigure, "Error at unseen points, LOO"},
     {Text::kPressFigure, "Sum of squares of these errors, PRESS"},
     {Text::kSquareSumFigure, "Sum of squares of the residuals, [vv]"},
-    {Text::kUnknownsFigure, "Redundancy r = 2m − u"},
-    {Text::kHullFactorFigure, "Greatest σ between the points / s0"},
+    {Text::kUnknownsFigure, "Redundancy r = 2m - u"},
+    {Text::kHullFactorFigure, "Greatest {0} between the points / s0"},
     {Text::kInexactFigure, "Distance from the exact solution"},
 };
 // clang-format on

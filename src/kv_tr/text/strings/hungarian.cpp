@@ -362,8 +362,8 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kLeaveOneOutFigure, "Hiba új pontokon, LOO"},
     {Text::kPressFigure, "E hibák négyzetösszege, PRESS"},
     {Text::kSquareSumFigure, "A javítások négyzetösszege, [vv]"},
-    {Text::kUnknownsFigure, "Fölös mérések, r = 2m − u"},
-    {Text::kHullFactorFigure, "Legnagyobb σ a pontok között / s0"},
+    {Text::kUnknownsFigure, "Fölös mérések, r = 2m - u"},
+    {Text::kHullFactorFigure, "Legnagyobb {0} a pontok között / s0"},
     {Text::kInexactFigure, "Eltérés a pontos megoldástól"},
 };
 // clang-format on

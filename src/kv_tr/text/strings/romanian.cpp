@@ -361,8 +361,8 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kLeaveOneOutFigure, "Eroarea în puncte noi, LOO"},
     {Text::kPressFigure, "Suma pătratelor acestor erori, PRESS"},
     {Text::kSquareSumFigure, "Suma pătratelor reziduurilor, [vv]"},
-    {Text::kUnknownsFigure, "Redundanța r = 2m − u"},
-    {Text::kHullFactorFigure, "Cel mai mare σ între puncte / s0"},
+    {Text::kUnknownsFigure, "Redundanța r = 2m - u"},
+    {Text::kHullFactorFigure, "Cel mai mare {0} între puncte / s0"},
     {Text::kInexactFigure, "Distanța față de soluția exactă"},
 };
 // clang-format on

@@ -361,8 +361,8 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kLeaveOneOutFigure, "Greška na novim tačkama, LOO"},
     {Text::kPressFigure, "Zbir kvadrata ovih grešaka, PRESS"},
     {Text::kSquareSumFigure, "Zbir kvadrata odstupanja, [vv]"},
-    {Text::kUnknownsFigure, "Prekobrojna merenja r = 2m − u"},
-    {Text::kHullFactorFigure, "Najveće σ između tačaka / s0"},
+    {Text::kUnknownsFigure, "Prekobrojna merenja r = 2m - u"},
+    {Text::kHullFactorFigure, "Najveće {0} između tačaka / s0"},
     {Text::kInexactFigure, "Udaljenost od tačnog rešenja"},
 };
 // clang-format on

@@ -361,8 +361,8 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kLeaveOneOutFigure, "Sai số tại các điểm mới, LOO"},
     {Text::kPressFigure, "Tổng bình phương của chúng, PRESS"},
     {Text::kSquareSumFigure, "Tổng bình phương số dư, [vv]"},
-    {Text::kUnknownsFigure, "Số trị đo thừa r = 2m − u"},
-    {Text::kHullFactorFigure, "σ lớn nhất giữa các điểm / s0"},
+    {Text::kUnknownsFigure, "Số trị đo thừa r = 2m - u"},
+    {Text::kHullFactorFigure, "{0} lớn nhất giữa các điểm / s0"},
     {Text::kInexactFigure, "Khoảng cách tới lời giải đúng"},
 };
 // clang-format on
