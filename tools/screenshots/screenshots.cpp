@@ -66,6 +66,12 @@ void TakeAdjustment(const Camera& camera) {
         form.opMode(frmTr::Mode::kGraph);
         form.chkRad();
         camera.Take(window, "adjustment-graph");
+        form.opMode(frmTr::Mode::kTable);
+        window.resize(1040, 700);
+        form.cmdStatistics();
+        camera.Take(window, "adjustment-statistics");
+        form.cmdTypes();
+        camera.Take(window, "adjustment-types");
     });
 }
 

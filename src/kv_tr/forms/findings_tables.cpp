@@ -129,7 +129,7 @@ FindingsTable FiguresTable(const clsTrCalc& engine, FindingsCache& findings) {
     add(Translated(Text::kUnknownsFigure), "",
         "2 · " + count + " − " + std::to_string(check.unknowns) + " = " + redundancy);
     add("AICc", "", FixedFigure(assessment.aicc, 1));
-    add(Translated(Text::kHullFactorFigure), "",
+    add(Translated(Text::kHullFactorFigure, {"σ"}), "",
         FixedFigure(check.undetermined ? kUndefined : check.hullFactor, 2));
     add(Translated(Text::kInexactFigure), "",
         shortMetres(check.undetermined ? kUndefined : check.errorInHull, " m"));

@@ -45,6 +45,7 @@ QScrollArea* Scrollable(QWidget* panel) {
 
 frmTrWindow::frmTrWindow(frmTr& form) : FormWindow(form, "frmTr", {1040, 680}), form_(form) {
     MakeViews();
+    MakeStrip();  // before the panel: where letters for Alt run out, the strip has its own
     auto* views = new QSplitter(Qt::Vertical, this);
     views->setChildrenCollapsible(false);
     for (QWidget* view : std::initializer_list<QWidget*>{grid_, picture_, MakeFindings()}) {
@@ -58,7 +59,7 @@ frmTrWindow::frmTrWindow(frmTr& form) : FormWindow(form, "frmTr", {1040, 680}), 
     auto* layout = new QHBoxLayout;
     layout->addLayout(left, 1);
     auto* whole = new QVBoxLayout(this);
-    whole->addWidget(MakeStrip());
+    whole->addWidget(strip_);
     whole->addLayout(layout, 1);
     panel_ = Scrollable(MakePanel());
     auto* side = new QVBoxLayout;
@@ -88,7 +89,7 @@ void frmTrWindow::MakeViews() {
     });
 }
 
-QWidget* frmTrWindow::MakeStrip() {
+void frmTrWindow::MakeStrip() {
     QPushButton* offer = MakePlainButton("cmdOffer");
     offer->setFocusPolicy(Qt::TabFocus);  // a click must not change the offer before it is taken
     QPushButton* more = MakeButton("cmdMoreWarnings", [this] { form_.cmdMoreWarnings(); });
@@ -96,7 +97,6 @@ QWidget* frmTrWindow::MakeStrip() {
     strip_ = new WarningStrip(offer, more, this);
     connect(offer, &QPushButton::clicked, this, [this] { TakeOffer(0); });
     connect(strip_, &WarningStrip::OfferChosen, this, &frmTrWindow::TakeOffer);
-    return strip_;
 }
 
 void frmTrWindow::TakeOffer(int line) {

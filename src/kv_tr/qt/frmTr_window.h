@@ -41,7 +41,7 @@ private:
     QWidget* MakePanel();
     QWidget* MakeExits();
     void MakeViews();
-    QWidget* MakeStrip();
+    void MakeStrip();
     QWidget* MakeFindings();
     QWidget* MakePanelButtons();
     void RedrawFindings();
