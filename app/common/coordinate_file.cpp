@@ -52,8 +52,8 @@ private:
 class Pipeline {
 public:
     Pipeline(std::streambuf& source, const CoordinateOutput& output, const PointMap& map,
-             const CoordinateOptions& options)
-        : reader_(source), output_(output), map_(map), options_(options) {}
+             CoordinateOptions options)
+        : reader_(source), output_(output), map_(map), options_(std::move(options)) {}
 
     CoordinateResult Run() {
         if (reader_.SkipUtf8Mark()) output_.write("\xEF\xBB\xBF");

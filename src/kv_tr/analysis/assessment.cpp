@@ -174,11 +174,11 @@ void SetSquares(const AdjustedModel& model, const AssessmentOptions& options,
     if (r <= 0) return;
     assessment.sigma0 = std::sqrt(assessment.squareSum / r);
     if (!SharesUnknowns(assessment.type)) {
-        assessment.sigma0Separate = {std::sqrt(sums.first / (r / 2)),
-                                     std::sqrt(sums.second / (r / 2))};
+        const double half = 0.5 * r;
+        assessment.sigma0Separate = {std::sqrt(sums.first / half), std::sqrt(sums.second / half)};
         if (!assessment.fitsExactly) {
             const double ratio = sums.first / sums.second;
-            const double tail = FisherTail(std::max(ratio, 1.0 / ratio), r / 2, r / 2);
+            const double tail = FisherTail(std::max(ratio, 1.0 / ratio), half, half);
             assessment.axesProbability = std::min(1.0, 2.0 * tail);
         }
     }

@@ -48,7 +48,7 @@ std::vector<Gradient> Derivatives(const AdjustedModel& model, Layout layout, Poi
 
 /// The cofactors of the unknowns, both blocks where the coordinates are separate.
 Matrix CofactorsOf(const AdjustedModel& model) {
-    const Matrix first = model.Factor(0).Cofactors();
+    Matrix first = model.Factor(0).Cofactors();
     if (SharesUnknowns(model.Model())) return first;
     const Matrix second = model.Factor(1).Cofactors();
     const std::size_t n = first.Rows();
@@ -130,6 +130,7 @@ void EstimateParameters(const AdjustedModel& model, std::span<const ControlPoint
     const double sigma0 = assessment.sigma0;
 
     std::vector<double> roots;
+    roots.reserve(rows.size());
     for (const Gradient& row : rows) roots.push_back(std::sqrt(Product(cofactors, row, row)));
     assessment.correlations = Matrix(rows.size(), rows.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {

@@ -67,7 +67,7 @@ void CompareWithSimpler(const Candidate& simpler, Candidate& candidate) {
 
 /// The mean of the differences of two rows over its standard error.
 double ExcessOf(const std::vector<double>& errors, const std::vector<double>& best) {
-    const double count = static_cast<double>(errors.size());
+    const auto count = static_cast<double>(errors.size());
     double mean = 0.0;
     for (std::size_t i = 0; i < errors.size(); ++i) mean += (errors[i] - best[i]) / count;
     double squares = 0.0;

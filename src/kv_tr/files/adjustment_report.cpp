@@ -61,12 +61,12 @@ ReportSection Data(const ReportSubject& subject, const ReportWords& words) {
     const Adjustment& adjustment = subject.adjustment;
     const auto points = adjustment.Points();
     ReportSection section{words(Text::kReportData)};
-    section.blocks.push_back(ReportParagraph{
+    section.blocks.emplace_back(ReportParagraph{
         words(Text::kReportPointCount,
               {std::to_string(points.size()), std::to_string(adjustment.UsedCount()),
                std::to_string(adjustment.ExcludedCount())})});
     if (adjustment.IsSwapped()) {
-        section.blocks.push_back(ReportParagraph{words(Text::kReportSwapped)});
+        section.blocks.emplace_back(ReportParagraph{words(Text::kReportSwapped)});
     }
     ReportTable table{.columns = {{"", Kind::kText}, {"Y1"}, {"X1"}, {"Y2"}, {"X2"}},
                       .rows = {{words(Text::kReportLeast)},
@@ -82,9 +82,9 @@ ReportSection Data(const ReportSubject& subject, const ReportWords& words) {
             table.rows[3].push_back(words.Coordinate(span.mean));
         }
     }
-    section.blocks.push_back(std::move(table));
+    section.blocks.emplace_back(std::move(table));
     if (IsPolynomial(adjustment.Result().type)) {
-        section.blocks.push_back(
+        section.blocks.emplace_back(
             ReportParagraph{words(Text::kReportOrigin, {words.Whole(adjustment.Result().a[0]),
                                                         words.Whole(adjustment.Result().b[0])})});
     }
@@ -108,11 +108,11 @@ std::string MarksOf(const TypeFigures& figures, const ReportSubject& subject,
 
 ReportSection TypeAndWhy(const ReportSubject& subject, const ReportWords& words) {
     ReportSection section{words(Text::kReportType)};
-    section.blocks.push_back(ReportParagraph{
+    section.blocks.emplace_back(ReportParagraph{
         words(Text::kReportFitted, {TypeName(subject.adjustment.FitType(), words.Texts()),
                                     std::to_string(subject.assessment.unknowns),
                                     std::to_string(subject.assessment.redundancy)})});
-    section.blocks.push_back(
+    section.blocks.emplace_back(
         ReportParagraph{DescribeAdvice(subject.advice, words.Texts(), words.Style())});
     ReportTable table{.columns = {{words(Text::kTypeHeading), Kind::kText},
                                   {"r"},
@@ -131,8 +131,9 @@ ReportSection TypeAndWhy(const ReportSubject& subject, const ReportWords& words)
                               MarksOf(figures, subject, words)});
     }
     if (!table.rows.empty()) {
-        section.blocks.push_back(std::move(table));
-        section.blocks.push_back(ReportParagraph{words(Text::kReportTypeLegend), Style::kLegend});
+        section.blocks.emplace_back(std::move(table));
+        section.blocks.emplace_back(
+            ReportParagraph{words(Text::kReportTypeLegend), Style::kLegend});
     }
     return section;
 }
@@ -140,12 +141,12 @@ ReportSection TypeAndWhy(const ReportSubject& subject, const ReportWords& words)
 ReportSection SolutionAndWarnings(const ReportSubject& subject, const ReportWords& words) {
     const Adjustment& adjustment = subject.adjustment;
     ReportSection section{words(Text::kReportSolution)};
-    section.blocks.push_back(
+    section.blocks.emplace_back(
         ReportParagraph{words(subject.solution == Solution::kAccurate ? Text::kReportAccurate
                                                                       : Text::kReportDocumented)});
     const TruthCheck& check = adjustment.Check();
     if (!check.undetermined && check.level <= TruthCheck::Level::kNote) {
-        section.blocks.push_back(
+        section.blocks.emplace_back(
             ReportParagraph{DescribeCheck(check, words.Texts(), words.Style()) + "."});
     }
     const auto warnings = FindWarnings({.points = adjustment.Points(),
@@ -156,7 +157,7 @@ ReportSection SolutionAndWarnings(const ReportSubject& subject, const ReportWord
                                         .assessment = &subject.assessment,
                                         .advice = &subject.advice});
     if (warnings.empty()) {
-        section.blocks.push_back(ReportParagraph{words(Text::kReportNoWarnings)});
+        section.blocks.emplace_back(ReportParagraph{words(Text::kReportNoWarnings)});
     } else {
         section.title += ", " + words(Text::kReportWarnings);
     }
@@ -164,7 +165,7 @@ ReportSection SolutionAndWarnings(const ReportSubject& subject, const ReportWord
         const Style style = warning.severity == Warning::Severity::kSevere    ? Style::kSevere
                             : warning.severity == Warning::Severity::kWarning ? Style::kWarning
                                                                               : Style::kNote;
-        section.blocks.push_back(ReportParagraph{
+        section.blocks.emplace_back(ReportParagraph{
             CodeOf(warning) + ": " +
                 ReportedText(DescribeWarning(warning, words.Texts(), words.Style())),
             style});
@@ -211,9 +212,9 @@ Report ReportOf(const ReportSubject& subject, const TextLookup& texts, NumberSty
                   .date = subject.date,
                   .pageText = words(Text::kReportPage)};
     ReportSection front{""};
-    front.blocks.push_back(Heading(subject, words));
-    if (!subject.files.empty()) front.blocks.push_back(Files(subject, words));
-    front.blocks.push_back(ReportParagraph{words(Text::kReportNotation)});
+    front.blocks.emplace_back(Heading(subject, words));
+    if (!subject.files.empty()) front.blocks.emplace_back(Files(subject, words));
+    front.blocks.emplace_back(ReportParagraph{words(Text::kReportNotation)});
     auto& sections = report.sections;
     sections.push_back(std::move(front));
     sections.push_back(Data(subject, words));

@@ -98,13 +98,13 @@ ReportSection ParameterSection(const ReportSubject& subject, const ReportWords& 
         for (char& letter : formula) {
             if (letter == 'a' || letter == 'b') letter = letter == 'a' ? 'A' : 'B';
         }
-        section.blocks.push_back(ReportParagraph{formula, Style::kFormula});
+        section.blocks.emplace_back(ReportParagraph{formula, Style::kFormula});
     }
-    section.blocks.push_back(Coefficients(subject, words));
-    section.blocks.push_back(
+    section.blocks.emplace_back(Coefficients(subject, words));
+    section.blocks.emplace_back(
         ReportParagraph{words(Text::kReportParameterLegend, {"σ"}), Style::kLegend});
     ReportTable derived = Derived(subject, words);
-    if (!derived.rows.empty()) section.blocks.push_back(std::move(derived));
+    if (!derived.rows.empty()) section.blocks.emplace_back(std::move(derived));
     return section;
 }
 
@@ -139,9 +139,9 @@ ReportSection AccuracySection(const ReportSubject& subject, const ReportWords& w
     }
     add(words(Text::kReportLeaveOneOut), "m = " + std::to_string(used), assessment.leaveOneOut);
     table.rows.push_back({words(Text::kReportPress), "1", words.Figure(assessment.press)});
-    section.blocks.push_back(std::move(table));
+    section.blocks.emplace_back(std::move(table));
     const auto say = [&section](std::string text) {
-        section.blocks.push_back(ReportParagraph{std::move(text)});
+        section.blocks.emplace_back(ReportParagraph{std::move(text)});
     };
     if (assessment.uncontrolled > 0) {
         say(words(Text::kReportUncontrolled, {std::to_string(assessment.uncontrolled)}));

@@ -93,11 +93,11 @@ ReportSection TestSection(const ReportSubject& subject, const ReportWords& words
              Detectable(point.detectable.second, words), words.Fixed(point.influence, 2),
              MarksOf(subject, i)});
     }
-    section.blocks.push_back(std::move(table));
+    section.blocks.emplace_back(std::move(table));
     const double critical =
         isKnown ? subject.assessment.criticalNormal : subject.assessment.criticalStudentised;
     const auto say = [&section](std::string text) {
-        section.blocks.push_back(ReportParagraph{std::move(text), Style::kLegend});
+        section.blocks.emplace_back(ReportParagraph{std::move(text), Style::kLegend});
     };
     say(words(Text::kReportTestLegend, {"τ", "∇"}));
     say(words(Text::kReportCritical,
@@ -184,9 +184,9 @@ std::vector<ReportSection> PointSections(const ReportSubject& subject, const Rep
         }
         if (subject.limit) table.rows.back().push_back(ReachesLimit(subject, i) ? "L" : "");
     }
-    section.blocks.push_back(std::move(table));
+    section.blocks.emplace_back(std::move(table));
     if (subject.limit) {
-        section.blocks.push_back(ReportParagraph{
+        section.blocks.emplace_back(ReportParagraph{
             words(Text::kReportLimitLegend, {words.Whole(*subject.limit)}), Style::kLegend});
     }
     std::vector<ReportSection> sections{std::move(section)};
@@ -209,8 +209,8 @@ ReportSection ExcludedSection(const ReportSubject& subject, const ReportWords& w
         table.rows.back().push_back(!isTested ? kUndefinedText
                                               : words(returns ? Text::kYes : Text::kNo));
     }
-    section.blocks.push_back(std::move(table));
-    section.blocks.push_back(ReportParagraph{
+    section.blocks.emplace_back(std::move(table));
+    section.blocks.emplace_back(ReportParagraph{
         words(Text::kReportExcludedLegend, {words.Whole(subject.options.alpha), "α"}),
         Style::kLegend});
     return section;
@@ -228,10 +228,10 @@ ReportSection DistortionSection(const ReportSubject& subject, const ReportWords&
     const Transformation& transformation = subject.adjustment.Result();
     const Point centre = samples.front();
     const Distortions distortions{transformation, MeanScaleAt(transformation, centre)};
-    section.blocks.push_back(ReportParagraph{words(
+    section.blocks.emplace_back(ReportParagraph{words(
         Text::kReferenceScale, {words.Fixed(distortions.mean, 9), words.Coordinate(centre.first),
                                 words.Coordinate(centre.second)})});
-    section.blocks.push_back(ReportParagraph{distortions.RangeText(samples, words)});
+    section.blocks.emplace_back(ReportParagraph{distortions.RangeText(samples, words)});
     ReportTable table{.columns = {{"Y1"},
                                   {"X1"},
                                   {"M [ppm]"},
@@ -245,8 +245,8 @@ ReportSection DistortionSection(const ReportSubject& subject, const ReportWords&
         !IsPolynomial(transformation.type) || TermCount(transformation.type) == 3;
     const auto places = isUniform ? std::vector<Point>{centre} : Grid(hull);
     for (const Point& place : places) table.rows.push_back(distortions.Row(place, words));
-    if (!table.rows.empty()) section.blocks.push_back(std::move(table));
-    section.blocks.push_back(
+    if (!table.rows.empty()) section.blocks.emplace_back(std::move(table));
+    section.blocks.emplace_back(
         ReportParagraph{words(Text::kDistortionLegend, {"ω"}), Style::kLegend});
     return section;
 }

@@ -80,8 +80,7 @@ std::vector<Point> ConvexHull(std::span<const Point> points) {
     if (points.empty()) return {};
     std::vector<Point> sorted = OuterPoints(points);
     std::ranges::sort(sorted, IsBefore);
-    const auto repeated = std::ranges::unique(sorted);
-    sorted.erase(repeated.begin(), repeated.end());
+    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
     if (sorted.size() < 3) return sorted;
 
     std::vector<Point> hull;

@@ -14,7 +14,6 @@ namespace kv_tr {
 namespace {
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 struct UsedPoints {
     std::vector<Point> sources;
@@ -83,7 +82,7 @@ bool IsBetter(const ClosedFit& closed, const UsedPoints& used, double error) {
     }
     const double more = SumOfSquares(used.residuals) - least;
     const double rounding = 100.0 * kEpsilon * GreatestCoordinate(used.destinations);
-    const double count = static_cast<double>(used.sources.size());
+    const auto count = static_cast<double>(used.sources.size());
     return more > 1e-6 * least && more > 4.0 * count * (error * error + rounding * rounding);
 }
 

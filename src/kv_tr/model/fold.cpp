@@ -78,7 +78,9 @@ Fold FindFold(const Transformation& transformation, std::span<const Point> sampl
     for (int round = 0; round < 3; ++round, step /= 2.0) {
         const Point middle = fold.place;
         for (int i = 0; i < 9; ++i) {
-            const Point at{middle.first + (i / 3 - 1) * step, middle.second + (i % 3 - 1) * step};
+            const int row = i / 3 - 1;
+            const int column = i % 3 - 1;
+            const Point at{middle.first + row * step, middle.second + column * step};
             if (!IsInside(at, hull)) continue;
             const double determinant = relative(at);
             if (determinant >= fold.leastDeterminant) continue;

@@ -61,10 +61,12 @@ Constants<double> ConstantsOf(const Transformation& t, const std::optional<Domai
     c.perReference = 1.0 / Determinant(DerivativeAt(t, reference));
     const double origin = std::max(std::abs(t.a[0]), std::abs(t.b[0]));
     c.leastStep = Squared(std::max(newton::kLeastStep, 4.0 * newton::kEpsilon * origin));
-    c.least[0] = domain ? domain->least.first : -kInfinite;
-    c.least[1] = domain ? domain->least.second : -kInfinite;
-    c.greatest[0] = domain ? domain->greatest.first : kInfinite;
-    c.greatest[1] = domain ? domain->greatest.second : kInfinite;
+    const Point least = domain ? domain->least : Point{-kInfinite, -kInfinite};
+    const Point greatest = domain ? domain->greatest : Point{kInfinite, kInfinite};
+    c.least[0] = least.first;
+    c.least[1] = least.second;
+    c.greatest[0] = greatest.first;
+    c.greatest[1] = greatest.second;
     return c;
 }
 
