@@ -116,7 +116,7 @@ QWidget* frmTrWindow::MakePanelButtons() {
     auto* bar = new QWidget(this);
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(0, 0, 0, 0);
-    const auto make = [&](const char* name, Qt::Key key, void (frmTr::*toggle)()) {
+    const auto make = [&](const char* name, Qt::Key key, const std::function<void()>& toggle) {
         QPushButton* button = MakePlainButton(name);
         button->setCheckable(true);
         connect(button, &QPushButton::clicked, this, [this, toggle] { TogglePanel(toggle); });
@@ -124,16 +124,16 @@ QWidget* frmTrWindow::MakePanelButtons() {
         layout->addWidget(button);
         return button;
     };
-    statisticsButton_ = make("cmdStatistics", Qt::Key_F7, &frmTr::cmdStatistics);
-    typesButton_ = make("cmdTypes", Qt::Key_F8, &frmTr::cmdTypes);
-    columnsButton_ = make("cmdColumns", Qt::Key_F6, &frmTr::cmdColumns);
+    statisticsButton_ = make("cmdStatistics", Qt::Key_F7, [this] { form_.cmdStatistics(); });
+    typesButton_ = make("cmdTypes", Qt::Key_F8, [this] { form_.cmdTypes(); });
+    columnsButton_ = make("cmdColumns", Qt::Key_F6, [this] { form_.cmdColumns(); });
     layout->addStretch();
     return bar;
 }
 
 /// Whoever opens the table of types moves in it; whoever closes a panel is in the table again.
-void frmTrWindow::TogglePanel(void (frmTr::*toggle)()) {
-    Act([this, toggle] { (form_.*toggle)(); });
+void frmTrWindow::TogglePanel(const std::function<void()>& toggle) {
+    Act(toggle);
     if (form_.ShownPanel() == frmTr::Panel::kTypes) {
         findings_->EnterTypes();
     } else if (grid_->isVisible()) {

@@ -46,7 +46,7 @@ private:
     QWidget* MakePanelButtons();
     void RedrawFindings();
     void TakeOffer(int line);
-    void TogglePanel(void (frmTr::*toggle)());
+    void TogglePanel(const std::function<void()>& toggle);
     QLabel* MakeLabel(const QString& name, QBoxLayout& layout);
     void ActOnCells(const std::function<void()>& action);
     bool SettleLimit();
