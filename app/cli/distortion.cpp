@@ -23,6 +23,8 @@
 namespace kv_tr::cli {
 namespace {
 
+using Json = nlohmann::ordered_json;
+
 struct DistortionOptions {
     std::string input;
     std::vector<std::string> at;  // first, second, first, second, ...
@@ -134,7 +136,6 @@ void Print(const std::vector<NamedPoint>& points, const Parameters& parameters,
 
 void PrintJson(const std::vector<NamedPoint>& points, const Parameters& parameters,
                const app::AngleUnit& unit) {
-    using Json = nlohmann::ordered_json;
     const auto angle = [&unit](std::optional<double> radians) {
         return radians ? Json(*radians * unit.perHalfTurn / std::numbers::pi) : Json();
     };

@@ -10,8 +10,9 @@
 static_assert(FLT_EVAL_METHOD == 0, "double arithmetic must round every operation to a double");
 
 // Formulas are written once, for a number that is a double or a group of doubles. They become part
-// of the function that uses them, and with that of its instruction set.
-#if defined(__GNUC__)
+// of the function that uses them, and with that of its instruction set. Under a sanitizer they stay
+// functions, slower ones with the same results: so much code in one takes minutes to compile there.
+#if defined(__GNUC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define KV_TR_INLINE [[gnu::always_inline]] inline
 #else
 #define KV_TR_INLINE inline
