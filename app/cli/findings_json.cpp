@@ -73,7 +73,7 @@ Json EstimateJson(const Estimate& estimate) {
     return {{"value", Number(estimate.value)}, {"sigma", Number(estimate.sigma)}};
 }
 
-Json ParametersJson(const Assessment& assessment) {
+Json EstimatesJson(const Assessment& assessment) {
     Json parameters = Json::object();
     for (const auto& [name, estimate, atEdge, sigmaAtEdge] : assessment.parameters) {
         Json json = EstimateJson(estimate);
@@ -143,7 +143,7 @@ Json AssessmentJson(const Adjustment& adjustment, const Assessment& assessment) 
                                {"upper", Number(upper)},
                                {"p", Number(probability)}};
     }
-    json["parameters"] = ParametersJson(assessment);
+    json["parameters"] = EstimatesJson(assessment);
     json["derived"] = Json::object();
     for (const auto& [kind, estimate] : assessment.derived) {
         json["derived"][kDerived[static_cast<std::size_t>(kind)]] = EstimateJson(estimate);

@@ -13,11 +13,11 @@ namespace kv_tr::python {
 namespace {
 
 using Path = std::filesystem::path;
-using Transformation = py::class_<clsTr>;
+using TransformationClass = py::class_<clsTr>;
 
 constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
 
-void AddRecordMembers(Transformation& type) {
+void AddRecordMembers(TransformationClass& type) {
     using py::arg;
     type.def_property_readonly("lNumberOfParameters", &clsTr::lNumberOfParameters,
                                "How many coefficients a coordinate a fit solves for; 0 for every\n"
@@ -84,7 +84,7 @@ void AddRecordMembers(Transformation& type) {
         "that of a vector of dLength metres, into [0, 2 pi). Differences are in single precision.");
 }
 
-void AddFiles(Transformation& type) {
+void AddFiles(TransformationClass& type) {
     using py::arg;
     const auto choose = [](auto method) {
         return
@@ -153,7 +153,7 @@ void AddFiles(Transformation& type) {
              "Title, origin and coefficients of a polynomial as text; empty for six parameters.");
 }
 
-void AddDialogs(Transformation& type) {
+void AddDialogs(TransformationClass& type) {
     type.def("bChooseTrPrm", &clsTr::bChooseTrPrm,
              "Lets the user say where parameters come from, and takes them.");
     type.def("bShowAffinTrPrm", &clsTr::bShowAffinTrPrm,
@@ -167,7 +167,7 @@ void AddDialogs(Transformation& type) {
 }  // namespace
 
 void AddClsTr(py::module_& module) {
-    Transformation type(
+    TransformationClass type(
         module, "clsTr",
         "Holds the parameters of one transformation, applies, lists, saves and loads them, and\n"
         "owns an adjustment engine. Coordinates are metres, directions radians. A new one is the\n"

@@ -134,7 +134,7 @@ void AddFit(py::module_& module) {
         }));
     AddWorth(module);
     module.def("_fit", Fitted);
-    module.def("_minimum_points", &MinimumPoints);
+    module.def("_minimum_points", [](Type type) { return MinimumPoints(type); });
     module.def("_read_points", PointsOfFile);
 }
 

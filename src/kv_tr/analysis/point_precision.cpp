@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "kv_tr/analysis/distributions.h"
-#include "kv_tr/fit/hull.h"
+#include "kv_tr/model/hull.h"
 
 namespace kv_tr {
 namespace {

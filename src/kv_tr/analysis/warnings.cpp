@@ -5,7 +5,7 @@
 #include <array>
 #include <cmath>
 
-#include "kv_tr/fit/hull.h"
+#include "kv_tr/model/hull.h"
 #include "kv_tr/model/fold.h"
 
 namespace kv_tr {

@@ -4,7 +4,7 @@
 #include <numbers>
 
 #include "kv_tr/files/report_sections.h"
-#include "kv_tr/fit/hull.h"
+#include "kv_tr/model/hull.h"
 #include "kv_tr/model/distortion.h"
 
 namespace kv_tr {

@@ -8,7 +8,7 @@
 
 #include "kv_tr/fit/closed_fit.h"
 #include "kv_tr/fit/design.h"
-#include "kv_tr/fit/hull.h"
+#include "kv_tr/model/hull.h"
 
 namespace kv_tr {
 namespace {

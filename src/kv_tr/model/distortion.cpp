@@ -49,7 +49,7 @@ Distortion DistortionAt(const Transformation& transformation, Point at) {
 }
 
 double MeanScaleAt(const Transformation& transformation, Point at) {
-    return std::sqrt(std::abs(DistortionAt(transformation, at).areaScale));
+    return std::sqrt(std::abs(DerivativeAt(transformation, at).Determinant()));
 }
 
 }  // namespace kv_tr

@@ -39,10 +39,6 @@ void SetSeries(Constants<double>& c, std::size_t i, const Transformation::Series
 
 double Squared(double value) { return value * value; }
 
-double Determinant(const Derivative& d) {
-    return d.firstByFirst * d.secondBySecond - d.firstBySecond * d.secondByFirst;
-}
-
 Constants<double> ConstantsOf(const Transformation& t, const std::optional<Domain>& domain) {
     constexpr double kInfinite = std::numeric_limits<double>::infinity();
     Constants<double> c{};
@@ -58,7 +54,7 @@ Constants<double> ConstantsOf(const Transformation& t, const std::optional<Domai
     c.start[2] = -t.b[2] / linear;
     c.start[3] = t.a[2] / linear;
     const Point reference = domain ? domain->centre : Point{t.a[0], t.b[0]};
-    c.perReference = 1.0 / Determinant(DerivativeAt(t, reference));
+    c.perReference = 1.0 / DerivativeAt(t, reference).Determinant();
     const double origin = std::max(std::abs(t.a[0]), std::abs(t.b[0]));
     c.leastStep = Squared(std::max(newton::kLeastStep, 4.0 * newton::kEpsilon * origin));
     const Point least = domain ? domain->least : Point{-kInfinite, -kInfinite};

@@ -69,6 +69,10 @@ struct Derivative {
     double firstBySecond = 0;
     double secondByFirst = 0;
     double secondBySecond = 0;
+
+    double Determinant() const {
+        return firstByFirst * secondBySecond - firstBySecond * secondByFirst;
+    }
 };
 Derivative DerivativeAt(const Transformation& transformation, Point at);
 

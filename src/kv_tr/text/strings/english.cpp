@@ -418,7 +418,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kReportGlobalPassed, "Global test passed: {0}; {1} to {2} is allowed (95 %), p = {3}."},
     {Text::kReportGlobalFailed, "Global test failed: {0}; {1} to {2} is allowed (95 %), p = {3}."},
     {Text::kReportNoGlobalTest, "Global test: not possible, because no standard deviation was stated beforehand, or there is no redundancy."},
-    {Text::kReportAxesTest, "Y and X equally accurate: p = {0}."},
+    {Text::kReportAxesTest, "Whether Y and X are equally accurate: p = {0}."},
     {Text::kReportQuantity, "quantity"},
     {Text::kReportPoints, "Points in use"},
     {Text::kReportPoint, "point"},

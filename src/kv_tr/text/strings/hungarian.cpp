@@ -419,7 +419,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kReportGlobalPassed, "A globális próba teljesül: {0}; {1} és {2} között lehet (95 %), p = {3}."},
     {Text::kReportGlobalFailed, "A globális próba nem teljesül: {0}; {1} és {2} között lehetne (95 %), p = {3}."},
     {Text::kReportNoGlobalTest, "Globális próba: nem végezhető el, mert nincs előre megadott középhiba, vagy nincs fölös mérés."},
-    {Text::kReportAxesTest, "Y és X pontossága egyenlő: p = {0}."},
+    {Text::kReportAxesTest, "Egyenlő-e Y és X pontossága: p = {0}."},
     {Text::kReportQuantity, "mennyiség"},
     {Text::kReportPoints, "Bevont pontok"},
     {Text::kReportPoint, "pont"},

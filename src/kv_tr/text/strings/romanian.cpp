@@ -418,7 +418,7 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kReportGlobalPassed, "Testul global este trecut: {0}; se admite {1} până la {2} (95 %), p = {3}."},
     {Text::kReportGlobalFailed, "Testul global nu este trecut: {0}; se admite {1} până la {2} (95 %), p = {3}."},
     {Text::kReportNoGlobalTest, "Test global: imposibil, deoarece nu s-a dat dinainte o abatere standard sau nu există redundanță."},
-    {Text::kReportAxesTest, "Y și X la fel de precise: p = {0}."},
+    {Text::kReportAxesTest, "Dacă Y și X sunt la fel de precise: p = {0}."},
     {Text::kReportQuantity, "mărime"},
     {Text::kReportPoints, "Puncte folosite"},
     {Text::kReportPoint, "punct"},

@@ -418,7 +418,7 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kReportGlobalPassed, "Globalni test je zadovoljen: {0}; dozvoljeno je {1} do {2} (95 %), p = {3}."},
     {Text::kReportGlobalFailed, "Globalni test nije zadovoljen: {0}; dozvoljeno je {1} do {2} (95 %), p = {3}."},
     {Text::kReportNoGlobalTest, "Globalni test: nije moguć, jer standardno odstupanje nije unapred zadato ili nema prekobrojnih merenja."},
-    {Text::kReportAxesTest, "Y i X jednako tačne: p = {0}."},
+    {Text::kReportAxesTest, "Da li su Y i X jednako tačne: p = {0}."},
     {Text::kReportQuantity, "veličina"},
     {Text::kReportPoints, "Korišćene tačke"},
     {Text::kReportPoint, "tačka"},

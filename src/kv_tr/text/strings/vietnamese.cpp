@@ -418,7 +418,7 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kReportGlobalPassed, "Kiểm định tổng thể đạt: {0}; cho phép từ {1} đến {2} (95 %), p = {3}."},
     {Text::kReportGlobalFailed, "Kiểm định tổng thể không đạt: {0}; cho phép từ {1} đến {2} (95 %), p = {3}."},
     {Text::kReportNoGlobalTest, "Kiểm định tổng thể: không thực hiện được, vì không có độ lệch chuẩn cho trước hoặc không có trị đo thừa."},
-    {Text::kReportAxesTest, "Y và X chính xác như nhau: p = {0}."},
+    {Text::kReportAxesTest, "Y và X có chính xác như nhau không: p = {0}."},
     {Text::kReportQuantity, "đại lượng"},
     {Text::kReportPoints, "Điểm được dùng"},
     {Text::kReportPoint, "điểm"},

@@ -1,5 +1,5 @@
 // The area that points span.
-#include "kv_tr/fit/hull.h"
+#include "kv_tr/model/hull.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 namespace kv_tr {
 namespace {
 
-/// Positive when the way a - b - c turns left.
+/// Twice the area of the triangle of three points, positive when the way a - b - c turns left.
 double Turn(Point a, Point b, Point c) {
     return (b.first - a.first) * (c.second - a.second) -
            (b.second - a.second) * (c.first - a.first);
@@ -126,6 +126,12 @@ double DistanceOutside(std::span<const Point> hull, Point point) {
         nearest = std::min(nearest, DistanceToEdge(hull[i], next, point));
     }
     return inside ? 0.0 : nearest;
+}
+
+double Area(std::span<const Point> hull) {
+    double twice = 0.0;
+    for (std::size_t i = 2; i < hull.size(); ++i) twice += Turn(hull[0], hull[i - 1], hull[i]);
+    return twice / 2.0;
 }
 
 double Diameter(std::span<const Point> hull) {

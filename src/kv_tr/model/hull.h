@@ -21,6 +21,9 @@ std::vector<Point> HullSamples(std::span<const Point> hull);
 /// Where a point lies outside a hull: its distance from the hull; 0 inside and on the edge.
 double DistanceOutside(std::span<const Point> hull, Point point);
 
+/// The area of a hull; 0 for fewer than three corners.
+double Area(std::span<const Point> hull);
+
 /// The greatest distance between two corners.
 double Diameter(std::span<const Point> hull);
 
