@@ -5,8 +5,8 @@
 #include <array>
 #include <cmath>
 
-#include "kv_tr/model/hull.h"
 #include "kv_tr/model/fold.h"
+#include "kv_tr/model/hull.h"
 
 namespace kv_tr {
 namespace {

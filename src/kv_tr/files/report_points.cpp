@@ -4,8 +4,8 @@
 #include <numbers>
 
 #include "kv_tr/files/report_sections.h"
-#include "kv_tr/model/hull.h"
 #include "kv_tr/model/distortion.h"
+#include "kv_tr/model/hull.h"
 
 namespace kv_tr {
 namespace {
