@@ -13,6 +13,7 @@ if(KV_TR_QT) # the component `qt` of the package
 endif()
 install(FILES cmake/kv_tr-config.cmake DESTINATION ${package_folder})
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES docs/transformation.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/kv_tr)
 write_basic_package_version_file(
   ${PROJECT_BINARY_DIR}/kv_tr-config-version.cmake
   COMPATIBILITY SameMinorVersion)

@@ -242,7 +242,7 @@ bool DesktopForm::LoadParameters(const std::string& fileName) {
         ShowMessage(Translated(Text::kBadFormat) + "\r\n" + complaint, Icon::kExclamation);
     }
     if (!loaded) return false;
-    transformation_.udtTrPrm(RecordOf(*loaded));
+    transformation_.udtTrPrm(RecordOf(loaded->transformation));
     recent_.Add(fileName);
     return true;
 }

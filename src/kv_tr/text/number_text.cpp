@@ -149,6 +149,15 @@ std::string SciText(double value, NumberStyle style) {
     return text + std::to_string(std::abs(power));
 }
 
+std::string ShortestText(double value, NumberStyle style) {
+    if (!std::isfinite(value)) return NotFiniteText(value);
+    if (value == 0.0) return "0";
+    char buffer[32];
+    const auto end = std::to_chars(buffer, std::end(buffer), value).ptr;
+    std::replace(buffer, end, '.', style.decimalSign);
+    return {buffer, end};
+}
+
 std::string PadLeft(std::string_view sText, std::uint8_t nWidth) {
     const std::size_t width = DisplayWidth(sText);
     std::string padded(width < nWidth ? nWidth - width : 0, ' ');
