@@ -125,7 +125,7 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
          "^W8: .*\nW9: The residuals are 1\\.81 times .* 0\\.63 to 1\\.37 "},
         {swiss + " --alpha 0.02 --language hu", 0, "", "^$"},
         {"kv_tr adjust adjustment/topo_poly2_52.dat --type poly2 --advise", 0,
-         "\n\\* 3\\. order .* 37\\.4688 (.*\n)*Advised: 3\\. .*: 4\\. order",
+         "\n\\* 3\\. order .* 37\\.4688 (.*\n)*Advised type: 3\\. .* 4\\. order",
          "^W4: .*\nW8: Point 48 "},
         {"kv_tr adjust adjustment/truth_two_places_affine.dat --save-params n.trp", 1,
          "a0 = ", "W2: .*only 2 distinct places .*\nThe parameters were not saved"},

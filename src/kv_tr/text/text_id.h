@@ -364,8 +364,6 @@ enum class Text : int {
     kFigureHeading = 1361,
     kDivisorHeading = 1362,
     kValueHeading = 1363,
-    kTypeAdvised = 1364,
-    kNoTypeAdvised = 1365,
     kSolutionOption = 1366,
     kStatisticsOption = 1367,
     kAdviseOption = 1368,

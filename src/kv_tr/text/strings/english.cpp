@@ -333,8 +333,6 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kFigureHeading, "figure"},
     {Text::kDivisorHeading, "divisor"},
     {Text::kValueHeading, "value"},
-    {Text::kTypeAdvised, "Advised: {0}. Least error at unseen points: {1}."},
-    {Text::kNoTypeAdvised, "No type leaves enough redundancy to be advised."},
     {Text::kSolutionOption, "The documented solution, or the accurate one of an orthogonal factorisation"},
     {Text::kStatisticsOption, "Standard deviations, reliability and tests of the fit"},
     {Text::kAdviseOption, "Compare the types by their errors at unseen points"},

@@ -334,8 +334,6 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kFigureHeading, "jellemző"},
     {Text::kDivisorHeading, "osztó"},
     {Text::kValueHeading, "érték"},
-    {Text::kTypeAdvised, "Ajánlott: {0}. A legkisebb hiba új pontokon: {1}."},
-    {Text::kNoTypeAdvised, "Egyik típus sem hagy annyi fölös mérést, hogy ajánlható volna."},
     {Text::kSolutionOption, "A dokumentált megoldás (documented) vagy az ortogonális felbontás pontos megoldása (accurate)"},
     {Text::kStatisticsOption, "Az illesztés középhibái, megbízhatósága és próbái"},
     {Text::kAdviseOption, "A típusok összevetése új pontokon várható hibájuk szerint"},

@@ -333,8 +333,6 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kFigureHeading, "mărime"},
     {Text::kDivisorHeading, "divizor"},
     {Text::kValueHeading, "valoare"},
-    {Text::kTypeAdvised, "Recomandat: {0}. Cea mai mică eroare în puncte noi: {1}."},
-    {Text::kNoTypeAdvised, "Niciun tip nu lasă destulă redundanță pentru a fi recomandat."},
     {Text::kSolutionOption, "Soluția documentată (documented) sau cea exactă a unei factorizări ortogonale (accurate)"},
     {Text::kStatisticsOption, "Abateri standard, fiabilitate și teste ale ajustării"},
     {Text::kAdviseOption, "Compară tipurile după erorile lor în puncte noi"},

@@ -333,8 +333,6 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kFigureHeading, "veličina"},
     {Text::kDivisorHeading, "delilac"},
     {Text::kValueHeading, "vrednost"},
-    {Text::kTypeAdvised, "Preporučeno: {0}. Najmanja greška na novim tačkama: {1}."},
-    {Text::kNoTypeAdvised, "Nijedan tip ne ostavlja dovoljno prekobrojnih merenja da bi bio preporučen."},
     {Text::kSolutionOption, "Dokumentovano rešenje (documented) ili tačno rešenje ortogonalnom faktorizacijom (accurate)"},
     {Text::kStatisticsOption, "Standardna odstupanja, pouzdanost i testovi izravnanja"},
     {Text::kAdviseOption, "Uporedi tipove po greškama na novim tačkama"},

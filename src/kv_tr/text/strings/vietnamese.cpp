@@ -333,8 +333,6 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kFigureHeading, "đại lượng"},
     {Text::kDivisorHeading, "số chia"},
     {Text::kValueHeading, "giá trị"},
-    {Text::kTypeAdvised, "Nên dùng: {0}. Sai số nhỏ nhất tại điểm mới: {1}."},
-    {Text::kNoTypeAdvised, "Không kiểu nào còn đủ số đo thừa để khuyên dùng."},
     {Text::kSolutionOption, "Lời giải theo tài liệu (documented), hoặc lời giải chính xác bằng phân tích trực giao (accurate)"},
     {Text::kStatisticsOption, "Độ lệch chuẩn, độ tin cậy và các kiểm định của phép khớp"},
     {Text::kAdviseOption, "So sánh các kiểu theo sai số tại điểm mới"},
