@@ -129,6 +129,8 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
          "^W4: .*\nW8: Point 48 "},
         {"kv_tr adjust adjustment/truth_two_places_affine.dat --save-params n.trp", 1,
          "a0 = ", "W2: .*only 2 distinct places .*\nThe parameters were not saved"},
+        {"kv_tr adjust adjustment/truth_two_places_affine.dat --json", 1,
+         "\"places\",\n +\"order\": 0,\n +\"count\": 2,\n +\"needed\": 3,", "^W2: "},
         {"kv_tr adjust adjustment/truth_strip_affine.dat --save-params n.trp", 1,
          "a0 = ", "^W1: .*up to 0\\.12 m .* → Use the accurate solution\nThe parameters were not"},
         {"kv_tr adjust adjustment/truth_strip_affine.dat --save-params n.trp --force; rm n.trp", 0,
