@@ -376,6 +376,9 @@ enum class Text : int {
     kSigmaNeedsPoints = 1375,
 
     // What the adjustment dialog shows of them.
+    kReportButton = 1377,
+    kReportTip = 1378,
+    kNothingToReport = 1379,
     kMoreWarnings = 1380,
     kAccurateSolution = 1381,
     kStatisticsButton = 1382,
