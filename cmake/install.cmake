@@ -9,6 +9,9 @@ install(EXPORT kv_tr-targets NAMESPACE kv_tr:: DESTINATION ${package_folder})
 if(KV_TR_QT) # the component `qt` of the package
   install(TARGETS kv_tr_qt EXPORT kv_tr-qt-targets FILE_SET HEADERS
           DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  if(TARGET kv_tr_pdf) # which the windows make reports with
+    install(TARGETS kv_tr_pdf EXPORT kv_tr-qt-targets)
+  endif()
   install(EXPORT kv_tr-qt-targets NAMESPACE kv_tr:: DESTINATION ${package_folder})
 endif()
 install(FILES cmake/kv_tr-config.cmake DESTINATION ${package_folder})

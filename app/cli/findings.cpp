@@ -10,6 +10,7 @@
 #include "cli/fit.h"
 #include "cli/program.h"
 #include "cli/table.h"
+#include "kv_tr/files/adjustment_report.h"
 #include "kv_tr/model/type_name.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/text/number_text.h"
@@ -117,13 +118,7 @@ void PrintAdvice(const TypeAdvice& advice) {
                    Figure(figures.probability)});
     }
     table.Print();
-    if (!advice.advised) {
-        std::cout << Translated(Text::kNoTypeAdvised) << '\n';
-        return;
-    }
-    std::cout << Translated(Text::kTypeAdvised, {TypeName(*advice.advised, ComponentTexts()),
-                                                 TypeName(*advice.best, ComponentTexts())})
-              << '\n';
+    std::cout << DescribeAdvice(advice, ComponentTexts(), ComponentNumberStyle()) << '\n';
 }
 
 }  // namespace

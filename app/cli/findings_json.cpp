@@ -1,5 +1,4 @@
 // What a fit is worth, as JSON.
-#include <array>
 #include <cmath>
 
 #include "cli/findings.h"
@@ -16,22 +15,23 @@ Json Number(double value) { return std::isfinite(value) ? Json(value) : Json(); 
 
 Json PairJson(const Residual& pair) { return {Number(pair.first), Number(pair.second)}; }
 
+Json WordJson(const std::string& word) { return word.empty() ? Json() : Json(word); }
+
 Json PlaceJson(Point place) { return {place.first, place.second}; }
 
 Json TypeJson(const std::optional<Type>& type) { return type ? Json(NumberOf(*type)) : Json(); }
 
 Json GeometryJson(const WeakGeometry& geometry) {
-    constexpr std::array kKinds{"none", "places", "curve", "groups", "few_points", "spread"};
     if (geometry.kind == WeakGeometry::Kind::kNone) return {};
-    return {{"kind", kKinds[static_cast<std::size_t>(geometry.kind)]},
+    return {{"kind", NameOf(geometry.kind)},
             {"order", geometry.order},
             {"count", geometry.count},
+            {"needed", geometry.needed},
             {"distance", Number(geometry.distance)}};
 }
 
 Json CheckJson(const TruthCheck& check) {
-    constexpr std::array kLevels{"verified", "note", "warning", "severe"};
-    return {{"level", kLevels[static_cast<std::size_t>(check.level)]},
+    return {{"level", NameOf(check.level)},
             {"e_points", Number(check.errorAtPoints)},
             {"e_hull", Number(check.errorInHull)},
             {"evaluation_noise", Number(check.evaluationNoise)},
@@ -44,25 +44,19 @@ Json CheckJson(const TruthCheck& check) {
 }
 
 Json WarningsJson(const std::vector<Warning>& warnings) {
-    constexpr std::array kSeverities{"note", "warning", "severe"};
-    constexpr std::array kCauses{"",          "origin",        "conditioned",
-                                 "iteration", "other_minimum", "geometry"};
-    constexpr std::array kOffers{"", "accurate", "type", "exclude", "delete_excluded"};
     Json all = Json::array();
     for (const Warning& warning : warnings) {
         Json json{{"id", CodeOf(warning)},
                   {"name", NameOf(warning.id)},
-                  {"severity", kSeverities[static_cast<std::size_t>(warning.severity)]},
+                  {"severity", NameOf(warning.severity)},
                   {"text", DescribeWarning(warning, ComponentTexts())}};
-        const std::string cause = kCauses[static_cast<std::size_t>(warning.cause)];
-        json["cause"] = cause.empty() ? Json() : Json(cause);
+        json["cause"] = WordJson(NameOf(warning.cause));
         json["geometry"] = GeometryJson(warning.geometry);
         json["numbers"] = Json::object();
         for (const auto& [name, value] : warning.numbers) json["numbers"][name] = Number(value);
         json["place"] = warning.place ? PlaceJson(*warning.place) : Json();
         json["point"] = warning.point ? Json(warning.identifier) : Json();
-        const std::string offer = kOffers[static_cast<std::size_t>(warning.offer)];
-        json["offer"] = offer.empty() ? Json() : Json(offer);
+        json["offer"] = WordJson(NameOf(warning.offer));
         json["offered_type"] = TypeJson(warning.offeredType);
         all.push_back(json);
     }
@@ -119,8 +113,6 @@ Json PointJson(const PointAssessment& point, const std::string& id) {
 }
 
 Json AssessmentJson(const Adjustment& adjustment, const Assessment& assessment) {
-    constexpr std::array kDerived{"scale", "scale_first_axis", "scale_second_axis", "rotation",
-                                  "shear"};
     Json json{{"determined", assessment.isDetermined},
               {"fits_exactly", assessment.fitsExactly},
               {"used", assessment.used},
@@ -146,7 +138,7 @@ Json AssessmentJson(const Adjustment& adjustment, const Assessment& assessment) 
     json["parameters"] = EstimatesJson(assessment);
     json["derived"] = Json::object();
     for (const auto& [kind, estimate] : assessment.derived) {
-        json["derived"][kDerived[static_cast<std::size_t>(kind)]] = EstimateJson(estimate);
+        json["derived"][NameOf(kind)] = EstimateJson(estimate);
     }
     json["correlations"] = CorrelationsJson(assessment);
     json["centroid"] = {{"source", PlaceJson(assessment.centroid)},

@@ -16,6 +16,9 @@
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/text/control_characters.h"
+#ifdef KV_TR_PDF
+#include "kv_tr/pdf/report_pdf.h"
+#endif
 
 namespace kv_tr::cli {
 namespace {
@@ -55,6 +58,9 @@ const std::vector<Message>& ReportedMessages() { return Kept(); }
 
 void InstallProgram(std::int32_t language) {
     Platform platform = ConsolePlatform(language);
+#ifdef KV_TR_PDF
+    platform.makePdf = [](const Report& report) { return PdfOf(report); };
+#endif
     platform.messages = std::make_unique<KeptMessages>(std::move(platform.messages), Kept());
     InstallPlatform(std::move(platform));
     SetMlLanguage(language, {});

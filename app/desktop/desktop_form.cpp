@@ -124,16 +124,21 @@ public:
     explicit Before(clsTr& transformation)
         : transformation_(transformation),
           parameters_(transformation.udtTrPrm()),
-          adjustment_(engine_->Held()) {}
+          adjustment_(engine_->Held()),
+          files_(engine_->Files()) {}
 
     void RestoreParameters() const { transformation_.udtTrPrm(parameters_); }
-    void RestorePoints() const { engine_->Held() = adjustment_; }
+    void RestorePoints() const {
+        engine_->Held() = adjustment_;
+        engine_->Files(files_);
+    }
 
 private:
     clsTr& transformation_;
     const std::shared_ptr<clsTrCalc> engine_ = transformation_.oCalcTr();
     const TR_PRM parameters_;
     const Adjustment adjustment_;
+    const std::vector<PointSource> files_;
 };
 
 void DesktopForm::ShowStartPage(bool shown) {
@@ -252,7 +257,8 @@ void DesktopForm::FitTo(const PointReading& reading, const std::string& fileName
     if (!IsWhole(reading, fileName)) return;
     Take([&] {
         const auto engine = transformation_.oCalcTr();
-        engine->Held().Assign(reading.points);
+        engine->Take(reading.points, false);
+        engine->Files({reading.source});
         engine->eTrType(FirstType(*engine));
         recent_.Add(fileName);
         return Adjusted();

@@ -2,9 +2,7 @@
 #include "python/worth.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,12 +24,8 @@ py::object Made(const char* name, const py::dict& fields) {
     return py::module_::import("kv_tr").attr(name)(**fields);
 }
 
-using Words = std::span<const char* const>;
-
-/// The word of a member of an enumeration; None for an empty one.
-template <class Enumeration>
-py::object Word(Words words, Enumeration value) {
-    const char* word = words[static_cast<std::size_t>(value)];
+/// None for an empty word.
+py::object WordOrNone(const char* word) {
     return *word == '\0' ? py::object(py::none()) : py::str(word);
 }
 
@@ -58,10 +52,9 @@ Doubles Column(const std::vector<Item>& items, Number number) {
 }
 
 py::object GeometryOf(const WeakGeometry& geometry) {
-    constexpr std::array kKinds{"", "places", "curve", "groups", "few_points", "spread"};
     if (geometry.kind == WeakGeometry::Kind::kNone) return py::none();
     py::dict fields;
-    fields["kind"] = Word(kKinds, geometry.kind);
+    fields["kind"] = NameOf(geometry.kind);
     fields["order"] = geometry.order;
     fields["count"] = geometry.count;
     fields["needed"] = geometry.needed;
@@ -150,12 +143,10 @@ py::object ParametersOf(const Assessment& assessment) {
 }
 
 py::dict DerivedOf(const Assessment& assessment) {
-    constexpr std::array kNames{"scale", "scale_first_axis", "scale_second_axis", "rotation",
-                                "shear"};
     const py::object estimateType = py::module_::import("kv_tr").attr("Estimate");
     py::dict derived;
     for (const auto& [kind, estimate] : assessment.derived) {
-        derived[Word(kNames, kind)] = estimateType(estimate.value, estimate.sigma);
+        derived[NameOf(kind)] = estimateType(estimate.value, estimate.sigma);
     }
     return derived;
 }
@@ -264,10 +255,6 @@ py::object Advised(const FittedPoints& points) {
 }
 
 py::object FindingOf(Warning warning, const py::sequence& ids) {
-    constexpr std::array kSeverities{"note", "warning", "severe"};
-    constexpr std::array kCauses{"",          "origin",        "conditioned",
-                                 "iteration", "other_minimum", "geometry"};
-    constexpr std::array kOffers{"", "accurate", "type", "exclude", "delete_excluded"};
     py::dict numbers;
     for (const auto& [name, value] : warning.numbers) numbers[name] = value;
     py::object point = py::none();
@@ -275,18 +262,17 @@ py::object FindingOf(Warning warning, const py::sequence& ids) {
         point = ids[*warning.point];
         warning.identifier = py::str(point).cast<std::string>();
     }
-    const TextLookup texts = CurrentMlLanguage() == 0 ? TextsIn(kEnglish) : ComponentTexts();
     py::dict fields;
     fields["id"] = CodeOf(warning);
     fields["name"] = NameOf(warning.id);
-    fields["severity"] = Word(kSeverities, warning.severity);
-    fields["text"] = DescribeWarning(warning, texts, ComponentNumberStyle());
+    fields["severity"] = NameOf(warning.severity);
+    fields["text"] = DescribeWarning(warning, ShownTexts(), ComponentNumberStyle());
     fields["numbers"] = numbers;
-    fields["cause"] = Word(kCauses, warning.cause);
+    fields["cause"] = WordOrNone(NameOf(warning.cause));
     fields["geometry"] = GeometryOf(warning.geometry);
     fields["place"] = warning.place ? py::object(PlaceOf(*warning.place)) : py::object(py::none());
     fields["point"] = point;
-    fields["offer"] = Word(kOffers, warning.offer);
+    fields["offer"] = WordOrNone(NameOf(warning.offer));
     fields["offered_type"] = OrNone(warning.offeredType);
     return Made("Finding", fields);
 }
@@ -325,9 +311,8 @@ py::tuple Warned(const FittedPoints& points, const KnownTransformation& transfor
 }  // namespace
 
 py::object CheckOf(const TruthCheck& check) {
-    constexpr std::array kLevels{"verified", "note", "warning", "severe"};
     py::dict fields;
-    fields["level"] = Word(kLevels, check.level);
+    fields["level"] = NameOf(check.level);
     fields["e_points"] = check.errorAtPoints;
     fields["e_hull"] = check.errorInHull;
     fields["evaluation_noise"] = check.evaluationNoise;
@@ -344,6 +329,8 @@ py::object CheckOf(const TruthCheck& check) {
     fields["cause"] = GeometryOf(check.cause);
     return Made("TruthCheck", fields);
 }
+
+TextLookup ShownTexts() { return CurrentMlLanguage() == 0 ? TextsIn(kEnglish) : ComponentTexts(); }
 
 void AddWorth(py::module_& module) {
     module.def("_assess", Assessed);

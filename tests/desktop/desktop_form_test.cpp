@@ -7,6 +7,7 @@
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "kv_tr/forms/dialogs.h"
+#include "kv_tr/text/sha256.h"
 
 namespace kv_tr::test {
 namespace {
@@ -198,6 +199,15 @@ TEST_F(DesktopAdjustment, CancelPutsThePointsBack) {
     form.OpenFile(others);
     EXPECT_FALSE(form.OnStartPage());
     EXPECT_EQ(Table().find(" inverse "), std::string::npos) << "other points";
+    script = [](frmTr& dialog) { dialog.cmdExit(); };
+    form.OpenFile(points);
+    Cancel([this](frmTr& dialog) {
+        platform.choices = {FileChoice{folder.File("r.html")}};
+        dialog.cmdReport();
+    });
+    const std::string report = ReadFile(folder.File("r.html"));
+    EXPECT_NE(report.find("others.dat"), report.npos);
+    EXPECT_NE(report.find(Sha256(ReadFile(others))), report.npos);
 }
 
 TEST_F(DesktopAdjustment, KeepsThePointsUntilOthersAreFitted) {

@@ -5,8 +5,10 @@
 
 #include "helpers/engine_test.h"
 #include "helpers/sample_points.h"
+#include "kv_tr/forms/save_report.h"
 #include "kv_tr/published/pairs.h"
 #include "kv_tr/published/settings.h"
+#include "kv_tr/text/sha256.h"
 
 namespace kv_tr::test {
 namespace {
@@ -190,6 +192,76 @@ TEST_F(FrmTr, SavesLogAndParametersAndRemembersTheFolder) {
             EXPECT_NE(ReadFile(folder.File(file)), "");
             EXPECT_EQ(InitDir() + "/", folder.File(""));
         }
+    });
+}
+
+TEST_F(FrmTr, ReportsWithTheFilesOfThePointsAndAChecksumWhileTheyAreAsTheyWere) {
+    const std::string bytes = ReadFile(EXAMPLES "/swiss_helmert_9.dat");
+    const auto load = [&](const char* file, bool append) {
+        engine.bLoadXYsFromFile(WriteFile(folder.File(file), bytes), append);
+    };
+    const auto reported = [&](const std::string& text) {
+        return ReadFile(folder.File("r.html")).find(text) != std::string::npos;
+    };
+    const auto expect = [&](frmTr& form, bool one, bool two, bool checksum) {
+        platform.choices = {FileChoice{folder.File("r.html")}};
+        form.cmdReport();
+        EXPECT_EQ(reported("one&lt;1&gt;.dat"), one);
+        EXPECT_EQ(reported("two.dat"), two);
+        EXPECT_EQ(reported(Sha256(bytes)), checksum);
+    };
+    load("gone.dat", false);
+    load("one<1>.dat", false);
+    Open([&](frmTr& form) {
+        engine.gdErrLimit = 0.0625;
+        form.chkAccurate();
+        expect(form, true, false, true);
+        EXPECT_TRUE(reported("Accurate solution") && reported("0.0625 m") && reported("W8: "));
+        EXPECT_FALSE(reported("gone.dat"));
+        load("two.dat", true);
+        form.cmsResetExt();
+        expect(form, true, true, true);
+        form.opMode(Mode::kEdit);
+        form.Table().SetCell(1, 2, "591294.44");
+        expect(form, true, true, false);
+    });
+    load("two.dat", false);
+    engine.eTrType(TR_AFFIN);
+    Open([&](frmTr& form) {
+        expect(form, false, true, true);
+        std::filesystem::last_write_time(folder.File("two.dat"), {});
+        expect(form, false, true, false);
+    });
+    const auto along = [](double t) { return PlanePoint{100 + 10 * t, 50 + 5 * t}; };
+    engine.AddXY4Tr(PairsBy({along(0), along(1), along(4), along(7)}, Shift), false);
+    Open([&](frmTr& form) {
+        platform.messages.clear();
+        expect(form, false, false, false);
+        EXPECT_TRUE(reported("W2: ") && reported("6 unknowns")) << "not determined";
+    });
+    EXPECT_EQ(platform.TakeTexts(), Texts{});
+}
+
+TEST_F(FrmTr, TellsWhyThereIsNoReport) {
+    Open([&](frmTr& form) { form.cmdReport(); });
+    EXPECT_EQ(platform.TakeTexts(), Texts{"There are no points to report on!"});
+    EXPECT_TRUE(platform.requests.empty());
+    engine.AddXY4Tr(RoughPairs(6), false);
+    Open([&](frmTr& form) {
+        for (const auto& [file, text] : {std::pair{"r.txt", "a report ends in"},
+                                         {"r.pdf", "this program was built without PDF"},
+                                         {"no/r.html", "File open error"}}) {
+            platform.choices = {FileChoice{folder.File(file)}};
+            form.cmdReport();
+            EXPECT_EQ(platform.requests.back().filters.size(), 1U);
+            EXPECT_TRUE(platform.TakeTexts().at(0).starts_with(text)) << file;
+        }
+        const auto make = [](const Report&) -> std::string { return "%PDF"; };
+        EXPECT_TRUE(SaveReport({}, folder.File("r.PDF"), make));
+        const auto fail = [](const Report&) -> std::string { throw std::runtime_error("font"); };
+        EXPECT_FALSE(SaveReport({}, folder.File("r.PDF"), fail));
+        EXPECT_EQ(platform.TakeTexts(), Texts{"The PDF could not be made: font"});
+        EXPECT_EQ(ReadFile(folder.File("r.PDF")), "%PDF") << "the older file stays";
     });
 }
 

@@ -201,6 +201,18 @@ TEST_F(XY4Tr, LeavesTheNameOfALoadedFileOutOfThePoints) {
     }));
     ASSERT_EQ(engine.lFullCnt(), 3);
     EXPECT_EQ(engine.Pairs()[0].sId, "α") << "no code page may lose a letter";
+    const auto expectFile = [&](bool asItWas) {
+        ASSERT_EQ(engine.Files().size(), 1U);
+        EXPECT_EQ(engine.Files()[0].path, folder.File("loaded.dat"));
+        EXPECT_EQ(IsUnchanged(engine.Files()[0]), asItWas);
+    };
+    expectFile(false);
+    platform.answers = {Answer::kYes};
+    OpenPoints([&](frmXY4Tr& form) {
+        With(form, &frmXY4Tr::cmdLoad, "loaded.dat", points);
+        form.cmdOk();
+    });
+    expectFile(true);
     struct stat status {};
     ASSERT_EQ(stat(folder.File("caches/KV_Tr").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0700U) << "the working folder is the user's only";

@@ -85,8 +85,9 @@ TEST_F(FrmTrWindow, ForwardsTheButtons) {
         EXPECT_FALSE(Find<QWidget>(window, "cmdPrint").isVisible());
         Click(window, "opMode(2)");
         EXPECT_FALSE(Find<QWidget>(window, "Grid1").isVisible());
-        for (const char* button : {"cmdSaveLog", "cmdSavePrm"}) Click(window, button);
-        EXPECT_EQ(platform.requests.size(), 2u);
+        for (const char* button : {"cmdSaveLog", "cmdSavePrm", "cmdReport"}) Click(window, button);
+        QTest::keyClick(&window, Qt::Key_F9);
+        EXPECT_EQ(platform.requests.size(), 4u);
         for (const auto& [file, begin] :
              {std::pair{"a.svg", "<?xml"}, {"a.png", "\x89PNG"}, {"no/a.svg", ""}}) {
             platform.choices = {FileChoice{folder.File(file)}};

@@ -44,5 +44,13 @@ TEST_F(QtFileChooser, AsksWhereThePointListGoesAsForAnyFileToBeSaved) {
     EXPECT_EQ(choice.value_or(FileChoice{}).path, folder.File("new.dat"));
 }
 
+TEST(QtPlatform, MakesPdfWhereThatIsBuilt) {
+    const Platform platform = QtPlatform(kEnglish);
+    ASSERT_EQ(platform.makePdf != nullptr, HAS_PDF);
+    if (platform.makePdf) {
+        EXPECT_TRUE(platform.makePdf({}).starts_with("%PDF"));
+    }
+}
+
 }  // namespace
 }  // namespace kv_tr::test

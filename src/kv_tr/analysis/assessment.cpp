@@ -2,6 +2,7 @@
 #include "kv_tr/analysis/assessment.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 #include <numeric>
@@ -320,6 +321,12 @@ std::vector<Point> LeaveOneOutErrors(const AdjustedModel& model) {
                                : Point{kUndefined, kUndefined});
     }
     return errors;
+}
+
+const char* NameOf(Assessment::Derived quantity) {
+    constexpr std::array kNames{"scale", "scale_first_axis", "scale_second_axis", "rotation",
+                                "shear"};
+    return kNames[static_cast<std::size_t>(quantity)];
 }
 
 Assessment Assess(std::span<const ControlPoint> points, Type type,

@@ -114,6 +114,9 @@ struct Assessment {
     std::vector<std::size_t> returnable;
 };
 
+/// "scale", "rotation", ... for programs.
+const char* NameOf(Assessment::Derived quantity);
+
 /// Assesses the accurate least-squares solution of a type. docs/mathematics.md has the formulas and
 /// their sources. Throws std::invalid_argument for sigmas that are not positive and finite, or not
 /// one a point, and for a level outside (0, 1).

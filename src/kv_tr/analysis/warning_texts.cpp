@@ -58,6 +58,12 @@ constexpr std::array kNames{Names{Id::kNotChecked, "W0", "not_checked"},
 
 const Names& NamesOf(Id id) { return kNames[static_cast<std::size_t>(id)]; }
 
+/// The word of a member of an enumeration whose members are counted from 0.
+template <std::size_t count>
+const char* WordOf(const std::array<const char*, count>& words, auto member) {
+    return words.at(static_cast<std::size_t>(member));
+}
+
 }  // namespace
 
 std::string CodeOf(const Warning& warning) {
@@ -68,6 +74,27 @@ std::string CodeOf(const Warning& warning) {
 }
 
 const char* NameOf(Id id) { return NamesOf(id).name; }
+
+const char* NameOf(Warning::Severity severity) {
+    return WordOf(std::array{"note", "warning", "severe"}, severity);
+}
+
+const char* NameOf(Cause cause) {
+    return WordOf(std::array{"", "origin", "conditioned", "iteration", "other_minimum", "geometry"},
+                  cause);
+}
+
+const char* NameOf(Warning::Offer offer) {
+    return WordOf(std::array{"", "accurate", "type", "exclude", "delete_excluded"}, offer);
+}
+
+const char* NameOf(TruthCheck::Level level) {
+    return WordOf(std::array{"verified", "note", "warning", "severe"}, level);
+}
+
+const char* NameOf(WeakGeometry::Kind kind) {
+    return WordOf(std::array{"", "places", "curve", "groups", "few_points", "spread"}, kind);
+}
 
 std::string FigureText(double value, NumberStyle style) {
     if (!std::isfinite(value)) return "–";

@@ -87,8 +87,21 @@ bool IsSevere(std::span<const Warning> warnings);
 
 /// "W1", "W3a", ...; "N1" and "N2" for the notes of W1 and W5.
 std::string CodeOf(const Warning& warning);
-/// "inexact", "undetermined", ... for programs.
+
+// Words for programs; "" stands for none.
+
+/// "inexact", "undetermined", ...
 const char* NameOf(Warning::Id id);
+/// "note", "warning", "severe"
+const char* NameOf(Warning::Severity severity);
+/// "origin", "conditioned", ...
+const char* NameOf(Warning::Cause cause);
+/// "accurate", "type", ...
+const char* NameOf(Warning::Offer offer);
+/// "verified", "note", "warning", "severe"
+const char* NameOf(TruthCheck::Level level);
+/// "places", "curve", ...
+const char* NameOf(WeakGeometry::Kind kind);
 
 /// The warning in words of a language, one sentence or two without a line break.
 std::string DescribeWarning(const Warning& warning, const TextLookup& texts,

@@ -104,8 +104,13 @@ PointReading ReadControlPoints(std::istream& file, const PointFileStyle& style) 
 }
 
 PointReading ReadControlPointFile(const std::string& fileName, const PointFileStyle& style) {
-    if (auto file = OpenText(fileName)) return ReadControlPoints(*file, style);
+    const PointSource source = PointSourceOf(fileName);  // before somebody changes it
     PointReading reading;
+    if (auto file = OpenText(fileName)) {
+        reading = ReadControlPoints(*file, style);
+        reading.source = source;
+        return reading;
+    }
     reading.problems.push_back({.kind = Problem::Kind::kNotOpened});
     return reading;
 }

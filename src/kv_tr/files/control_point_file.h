@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "kv_tr/files/point_source.h"
 #include "kv_tr/files/problem.h"
 #include "kv_tr/model/control_point.h"
 #include "kv_tr/text/code_page.h"
@@ -36,6 +37,7 @@ struct PointReading {
     static constexpr std::size_t kMostProblems = 20;
 
     std::vector<ControlPoint> points;  ///< those above the first problem
+    PointSource source{};              ///< the file, if the points were read by its name
     std::vector<Point> sigmas;         ///< a pair a point, when they were asked for
     std::vector<Problem> problems;     ///< in the order of their lines, not more than kMostProblems
     /// The point of the first problem as far as it could be read; nothing where no line is wrong.

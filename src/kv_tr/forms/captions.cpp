@@ -55,6 +55,7 @@ constexpr Caption kTrCaptions[] = {
     {"cmdStatistics", Text::kStatisticsButton},
     {"cmdTypes", Text::kTypesButton},
     {"cmdColumns", Text::kColumnsButton},
+    {"cmdReport", Text::kReportButton, Text::kReportTip},
     {"chkAccurate"},
 };
 

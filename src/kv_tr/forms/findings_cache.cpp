@@ -16,7 +16,14 @@ const Assessment& FindingsCache::Assessed() {
     assessment_.emplace();
     points_.assign(points.size(), nullptr);
     warnings_.reset();
-    if (engine_.Truth().undetermined) return *assessment_;
+    if (const TruthCheck& check = engine_.Truth(); check.undetermined) {
+        assessment_->type = ModelOf(engine_.Held().FitType());
+        assessment_->used = engine_.Held().UsedCount();
+        assessment_->unknowns = check.unknowns;
+        assessment_->redundancy = check.redundancy;
+        assessment_->sigma0Separate = assessment_->centroidSigma = {kUndefined, kUndefined};
+        return *assessment_;
+    }
     ++computed_.assessments;
     *assessment_ = Assess(points, engine_.Held().FitType());
     for (const PointAssessment& point : assessment_->points) points_[point.index] = &point;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "kv_tr/files/adjustment_report.h"
 #include "kv_tr/model/type_name.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
@@ -169,10 +170,7 @@ FindingsTable TypesTable(FindingsCache& findings) {
 }
 
 std::string AdviceText(FindingsCache& findings) {
-    const TypeAdvice& advice = findings.Advised();
-    if (!advice.advised) return Translated(Text::kNoTypeAdvised);
-    return Translated(Text::kTypeAdvised, {TypeName(*advice.advised, ComponentTexts()),
-                                           TypeName(*advice.best, ComponentTexts())});
+    return DescribeAdvice(findings.Advised(), ComponentTexts(), ComponentNumberStyle());
 }
 
 }  // namespace kv_tr

@@ -33,7 +33,10 @@ bool frmChoosePrm::cmdCalc() {
     if (!fileName) return false;
     const LoadedPoints loaded = LoadControlPoints(*fileName, Comma::kSuspect);
     ReportFailure(loaded);
-    if (!loaded.refused) engine.Take(loaded.points, false);
+    if (!loaded.refused) {
+        engine.Take(loaded.points, false);
+        engine.Files({loaded.source});
+    }
     if (!loaded.accepted || !parameters_->bShowXYs4Tr(*fileName)) return false;
     if (engine.lFullCnt() == 0) {
         ShowMessage(Translated(Text::kTooFewPoints));

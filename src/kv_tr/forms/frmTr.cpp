@@ -6,8 +6,10 @@
 #include <utility>
 
 #include "kv_tr/forms/save_parameters.h"
+#include "kv_tr/forms/save_report.h"
 #include "kv_tr/forms/scratch_transformation.h"
 #include "kv_tr/published/GCommonDialog.h"
+#include "kv_tr/published/component.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
@@ -47,9 +49,10 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
     captions_.SetText("lblExtCnt", [&] { return ExcludedCountText(adjustment); });
     // Texts of their own for the controls that the letters of the others come before.
     captions_.SetText("chkAccurate", [] { return Translated(Text::kAccurateSolution); });
+    captions_.SetText("cmdReport", [] { return Translated(Text::kReportButton); });
     captions_.SetText("cmdOffer", [this] { return FirstOffer(); });
     captions_.SetText("cmdMoreWarnings", [this] { return MoreWarnings(); });
-    const Subscription edited = table_->Edited.Subscribe([this] { Recalculate(); });
+    const Subscription edited = table_->Edited.Subscribe([this] { RecalculateAfterEdit(); });
     const Subscription typeChanged =
         engine.TypeChanched.Subscribe([this](enuTR_TYPE&) { Changed.Raise(); });
     opMode(Mode::kTable);
@@ -180,6 +183,37 @@ void frmTr::cmdSavePrm() {
     ChooseFileAndSave(parameters);
 }
 
+void frmTr::cmdReport() {
+    if (engine_->lFullCnt() == 0) {
+        ShowMessage(Translated(Text::kNothingToReport), Icon::kExclamation);
+        return;
+    }
+    FileDialogArguments arguments{.Filter = "HTML (*.html)|*.html",
+                                  .InitDir = InitDir(),
+                                  .DlgTitle = Translated(Text::kReportTitle),
+                                  .DefaultExt = "html"};
+    if (MakerOfPdf()) arguments.Filter += "|PDF (*.pdf)|*.pdf";
+    if (!GCommonDialog().VBGetSaveFileName(arguments)) return;
+    RememberFolderOf(arguments.Filename);
+    const std::string day = DayOfReportOrMessage();
+    if (day.empty()) return;
+    std::vector<ReportFile> files;
+    for (const PointSource& file : engine_->Files()) files.push_back(ReportFileOf(file));
+    const Report report = ReportOf({.adjustment = engine_->Held(),
+                                    .assessment = findings_->Assessed(),
+                                    .advice = findings_->Advised(),
+                                    .options = {},
+                                    .outcome = engine_->Outcome(),
+                                    .solution = engine_->Solution(),
+                                    .limit = engine_->gdErrLimit,
+                                    .files = files,
+                                    .date = day,
+                                    .version = ReportingProgram()},
+                                   ComponentTexts(), ComponentNumberStyle());
+    SaveReport(report, arguments.Filename, MakerOfPdf());
+    Changed.Raise();  // advice has been computed, which may add a warning
+}
+
 void frmTr::cmdExit() {
     applied_ = false;
     exited_ = true;
@@ -257,6 +291,14 @@ void frmTr::Solve(Solution solution) {
 
 void frmTr::Recalculate() {
     Fit([this] { engine_->DoCalcTr(); });
+}
+
+/// The points no longer are those of their files, whose checksums would mislead.
+void frmTr::RecalculateAfterEdit() {
+    std::vector<PointSource> files = engine_->Files();
+    for (PointSource& file : files) file.changed.reset();
+    engine_->Files(std::move(files));
+    Recalculate();
 }
 
 /// Runs what ends with a fit. When there is none, the user is told and the type goes back to the

@@ -69,6 +69,9 @@ public:
     void cmsResetExt();
     void cmdSaveLog();
     void cmdSavePrm();
+    /// Asks for a file ending in .html or .pdf and saves the report of the adjustment there.
+    /// Without points there is none, which a message says.
+    void cmdReport();
     void cmdApplyResult() { applied_ = true; }
     void cmdExit();
 
@@ -112,6 +115,7 @@ private:
     std::string FirstOffer() const;
     std::string MoreWarnings() const;
     void Recalculate();
+    void RecalculateAfterEdit();
     void Fit(const std::function<void()>& fit);
 
     clsTrCalc* engine_ = nullptr;                    // moCalcTr

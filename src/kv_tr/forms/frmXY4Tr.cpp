@@ -1,9 +1,10 @@
 // The list of control points as text, without its window.
 #include "kv_tr/forms/frmXY4Tr.h"
 
+#include <utility>
+
 #include "kv_tr/forms/choose_file.h"
 #include "kv_tr/published/clsFile.h"
-#include "kv_tr/published/control_point_file.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
@@ -28,11 +29,12 @@ bool frmXY4Tr::bDoModal(clsTrCalc& engine, const std::string& title,
 void frmXY4Tr::cmdLoad() {
     const auto fileName = ChooseFile(*engine_, &clsTrCalc::bChooseFile4LoadXYs4Tr);
     if (!fileName) return;
-    const LoadedPoints loaded = LoadControlPoints(*fileName, Comma::kSuspect);
+    LoadedPoints loaded = LoadControlPoints(*fileName, Comma::kSuspect);
     ReportFailure(loaded);
     if (!loaded.accepted) return;
+    loaded_ = std::move(loaded);
     nameLine_ = *fileName + "\r\n";
-    Show(nameLine_ + ListControlPoints(loaded.points, ComponentNumberStyle()), original_);
+    Show(nameLine_ + ListControlPoints(loaded_.points, ComponentNumberStyle()), original_);
 }
 
 void frmXY4Tr::cmdSave() {
@@ -51,10 +53,13 @@ bool frmXY4Tr::TakeText() {
         WithDecimalPoints(std::string_view(rtBox()).substr(named ? nameLine_.size() : 0))));
     ReportFailure(loaded);
     if (loaded.failed) return false;
-    Adjustment& adjustment = engine_->Held();
-    const bool swapped = adjustment.IsSwapped() && !named;
-    adjustment.Assign(loaded.points);
-    adjustment.SetSwapped(swapped);
+    const bool swapped = engine_->Held().IsSwapped() && !named;
+    engine_->Take(loaded.points, false);
+    engine_->Held().SetSwapped(swapped);
+    if (!named) return true;
+    PointSource file = loaded_.source;
+    if (loaded.points != loaded_.points) file.changed.reset();
+    engine_->Files({file});
     return true;
 }
 

@@ -6,6 +6,7 @@
 
 #include "kv_tr/forms/text_form.h"
 #include "kv_tr/published/clsTr.h"
+#include "kv_tr/published/control_point_file.h"
 
 namespace kv_tr {
 
@@ -32,6 +33,7 @@ private:
     clsTrCalc* engine_ = nullptr;
     std::string original_;  // the text at first
     std::string nameLine_;  // of a loaded file, with its line end
+    LoadedPoints loaded_;   // of that file
 };
 
 }  // namespace kv_tr

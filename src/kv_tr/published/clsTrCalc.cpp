@@ -46,6 +46,7 @@ Adjustment& clsTrCalc::Held() {
 void clsTrCalc::TearDown() {
     released_ = {lFullCnt(), lNotUsedCnt()};
     adjustment_.Assign({});
+    files_.clear();
 }
 
 std::int32_t clsTrCalc::lFullCnt() const {
@@ -72,6 +73,7 @@ void clsTrCalc::Take(std::span<const ControlPoint> points, bool append) {
         Held().Append(points);  // not to pairs that have been released
     } else {
         adjustment_.Assign(points);
+        files_.clear();
     }
     released_.reset();
 }
@@ -205,6 +207,7 @@ bool clsTrCalc::bLoadXYsFromFile(const std::string& sFileXYs, bool bAppend) {
     const LoadedPoints loaded = LoadControlPoints(sFileXYs);
     ReportFailure(loaded);
     Take(loaded.points, bAppend);
+    if (!loaded.points.empty()) files_.push_back(loaded.source);
     return loaded.accepted;
 }
 

@@ -5,8 +5,10 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "kv_tr/files/point_source.h"
 #include "kv_tr/fit/adjustment.h"
 #include "kv_tr/published/bookkeeping.h"
 #include "kv_tr/published/event.h"
@@ -49,6 +51,11 @@ public:
     void AddXY4Tr(std::span<const typeXYs4Tr> tXY4Tr, bool bAppend);
     /// The same with points as values.
     void Take(std::span<const ControlPoint> points, bool append);
+    /// The files that the points come from, in the order in which they were loaded; pairs put in
+    /// the place of others make the engine forget the files of those. Reports name them.
+    const std::vector<PointSource>& Files() const { return files_; }
+    /// Says which they are, for programs that read files themselves.
+    void Files(std::vector<PointSource> files) { files_ = std::move(files); }
     /// Copies all pairs to tXY and their number to lCnt.
     void GetAllXYs(std::vector<typeXYs4Tr>& tXY, std::int32_t& lCnt) const;
     /// Copies the used (bUsed) or the excluded pairs to tXY and their number to lCnt. When there
@@ -177,6 +184,7 @@ private:
     TraceEntry trace_{"clsTrCalc"};
     Subscription hostLanguage_;
     Adjustment adjustment_;
+    std::vector<PointSource> files_;
     kv_tr::Solution solution_ = kv_tr::Solution::kDocumented;
     FitOutcome outcome_;
     /// The counts that stay after TearDown.

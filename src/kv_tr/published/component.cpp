@@ -76,6 +76,8 @@ std::filesystem::path ComponentFolder() {
 
 Dialogs& OpenDialogs() { return *TheComponent().platform.dialogs; }
 
+const PdfMaker& MakerOfPdf() { return TheComponent().platform.makePdf; }
+
 ComponentScope::ComponentScope(Platform platform)
     : previous_(std::exchange(Current(), std::make_unique<Component>(std::move(platform)))) {}
 

@@ -62,6 +62,9 @@ std::filesystem::path ComponentFolder();
 /// The windows of the component.
 Dialogs& OpenDialogs();
 
+/// What makes reports PDF; empty where nothing does.
+const PdfMaker& MakerOfPdf();
+
 /// Replaces the whole component for as long as the scope lives. Objects created inside must not
 /// outlive it.
 class ComponentScope {

@@ -18,7 +18,9 @@ LoadedPoints LoadControlPoints(const std::string& fileName, Comma comma) {
         ShowMessage(Translated(Text::kCommasSeparateFields, {fileName}), Icon::kExclamation);
         return {.points = {}, .accepted = false, .refused = true};
     }
-    LoadedPoints loaded{.points = std::move(reading.points), .failed = !reading.Complete()};
+    LoadedPoints loaded{.points = std::move(reading.points),
+                        .source = reading.source,
+                        .failed = !reading.Complete()};
     if (!loaded.failed) return loaded;
     if (reading.problems[0].kind == Problem::Kind::kNotOpened) ReportOpenFailure(fileName);
 

@@ -12,6 +12,7 @@ namespace kv_tr {
 /// What the published loader takes of a control-point file.
 struct LoadedPoints {
     std::vector<ControlPoint> points;
+    PointSource source{};        // the file
     bool failed = false;         // reading stopped before the end of the file
     std::int32_t lineShown = 0;  // the number in the error message
     bool accepted = true;        // the result that a host gets

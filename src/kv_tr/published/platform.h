@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "kv_tr/files/report_file.h"
 #include "kv_tr/published/event.h"
 
 namespace kv_tr {
@@ -131,6 +132,7 @@ struct Platform {
     std::unique_ptr<SettingsStore> settings;
     std::unique_ptr<TextSource> texts;
     std::unique_ptr<Dialogs> dialogs;
+    PdfMaker makePdf{};  ///< of the reports that the dialogs save; without one they are HTML only
 };
 
 }  // namespace kv_tr

@@ -127,6 +127,9 @@ QWidget* frmTrWindow::MakePanelButtons() {
     statisticsButton_ = make("cmdStatistics", Qt::Key_F7, [this] { form_.cmdStatistics(); });
     typesButton_ = make("cmdTypes", Qt::Key_F8, [this] { form_.cmdTypes(); });
     columnsButton_ = make("cmdColumns", Qt::Key_F6, [this] { form_.cmdColumns(); });
+    QPushButton* report = MakeButton("cmdReport", [this] { form_.cmdReport(); });
+    connect(new QShortcut(Qt::Key_F9, this), &QShortcut::activated, report, &QPushButton::click);
+    layout->addWidget(report);
     layout->addStretch();
     return bar;
 }

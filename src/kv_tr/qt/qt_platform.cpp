@@ -16,6 +16,9 @@
 #include "kv_tr/published/settings.h"
 #include "kv_tr/qt/cursor_scope.h"
 #include "kv_tr/qt/qt_windows.h"
+#ifdef KV_TR_PDF
+#include "kv_tr/pdf/report_pdf.h"
+#endif
 
 namespace kv_tr {
 namespace {
@@ -162,6 +165,14 @@ private:
     }
 };
 
+PdfMaker MakerOfReports() {
+#ifdef KV_TR_PDF
+    return [](const Report& report) { return PdfOf(report); };
+#else
+    return {};
+#endif
+}
+
 }  // namespace
 
 Platform QtPlatform(std::int32_t hostLanguage) {
@@ -169,7 +180,8 @@ Platform QtPlatform(std::int32_t hostLanguage) {
             .files = std::make_unique<QtFiles>(),
             .settings = {},
             .texts = std::make_unique<EmbeddedTexts>(hostLanguage),
-            .dialogs = MakeDialogs(QtWindows())};
+            .dialogs = MakeDialogs(QtWindows()),
+            .makePdf = MakerOfReports()};
 }
 
 }  // namespace kv_tr

@@ -364,8 +364,6 @@ enum class Text : int {
     kFigureHeading = 1361,
     kDivisorHeading = 1362,
     kValueHeading = 1363,
-    kTypeAdvised = 1364,
-    kNoTypeAdvised = 1365,
     kSolutionOption = 1366,
     kStatisticsOption = 1367,
     kAdviseOption = 1368,
@@ -378,6 +376,9 @@ enum class Text : int {
     kSigmaNeedsPoints = 1375,
 
     // What the adjustment dialog shows of them.
+    kReportButton = 1377,
+    kReportTip = 1378,
+    kNothingToReport = 1379,
     kMoreWarnings = 1380,
     kAccurateSolution = 1381,
     kStatisticsButton = 1382,
