@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "kv_tr/fit/frame.h"
-#include "kv_tr/fit/hull.h"
 #include "kv_tr/fit/statistics.h"
+#include "kv_tr/model/hull.h"
 
 namespace kv_tr {
 
