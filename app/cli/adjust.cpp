@@ -8,6 +8,7 @@
 #include <string_view>
 #include <unordered_set>
 
+#include "cli/export.h"
 #include "cli/file_options.h"
 #include "cli/findings.h"
 #include "cli/fit.h"
@@ -48,6 +49,7 @@ struct AdjustOptions {
     bool force = false;
     FindingsOptions findings;
     ReportOptions report;
+    ExportOptions exports;
 };
 
 /// An adjustment on its way from the points of a file to a fit.
@@ -153,10 +155,24 @@ bool SavePlot(const Work& work, const std::string& fileName) {
     return false;
 }
 
+/// Exports the transformation of a good fit, unless --force is given.
+bool ExportResult(
+    const Work& work, const AdjustOptions& options,
+    const std::function<bool(const std::string&, const std::function<bool()>&)>& save) {
+    if (options.exports.wanted.empty()) return true;
+    if (!work.IsGood() && !options.force) {
+        PrintNote(Translated(Text::kNotExported));
+        return false;
+    }
+    auto record = FittedRecord(work.Points().Points(), work.Points().Result());
+    record.madeFrom = std::filesystem::path(options.points).filename().string();
+    return Export(std::move(record), options.exports, save);
+}
+
 /// Saves each file that was asked for; one that cannot be written does not keep the others from it.
 /// False after any was reported. Only --save-points may replace the control points. Parameters are
-/// saved only of a good fit, unless --force is given: nothing in their file would tell of the
-/// trouble.
+/// saved and exported only of a good fit, unless --force is given: nothing in their file would tell
+/// of the trouble.
 bool SaveFiles(const Work& work, const AdjustOptions& options) {
     const auto style = ComponentNumberStyle();
     const auto save = [&options](const std::string& fileName, const std::function<bool()>& write) {
@@ -191,7 +207,7 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
         return false;
     });
     saved &= save(options.plot, [&] { return SavePlot(work, options.plot); });
-    return saved;
+    return ExportResult(work, options, save) && saved;
 }
 
 /// On a terminal the lines of points beyond the limit are marked.
@@ -269,14 +285,15 @@ int RunAdjust(const AdjustOptions& options) {
                                    {"--save-params", options.saveParams},
                                    {"--plot", options.plot}};
     for (const std::string& name : options.report.files) written.push_back({"--report", name});
-    if (!AreDistinct(written)) return kWrongUsage;
+    for (const NamedFile& file : options.exports.Files()) written.push_back(file);
+    if (!AreDistinct(written) || !OutputSuffices(options.exports, options.json)) return kWrongUsage;
     if (options.decimalComma) DecimalSeparator(',');
     Work work(options);
     const bool fitted = work.PrepareAndFit();
     const bool saved = fitted && SaveFiles(work, options);
     if (options.json) {
         PrintJson(work, fitted, options.findings);
-    } else if (fitted) {
+    } else if (fitted && !options.exports.ToOutput()) {
         PrintLog(work);
         PrintFindings(work.Points(), work.Found(), options.findings);
     }
@@ -312,6 +329,7 @@ Run AddAdjust(CLI::App& command) {
         });
     AddFindingsOptions(command, options->findings);
     AddReportOptions(command, options->report);
+    AddExportOptions(command, options->exports);
     command.add_flag("--force", options->force, Translated(Text::kForceOption));
     AddLanguageOption(command);
     command.add_flag("--json", options->json, Translated(Text::kJsonOption));

@@ -22,8 +22,9 @@ struct AngleOptions {
 };
 
 int RunAngle(const AngleOptions& options) {
-    Transformation transformation;
-    if (const int code = LoadParameters(transformation, options.source); code != kDone) return code;
+    TransformationRecord record;
+    if (const int code = LoadParameters(record, options.source); code != kDone) return code;
+    const Transformation& transformation = record.transformation;
     const auto unit = std::ranges::find(app::AngleUnits(), options.unit, &app::AngleUnit::name);
     const Point point{*ParseNumber(options.first), *ParseNumber(options.second)};
     const double length = *ParseNumber(options.length);

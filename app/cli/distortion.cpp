@@ -85,7 +85,8 @@ struct Reference {
 };
 
 Reference ReferenceOf(const Parameters& parameters) {
-    const auto& [t, domain, points] = parameters;
+    const Transformation& t = parameters.record.transformation;
+    const auto& domain = parameters.domain;
     const Point origin = IsPolynomial(t.type) ? Point{t.a[0], t.b[0]} : Point{};
     const Point at = domain ? domain->centre : origin;
     return {at, MeanScaleAt(t, at)};
@@ -110,7 +111,7 @@ void Print(const std::vector<NamedPoint>& points, const Parameters& parameters,
     Column directions{Translated(Text::kDirectionHeading, {name}), true};
     Column changes{"ω [" + name + "]", true};
     for (const auto& [id, point] : points) {
-        const Distortion distortion = DistortionAt(parameters.transformation, point);
+        const Distortion distortion = DistortionAt(parameters.record.transformation, point);
         ids.cells.push_back(id);
         firsts.cells.push_back(metres(point.first));
         seconds.cells.push_back(metres(point.second));
@@ -141,13 +142,13 @@ void PrintJson(const std::vector<NamedPoint>& points, const Parameters& paramete
     };
     const auto [at, scale] = ReferenceOf(parameters);
     Json report;
-    report["type"] = NumberOf(parameters.transformation.type);
-    report["typeName"] = TypeName(parameters.transformation.type, ComponentTexts());
+    report["type"] = NumberOf(parameters.record.transformation.type);
+    report["typeName"] = TypeName(parameters.record.transformation.type, ComponentTexts());
     report["unit"] = unit.name;
     report["reference"] = {{"first", at.first}, {"second", at.second}, {"scale", scale}};
     report["points"] = Json::array();
     for (const auto& [id, point] : points) {
-        const Distortion distortion = DistortionAt(parameters.transformation, point);
+        const Distortion distortion = DistortionAt(parameters.record.transformation, point);
         report["points"].push_back(
             {{"id", id},
              {"first", point.first},

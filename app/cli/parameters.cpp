@@ -48,30 +48,33 @@ std::optional<Parameters> FitParameters(const ParameterSource& source) {
     if (!outcome.Succeeded() || IsSevere(warnings)) return std::nullopt;
     std::vector<Point> sources;
     for (const ControlPoint& point : adjustment.Points()) sources.push_back(point.source);
-    const auto points = adjustment.Points();
-    return Parameters{adjustment.Result(), DomainOf(sources), {points.begin(), points.end()}};
+    return Parameters{FittedRecord(adjustment.Points(), adjustment.Result()), DomainOf(sources)};
 }
 
-std::optional<Transformation> BuiltIn(const std::string& name) {
-    if (name == "OL_METER") return FathomToMetre();
-    if (name == "METER_OL") return MetreToFathom();
+std::optional<TransformationRecord> BuiltIn(const std::string& name) {
+    if (name == "OL_METER") return TransformationRecord{.transformation = FathomToMetre()};
+    if (name == "METER_OL") return TransformationRecord{.transformation = MetreToFathom()};
     const NationalInfo* found = FindNational(name);
     if (found == nullptr) return Complain(Text::kUnknownNational, {Excerpt(name)});
-    return NationalTransformation(found->type);
+    return TransformationRecord{.transformation = *NationalTransformation(found->type),
+                                .sourceCrs = found->source,
+                                .targetCrs = found->destination};
 }
 
-std::optional<Transformation> ReadFile(const ParameterSource& source) {
-    const Type linearType = source.type.empty() ? Type::kAffine : TypeNamed(source.type);
-    if (!HasExtension(source.params, "all") && !FormatHolds("trp", linearType, source.params))
-        return std::nullopt;
+std::optional<TransformationRecord> ReadFile(const ParameterSource& source) {
+    const Type wanted = source.type.empty() ? Type::kAffine : TypeNamed(source.type);
+    const bool holdsSixNumbers =
+        HasExtension(source.params, "trp") || HasExtension(source.params, "prm");
+    if (holdsSixNumbers && !FormatHolds("trp", wanted, source.params)) return std::nullopt;
+    const Type linearType = IsPolynomial(wanted) ? Type::kAffine : wanted;
     const NumberStyle numbers = source.decimalComma ? NumberStyle{','} : ComponentNumberStyle();
-    const auto [transformation, complaint] =
-        app::ReadParametersWhole(source.params, linearType, numbers, SuspectCommas::kProblem);
+    const auto [record, complaint] = app::ReadParametersWhole(
+        source.params, linearType, numbers, SuspectCommas::kProblem, app::UnnamedFormat::kRefused);
     if (!complaint.empty()) {
         ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
         PrintNote(complaint);
     }
-    return transformation;
+    return record;
 }
 
 std::optional<Transformation> InverseOf(const Transformation& transformation) {
@@ -88,12 +91,14 @@ std::optional<Parameters> Load(const ParameterSource& source) {
     if (!source.points.empty()) return FitParameters(source);
     const auto loaded = source.national.empty() ? ReadFile(source) : BuiltIn(source.national);
     if (!loaded) return std::nullopt;
-    if (!source.type.empty() && TypeNamed(source.type) != loaded->type) {
+    const Type type = loaded->transformation.type;
+    if (!source.type.empty() && TypeNamed(source.type) != type) {
         return Complain(Text::kOtherType,
-                        {source.params + source.national, TypeName(loaded->type, ComponentTexts()),
+                        {source.params + source.national, TypeName(type, ComponentTexts()),
                          TypeName(TypeNamed(source.type), ComponentTexts())});
     }
-    return Parameters{*loaded, std::nullopt, {}};
+    const auto domain = loaded->hull.empty() ? std::nullopt : std::optional(DomainOf(loaded->hull));
+    return Parameters{*loaded, domain};
 }
 
 int WrongUsage(Text id) {
@@ -112,7 +117,7 @@ void AddBuiltInOptions(CLI::App& command, ParameterSource& source) {
 
 void AddSourceOptions(CLI::App& command, ParameterSource& source) {
     AddFileOption(command, "--points", source.points, Text::kPointsArgument)->type_name("POINTS");
-    AddFileOption(command, "--params", source.params, Text::kParamsOption)->check(CheckExtension);
+    AddFileOption(command, "--params", source.params, Text::kParamsOption);
     AddBuiltInOptions(command, source);
 }
 
@@ -131,12 +136,20 @@ int LoadForward(Parameters& parameters, const ParameterSource& source) {
     return loaded ? kDone : kReported;
 }
 
-int LoadParameters(Transformation& transformation, const ParameterSource& source) {
+int LoadParameters(TransformationRecord& record, const ParameterSource& source) {
     Parameters forward;
     if (const int code = LoadForward(forward, source); code != kDone) return code;
-    const auto wanted = source.inverse ? InverseOf(forward.transformation) : forward.transformation;
-    if (wanted) transformation = *wanted;
-    return wanted ? kDone : kReported;
+    record = forward.record;
+    if (!source.inverse) return kDone;
+    const auto inverse = InverseOf(record.transformation);
+    if (!inverse) return kReported;
+    record = {.transformation = *inverse,
+              .sourceAxes = record.targetAxes,
+              .targetAxes = record.sourceAxes,
+              .sourceCrs = record.targetCrs,
+              .targetCrs = record.sourceCrs,
+              .madeFrom = record.madeFrom};
+    return kDone;
 }
 
 int LoadPointMap(app::PointMap& map, const ParameterSource& source,
@@ -144,10 +157,12 @@ int LoadPointMap(app::PointMap& map, const ParameterSource& source,
     if (precision != nullptr && source.points.empty()) return WrongUsage(Text::kSigmaNeedsPoints);
     Parameters forward;
     if (const int code = LoadForward(forward, source); code != kDone) return code;
-    const auto& [transformation, domain, points] = forward;
+    const auto& [record, domain] = forward;
+    const Transformation& transformation = record.transformation;
     map = transformation;
     if (precision != nullptr) {
-        *precision = std::make_shared<PointPrecision>(AdjustedModel(points, transformation.type));
+        *precision =
+            std::make_shared<PointPrecision>(AdjustedModel(record.points, transformation.type));
     }
     if (!source.inverse) return kDone;
     const auto inverse = ExactInverse::Of(transformation, domain);

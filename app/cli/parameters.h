@@ -8,6 +8,7 @@
 
 #include "common/point_map.h"
 #include "kv_tr/analysis/point_precision.h"
+#include "kv_tr/interchange/transformation_record.h"
 #include "kv_tr/published/ml_strings.h"
 
 namespace CLI {
@@ -26,11 +27,10 @@ struct ParameterSource {
     bool decimalComma = false;  // in the files
 };
 
-/// A transformation and, when it was fitted, the domain of the control points and the points.
+/// A transformation with what is known of it, and the domain of its control points if that is.
 struct Parameters {
-    Transformation transformation;
+    TransformationRecord record;
     std::optional<Domain> domain;
-    std::vector<ControlPoint> points{};
 };
 
 /// Adds the options --points, --params, --national, --type and --decimal-comma.
@@ -44,13 +44,13 @@ void AddInverseOption(CLI::App& command, ParameterSource& source, Text descripti
 int LoadForward(Parameters& parameters, const ParameterSource& source);
 /// The same, inverted if that is asked for, which is reported as impossible for types that are not
 /// linear.
-int LoadParameters(Transformation& transformation, const ParameterSource& source);
+int LoadParameters(TransformationRecord& record, const ParameterSource& source);
 /// The same for the transformation of points, whose inverse is exact for all types.
 /// With a place for it, also how precise the images are, which only points can tell.
 int LoadPointMap(app::PointMap& map, const ParameterSource& source,
                  std::shared_ptr<const PointPrecision>* precision = nullptr);
 
-/// A check for names of parameter files; it yields the complaint, or nothing.
+/// A check for names of parameter files to be saved; it yields the complaint, or nothing.
 std::string CheckExtension(const std::string& fileName);
 
 /// Whether a format (trp, prm, all) can hold a type; otherwise the reason is shown under the name.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iostream>
 
+#include "cli/export.h"
+#include "cli/interruption.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
 #include "cli/program.h"
@@ -20,6 +22,7 @@ namespace {
 struct ParamsOptions {
     ParameterSource source;
     std::string format = "listing";
+    ExportOptions exports;
 };
 
 std::string LinearText(const Transformation& transformation, LinearFormat format) {
@@ -37,9 +40,29 @@ std::string JsonOf(const Transformation& transformation) {
     return JsonText(json) + "\n";
 }
 
+/// Tells which constants of a national transformation are published.
+void NoteOrigin(Type type) {
+    if (IsNational(type)) PrintNote(Translated(NationalOrigin(type)));
+}
+
 int RunParams(const ParamsOptions& options) {
-    Transformation transformation;
-    if (const int code = LoadParameters(transformation, options.source); code != kDone) return code;
+    if (!OutputSuffices(options.exports, false) ||
+        !AreDistinct(options.exports.Files(), {{"FILE", options.source.params}})) {
+        return kWrongUsage;
+    }
+    TransformationRecord record;
+    if (const int code = LoadParameters(record, options.source); code != kDone) return code;
+    const bool exported =
+        Export(record, options.exports, [](const std::string&, const std::function<bool()>& write) {
+            const SignalsWait wait;
+            return write();
+        });
+    const Transformation& transformation = record.transformation;
+    if (!exported) return kReported;
+    if (options.exports.ToOutput()) {
+        NoteOrigin(transformation.type);
+        return kDone;
+    }
     const auto polynomialText = [&transformation] {
         return ListPolynomial(transformation, TypeName(transformation.type, ComponentTexts()),
                               ComponentNumberStyle());
@@ -60,9 +83,7 @@ int RunParams(const ParamsOptions& options) {
     }
     std::erase(text, '\r');
     std::cout << text;
-    if (IsNational(transformation.type)) {
-        PrintNote(Translated(NationalOrigin(transformation.type)));
-    }
+    NoteOrigin(transformation.type);
     return kDone;
 }
 
@@ -70,14 +91,14 @@ int RunParams(const ParamsOptions& options) {
 
 Run AddParams(CLI::App& command) {
     const auto options = std::make_shared<ParamsOptions>();
-    command.add_option("FILE", options->source.params, Translated(Text::kParamsOption))
-        ->check(CheckExtension);
+    command.add_option("FILE", options->source.params, Translated(Text::kParamsOption));
     AddBuiltInOptions(command, options->source);
     AddInverseOption(command, options->source, Text::kInverseOption);
     command.add_option("--format", options->format, Translated(Text::kFormatOption))
         ->type_name("FORMAT")
         ->capture_default_str()
         ->check(CheckWord("listing, trp, prm, all, json"));
+    AddExportOptions(command, options->exports);
     AddLanguageOption(command);
     return [options] { return RunParams(*options); };
 }

@@ -5,17 +5,23 @@
 #include <string>
 
 #include "kv_tr/files/parameter_file.h"
+#include "kv_tr/interchange/transformation_record.h"
 
 namespace kv_tr::app {
 
 struct WholeParameters {
-    std::optional<Transformation>
-        transformation;     // nothing for a file that cannot be read to its end
+    std::optional<TransformationRecord>
+        record;             // nothing for a file that cannot be read to its end
     std::string complaint;  // why; empty when that has been shown
 };
 
-/// Reads a file in the format that its extension names; six numbers get the linear type.
+/// What a file is whose name does not tell its format.
+enum class UnnamedFormat { kRefused, kSixNumbers };
+
+/// Reads a file: a JSON record, a PROJ string or a geotransform whatever its name, otherwise in the
+/// format that its extension names. Six numbers get the linear type.
 WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType,
-                                    NumberStyle numbers, SuspectCommas commas);
+                                    NumberStyle numbers, SuspectCommas commas,
+                                    UnnamedFormat unnamed);
 
 }  // namespace kv_tr::app

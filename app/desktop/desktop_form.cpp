@@ -236,13 +236,14 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
 }
 
 bool DesktopForm::LoadParameters(const std::string& fileName) {
-    const auto [loaded, complaint] = app::ReadParametersWhole(
-        fileName, Type::kAffine, ComponentNumberStyle(), SuspectCommas::kTaken);
+    const auto [loaded, complaint] =
+        app::ReadParametersWhole(fileName, Type::kAffine, ComponentNumberStyle(),
+                                 SuspectCommas::kTaken, app::UnnamedFormat::kSixNumbers);
     if (!complaint.empty()) {
         ShowMessage(Translated(Text::kBadFormat) + "\r\n" + complaint, Icon::kExclamation);
     }
     if (!loaded) return false;
-    transformation_.udtTrPrm(RecordOf(*loaded));
+    transformation_.udtTrPrm(RecordOf(loaded->transformation));
     recent_.Add(fileName);
     return true;
 }

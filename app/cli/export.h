@@ -1,0 +1,37 @@
+// Transformations for other programs, as the options of adjust and params ask for them.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/file_options.h"
+#include "kv_tr/interchange/transformation_record.h"
+
+namespace kv_tr::cli {
+
+struct ExportOptions {
+    std::vector<std::string> wanted;  // "proj=map.txt", or "proj" for the standard output
+    std::string axes;                 // "ne", "es,en"; otherwise those of the record
+    std::string sourceCrs;
+    std::string targetCrs;
+
+    /// Whether a format takes the place of what the command prints.
+    bool ToOutput() const;
+    /// The files that are written, each under the option with its format.
+    std::vector<NamedFile> Files() const;
+};
+
+void AddExportOptions(CLI::App& command, ExportOptions& options);
+
+/// Whether at most one format goes to the standard output, and none where something else does that;
+/// otherwise a note says so.
+bool OutputSuffices(const ExportOptions& options, bool outputIsTaken);
+
+/// Writes a record in each of the formats, files with `save`, which takes a file name and what
+/// writes that file. False after it was reported that a format cannot hold the record or that a
+/// file cannot be written.
+bool Export(TransformationRecord record, const ExportOptions& options,
+            const std::function<bool(const std::string&, const std::function<bool()>&)>& save);
+
+}  // namespace kv_tr::cli
