@@ -3,8 +3,10 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressDialog>
@@ -64,6 +66,13 @@ TEST_F(WindowsOfForms, ForwardWhatTheUserDoes) {
         EXPECT_FALSE(window.isVisible());
     })));
     EXPECT_EQ(double{transformation.udtTrPrm().dB0}, 12.5);
+    Open<frmAffinTrPrmWindow, frmAffinTrPrm>([&](frmAffinTrPrmWindow& window) {
+        auto* menu = window.findChild<QPushButton*>("cmdCopyAs")->menu();
+        emit menu->aboutToShow();
+        QTest::keyClicks(window.findChild<QLineEdit*>("txtTrPrm(2)"), "7");
+        menu->actions()[5]->trigger();
+        EXPECT_TRUE(QApplication::clipboard()->text().startsWith("[0, 1, -7e-09, 12.5, "));
+    });
     EXPECT_TRUE((Open<frmChoosePrmWindow, frmChoosePrm>([&](frmChoosePrmWindow& window) {
         Click(window, "cmdPoli");
         EXPECT_EQ(platform.opened.back(), "polynomial");

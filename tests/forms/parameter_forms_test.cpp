@@ -90,6 +90,9 @@ TEST_F(AffinTrPrm, LoadsAndSavesInTheOrderOfTheExtension) {
         EXPECT_EQ(transformation.gName + "/", folder.File(""));
         EXPECT_EQ(form.SampleText(0), " Y' = [1.000] + [3.00000000] * Y + [5.00000000] * X");
         form.txtTrPrm(0, "99");
+        EXPECT_EQ(form.cmdCopyAs(TransformationFormat::kGeotransform), "[99, 3, -5, 2, 4, -6]\n");
+        EXPECT_EQ(form.cmdCopyAs(TransformationFormat::kProjHelmert), "");
+        ExpectTold({"PROJ"});
         EXPECT_TRUE(With(form, &frmAffinTrPrm::cmdSave, "out.PRM").starts_with("1.000\r\n2.000"))
             << "what was loaded";
     });
@@ -113,6 +116,8 @@ TEST_F(PoliTrPrm, LoadsChoosesAndSavesTheTextAsItStandsAndTakesItWhole) {
         platform.confirm = true;
         form.cmdDAT2M1();
         EXPECT_TRUE(form.rtBox().starts_with("EOV-HDR (országos)\r\n"));
+        EXPECT_NE(form.cmdCopyAs(TransformationFormat::kJson).find("\"type\": 33"),
+                  std::string::npos);
         EXPECT_EQ(With(form, &frmPoliTrPrm::cmdSave, "saved.trp"), "") << "not for polynomials";
         ExpectTold({""});
         EXPECT_TRUE(form.cmdOk());
@@ -120,11 +125,15 @@ TEST_F(PoliTrPrm, LoadsChoosesAndSavesTheTextAsItStandsAndTakesItWhole) {
     for (const bool whole : {false, true}) {
         EXPECT_EQ(transformation.udtTrPrm().eType, TR_EOV_HDR_10e);
         platform.answers = {Answer::kYes};
-        EXPECT_EQ(Open<frmPoliTrPrm>([&](frmPoliTrPrm& form) {
-                      form.rtBox(order1 + (whole ? "" : "4 7 x\r\n"));
-                      EXPECT_EQ(form.cmdOk(), whole);
-                  }),
-                  whole);
+        EXPECT_EQ(
+            Open<frmPoliTrPrm>([&](frmPoliTrPrm& form) {
+                form.rtBox(order1 + (whole ? "" : "4 7 x\r\n"));
+                EXPECT_EQ(
+                    form.cmdCopyAs(TransformationFormat::kProj).starts_with("+proj=horner +deg=1 "),
+                    whole);
+                EXPECT_EQ(form.cmdOk(), whole);
+            }),
+            whole);
     }
     EXPECT_EQ(transformation.udtTrPrm().eType, TR_POLI_1);
     EXPECT_EQ(double{transformation.udtTrPrm().dB2}, 4.0);

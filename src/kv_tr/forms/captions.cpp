@@ -72,6 +72,7 @@ constexpr Caption kAffinTrPrmCaptions[] = {
     {"lblSample(1)", Text::kSampleSecond},
     {"cmdMeterOl", Text::kMetresToFathoms},
     {"cmdOlMeter", Text::kFathomsToMetres},
+    {"cmdCopyAs", Text::kCopyAs, Text::kCopyAsTip},
     {"cmdLoad", Text::kBrowse},
     {"cmdSave", Text::kSave},
     {"cmdOk", Text::kOk},
@@ -81,6 +82,7 @@ constexpr Caption kAffinTrPrmCaptions[] = {
 constexpr Caption kPoliTrPrmCaptions[] = {
     {"frmPoliTrPrm", Text::kPolynomialTitle},
     {"cmdDAT2M1", Text::kDat2M1Button},
+    {"cmdCopyAs", Text::kCopyAs, Text::kCopyAsTip},
     {"cmdLoad", Text::kBrowse},
     {"cmdSave", Text::kSave},
     {"cmdOk", Text::kOk},

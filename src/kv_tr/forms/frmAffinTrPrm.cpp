@@ -12,6 +12,7 @@
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
+#include "kv_tr/published/transformation_type.h"
 #include "kv_tr/text/file_names.h"
 
 namespace kv_tr {
@@ -92,6 +93,11 @@ void frmAffinTrPrm::cmdSave() {
     } else if (SuitsParameters(*fileName, parameters_->udtTrPrm().eType)) {
         parameters_->bSaveAffinTrPrm(*fileName, HasExtension(*fileName, "prm"));
     }
+}
+
+std::string frmAffinTrPrm::cmdCopyAs(TransformationFormat format) const {
+    const auto& [a0, a1, a2, b0, b1, b2] = values_;
+    return CopiedText({.type = TypeOf(type_), .a = {a0, a1, a2}, .b = {b0, b1, b2}}, format);
 }
 
 bool frmAffinTrPrm::cmdOk() {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "kv_tr/forms/copied_text.h"
 #include "kv_tr/forms/form.h"
 #include "kv_tr/published/clsTr.h"
 
@@ -40,6 +41,9 @@ public:
     /// Saves what the object holds, which is what the dialog was opened with or has loaded: typed
     /// values reach the object when the dialog closes, after they have been confirmed or not.
     void cmdSave();
+    /// What the boxes say in a format of another program; nothing, after a message, where that
+    /// cannot hold it.
+    std::string cmdCopyAs(TransformationFormat format) const;
     bool cmdOk();
 
 private:

@@ -75,14 +75,23 @@ void frmPoliTrPrm::cmdSave() {
     if (fileName && SuitsParameters(*fileName, type)) WriteTextFile(*fileName, rtBox());
 }
 
+std::string frmPoliTrPrm::cmdCopyAs(TransformationFormat format) const {
+    const auto record = IsChanged() ? RecordOfText() : std::optional(working_);
+    return record ? CopiedText(TransformationOf(*record), format) : std::string();
+}
+
 std::string frmPoliTrPrm::QuestionTitle() const { return Translated(Text::kPolynomialParameters); }
 
 /// Reads the text into the working record; false, with a message, when not every line can be read:
 /// a polynomial of the lines above a slip would be another one.
 bool frmPoliTrPrm::TakeText() {
-    const auto record = Read(WriteWorkingFile("tmp-PoliPrm.all", rtBox()), SuspectCommas::kIgnored);
+    const auto record = RecordOfText();
     if (record) working_ = *record;
     return record.has_value();
+}
+
+std::optional<TR_PRM> frmPoliTrPrm::RecordOfText() const {
+    return Read(WriteWorkingFile("tmp-PoliPrm.all", rtBox()), SuspectCommas::kIgnored);
 }
 
 }  // namespace kv_tr

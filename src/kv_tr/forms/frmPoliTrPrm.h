@@ -2,8 +2,10 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
+#include "kv_tr/forms/copied_text.h"
 #include "kv_tr/forms/text_form.h"
 #include "kv_tr/published/clsTr.h"
 
@@ -27,11 +29,15 @@ public:
     void cmdDAT2M1();
     /// Saves the text as it stands.
     void cmdSave();
+    /// What the text says in a format of another program, with all digits while it has not been
+    /// edited; nothing, after a message, where it cannot be read or that cannot hold it.
+    std::string cmdCopyAs(TransformationFormat format) const;
 
 private:
     void Take(const TR_PRM& record);
     std::string QuestionTitle() const override;
     bool TakeText() override;
+    std::optional<TR_PRM> RecordOfText() const;  // nothing, after a message, if it cannot be read
 
     clsTr* parameters_ = nullptr;
     TR_PRM working_;  // whose listing is the reference

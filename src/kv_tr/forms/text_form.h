@@ -18,7 +18,7 @@ public:
     /// read to its end is not, and keeps the dialog open.
     bool cmdOk() {
         Answer keep = Answer::kNo;
-        if (text_ != reference_) {
+        if (IsChanged()) {
             keep = Ask({.text = Translated(Text::kKeepChangesQuestion),
                         .title = QuestionTitle(),
                         .buttons = Buttons::kYesNoCancel,
@@ -38,6 +38,8 @@ protected:
         reference_ = reference;
         Changed.Raise();
     }
+
+    bool IsChanged() const { return text_ != reference_; }
 
     virtual std::string QuestionTitle() const = 0;
     /// Reads the text; false, with a message, when that is impossible.

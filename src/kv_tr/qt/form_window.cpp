@@ -3,8 +3,10 @@
 
 #include <QAbstractButton>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QGroupBox>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
 #include <QScreen>
 
@@ -137,6 +139,27 @@ QCheckBox* FormWindow::MakeCheckBox(const QString& name, const std::function<voi
     auto* box = Bind(name, new QCheckBox(this));
     connect(box, &QCheckBox::clicked, this, [this, action] { Act(action); });
     return box;
+}
+
+QPushButton* FormWindow::MakeCopyButton(
+    const std::function<std::string(TransformationFormat)>& textIn) {
+    QPushButton* button = MakePlainButton("cmdCopyAs");
+    auto* menu = new QMenu(button);
+    button->setMenu(menu);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu, textIn] {
+        menu->clear();  // the language may be another one
+        for (const TransformationFormat format : CopiedFormats()) {
+            const auto name = QString::fromStdString(Translated(FormatName(format)));
+            menu->addAction(name, this, [this, textIn, format] {
+                Act([&] {
+                    const std::string text = textIn(format);
+                    if (!text.empty())
+                        QApplication::clipboard()->setText(QString::fromStdString(text));
+                });
+            });
+        }
+    });
+    return button;
 }
 
 QPushButton* FormWindow::MakeCancelButton(const QString& name) {

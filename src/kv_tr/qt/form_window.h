@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "kv_tr/forms/copied_text.h"
 #include "kv_tr/forms/form.h"
 
 class QCheckBox;
@@ -67,6 +68,9 @@ protected:
     QCheckBox* MakeCheckBox(const QString& name, const std::function<void()>& action);
     /// A button whose click is not forwarded.
     QPushButton* MakePlainButton(const QString& name);
+    /// The button cmdCopyAs with a menu of formats; the text that an entry yields, unless it is
+    /// empty, goes to the clipboard.
+    QPushButton* MakeCopyButton(const std::function<std::string(TransformationFormat)>& textIn);
     /// A button that closes the window without an action.
     QPushButton* MakeCancelButton(const QString& name);
     /// The buttons that every dialog ends with. Enter presses the first one only where that is its

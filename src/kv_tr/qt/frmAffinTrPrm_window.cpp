@@ -58,6 +58,8 @@ QLayout* frmAffinTrPrmWindow::MakeButtons() {
                       MakeButton("cmdOlMeter", [this] { form_.cmdOlMeter(); })};
     QPushButton* load = MakeButton("cmdLoad", [this] { form_.cmdLoad(); });
     QPushButton* save = MakeButton("cmdSave", [this] { form_.cmdSave(); });
+    QPushButton* copy =
+        MakeCopyButton([this](TransformationFormat format) { return form_.cmdCopyAs(format); });
     QPushButton* ok = MakeButton("cmdOk", [this] {
         if (form_.cmdOk()) accept();
     });
@@ -65,10 +67,11 @@ QLayout* frmAffinTrPrmWindow::MakeButtons() {
     auto* row = new QHBoxLayout;
     for (QPushButton* button : fathomButtons_) row->addWidget(button);
     row->addStretch();
+    row->addWidget(copy);
     row->addWidget(load);
     row->addWidget(save);
     row->addWidget(MakeEnds(ok, cancel));
-    for (auto* button : {fathomButtons_[0], fathomButtons_[1], load, save, ok, cancel}) {
+    for (auto* button : {fathomButtons_[0], fathomButtons_[1], copy, load, save, ok, cancel}) {
         button->setFocusPolicy(Qt::TabFocus);  // a click must not have the box checked before it
     }
     return row;

@@ -66,7 +66,9 @@ std::string TextWindow::Text() const {
 PolynomialWindow::PolynomialWindow(frmPoliTrPrm& form)
     : TextWindow(form, "frmPoliTrPrm", {720, 560}), form_(form) {
     national_ = MakeButton("cmdDAT2M1", [this] { form_.cmdDAT2M1(); });
-    LayOut({national_, MakeButton("cmdLoad", [this] { form_.cmdLoad(); }),
+    LayOut({national_,
+            MakeCopyButton([this](TransformationFormat format) { return form_.cmdCopyAs(format); }),
+            MakeButton("cmdLoad", [this] { form_.cmdLoad(); }),
             MakeButton("cmdSave", [this] { form_.cmdSave(); })});
 }
 

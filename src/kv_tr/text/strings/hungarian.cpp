@@ -462,7 +462,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kNewerRecord, "a rekord verziója {0}, újabb program írta"},
     {Text::kUnsupportedStep, "{0} nem vehető át"},
     {Text::kSixNumbersInText, "a szövegben hat szám legyen és semmi más"},
-    {Text::kCopyAs, "Másolás mint"},
+    {Text::kCopyAs, "Másolás másként"},
     {Text::kCopyAsTip, "A transzformációt más program formátumában a vágólapra teszi"},
     {Text::kJsonFormat, "JSON-rekord"},
     {Text::kProjFormat, "PROJ-karakterlánc"},
