@@ -233,6 +233,7 @@ void AddTransformation(py::module_& module) {
         }));
     AddPrecision(type);
     AddFiles(type);
+    AddInterchange(type);
 }
 
 }  // namespace kv_tr::python

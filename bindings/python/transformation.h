@@ -26,6 +26,9 @@ py::object InverseOf(const KnownTransformation& self);
 /// Python's Distortion at points.
 py::object DistortionsAt(const KnownTransformation& self, const py::object& xy);
 
+/// Adds the formats of other programs: to_text, from_text.
+void AddInterchange(py::class_<KnownTransformation>& type);
+
 /// Adds what the control points of a fit tell of other points: sigma, covariance, extrapolation.
 void AddPrecision(py::class_<KnownTransformation>& type);
 

@@ -292,3 +292,33 @@ def test_values_serve_many_threads():
 
     with concurrent.futures.ThreadPoolExecutor(4) as pool:
         assert set(pool.map(work, range(20))) == {(bits(t.transform(many)), True)}
+
+
+def test_texts_of_other_programs_keep_every_bit_and_refuse_what_they_cannot_hold(result):
+    t = result.transformation
+    assert t.to_text("json", source_crs="old").count("\n") > 10
+    back = kv_tr.Transformation.from_text(t.to_text("json", axes="ne"))
+    assert back == t and '"used": 30' in t.to_text("json")
+    assert back.type == t.type and t.to_text("gcps").count("-gcp") == len(GRID)
+    space = {}
+    exec(t.to_text("python"), space)
+    assert bits(np.column_stack(space["transform"](*GRID.T))) == bits(t.transform(GRID))
+    proj = kv_tr.Transformation.from_text(t.to_text("proj", axes="ne,en"))
+    assert bits(proj.transform(GRID)) == bits(t.transform(GRID))
+    if t.type == "affine":
+        assert kv_tr.Transformation.from_text("1 2 3 4 5 6", "world", "helmert").type == "helmert"
+        with pytest.raises(ValueError, match="affine, not poly1"):
+            kv_tr.Transformation.from_text(t.to_text("proj"), type="poly1")
+    else:
+        with pytest.raises(ValueError, match="six parameters only"):
+            t.to_text("wkt2")
+    for arguments, message in [(["kml"], "one of json, proj"), (["proj", "+proj=merc"], "merc")]:
+        with pytest.raises(ValueError, match=message):
+            kv_tr.Transformation.from_text(arguments[-1], arguments[0])
+    for text in ["", "1 2 3 4 5 6", "nothing"]:
+        with pytest.raises(ValueError, match="shows no format"):
+            kv_tr.Transformation.from_text(text)
+    with pytest.raises(ValueError, match="only written"):
+        kv_tr.Transformation.from_text("x", "sql")
+    with pytest.raises(ValueError, match="axes must be"):
+        t.to_text("proj", axes="up")

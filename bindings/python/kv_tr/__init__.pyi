@@ -13,6 +13,21 @@ __version__: Final[str]
 _Path = str | os.PathLike[str]
 _Doubles = NDArray[np.float64]
 _Pair = typeXYs4Tr | tuple[str, float, float, float, float]
+_Format = Literal[
+    "json",
+    "proj",
+    "proj-helmert",
+    "wkt2",
+    "world",
+    "geotransform",
+    "cad-world",
+    "gcps",
+    "sheet",
+    "c",
+    "python",
+    "sql",
+    "formulas",
+]
 _SixParameters = tuple[bool, float, float, float, float, float, float]
 
 _Value = TypeVar("_Value")
@@ -182,6 +197,13 @@ class Transformation:
     @staticmethod
     def load(
         path: _Path, decimal_comma: bool = False, type: _TypeLike | None = None
+    ) -> Transformation: ...
+    def to_text(
+        self, format: _Format, *, axes: str = "en", source_crs: str = "", target_crs: str = ""
+    ) -> str: ...
+    @staticmethod
+    def from_text(
+        text: str, format: _Format | None = None, type: _TypeLike | None = None
     ) -> Transformation: ...
     @staticmethod
     def national(name: str) -> Transformation: ...
