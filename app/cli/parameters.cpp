@@ -68,8 +68,8 @@ std::optional<TransformationRecord> ReadFile(const ParameterSource& source) {
     if (holdsSixNumbers && !FormatHolds("trp", wanted, source.params)) return std::nullopt;
     const Type linearType = IsPolynomial(wanted) ? Type::kAffine : wanted;
     const NumberStyle numbers = source.decimalComma ? NumberStyle{','} : ComponentNumberStyle();
-    const auto [record, complaint] =
-        app::ReadParametersWhole(source.params, linearType, numbers, SuspectCommas::kProblem);
+    const auto [record, complaint] = app::ReadParametersWhole(
+        source.params, linearType, numbers, SuspectCommas::kProblem, app::UnnamedFormat::kRefused);
     if (!complaint.empty()) {
         ShowMessage(Translated(Text::kBadFormat), Icon::kExclamation);
         PrintNote(complaint);

@@ -45,7 +45,8 @@ bool NamesOwnFormat(const std::string& fileName) {
 }  // namespace
 
 WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType,
-                                    NumberStyle numbers, SuspectCommas commas) {
+                                    NumberStyle numbers, SuspectCommas commas,
+                                    UnnamedFormat unnamed) {
     auto file = OpenText(fileName);
     if (!file) {
         ReportOpenFailure(fileName);
@@ -60,7 +61,8 @@ WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType
         problem->text = Excerpt(problem->text);
         return {{}, fileName + ": " + ProblemText(*problem, ComponentTexts()) + "."};
     }
-    if (!NamesOwnFormat(fileName)) return {{}, Translated(Text::kUnknownExtension, {fileName})};
+    if (unnamed == UnnamedFormat::kRefused && !NamesOwnFormat(fileName))
+        return {{}, Translated(Text::kUnknownExtension, {fileName})};
     std::istringstream lines(text);
     const auto reading =
         ReadParameters(lines, FormatNamed(fileName), linearType,

@@ -15,9 +15,13 @@ struct WholeParameters {
     std::string complaint;  // why; empty when that has been shown
 };
 
+/// What a file is whose name does not tell its format.
+enum class UnnamedFormat { kRefused, kSixNumbers };
+
 /// Reads a file: a JSON record, a PROJ string or a geotransform whatever its name, otherwise in the
 /// format that its extension names. Six numbers get the linear type.
 WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType,
-                                    NumberStyle numbers, SuspectCommas commas);
+                                    NumberStyle numbers, SuspectCommas commas,
+                                    UnnamedFormat unnamed);
 
 }  // namespace kv_tr::app

@@ -241,8 +241,9 @@ DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
 }
 
 bool DesktopForm::LoadParameters(const std::string& fileName) {
-    const auto [loaded, complaint] = app::ReadParametersWhole(
-        fileName, Type::kAffine, ComponentNumberStyle(), SuspectCommas::kTaken);
+    const auto [loaded, complaint] =
+        app::ReadParametersWhole(fileName, Type::kAffine, ComponentNumberStyle(),
+                                 SuspectCommas::kTaken, app::UnnamedFormat::kSixNumbers);
     if (!complaint.empty()) {
         ShowMessage(Translated(Text::kBadFormat) + "\r\n" + complaint, Icon::kExclamation);
     }
