@@ -63,5 +63,7 @@ bool SaveParameters(const Transformation& transformation, const std::string& fil
 /// Writes a text file in the code page of the language; false after it was reported that this is
 /// impossible.
 bool SaveText(const std::string& fileName, const std::string& text);
+/// The same with the bytes as they are.
+bool SaveBytes(const std::string& fileName, std::string_view bytes);
 
 }  // namespace kv_tr::cli
