@@ -15,6 +15,7 @@
 #include "cli/interruption.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
+#include "cli/point_source.h"
 #include "cli/program.h"
 #include "cli/report.h"
 #include "cli/terminal.h"
@@ -27,7 +28,6 @@
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/text/file_names.h"
-#include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -36,6 +36,8 @@ using Json = nlohmann::ordered_json;
 
 struct AdjustOptions {
     std::string points;
+    std::string target;  // the list of the destination system, where points is one list of two
+    std::string format;
     std::string type = "affine";
     bool inverse = false;
     std::vector<std::string> exclude;
@@ -64,10 +66,7 @@ public:
     /// False, after it was reported why, when there is no fit.
     bool PrepareAndFit() {
         const Type wanted = TypeNamed(options_.type);
-        if (!LoadPoints(adjustment_, options_.points, options_.decimalComma,
-                        options_.findings.HasSigmaColumns() ? &sigmas_ : nullptr)) {
-            return false;
-        }
+        if (!Load()) return false;
         if (options_.inverse) adjustment_.Swap();
         if (!ChooseType(adjustment_, wanted, options_.points) || !Exclude()) return false;
         if (adjustment_.FitType() != wanted) {
@@ -94,6 +93,26 @@ public:
 private:
     static constexpr double kUsualLimit = 0.2;
 
+    /// Standard deviations that the file names are used unless the options have others.
+    bool Load() {
+        const FindingsOptions& findings = options_.findings;
+        std::vector<Point> sigmas;
+        if (!LoadPoints(adjustment_,
+                        {.file = options_.points,
+                         .target = options_.target,
+                         .format = options_.format,
+                         .decimalComma = options_.decimalComma,
+                         .sigmaColumns = findings.HasSigmaColumns()},
+                        &sigmas)) {
+            return false;
+        }
+        if (!findings.sigma.empty() && !findings.HasSigmaColumns()) return true;
+        sigmas_ = std::move(sigmas);
+        if (findings.sigma.empty() && !sigmas_.empty())
+            PrintNote(Translated(Text::kSigmasTaken, {options_.points}));
+        return true;
+    }
+
     /// Excludes every point that has one of the identifiers; false when one is unknown.
     bool Exclude() {
         const auto& identifiers = options_.exclude;
@@ -104,7 +123,7 @@ private:
         for (std::size_t i = 0; i < points.size(); ++i) {
             if (!unwanted.contains(points[i].id)) continue;
             known.insert(points[i].id);
-            found.push_back(i);
+            if (points[i].used) found.push_back(i);
         }
         for (const std::string& id : identifiers) {
             if (known.contains(id)) continue;
@@ -144,15 +163,7 @@ private:
 bool SavePlot(const Work& work, const std::string& fileName) {
     const std::string svg = SvgOf(PageOf(work.Points(), work.Limit(), {}, GraphPage::kPictureWidth,
                                          GraphPage::kPictureHeight));
-    ReplacingFile file(fileName);
-    if (!file.IsOpen()) {
-        ReportOpenFailure(fileName);
-        return false;
-    }
-    file.Write(svg);
-    if (file.Commit()) return true;
-    ShowMessage(WriteFailure(fileName).what(), Icon::kExclamation);
-    return false;
+    return SaveBytes(fileName, svg);
 }
 
 /// Exports the transformation of a good fit, unless --force is given.
@@ -177,9 +188,12 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
     const auto style = ComponentNumberStyle();
     const auto save = [&options](const std::string& fileName, const std::function<bool()>& write) {
         if (fileName.empty()) return true;
-        std::error_code error;
-        if (&fileName != &options.savePoints &&
-            std::filesystem::equivalent(fileName, options.points, error)) {
+        const auto isInput = [&fileName](const std::string& input) {
+            std::error_code error;
+            return std::filesystem::equivalent(fileName, input, error);
+        };
+        if ((&fileName != &options.savePoints && isInput(options.points)) ||
+            isInput(options.target)) {
             ShowMessage(Translated(Text::kTakesPlaceOfInput), Icon::kExclamation);
             return false;
         }
@@ -286,7 +300,10 @@ int RunAdjust(const AdjustOptions& options) {
                                    {"--plot", options.plot}};
     for (const std::string& name : options.report.files) written.push_back({"--report", name});
     for (const NamedFile& file : options.exports.Files()) written.push_back(file);
-    if (!AreDistinct(written) || !OutputSuffices(options.exports, options.json)) return kWrongUsage;
+    if (!AreDistinct(written) || !OutputSuffices(options.exports, options.json) ||
+        !IsSensible({.target = options.target, .format = options.format})) {
+        return kWrongUsage;
+    }
     if (options.decimalComma) DecimalSeparator(',');
     Work work(options);
     const bool fitted = work.PrepareAndFit();
@@ -305,6 +322,8 @@ int RunAdjust(const AdjustOptions& options) {
 Run AddAdjust(CLI::App& command) {
     const auto options = std::make_shared<AdjustOptions>();
     command.add_option("POINTS", options->points, Translated(Text::kPointsArgument))->required();
+    AddFileOption(command, "--target", options->target, Text::kTargetListOption);
+    AddPointFormatOption(command, options->format);
     AddTypeOption(command, options->type);
     command.add_flag("--inverse", options->inverse, Translated(Text::kSwapOption));
     command.add_option("--exclude", options->exclude, Translated(Text::kExcludeOption))

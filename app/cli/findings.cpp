@@ -20,7 +20,7 @@ namespace {
 
 AssessmentOptions OptionsOf(const FindingsOptions& options, std::vector<Point> sigmas) {
     AssessmentOptions assessment;
-    if (options.HasSigmaColumns()) {
+    if (!sigmas.empty()) {
         assessment.sigmas = std::move(sigmas);
         assessment.sigma0 = 1.0;
     } else if (!options.sigma.empty()) {

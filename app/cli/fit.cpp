@@ -6,7 +6,6 @@
 #include <array>
 
 #include "cli/program.h"
-#include "common/point_reading.h"
 #include "kv_tr/published/matrix_routines.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
@@ -49,36 +48,12 @@ void AddTypeOption(CLI::App& command, std::string& keyword) {
         });
 }
 
-bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decimalComma,
-                std::vector<Point>* sigmas) {
-    const auto reading = app::ReadPoints(
-        fileName, decimalComma ? Comma::kDecimalSign : Comma::kSuspect, sigmas != nullptr);
-    if (reading.Complete()) {
-        if (sigmas != nullptr) *sigmas = reading.sigmas;
-        adjustment.Assign(reading.points);
-        return true;
-    }
-    const Problem& problem = reading.problems.front();
-    if (problem.kind == Problem::Kind::kNotOpened) {
-        ReportOpenFailure(fileName);
-    } else if (problem.kind == Problem::Kind::kDecimalCommas) {
-        ShowMessage(Translated(Text::kPointsHaveDecimalCommas,
-                               {fileName, std::to_string(problem.line), Excerpt(problem.text)}),
-                    Icon::kExclamation);
-        PrintNote(Translated(Text::kCommasMayBeDecimal));
-    } else {
-        ShowMessage(Translated(Text::kBadFormat) + "\r\n" + app::Complaint(problem, fileName),
-                    Icon::kExclamation);
-    }
-    return false;
-}
-
 bool ChooseType(Adjustment& adjustment, Type type, const std::string& fileName) {
     adjustment.SetType(type);
     if (adjustment.IsEnoughFor(type)) return true;
     ShowMessage(Translated(Text::kTooFewPoints));
     PrintNote(Translated(Text::kPointsNeeded, {fileName, std::to_string(MinimumPoints(type)),
-                                               std::to_string(adjustment.Points().size())}));
+                                               std::to_string(adjustment.UsedCount())}));
     return false;
 }
 

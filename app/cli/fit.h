@@ -3,7 +3,6 @@
 
 #include <span>
 #include <string>
-#include <vector>
 
 #include "kv_tr/fit/adjustment.h"
 
@@ -25,11 +24,6 @@ Type TypeNamed(const std::string& keyword);
 
 /// Adds the option --type with its check.
 void AddTypeOption(CLI::App& command, std::string& keyword);
-
-/// Loads a control-point file, with its columns of standard deviations where there is a place for
-/// them; false after what is wrong with it was reported.
-bool LoadPoints(Adjustment& adjustment, const std::string& fileName, bool decimalComma,
-                std::vector<Point>* sigmas = nullptr);
 
 /// Sets the type; false, with text 97 shown, when the file has too few points for it.
 bool ChooseType(Adjustment& adjustment, Type type, const std::string& fileName);

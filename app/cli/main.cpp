@@ -20,6 +20,7 @@ struct Command {
 
 constexpr Command kCommands[] = {
     {"adjust", Text::kAdjustSummary, AddAdjust},
+    {"points", Text::kPointsSummary, AddPoints},
     {"transform", Text::kTransformSummary, AddTransform},
     {"types", Text::kTypesSummary, AddTypes},
     {"params", Text::kParamsSummary, AddParams},

@@ -8,6 +8,7 @@
 #include "cli/file_options.h"
 #include "cli/findings.h"
 #include "cli/fit.h"
+#include "cli/point_source.h"
 #include "cli/program.h"
 #include "common/parameter_reading.h"
 #include "kv_tr/files/open_text.h"
@@ -22,6 +23,7 @@
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/text/file_names.h"
+#include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -34,7 +36,7 @@ std::nullopt_t Complain(Text id, std::initializer_list<std::string> values = {})
 
 std::optional<Parameters> FitParameters(const ParameterSource& source) {
     Adjustment adjustment;
-    if (!LoadPoints(adjustment, source.points, source.decimalComma) ||
+    if (!LoadPoints(adjustment, {.file = source.points, .decimalComma = source.decimalComma}) ||
         !ChooseType(adjustment, TypeNamed(source.type), source.points)) {
         return std::nullopt;
     }
@@ -47,8 +49,13 @@ std::optional<Parameters> FitParameters(const ParameterSource& source) {
     PrintWarnings(warnings, false);
     if (!outcome.Succeeded() || IsSevere(warnings)) return std::nullopt;
     std::vector<Point> sources;
-    for (const ControlPoint& point : adjustment.Points()) sources.push_back(point.source);
-    return Parameters{FittedRecord(adjustment.Points(), adjustment.Result()), DomainOf(sources)};
+    for (const ControlPoint& point : adjustment.Points()) {
+        if (point.used) sources.push_back(point.source);
+    }
+    const auto points = adjustment.Points();
+    return Parameters{FittedRecord(points, adjustment.Result()),
+                      DomainOf(sources),
+                      {points.begin(), points.end()}};
 }
 
 std::optional<TransformationRecord> BuiltIn(const std::string& name) {
@@ -214,6 +221,18 @@ bool SaveText(const std::string& fileName, const std::string& text) {
         case Written::kNotOpened: ReportOpenFailure(fileName); return false;
         default: ShowMessage(WriteFailure(fileName).what(), Icon::kExclamation); return false;
     }
+}
+
+bool SaveBytes(const std::string& fileName, std::string_view bytes) {
+    ReplacingFile file(fileName);
+    if (!file.IsOpen()) {
+        ReportOpenFailure(fileName);
+        return false;
+    }
+    file.Write(bytes);
+    if (file.Commit()) return true;
+    ShowMessage(WriteFailure(fileName).what(), Icon::kExclamation);
+    return false;
 }
 
 }  // namespace kv_tr::cli

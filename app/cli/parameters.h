@@ -27,10 +27,12 @@ struct ParameterSource {
     bool decimalComma = false;  // in the files
 };
 
-/// A transformation with what is known of it, and the domain of its control points if that is.
+/// A transformation with what is known of it; when it was fitted, the domain of the control points
+/// and the points.
 struct Parameters {
     TransformationRecord record;
     std::optional<Domain> domain;
+    std::vector<ControlPoint> points{};
 };
 
 /// Adds the options --points, --params, --national, --type and --decimal-comma.
@@ -63,5 +65,7 @@ bool SaveParameters(const Transformation& transformation, const std::string& fil
 /// Writes a text file in the code page of the language; false after it was reported that this is
 /// impossible.
 bool SaveText(const std::string& fileName, const std::string& text);
+/// The same with the bytes as they are.
+bool SaveBytes(const std::string& fileName, std::string_view bytes);
 
 }  // namespace kv_tr::cli

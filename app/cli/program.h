@@ -48,6 +48,7 @@ void AddLanguageOption(CLI::App& command);
 /// Each adds its command to the program and yields what runs it and returns the exit code.
 using Run = std::function<int()>;
 Run AddAdjust(CLI::App& command);
+Run AddPoints(CLI::App& command);
 Run AddTransform(CLI::App& command);
 Run AddTypes(CLI::App& command);
 Run AddParams(CLI::App& command);

@@ -19,17 +19,45 @@ std::string TextOf(const Problem& problem) {
     }
 }
 
+std::string ReasonOf(const Problem& problem) {
+    using Kind = Problem::Kind;
+    switch (problem.kind) {
+        case Kind::kNotOpened:
+        case Kind::kUnreadable:
+        case Kind::kLineTooLong: return TextOf(problem);
+        case Kind::kMissingField: return Translated(Text::kReasonMissing);
+        case Kind::kNotANumber: return Translated(Text::kReasonNoNumber);
+        case Kind::kNotPositive: return Translated(Text::kReasonNotPositive);
+        case Kind::kUnequalFields: return Translated(Text::kReasonUnequalFields);
+        case Kind::kMixedDecimals:
+            return Translated(Text::kReasonMixedDecimals, {std::to_string(problem.otherLine)});
+        case Kind::kDecimalCommas:
+        case Kind::kAmbiguousCommas: return Translated(Text::kReasonAmbiguousCommas);
+        case Kind::kBadHeader: return Translated(Text::kReasonHeader);
+        case Kind::kBadMark: return Translated(Text::kReasonMark);
+        case Kind::kUnknownLayout:
+        case Kind::kDamaged: return Translated(Text::kReasonDamaged);
+    }
+    return {};
+}
+
 }  // namespace
 
-PointReading ReadPoints(const std::string& fileName, Comma comma, bool sigmas) {
-    return ReadControlPointFile(fileName,
-                                {.codePage = FilesCodePage(), .comma = comma, .sigmas = sigmas});
+PointFile ReadPoints(const std::string& fileName, Comma comma, std::optional<PointFormat> format) {
+    return ReadPointsOfFile(fileName,
+                            {.format = format, .codePage = FilesCodePage(), .comma = comma});
 }
 
 std::string Complaint(const Problem& problem, const std::string& fileName) {
     return Translated(
         problem.kind == Problem::Kind::kNotPositive ? Text::kBadSigmaLine : Text::kBadPointLine,
         {fileName, std::to_string(problem.line), Excerpt(TextOf(problem))});
+}
+
+std::string FieldComplaint(const Problem& problem, const std::string& fileName) {
+    return Translated(Text::kFieldProblem,
+                      {fileName, std::to_string(problem.line), std::to_string(problem.column),
+                       ReasonOf(problem), Excerpt(problem.text)});
 }
 
 }  // namespace kv_tr::app

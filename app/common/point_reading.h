@@ -1,17 +1,22 @@
 // What is wrong with a file of control points, in words.
 #pragma once
 
+#include <optional>
 #include <string>
 
-#include "kv_tr/files/control_point_file.h"
+#include "kv_tr/interchange/point_formats.h"
 
 namespace kv_tr::app {
 
-/// Reads a file of control points in the code page of the component's files, with its columns of
-/// standard deviations if they are wanted.
-PointReading ReadPoints(const std::string& fileName, Comma comma, bool sigmas = false);
+/// Reads a listing of control points in the code page of the component's files, or a file of
+/// another format if there is one.
+PointFile ReadPoints(const std::string& fileName, Comma comma,
+                     std::optional<PointFormat> format = PointFormat::kListing);
 
-/// Says what is wrong with a line of the file.
+/// Says what is wrong with a line of a listing.
 std::string Complaint(const Problem& problem, const std::string& fileName);
+
+/// Says what is wrong with a field of a file in any format.
+std::string FieldComplaint(const Problem& problem, const std::string& fileName);
 
 }  // namespace kv_tr::app

@@ -68,13 +68,21 @@ bool MayBeOnePoint(std::string_view line) {
     return HasDecimalCommas(numbers, 2) && !HasDecimalCommas(numbers, 4);
 }
 
-bool HasDecimalCommas(const PointReading& reading) {
+/// Whether a file says by itself that it holds control points, as no listing and no file of bare
+/// numbers does.
+bool SaysItHasControlPoints(const PointFile& file) {
+    if (file.format == PointFormat::kListing || file.format == PointFormat::kEsriLink) return false;
+    const bool badHeader = !file.Complete() && file.problems[0].kind == Problem::Kind::kBadHeader;
+    return file.format != PointFormat::kCsv || (file.layout.header && !badHeader);
+}
+
+bool HasDecimalCommas(const PointFile& reading) {
     return !reading.Complete() && reading.problems[0].kind == Problem::Kind::kDecimalCommas;
 }
 
 /// Whether a file is meant for a fit: when what was read does not look like pairs, it may be
 /// coordinates that something else stands behind.
-Answer AreMeantAsPairs(const PointReading& reading, const std::string& fileName) {
+Answer AreMeantAsPairs(const PointFile& reading, const std::string& fileName) {
     const bool likely = AreLikelyPairs(HasDecimalCommas(reading)
                                            ? app::ReadPoints(fileName, Comma::kDecimalSign).points
                                            : reading.points);
@@ -87,7 +95,7 @@ Answer AreMeantAsPairs(const PointReading& reading, const std::string& fileName)
 }
 
 /// Whether a file of control points could be read to its end; the user is told why not.
-bool IsWhole(const PointReading& reading, const std::string& fileName) {
+bool IsWhole(const PointFile& reading, const std::string& fileName) {
     if (reading.Complete()) {
         if (!reading.points.empty()) return true;
         ShowMessage(Translated(Text::kTooFewPoints));
@@ -95,8 +103,13 @@ bool IsWhole(const PointReading& reading, const std::string& fileName) {
         ReportOpenFailure(fileName);
     } else if (HasDecimalCommas(reading)) {
         ShowMessage(Translated(Text::kCommasSeparateFields, {fileName}), Icon::kExclamation);
-    } else {
+    } else if (reading.format == PointFormat::kListing) {
         ShowMessage(app::Complaint(reading.problems[0], fileName), Icon::kExclamation);
+    } else {
+        std::string text;
+        for (const Problem& problem : reading.problems)
+            text += (text.empty() ? "" : "\r\n") + app::FieldComplaint(problem, fileName);
+        ShowMessage(text, Icon::kExclamation);
     }
     return false;
 }
@@ -215,7 +228,7 @@ void DesktopForm::SaveParameters() { ChooseFileAndSave(transformation_); }
 void DesktopForm::OpenControlPoints() {
     const auto fileName =
         ChooseFile(*transformation_.oCalcTr(), &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (fileName) FitTo(app::ReadPoints(*fileName, Comma::kSuspect), *fileName);
+    if (fileName) FitTo(app::ReadPoints(*fileName, Comma::kSuspect, std::nullopt), *fileName);
 }
 
 void DesktopForm::Adjust() {
@@ -232,7 +245,13 @@ bool DesktopForm::Adjusted() {
 DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
     const FileKind kind = KindOf(fileName);
     if (kind == FileKind::kParameters) Take([&] { return LoadParameters(fileName); });
-    if (kind != FileKind::kControlPoints) return kind;
+    if (kind == FileKind::kParameters || kind == FileKind::kUnreadable) return kind;
+    const auto any = app::ReadPoints(fileName, Comma::kSuspect, std::nullopt);
+    if (SaysItHasControlPoints(any)) {
+        FitTo(any, fileName);
+        return FileKind::kControlPoints;
+    }
+    if (kind == FileKind::kCoordinates) return kind;
     const auto reading = app::ReadPoints(fileName, Comma::kSuspect);
     const Answer arePairs = AreMeantAsPairs(reading, fileName);
     if (arePairs == Answer::kNo) return FileKind::kCoordinates;
@@ -254,7 +273,7 @@ bool DesktopForm::LoadParameters(const std::string& fileName) {
 }
 
 /// Fits to what could be read of a file, if that is all of it.
-void DesktopForm::FitTo(const PointReading& reading, const std::string& fileName) {
+void DesktopForm::FitTo(const PointFile& reading, const std::string& fileName) {
     if (!IsWhole(reading, fileName)) return;
     Take([&] {
         const auto engine = transformation_.oCalcTr();

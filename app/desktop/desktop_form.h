@@ -84,7 +84,7 @@ private:
     bool AreParametersFitted() const;
     bool Adjusted();
     bool LoadParameters(const std::string& fileName);
-    void FitTo(const PointReading& reading, const std::string& fileName);
+    void FitTo(const PointFile& reading, const std::string& fileName);
 
     EmbeddedTexts& texts_;
     clsTr transformation_;

@@ -41,6 +41,15 @@ std::string CauseOf(const Problem& problem, const Path& path, const std::string&
         case Problem::Kind::kDecimalCommas:
             return "the numbers seem to have decimal commas; decimal_comma=True takes them as such";
         case Problem::Kind::kUnknownLayout: return "no polynomial has that number of lines";
+        case Problem::Kind::kUnequalFields: return "not as many fields as in the other lines";
+        case Problem::Kind::kMixedDecimals:
+            return "another decimal sign than in line " + std::to_string(problem.otherLine);
+        case Problem::Kind::kAmbiguousCommas:
+            return "decimal commas and comma separators cannot be told apart";
+        case Problem::Kind::kBadHeader:
+            return "the header does not name each of the four coordinates once";
+        case Problem::Kind::kBadMark: return "a mark of use is neither 1 nor 0";
+        case Problem::Kind::kDamaged: return "this does not belong to the format";
     }
     return needed;
 }

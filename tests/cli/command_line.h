@@ -27,7 +27,7 @@ protected:
     CommandLine() {
         std::filesystem::create_directory(work);
         std::filesystem::create_directory_symlink(EXAMPLES, work + "examples");
-        for (const std::string name : {"national", "adjustment"}) {
+        for (const std::string name : {"national", "adjustment", "interchange"}) {
             std::filesystem::create_directory_symlink(TEST_DATA "/" + name, work + name);
         }
         for (const auto& [name, text] :

@@ -12,16 +12,6 @@
 namespace kv_tr {
 namespace {
 
-/// An identifier as the reader takes it for one field.
-std::string IdentifierField(const std::string& id) {
-    if (id.empty()) return "_";
-    std::string field = WithoutControls(id);
-    std::ranges::replace_if(
-        field, [](char c) { return std::string_view(" ,;'\"").find(c) != std::string_view::npos; },
-        '_');
-    return field;
-}
-
 /// The problem of a field of the line, which is empty where fields are missing.
 Problem BadField(std::string_view line, std::string_view field,
                  Problem::Kind kind = Problem::Kind::kNotANumber) {
@@ -113,6 +103,15 @@ PointReading ReadControlPointFile(const std::string& fileName, const PointFileSt
     }
     reading.problems.push_back({.kind = Problem::Kind::kNotOpened});
     return reading;
+}
+
+std::string IdentifierField(const std::string& id) {
+    if (id.empty()) return "_";
+    std::string field = WithoutControls(id);
+    std::ranges::replace_if(
+        field, [](char c) { return std::string_view(" ,;'\"").find(c) != std::string_view::npos; },
+        '_');
+    return field;
 }
 
 std::string ListControlPoints(std::span<const ControlPoint> points, NumberStyle style) {

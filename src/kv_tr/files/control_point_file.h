@@ -59,10 +59,13 @@ PointReading ReadControlPointFile(const std::string& fileName, const PointFileSt
 /// was read before that stays.
 std::optional<Problem> ReadControlPoint(std::string_view line, Comma comma, ControlPoint& point);
 
+/// An identifier as the reader takes it for one field: what would separate fields, a control
+/// character, and an empty identifier become "_".
+std::string IdentifierField(const std::string& id);
+
 /// The listing of points, one line each, lines ended by CR LF: the identifier right-aligned in 20
 /// columns, then the four coordinates with three decimals in 15 columns each, without further
-/// separators. What would separate fields in an identifier, a control character, and an empty one
-/// become "_". Excluded points are listed like the others.
+/// separators. Excluded points are listed like the others.
 std::string ListControlPoints(std::span<const ControlPoint> points, NumberStyle style = {});
 
 }  // namespace kv_tr

@@ -1,0 +1,265 @@
+// Control points written in the formats of other programs.
+#include <algorithm>
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "kv_tr/interchange/exact_text.h"
+#include "kv_tr/interchange/point_formats.h"
+#include "kv_tr/text/control_characters.h"
+
+namespace kv_tr {
+namespace {
+
+/// A point with what belongs to it.
+struct Item {
+    const ControlPoint* point;
+    const Residual* residual;  // or null
+    const Point* sigma;        // or null
+};
+
+std::string Joined(std::initializer_list<double> numbers, const char* separator) {
+    std::string text;
+    for (const double number : numbers) text += (text.empty() ? "" : separator) + ExactText(number);
+    return text;
+}
+
+std::string Quoted(const std::string& text) {
+    const bool plain = text.find_first_of(",\"\r\n") == std::string::npos &&
+                       !text.starts_with('#') && !text.starts_with(' ') && !text.ends_with(' ');
+    if (plain) return text;
+    std::string quoted = "\"";
+    for (const char c : text) quoted += c == '"' ? "\"\"" : std::string(1, c);
+    return quoted + '"';
+}
+
+std::string Escaped(const std::string& text) {
+    std::string escaped;
+    for (const char c : text) {
+        switch (c) {
+            case '<': escaped += "&lt;"; break;
+            case '>': escaped += "&gt;"; break;
+            case '&': escaped += "&amp;"; break;
+            case '"': escaped += "&quot;"; break;
+            default: escaped += c;
+        }
+    }
+    return escaped;
+}
+
+std::string JsonString(const std::string& text) {
+    return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+std::string Listing(const std::vector<Item>& items) {
+    std::string text;
+    for (const auto& [point, residual, sigma] : items) {
+        text += PadLeft(IdentifierField(point->id), 20);
+        for (const double number : {point->source.first, point->source.second,
+                                    point->destination.first, point->destination.second}) {
+            text += ' ' + PadLeft(ExactText(number), 14);
+        }
+        if (sigma != nullptr) text += ' ' + Joined({sigma->first, sigma->second}, " ");
+        text += "\r\n";
+    }
+    return text;
+}
+
+std::string Csv(const std::vector<Item>& items, bool residuals, bool sigmas) {
+    std::string text = "id,src_first,src_second,dst_first,dst_second,use";
+    if (residuals) text += ",res_first,res_second,res_total";
+    if (sigmas) text += ",sigma_first,sigma_second";
+    text += "\r\n";
+    for (const auto& [point, residual, sigma] : items) {
+        const auto& [id, from, to, used] = *point;
+        text += Quoted(id) + ',' + Joined({from.first, from.second, to.first, to.second}, ",") +
+                (used ? ",1" : ",0");
+        if (residual != nullptr)
+            text += ',' + Joined({residual->first, residual->second, residual->Length()}, ",");
+        if (sigma != nullptr) text += ',' + Joined({sigma->first, sigma->second}, ",");
+        text += "\r\n";
+    }
+    return text;
+}
+
+std::string Qgis(const std::vector<Item>& items, const std::string& crs) {
+    std::string text = crs.empty() ? "" : "#CRS: " + WithoutControls(crs) + "\n";
+    text += "mapX,mapY,sourceX,sourceY,enable,dX,dY,residual\n";
+    for (const auto& [point, residual, sigma] : items) {
+        const auto& [id, from, to, used] = *point;
+        text += Joined({to.first, to.second, from.first, from.second}, ",") +
+                (used ? ",1,0,0,0\n" : ",0,0,0,0\n");
+    }
+    return text;
+}
+
+std::string Gdal(const std::vector<Item>& items) {
+    std::string text;
+    for (const auto& [point, residual, sigma] : items) {
+        const auto& [id, from, to, used] = *point;
+        text += "-gcp " + Joined({from.first, from.second, to.first, to.second}, " ") + "\n";
+    }
+    return text;
+}
+
+std::string Vrt(const std::vector<Item>& items, const std::string& crs) {
+    std::string text = "<VRTDataset rasterXSize=\"1\" rasterYSize=\"1\">\n <GCPList";
+    if (!crs.empty()) text += " Projection=\"" + Escaped(WithoutControls(crs)) + "\"";
+    text += ">\n";
+    for (const auto& [point, residual, sigma] : items) {
+        const auto& [id, from, to, used] = *point;
+        text += "  <GCP Id=\"" + Escaped(WithoutControls(id)) + "\" Pixel=\"" +
+                ExactText(from.first) + "\" Line=\"" + ExactText(from.second) + "\" X=\"" +
+                ExactText(to.first) + "\" Y=\"" + ExactText(to.second) + "\"/>\n";
+    }
+    return text + " </GCPList>\n <VRTRasterBand dataType=\"Byte\" band=\"1\"/>\n</VRTDataset>\n";
+}
+
+std::string EsriLinks(const std::vector<Item>& items) {
+    std::string text;
+    for (const auto& [point, residual, sigma] : items) {
+        const auto& [id, from, to, used] = *point;
+        text += IdentifierField(id) + '\t' +
+                Joined({from.first, from.second, to.first, to.second}, "\t") + "\r\n";
+    }
+    return text;
+}
+
+std::string CadWorld(const std::vector<Item>& items) {
+    std::string text;
+    for (const auto& [point, residual, sigma] : items) {
+        const auto& [id, from, to, used] = *point;
+        text += Joined({from.first, from.second}, ",") + ' ' + Joined({to.first, to.second}, ",") +
+                "\r\n";
+    }
+    return text;
+}
+
+std::string Grass(const std::vector<Item>& items) {
+    std::string text =
+        "# Ground control points\n# source east, north; target east, north; status\n";
+    for (const auto& [point, residual, sigma] : items) {
+        const auto& [id, from, to, used] = *point;
+        text +=
+            Joined({from.first, from.second, to.first, to.second}, " ") + (used ? " 1\n" : " 0\n");
+    }
+    return text;
+}
+
+/// The name of a system by which a GeoJSON file knows it; nothing for WKT and other texts.
+std::string UrnOf(const std::string& crs) {
+    constexpr std::string_view kEpsg = "EPSG:";
+    if (crs.starts_with("urn:")) return crs;
+    const bool code = crs.starts_with(kEpsg) && crs.size() > kEpsg.size() &&
+                      crs.find_first_not_of("0123456789", kEpsg.size()) == std::string::npos;
+    return code ? "urn:ogc:def:crs:EPSG::" + crs.substr(kEpsg.size()) : std::string();
+}
+
+std::string GeoJson(const std::vector<Item>& items, const std::string& urn) {
+    std::string text = "{\"type\":\"FeatureCollection\",";
+    if (!urn.empty()) {
+        text += "\"crs\":{\"type\":\"name\",\"properties\":{\"name\":" + JsonString(urn) + "}},";
+    }
+    text += "\"features\":[";
+    const char* before = "\n";
+    for (const auto& [point, residual, sigma] : items) {
+        const auto& [id, from, to, used] = *point;
+        text += before;
+        before = ",\n";
+        text += " {\"type\":\"Feature\",\"geometry\":{\"type\":\"Point\",\"coordinates\":[" +
+                Joined({to.first, to.second}, ",") +
+                "]},\n  \"properties\":{\"id\":" + JsonString(id) +
+                ",\"src_first\":" + ExactText(from.first) +
+                ",\"src_second\":" + ExactText(from.second) +
+                (used ? ",\"use\":true" : ",\"use\":false");
+        if (residual != nullptr) {
+            text += ",\"res_first\":" + ExactText(residual->first) +
+                    ",\"res_second\":" + ExactText(residual->second) +
+                    ",\"res_total\":" + ExactText(residual->Length());
+        }
+        if (sigma != nullptr) {
+            text += ",\"sigma_first\":" + ExactText(sigma->first) +
+                    ",\"sigma_second\":" + ExactText(sigma->second);
+        }
+        text += "}}";
+    }
+    return text + "]}\n";
+}
+
+bool IsFinite(const Item& item) {
+    const auto isFinite = [](double first, double second) {
+        return std::isfinite(first) && std::isfinite(second);
+    };
+    const auto& [point, residual, sigma] = item;
+    return isFinite(point->source.first, point->source.second) &&
+           isFinite(point->destination.first, point->destination.second) &&
+           (residual == nullptr || isFinite(residual->first, residual->second)) &&
+           (sigma == nullptr || isFinite(sigma->first, sigma->second));
+}
+
+struct Abilities {
+    bool marks, identifiers, sigmas, residuals;
+};
+
+/// What a format can hold.
+Abilities AbilitiesOf(PointFormat format) {
+    switch (format) {
+        case PointFormat::kListing: return {false, true, true, false};
+        case PointFormat::kCsv:
+        case PointFormat::kGeoJson: return {true, true, true, true};
+        case PointFormat::kQgis:
+        case PointFormat::kGrass: return {true, false, false, false};
+        case PointFormat::kVrt:
+        case PointFormat::kEsriLink: return {false, true, false, false};
+        case PointFormat::kGdal:
+        case PointFormat::kCadWorld: return {false, false, false, false};
+    }
+    return {};
+}
+
+}  // namespace
+
+PointText WritePoints(const PointsToWrite& what, PointFormat format) {
+    const auto [marks, identifiers, sigmas, residuals] = AbilitiesOf(format);
+    const bool writesSigmas = sigmas && !what.sigmas.empty();
+    const bool writesResiduals = residuals && !what.residuals.empty();
+    PointText written;
+    std::vector<Item> items;
+    for (std::size_t i = 0; i < what.points.size(); ++i) {
+        const ControlPoint& point = what.points[i];
+        if (!marks && !point.used) {
+            ++written.excludedLeftOut;
+            continue;
+        }
+        items.push_back({&point, writesResiduals ? &what.residuals[i] : nullptr,
+                         writesSigmas ? &what.sigmas[i] : nullptr});
+        written.identifiersLeftOut |= !identifiers && point.id != std::to_string(items.size());
+    }
+    written.sigmasLeftOut = !what.sigmas.empty() && !sigmas;
+    if (!std::ranges::all_of(items, IsFinite)) {
+        written.refusal = PointText::Refusal::kNotFinite;
+        return written;
+    }
+    const bool holdsCrs = format == PointFormat::kQgis || format == PointFormat::kVrt;
+    const std::string urn = format == PointFormat::kGeoJson ? UrnOf(what.crs) : std::string();
+    written.crsLeftOut = !what.crs.empty() && !holdsCrs && urn.empty();
+    switch (format) {
+        case PointFormat::kListing: written.text = Listing(items); break;
+        case PointFormat::kCsv: written.text = Csv(items, writesResiduals, writesSigmas); break;
+        case PointFormat::kQgis: written.text = Qgis(items, what.crs); break;
+        case PointFormat::kGdal: written.text = Gdal(items); break;
+        case PointFormat::kVrt: written.text = Vrt(items, what.crs); break;
+        case PointFormat::kEsriLink: written.text = EsriLinks(items); break;
+        case PointFormat::kCadWorld:
+            if (items.empty() || items.size() > 2) {
+                written.refusal = PointText::Refusal::kTooManyPoints;
+            } else {
+                written.text = CadWorld(items);
+            }
+            break;
+        case PointFormat::kGrass: written.text = Grass(items); break;
+        case PointFormat::kGeoJson: written.text = GeoJson(items, urn); break;
+    }
+    return written;
+}
+
+}  // namespace kv_tr
