@@ -52,10 +52,7 @@ std::optional<Parameters> FitParameters(const ParameterSource& source) {
     for (const ControlPoint& point : adjustment.Points()) {
         if (point.used) sources.push_back(point.source);
     }
-    const auto points = adjustment.Points();
-    return Parameters{FittedRecord(points, adjustment.Result()),
-                      DomainOf(sources),
-                      {points.begin(), points.end()}};
+    return Parameters{FittedRecord(adjustment.Points(), adjustment.Result()), DomainOf(sources)};
 }
 
 std::optional<TransformationRecord> BuiltIn(const std::string& name) {

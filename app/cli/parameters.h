@@ -27,12 +27,10 @@ struct ParameterSource {
     bool decimalComma = false;  // in the files
 };
 
-/// A transformation with what is known of it; when it was fitted, the domain of the control points
-/// and the points.
+/// A transformation with what is known of it, and the domain of its control points if that is.
 struct Parameters {
     TransformationRecord record;
     std::optional<Domain> domain;
-    std::vector<ControlPoint> points{};
 };
 
 /// Adds the options --points, --params, --national, --type and --decimal-comma.
