@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "kv_tr/fit/fit.h"
 #include "kv_tr/published/records.h"
 #include "python/arguments.h"
 #include "python/enumeration.h"
@@ -49,6 +50,9 @@ Value Converted(const py::object& given, const std::string& name, const char* wa
     }
     throw py::type_error(name + " must be " + wanted + ", not " + TypeNameOf(given));
 }
+
+/// The solution that a word means, 'documented' or 'accurate'; ValueError with the name for others.
+Solution SolutionFrom(const py::object& given, const std::string& name);
 
 /// A property's setter, whose complaints name the property.
 template <class Setter>

@@ -554,6 +554,11 @@ class clsTrCalc:
     eTrType: enuTR_TYPE
     udtTrPrm: TR_PRM
     gdErrLimit: float
+    Solution: _Solution
+    @property
+    def Truth(self) -> TruthCheck: ...
+    @property
+    def Outcome(self) -> FitOutcome: ...
     @property
     def lFullCnt(self) -> int: ...
     @property
