@@ -133,6 +133,7 @@ void AddFit(py::module_& module) {
                                                   state[5], state[6]);
         }));
     AddWorth(module);
+    AddReport(module);
     module.def("_fit", Fitted);
     module.def("_minimum_points", &MinimumPoints);
     module.def("_read_points", PointsOfFile);

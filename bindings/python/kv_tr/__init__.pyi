@@ -1,4 +1,5 @@
 import builtins
+import datetime
 import enum
 import os
 from collections.abc import Callable, Hashable, Iterable, MutableMapping, Sequence
@@ -417,6 +418,14 @@ class FitResult:
     def exclude(self, *ids: Hashable) -> FitResult: ...
     def include(self, *ids: Hashable) -> FitResult: ...
     def summary(self) -> str: ...
+    def report(
+        self,
+        path: _Path,
+        *,
+        date: datetime.date | str | None = None,
+        limit: float | None = None,
+        files: Iterable[_Path] = (),
+    ) -> None: ...
 
 @overload
 def fit(
