@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "kv_tr/fit/fit.h"
 #include "kv_tr/published/records.h"
 #include "python/arguments.h"
 #include "python/enumeration.h"
@@ -28,6 +29,7 @@ void AddPorts(py::module_& module);
 void AddTransformation(py::module_& module);
 void AddInverse(py::module_& module);
 void AddFit(py::module_& module);
+void AddReport(py::module_& module);
 
 /// The component's own namespace in Python.
 inline py::module_ Module() { return py::module_::import("kv_tr._kv_tr"); }
@@ -49,6 +51,9 @@ Value Converted(const py::object& given, const std::string& name, const char* wa
     }
     throw py::type_error(name + " must be " + wanted + ", not " + TypeNameOf(given));
 }
+
+/// The solution that a word means, 'documented' or 'accurate'; ValueError with the name for others.
+Solution SolutionFrom(const py::object& given, const std::string& name);
 
 /// A property's setter, whose complaints name the property.
 template <class Setter>

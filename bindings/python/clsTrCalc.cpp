@@ -5,6 +5,7 @@
 
 #include "python/arrays.h"
 #include "python/binding.h"
+#include "python/worth.h"
 
 namespace kv_tr::python {
 namespace {
@@ -15,6 +16,13 @@ py::list ListOf(const std::vector<typeXYs4Tr>& pairs) {
     py::list list(pairs.size());
     for (std::size_t i = 0; i < pairs.size(); ++i) list[i] = pairs[i];
     return list;
+}
+
+py::object OutcomeOf(const clsTrCalc& engine) {
+    const auto& [trouble, converged, singularSystems] = engine.Outcome();
+    const py::list troubles(Module().attr("FitTrouble"));
+    return py::module_::import("kv_tr").attr("FitOutcome")(
+        troubles[static_cast<std::size_t>(trouble)], converged, singularSystems);
 }
 
 }  // namespace
@@ -134,6 +142,22 @@ void AddFit(Engine& engine) {
                "The iterative fit of TR_HELMERT_3 with at most iterCntMax + 1 passes.");
     engine.def("DoCalc_Affin5", &clsTrCalc::DoCalc_Affin5, arg("iterCntMax") = 50,
                "The iterative fit of TR_AFFIN_5 with at most iterCntMax + 1 passes.");
+    engine.def_property(
+        "Solution",
+        [](const clsTrCalc& self) {
+            return self.Solution() == Solution::kAccurate ? "accurate" : "documented";
+        },
+        Setting("Solution",
+                [](clsTrCalc& self, const py::object& solution) {
+                    self.Solution(SolutionFrom(solution, "Solution"));
+                }),
+        "Which solution the fits that follow compute, 'documented' or 'accurate'.");
+    engine.def_property_readonly(
+        "Truth", [](const clsTrCalc& self) { return CheckOf(self.Truth()); },
+        "A TruthCheck: whether the last fit was the least-squares solution when it was made.");
+    engine.def_property_readonly("Outcome", OutcomeOf,
+                                 "A FitOutcome: what became of the last fit that computed\n"
+                                 "something.");
     engine.def_property_readonly("dRmsErr", &clsTrCalc::dRmsErr,
                                  "Root mean square error of a point, metres.");
     engine.def_property_readonly("dRmsErrX", &clsTrCalc::dRmsErrX,

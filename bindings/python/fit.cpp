@@ -51,17 +51,9 @@ Doubles ResidualRows(const FitResult& result, py::ssize_t count) {
     return ReadOnlyArray(residuals);
 }
 
-Solution SolutionFrom(const py::object& given) {
-    const auto word = Converted<std::string>(given, "solution", "a word");
-    if (word == "documented") return Solution::kDocumented;
-    if (word == "accurate") return Solution::kAccurate;
-    throw py::value_error("solution must be 'documented' or 'accurate', not " +
-                          py::repr(given).cast<std::string>());
-}
-
 /// What _fit.py makes a result of.
 py::tuple Fitted(const std::shared_ptr<FittedPoints>& points, const py::object& solutionGiven) {
-    const Solution solution = SolutionFrom(solutionGiven);
+    const Solution solution = SolutionFrom(solutionGiven, "solution");
     FitResult result;
     {
         const py::gil_scoped_release unlocked;
@@ -111,6 +103,14 @@ py::object Sigma0Of(const FittedPoints& points) {
 
 }  // namespace
 
+Solution SolutionFrom(const py::object& given, const std::string& name) {
+    const auto word = Converted<std::string>(given, name, "a word");
+    if (word == "documented") return Solution::kDocumented;
+    if (word == "accurate") return Solution::kAccurate;
+    throw py::value_error(name + " must be 'documented' or 'accurate', not " +
+                          py::repr(given).cast<std::string>());
+}
+
 void AddFit(py::module_& module) {
     using Object = py::object;
     py::class_<FittedPoints, std::shared_ptr<FittedPoints>> points(module, "_FittedPoints");
@@ -133,6 +133,7 @@ void AddFit(py::module_& module) {
                                                   state[5], state[6]);
         }));
     AddWorth(module);
+    AddReport(module);
     module.def("_fit", Fitted);
     module.def("_minimum_points", [](Type type) { return MinimumPoints(type); });
     module.def("_read_points", PointsOfFile);

@@ -41,6 +41,12 @@ def test_outputs_come_back_as_values(engine, tmp_path):
     other, tr, file = kv_tr.clsTrCalc(), kv_tr.clsTr(), tmp_path / "points.dat"
     assert engine.bSaveXYs4Tr(file) and other.bLoadXYsFromFile(file, False)
     assert other.sListXYs() == engine.sListXYs()
+    assert other.Solution == "documented" and other.Truth.undetermined and other.Outcome.succeeded
+    other.Solution = "accurate"
+    other.DoCalcTr()
+    assert (other.Solution, other.Truth.rank, other.Outcome.trouble) == ("accurate", 4, "none")
+    with pytest.raises(ValueError, match="Solution must be"):
+        other.Solution = "best"
     assert tr.TrAngle(-np.pi / 2, 0, 0) == pytest.approx(1.5 * np.pi)
     tr.udtTrPrmByDAT2M1 = kv_tr.TR_STG_HER
     linear, *coefficients = tr.bGetAffinPrm()

@@ -2,7 +2,10 @@
 
 import concurrent.futures
 import copy
+import datetime
+import hashlib
 import json
+import os
 import pathlib
 import pickle
 
@@ -235,6 +238,37 @@ def test_files_bring_standard_deviations(tmp_path):
     path.write_text("A 1 2 3 4\n")
     with pytest.raises(kv_tr.FileError, match="line 1: .*standard deviations"):
         kv_tr.read_points(path, sigmas=True)
+
+
+def test_reports_are_written_whole_in_the_language_of_the_component(tmp_path, monkeypatch):
+    monkeypatch.setenv("SOURCE_DATE_EPOCH", "86400")
+    points, path = CASES / "swiss_helmert_9.dat", tmp_path / "r.html"
+    result = kv_tr.fit(kv_tr.read_points(points), "helmert", solution="accurate", sigma0=0.02)
+    result.report(path, date=datetime.date(2026, 5, 31), limit=0.0625, files=[points])
+    html = path.read_text(encoding="utf-8")
+    checksum = hashlib.sha256(points.read_bytes()).hexdigest()
+    told = ["2026-05-31", "0.0625 m", points.name, checksum, "W8: Point 66.301"]
+    told += ["Accurate solution", "Global test", kv_tr.__version__]
+    assert [text for text in told if text not in html] == []
+    kv_tr.install_platform(settings={}, language=1038)
+    kv_tr.fit(GRID, TARGET, "affine", ids=[("a", i) for i in range(30)]).report(os.fsencode(path))
+    html = path.read_text(encoding="utf-8")
+    assert all(text in html for text in ('lang="hu"', "1970-01-02", "('a', 7)"))
+    try:
+        result.report(tmp_path / "r.pdf", date="2026-05-31")
+        assert (tmp_path / "r.pdf").read_bytes().startswith(b"%PDF")
+    except ValueError as error:
+        assert "built without PDF" in str(error)
+    refused = [({"path": tmp_path / "r.txt"}, ValueError), ({"date": "2026-02-30"}, ValueError)]
+    refused += [({"date": 5}, TypeError), ({"files": "x"}, TypeError), ({"limit": "1"}, TypeError)]
+    refused += [({"limit": NAN}, ValueError), ({"limit": -1}, ValueError)]
+    refused += [({"path": tmp_path / "no" / "r.html"}, OSError), ({"files": ["no"]}, OSError)]
+    for options, error in refused:
+        with pytest.raises(error):
+            result.report(**{"path": path, **options})
+    with pytest.warns(kv_tr.FitWarning), pytest.raises(kv_tr.FitError):
+        kv_tr.fit(GRID[:0], TARGET[:0], "affine").report(path)
+    assert path.read_text(encoding="utf-8") == html and not list(tmp_path.glob(".kv_tr*"))
 
 
 def test_texts_are_in_the_language_of_the_component():

@@ -1,4 +1,5 @@
 import builtins
+import datetime
 import enum
 import os
 from collections.abc import Callable, Hashable, Iterable, MutableMapping, Sequence
@@ -439,6 +440,14 @@ class FitResult:
     def exclude(self, *ids: Hashable) -> FitResult: ...
     def include(self, *ids: Hashable) -> FitResult: ...
     def summary(self) -> str: ...
+    def report(
+        self,
+        path: _Path,
+        *,
+        date: datetime.date | str | None = None,
+        limit: float | None = None,
+        files: Iterable[_Path] = (),
+    ) -> None: ...
 
 @overload
 def fit(
@@ -576,6 +585,11 @@ class clsTrCalc:
     eTrType: enuTR_TYPE
     udtTrPrm: TR_PRM
     gdErrLimit: float
+    Solution: _Solution
+    @property
+    def Truth(self) -> TruthCheck: ...
+    @property
+    def Outcome(self) -> FitOutcome: ...
     @property
     def lFullCnt(self) -> int: ...
     @property

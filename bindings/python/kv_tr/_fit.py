@@ -1,5 +1,7 @@
 """Fits of arrays of control points, and their results."""
 
+import datetime
+import hashlib
 import os
 import typing
 import warnings
@@ -252,6 +254,34 @@ class FitResult:
         ]
         return "\n".join([*head, "", *lines])
 
+    def report(self, path, *, date=None, limit=None, files=()):
+        """Writes the report of the adjustment, which a surveyor signs, as .html or .pdf.
+
+            result.report("report.html", limit=0.05, files=["points.dat"])
+
+        date   a datetime.date or "YYYY-MM-DD"; otherwise today, or the day of SOURCE_DATE_EPOCH
+        limit  residuals that reach it are marked, metres
+        files  the paths that the points come from; the report has their names and SHA-256
+
+        The texts are in the language of the component, the identifiers those of the result. An
+        older file is replaced when the new one is complete. ValueError for another ending, for
+        .pdf where the package was built without it, and for what is no date or limit; FitError
+        when nothing was computed; OSError when a file cannot be read or written.
+        """
+        if self._transformation is None:
+            raise FitError(self)
+        if isinstance(files, (str, bytes, os.PathLike)):
+            raise TypeError("files must be a sequence of paths, not one path")
+        _kv_tr._report(
+            self._points,
+            [str(id) for id in self.ids],
+            self.solution == "accurate",
+            os.fspath(path),
+            _day(date),
+            limit,
+            [_named(file) for file in files],
+        )
+
     def _in_short(self):
         text = f"{self.type}, {np.count_nonzero(self.used)} of {len(self.used)} points in use"
         return f"{text}, NOT TO BE TRUSTED: {self.complaint}" if self._is_bad() else text
@@ -354,6 +384,24 @@ def _result(points, ids, solution, stacklevel):
         text = f"this fit is not to be trusted: {result.complaint}"
         warnings.warn(text, FitWarning, stacklevel=stacklevel)
     return result
+
+
+def _day(date):
+    """A date as text, which a text already is."""
+    if isinstance(date, datetime.datetime):
+        date = date.date()
+    if isinstance(date, datetime.date):
+        return date.isoformat()
+    if date is None or isinstance(date, str):
+        return date
+    raise TypeError(f"date must be a datetime.date or a text, not {type(date).__name__}")
+
+
+def _named(path):
+    """The name of a file, without its folder, and its SHA-256."""
+    with open(path, "rb") as file:
+        checksum = hashlib.sha256(file.read()).hexdigest()
+    return os.path.basename(os.fsdecode(path)), checksum
 
 
 def _printable(id):

@@ -49,7 +49,6 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
     captions_.SetText("lblExtCnt", [&] { return ExcludedCountText(adjustment); });
     // Texts of their own for the controls that the letters of the others come before.
     captions_.SetText("chkAccurate", [] { return Translated(Text::kAccurateSolution); });
-    captions_.SetText("cmdReport", [] { return Translated(Text::kReportButton); });
     captions_.SetText("cmdOffer", [this] { return FirstOffer(); });
     captions_.SetText("cmdMoreWarnings", [this] { return MoreWarnings(); });
     const Subscription edited = table_->Edited.Subscribe([this] { RecalculateAfterEdit(); });

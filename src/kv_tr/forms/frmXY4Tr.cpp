@@ -5,6 +5,7 @@
 
 #include "kv_tr/forms/choose_file.h"
 #include "kv_tr/published/clsFile.h"
+#include "kv_tr/published/control_point_file.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
@@ -32,9 +33,10 @@ void frmXY4Tr::cmdLoad() {
     LoadedPoints loaded = LoadControlPoints(*fileName, Comma::kSuspect);
     ReportFailure(loaded);
     if (!loaded.accepted) return;
-    loaded_ = std::move(loaded);
+    file_ = loaded.source;
+    filePoints_ = std::move(loaded.points);
     nameLine_ = *fileName + "\r\n";
-    Show(nameLine_ + ListControlPoints(loaded_.points, ComponentNumberStyle()), original_);
+    Show(nameLine_ + ListControlPoints(filePoints_, ComponentNumberStyle()), original_);
 }
 
 void frmXY4Tr::cmdSave() {
@@ -57,8 +59,8 @@ bool frmXY4Tr::TakeText() {
     engine_->Take(loaded.points, false);
     engine_->Held().SetSwapped(swapped);
     if (!named) return true;
-    PointSource file = loaded_.source;
-    if (loaded.points != loaded_.points) file.changed.reset();
+    PointSource file = file_;
+    if (loaded.points != filePoints_) file.changed.reset();
     engine_->Files({file});
     return true;
 }

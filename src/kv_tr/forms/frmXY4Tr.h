@@ -3,10 +3,10 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "kv_tr/forms/text_form.h"
 #include "kv_tr/published/clsTr.h"
-#include "kv_tr/published/control_point_file.h"
 
 namespace kv_tr {
 
@@ -33,7 +33,8 @@ private:
     clsTrCalc* engine_ = nullptr;
     std::string original_;  // the text at first
     std::string nameLine_;  // of a loaded file, with its line end
-    LoadedPoints loaded_;   // of that file
+    PointSource file_;      // that file
+    std::vector<ControlPoint> filePoints_;
 };
 
 }  // namespace kv_tr

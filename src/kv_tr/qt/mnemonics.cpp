@@ -79,8 +79,8 @@ QString WithFreeMnemonic(QString caption, const QStringList& marked) {
     for (qsizetype i = 0; isPlain && i < letters.size(); ++i) {
         if (IsPlain(letters[i]) && !taken.contains(letters[i])) return caption.insert(i, '&');
     }
-    for (QChar digit = '0'; digit <= '9'; digit = QChar(digit.unicode() + 1)) {
-        if (!taken.contains(digit)) return caption + QString(" (&%1)").arg(digit);
+    for (const QChar key : QStringLiteral("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ")) {
+        if (!taken.contains(key.toLower())) return caption + QString(" (&%1)").arg(key);
     }
     return caption;
 }

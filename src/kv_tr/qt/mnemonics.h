@@ -9,7 +9,8 @@ namespace kv_tr {
 /// is possible; short captions have the first choice, and early letters come first.
 QStringList WithMnemonics(const QStringList& captions);
 /// A caption that may be another one at any time, with a letter that none of the others has; where
-/// all of its own are taken, with a digit in parentheses behind it. Empty for an empty one.
+/// all of its own are taken, with a digit or another letter in parentheses behind it. Empty for an
+/// empty one.
 QString WithFreeMnemonic(QString caption, const QStringList& marked);
 
 }  // namespace kv_tr
