@@ -30,6 +30,7 @@ void AddTransformation(py::module_& module);
 void AddInverse(py::module_& module);
 void AddFit(py::module_& module);
 void AddReport(py::module_& module);
+void AddPointFiles(py::module_& module);
 
 /// The component's own namespace in Python.
 inline py::module_ Module() { return py::module_::import("kv_tr._kv_tr"); }

@@ -9,6 +9,7 @@
 #include "kv_tr/files/parameter_file.h"
 #include "kv_tr/files/parameter_listing.h"
 #include "kv_tr/text/file_names.h"
+#include "kv_tr/text/replacing_file.h"
 #include "python/binding.h"
 
 namespace kv_tr::python {
@@ -99,19 +100,74 @@ std::string TextOf(const Transformation& transformation, const Path& path) {
     return text;
 }
 
+/// Writes a text with single bytes.
+void Save(const Path& path, const std::string& text) {
+    switch (WriteText(path.string(), text, CodePage::kWindows1250)) {
+        case Written::kYes: return;
+        case Written::kNotOpened: Raise(path, 0, "the file cannot be written");
+        case Written::kFailed: Raise(path, 0, "not everything could be written");
+    }
+}
+
+std::string FormatWords() {
+    std::string words;
+    for (const PointFormat format : kPointFormats)
+        words += (words.empty() ? "'" : "', '") + std::string(WordOf(format));
+    return words + "'";
+}
+
+/// The format of a word; nothing for an empty one.
+std::optional<PointFormat> FormatFrom(const std::string& word) {
+    const auto format = PointFormatNamed(word);
+    if (format || word.empty()) return format;
+    throw py::value_error("format must be one of " + FormatWords() + ", not '" + word + "'");
+}
+
 }  // namespace
 
-PointsAndSigmas ReadPoints(const Path& path, bool decimalComma, bool withSigmas) {
-    const Comma comma = decimalComma ? Comma::kDecimalSign : Comma::kSuspect;
-    PointReading reading =
-        ReadControlPointFile(path.string(), {.comma = comma, .sigmas = withSigmas});
-    if (!reading.Complete()) {
-        Raise(path, reading.problems.front(),
-              withSigmas ? "a line has an identifier, four coordinates and one or two standard "
-                           "deviations"
-                         : "a line has an identifier and four coordinates");
+PointFile ReadPoints(const Path& path, bool decimalComma, bool withSigmas,
+                     const std::string& format) {
+    PointFile file = ReadPointsOfFile(
+        path.string(), {.format = FormatFrom(format),
+                        .comma = decimalComma ? Comma::kDecimalSign : Comma::kSuspect,
+                        .sigmas = withSigmas});
+    if (!file.Complete()) {
+        const char* needed = withSigmas
+                                 ? "a line has an identifier, four coordinates and one or two "
+                                   "standard deviations"
+                                 : "a line has an identifier and four coordinates";
+        Raise(path, file.problems.front(),
+              file.format == PointFormat::kListing ? needed
+                                                   : "read as " + std::string(WordOf(file.format)));
     }
-    return {std::move(reading.points), std::move(reading.sigmas)};
+    if (withSigmas && file.sigmas.size() != file.points.size())
+        Raise(path, 0, "there are no standard deviations in it");
+    return file;
+}
+
+PointText WritePointFile(const Path& path, const PointsToWrite& points, const std::string& format) {
+    const auto chosen = format.empty() ? PointFormatOfName(path.string()) : FormatFrom(format);
+    if (!chosen) {
+        throw py::value_error("'" + path.string() +
+                              "': the ending does not tell the format, give one: " + FormatWords());
+    }
+    PointText written = WritePoints(points, *chosen);
+    switch (written.refusal) {
+        case PointText::Refusal::kNone: break;
+        case PointText::Refusal::kNotFinite:
+            throw py::value_error("numbers that are not finite cannot be written");
+        case PointText::Refusal::kTooManyPoints:
+            throw py::value_error("a CAD world file has one or two points in use");
+    }
+    if (*chosen == PointFormat::kListing) {
+        Save(path, written.text);
+        return written;
+    }
+    ReplacingFile file(path.string());
+    if (!file.IsOpen()) Raise(path, 0, "the file cannot be written");
+    file.Write(written.text);
+    if (!file.Commit()) Raise(path, 0, "not everything could be written");
+    return written;
 }
 
 Transformation LoadParameters(const Path& path, bool decimalComma, std::optional<Type> type) {
@@ -137,11 +193,7 @@ void SaveParameters(const Transformation& transformation, const Path& path) {
         !std::ranges::all_of(transformation.b, isFinite)) {
         throw py::value_error("coefficients that are not finite numbers cannot be saved");
     }
-    switch (WriteText(path.string(), TextOf(transformation, path), CodePage::kWindows1250)) {
-        case Written::kYes: return;
-        case Written::kNotOpened: Raise(path, 0, "the file cannot be written");
-        case Written::kFailed: Raise(path, 0, "not everything could be written");
-    }
+    Save(path, TextOf(transformation, path));
 }
 
 }  // namespace kv_tr::python

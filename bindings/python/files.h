@@ -3,9 +3,9 @@
 
 #include <filesystem>
 #include <optional>
-#include <vector>
+#include <string>
 
-#include "kv_tr/model/control_point.h"
+#include "kv_tr/interchange/point_formats.h"
 #include "kv_tr/model/transformation.h"
 
 namespace kv_tr::python {
@@ -13,13 +13,15 @@ namespace kv_tr::python {
 // Whatever is wrong with a file raises kv_tr.FileError. Numbers that seem to have decimal commas
 // are wrong unless commas are said to be decimal.
 
-struct PointsAndSigmas {
-    std::vector<ControlPoint> points;
-    std::vector<Point> sigmas;
-};
+/// Control points of any format, which is recognised where its word is empty; ValueError for an
+/// unknown word. Lines have standard deviations when those are asked for.
+PointFile ReadPoints(const std::filesystem::path& path, bool decimalComma, bool withSigmas,
+                     const std::string& format);
 
-/// Lines have standard deviations when those are asked for.
-PointsAndSigmas ReadPoints(const std::filesystem::path& path, bool decimalComma, bool withSigmas);
+/// Writes control points in the format of the word, or else of the file's ending. ValueError for an
+/// unknown word or ending, and where the format cannot hold the points at all.
+PointText WritePointFile(const std::filesystem::path& path, const PointsToWrite& points,
+                         const std::string& format);
 
 /// Six numbers get the type given, otherwise affine. A polynomial file must have as many lines as
 /// the type given has terms, if one is.

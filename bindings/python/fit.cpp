@@ -1,22 +1,17 @@
 // Fits for Python: arrays in, arrays out. The package's _fit.py makes results of them.
 #include "kv_tr/fit/fit.h"
 
-#include <pybind11/stl/filesystem.h>
-
 #include <cmath>
 #include <cstring>
 
 #include "python/arrays.h"
 #include "python/binding.h"
-#include "python/files.h"
 #include "python/fitted_points.h"
 #include "python/transformation.h"
 #include "python/worth.h"
 
 namespace kv_tr::python {
 namespace {
-
-using Path = std::filesystem::path;
 
 static_assert(sizeof(Residual) == 2 * sizeof(double));
 
@@ -72,31 +67,6 @@ py::tuple Fitted(const std::shared_ptr<FittedPoints>& points, const py::object& 
                           outcome.singularSystems, CheckOf(result.check));
 }
 
-py::tuple PointsOfFile(const Path& path, bool decimalComma, bool withSigmas) {
-    const auto [points, sigmas] = ReadPoints(path, decimalComma, withSigmas);
-    const auto count = static_cast<py::ssize_t>(points.size());
-    py::tuple ids(points.size());
-    Doubles source({count, py::ssize_t{2}});
-    Doubles target({count, py::ssize_t{2}});
-    double* from = source.mutable_data();
-    double* to = target.mutable_data();
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        ids[i] = points[i].id;
-        *from++ = points[i].source.first;
-        *from++ = points[i].source.second;
-        *to++ = points[i].destination.first;
-        *to++ = points[i].destination.second;
-    }
-    if (!withSigmas) return py::make_tuple(ids, source, target, py::none());
-    Doubles sigma({count, py::ssize_t{2}});
-    double* at = sigma.mutable_data();
-    for (const Point& pair : sigmas) {
-        *at++ = pair.first;
-        *at++ = pair.second;
-    }
-    return py::make_tuple(ids, source, target, sigma);
-}
-
 py::object Sigma0Of(const FittedPoints& points) {
     return points.Sigma0() ? py::float_(*points.Sigma0()) : py::object(py::none());
 }
@@ -136,7 +106,6 @@ void AddFit(py::module_& module) {
     AddReport(module);
     module.def("_fit", Fitted);
     module.def("_minimum_points", [](Type type) { return MinimumPoints(type); });
-    module.def("_read_points", PointsOfFile);
 }
 
 }  // namespace kv_tr::python

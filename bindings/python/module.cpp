@@ -42,6 +42,7 @@ PYBIND11_MODULE(_kv_tr, module) {
     AddTransformation(module);
     AddInverse(module);
     AddFit(module);
+    AddPointFiles(module);
     KeepFromOldPickling(module);
     module.attr("__name__") = name;
 }

@@ -322,3 +322,22 @@ def test_texts_of_other_programs_keep_every_bit_and_refuse_what_they_cannot_hold
         kv_tr.Transformation.from_text("x", "sql")
     with pytest.raises(ValueError, match="axes must be"):
         t.to_text("proj", axes="up")
+
+
+def test_points_go_to_other_formats_and_back_with_their_marks(tmp_path):
+    used = np.arange(len(GRID)) != 3
+    points = kv_tr.ControlPoints(tuple(IDS), GRID, TARGET, np.full_like(TARGET, 0.02), used)
+    for name in ("a.csv", "b.geojson"):
+        kv_tr.write_points(tmp_path / name, points)
+        assert kv_tr.read_points(tmp_path / name) == points
+    assert kv_tr.fit(points, "affine").used.tolist() == used.tolist()
+    with pytest.warns(UserWarning, match="identifiers|standard deviations"):
+        kv_tr.write_points(tmp_path / "c.points", points)
+    bare = kv_tr.read_points(tmp_path / "c.points", format="qgis")
+    assert bits(bare.target) == bits(points.target) and bare.used.tolist() == used.tolist()
+    for name, format, cause in (("a.txt", None, "ending"), ("a", "xls", "geojson"), ("d.wld", None, "two")):
+        with pytest.raises(ValueError, match=cause):
+            kv_tr.write_points(tmp_path / name, points, format)
+    assert raised(kv_tr.write_points, tmp_path / "no" / "x.csv", points).line is None
+    (tmp_path / "bad.csv").write_text("id;y1;x1;y2;x2\nA;1;2;3;4\nB;1;2;x;4\n")
+    assert raised(kv_tr.read_points, tmp_path / "bad.csv").line == 3

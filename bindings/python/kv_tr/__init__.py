@@ -20,7 +20,15 @@ thread, and what the user must know is shown through install_platform's messages
 
 from kv_tr._distortion import Distortion
 from kv_tr._errors import FileError, FitError, FitWarning, NoInverseError, NoInverseWarning
-from kv_tr._fit import ControlPoints, FitOutcome, FitResult, Statistics, fit, read_points
+from kv_tr._fit import (
+    ControlPoints,
+    FitOutcome,
+    FitResult,
+    Statistics,
+    fit,
+    read_points,
+    write_points,
+)
 from kv_tr._kv_tr import *
 from kv_tr._kv_tr import __version__
 from kv_tr._worth import (

@@ -389,12 +389,23 @@ class ControlPoints:
     source: _Doubles
     target: _Doubles
     sigma: _Doubles | None = None
+    used: NDArray[np.bool_] | None = None
     def __len__(self) -> int: ...
     def __eq__(self, other: object) -> bool: ...
 
+_PointFormat = Literal[
+    "listing", "csv", "qgis", "gcp", "vrt", "link", "cad", "grass", "geojson"
+]
+
 def read_points(
-    path: _Path, decimal_comma: bool = False, sigmas: bool = False
+    path: _Path,
+    decimal_comma: bool = False,
+    sigmas: bool = False,
+    format: _PointFormat | None = None,
 ) -> ControlPoints: ...
+def write_points(
+    path: _Path, points: ControlPoints, format: _PointFormat | None = None
+) -> None: ...
 
 class Statistics(NamedTuple):
     rms: float

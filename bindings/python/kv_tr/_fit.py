@@ -23,6 +23,7 @@ class ControlPoints:
     source  coordinates in the source system, shape (n, 2), metres
     target  coordinates in the target system, likewise
     sigma   standard deviations of the target coordinates, likewise, or None
+    used    which points fits take, shape (n,), or None for all of them
     """
 
     __module__ = "kv_tr"
@@ -31,6 +32,7 @@ class ControlPoints:
     source: np.ndarray
     target: np.ndarray
     sigma: "np.ndarray | None" = None
+    used: "np.ndarray | None" = None
 
     def __len__(self):
         return len(self.ids)
@@ -38,25 +40,53 @@ class ControlPoints:
     def __eq__(self, other):
         if not isinstance(other, ControlPoints):
             return NotImplemented
-        arrays = [(p.source, p.target, p.sigma) for p in (self, other)]
+        arrays = [(p.source, p.target, p.sigma, p.used) for p in (self, other)]
         return self.ids == other.ids and all(map(np.array_equal, *arrays))
 
     def __repr__(self):
         return f"<kv_tr.ControlPoints, {len(self)} points>"
 
 
-def read_points(path, decimal_comma=False, sigmas=False):
+def read_points(path, decimal_comma=False, sigmas=False, format=None):
     """Reads a file of control points: a ControlPoints.
 
-    A line has an identifier and four coordinates: first and second in the source system, then in
-    the target system, metres. With sigmas it goes on with the standard deviation of the target
-    coordinates, or with one for each of them, metres, which become the points' sigma. Blanks, tabs, commas, semicolons and quotes separate them; with
-    decimal_comma a comma is a decimal sign. FileError, with file, line and cause, for a file that
-    does not open and for a line that is none such, and for numbers that seem to have decimal
-    commas when they should not: read as separators, these would give other numbers.
+    The format is recognised by the content, or is one of 'listing', 'csv', 'qgis', 'gcp', 'vrt',
+    'link', 'cad', 'grass' and 'geojson'; docs/file-formats.md describes them. A line of a listing has
+    an identifier and four coordinates: first and second in the source system, then in the target
+    system, metres. With sigmas it goes on with the standard deviation of the target coordinates, or
+    with one for each of them, metres, which become the points' sigma; columns that a header names
+    so do in any case. Blanks, tabs, commas, semicolons and quotes separate fields; with
+    decimal_comma a comma is a decimal sign. Points that the file marks as not used have False in
+    used. FileError, with file, line and cause, for a file that does not open and for a line that
+    does not belong to the format, and for a listing whose numbers seem to have decimal commas when
+    they should not: read as separators, these would give other numbers.
     """
-    read = _kv_tr._read_points(os.fspath(path), bool(decimal_comma), bool(sigmas))
+    read = _kv_tr._read_points(os.fspath(path), bool(decimal_comma), bool(sigmas), format or "")
     return ControlPoints(*read)
+
+
+def write_points(path, points, format=None):
+    """Writes a ControlPoints in one of the formats of read_points.
+
+    Without a format the ending of the name tells it (.dat, .csv, .points, .vrt, .wld, .geojson).
+    Each number is the shortest text that reads back to the same double. What a format cannot hold
+    (points that are not used, identifiers, standard deviations) is left out with a UserWarning.
+    FileError for a file that cannot be written, which then stays as it was.
+    """
+    count = len(points)
+    source, target = np.ascontiguousarray(points.source, float), np.ascontiguousarray(points.target, float)
+    sigma = points.sigma
+    if sigma is not None:
+        sigma = np.asarray(sigma, float)
+        sigma = np.ascontiguousarray(np.broadcast_to(sigma.reshape(count, -1), (count, 2)))
+    if source.shape != (count, 2) or target.shape != (count, 2):
+        raise ValueError(f"source and target must have the shape ({count}, 2)")
+    used = [] if points.used is None else np.asarray(points.used, bool).tolist()
+    if used and len(used) != count:
+        raise ValueError(f"there are {count} points, used has {len(used)}")
+    ids = [str(name) for name in points.ids]
+    for lost in _kv_tr._write_points(os.fspath(path), ids, source, target, used, sigma, format or ""):
+        warnings.warn(f"{os.fspath(path)}: {lost}", UserWarning, stacklevel=2)
 
 
 class Statistics(typing.NamedTuple):
@@ -341,6 +371,7 @@ def fit(
             if sigma is not None:
                 raise TypeError("these ControlPoints have standard deviations: give no sigma")
             sigma = source.sigma
+        used = source.used if used is None else used
         type = target if type is None else type
         ids, target, source = source.ids, source.target, source.source
     elif target is None or type is None:

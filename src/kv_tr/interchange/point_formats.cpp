@@ -232,8 +232,13 @@ PointFile ReadPoints(std::istream& stream, const PointReadingOptions& options) {
 }
 
 PointFile ReadPointsOfFile(const std::string& fileName, const PointReadingOptions& options) {
-    if (auto stream = OpenText(fileName)) return ReadPoints(*stream, options);
+    const PointSource source = PointSourceOf(fileName);  // before somebody changes it
     PointFile file;
+    if (auto stream = OpenText(fileName)) {
+        file = ReadPoints(*stream, options);
+        file.source = source;
+        return file;
+    }
     file.problems.push_back({.kind = Problem::Kind::kNotOpened});
     return file;
 }

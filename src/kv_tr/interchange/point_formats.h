@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "kv_tr/files/control_point_file.h"
+#include "kv_tr/files/point_source.h"
 #include "kv_tr/files/problem.h"
 #include "kv_tr/fit/statistics.h"
 #include "kv_tr/model/control_point.h"
@@ -79,6 +80,7 @@ struct PointFile {
     std::string crs;                ///< the destination system as the file names it, or nothing
     std::size_t skipped = 0;        ///< features of a GeoJSON file that are no control points
     std::vector<Problem> problems;  ///< not more than PointReading::kMostProblems
+    PointSource source{};           ///< of a file that was read by its name
 
     bool Complete() const { return problems.empty(); }
 };
