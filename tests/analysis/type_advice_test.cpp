@@ -32,6 +32,7 @@ TEST_P(Advised, TypesCompareAsInTheReference) {
         std::ranges::count(advice.types, true, &TypeFigures::isEligible),
         static_cast<std::ptrdiff_t>(reference.json.contains("types") ? eligible : eligible + 3));
     const Json types = reference.json.value("types", Json::object());
+    int compared = 0;
     for (const auto& [name, json] : types.items()) {
         const TypeFigures* figures = advice.Of(TypeNamed(name));
         if (!json.contains("F_against") || figures == nullptr || !figures->isDetermined) continue;
@@ -42,7 +43,9 @@ TEST_P(Advised, TypesCompareAsInTheReference) {
         EXPECT_NEAR(figures->fisher / test["F"].get<double>(), 1.0, 1e-6) << name;
         EXPECT_NEAR(figures->probability, test["p"], 1e-7) << name;
         EXPECT_NEAR(figures->aicc, json["aicc"], 1e-6) << name;
+        ++compared;
     }
+    EXPECT_EQ(compared, reference.json.contains("types") ? 6 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Published, Advised, testing::ValuesIn(CasesWith("advice_rule")),
