@@ -38,7 +38,7 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
         {"bad.trp", "0 1 x", Kind::kParameters, false, "Invalid file format!\r\n"},
         {"broken.dat", points + "D 5 x 1 1\n", Kind::kControlPoints, false, "{}, line 4: "},
         {"header.csv", "id;y1;x1;y2;x2\nA;0;0;100;x\n", Kind::kControlPoints, false,
-         "{}, line 2, column 9: "},
+         "{}, line 2, column 11: "},
         {"heights.csv", "id;y1;x1;h\nA;0;0;100\n", Kind::kCoordinates, false, ""},
         {"commas.dat", "A 1,5 2,5 3,5 4,5\nB 9,5 2,5 11,5 4,5\n", Kind::kControlPoints, false,
          "{}: commas "},
