@@ -156,7 +156,7 @@ int LoadParameters(TransformationRecord& record, const ParameterSource& source) 
     return kDone;
 }
 
-int LoadPointMap(app::PointMap& map, const ParameterSource& source,
+int LoadPointMap(PointMap& map, const ParameterSource& source,
                  std::shared_ptr<const PointPrecision>* precision) {
     if (precision != nullptr && source.points.empty()) return WrongUsage(Text::kSigmaNeedsPoints);
     Parameters forward;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "common/point_map.h"
+#include "kv_tr/model/point_map.h"
 #include "kv_tr/analysis/point_precision.h"
 #include "kv_tr/interchange/transformation_record.h"
 #include "kv_tr/published/ml_strings.h"
@@ -47,7 +47,7 @@ int LoadForward(Parameters& parameters, const ParameterSource& source);
 int LoadParameters(TransformationRecord& record, const ParameterSource& source);
 /// The same for the transformation of points, whose inverse is exact for all types.
 /// With a place for it, also how precise the images are, which only points can tell.
-int LoadPointMap(app::PointMap& map, const ParameterSource& source,
+int LoadPointMap(PointMap& map, const ParameterSource& source,
                  std::shared_ptr<const PointPrecision>* precision = nullptr);
 
 /// A check for names of parameter files to be saved; it yields the complaint, or nothing.

@@ -64,7 +64,7 @@ private:
     std::optional<RemovedWhenInterrupted> guard_;
 };
 
-app::CoordinateResult TransformAll(Input& input, Output& output, const app::PointMap& map,
+app::CoordinateResult TransformAll(Input& input, Output& output, const PointMap& map,
                                    const TransformOptions& options,
                                    const app::CoordinateOptions& coordinates) {
     Progress progress(input.Size(), options.output.empty() && OutputIsTerminal());
@@ -88,7 +88,7 @@ int RunTransform(const TransformOptions& options) {
                      {{"--points", options.source.points}, {"--params", options.source.params}})) {
         return kWrongUsage;
     }
-    app::PointMap map;
+    PointMap map;
     auto coordinates = options.coordinates;
     const int code =
         LoadPointMap(map, options.source, options.sigma ? &coordinates.precision : nullptr);

@@ -9,7 +9,8 @@
 #include <string_view>
 
 #include "common/coordinate_lines.h"
-#include "common/point_map.h"
+#include "common/lost_points.h"
+#include "kv_tr/model/point_map.h"
 
 namespace kv_tr::app {
 

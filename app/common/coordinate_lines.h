@@ -7,7 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "common/point_map.h"
+#include "common/lost_points.h"
+#include "kv_tr/model/point_map.h"
 #include "kv_tr/analysis/point_precision.h"
 
 namespace kv_tr::app {

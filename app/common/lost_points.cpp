@@ -1,16 +1,9 @@
-// What takes points from one system to the other.
-#include "common/point_map.h"
-
-#include <cmath>
+// Points that have no image under an exact inverse, and why.
+#include "common/lost_points.h"
 
 #include "kv_tr/published/ml_strings.h"
 
 namespace kv_tr::app {
-
-SourcePoint ImageOf(const PointMap& map, Point point) {
-    if (const auto* inverse = std::get_if<ExactInverse>(&map)) return inverse->Apply(point);
-    return {.point = std::get<Transformation>(map).Apply(point)};
-}
 
 std::string ReasonText(NoSource trouble) {
     switch (trouble) {
