@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "kv_tr/model/point_map.h"
 #include "kv_tr/analysis/point_precision.h"
 #include "kv_tr/interchange/transformation_record.h"
+#include "kv_tr/model/point_map.h"
 #include "kv_tr/published/ml_strings.h"
 
 namespace CLI {

@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "common/lost_points.h"
-#include "kv_tr/model/point_map.h"
 #include "kv_tr/analysis/point_precision.h"
+#include "kv_tr/model/point_map.h"
 
 namespace kv_tr::app {
 

@@ -14,11 +14,9 @@ void RegisterDrivers() {
 }
 
 ErrorLog::ErrorLog() {
-    CPLPushErrorHandlerEx(
-        [](CPLErr severity, CPLErrorNum number, const char* message) {
-            Note(severity, number, message);
-        },
-        this);
+    CPLPushErrorHandlerEx([](CPLErr severity, CPLErrorNum number,
+                             const char* message) { Note(severity, number, message); },
+                          this);
 }
 
 ErrorLog::~ErrorLog() { CPLPopErrorHandler(); }
