@@ -202,6 +202,7 @@ int LoadMapWithAxes(MapWithAxes& loaded, const ParameterSource& source, const st
     if (!source.inverse && !forward.record.points.empty()) {
         loaded.precision = PrecisionOf(forward.record);
     }
+    if (!source.inverse) loaded.domain = forward.domain;
     return Direct(loaded.map, forward, source.inverse) ? kDone : kReported;
 }
 

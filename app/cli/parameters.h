@@ -56,6 +56,7 @@ struct MapWithAxes {
     AxisMapping sourceAxes = AxisMapping::kEn;
     AxisMapping targetAxes = AxisMapping::kEn;
     std::shared_ptr<const PointPrecision> precision{};  // of points, without an inversion
+    std::optional<Domain> domain{};                     // where it is known to hold, likewise
 };
 /// LoadPointMap for data on maps. The words, unless empty, are the axes of both systems before an
 /// inversion; otherwise those of the parameters count.
