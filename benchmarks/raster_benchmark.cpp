@@ -87,7 +87,7 @@ void WarpRaster(benchmark::State& state, bool ours, const std::string& options) 
 
 void RegisterPair(const std::string& work, const std::string& ours, const std::string& theirs) {
     const std::string common = KV_TR_PROGRAM " warp --type poly3 --pixels up --nodata 0 ";
-    const std::string gdal = KV_TR_GDALWARP " -q -order 3 -dstnodata 0 -wm 256 ";
+    const std::string gdal = KV_TR_GDALWARP " -q -order 3 -dstnodata 0 ";
     using benchmark::RegisterBenchmark;
     RegisterBenchmark((work + "/kv_tr warp").c_str(), WarpRaster, true, common + ours)
         ->UseManualTime();

@@ -141,7 +141,7 @@ void AddPixelOptions(CLI::App& command, gdal::RasterJob& job) {
               [&job](double value) { job.tolerance = value; });
     AddParsed(command, "--threads", Text::kThreadsOption, "N", AtLeast(1),
               [&job](double value) { job.threads = static_cast<int>(std::min(value, 1024.0)); });
-    AddParsed(command, "--memory", Text::kMemoryOption, "MB (256)", AtLeast(1),
+    AddParsed(command, "--memory", Text::kMemoryOption, "MB (64)", AtLeast(1),
               [&job](double value) { job.megabytes = value; });
 }
 

@@ -17,26 +17,38 @@ constexpr int kAlong = 1024;              // steps along an edge, at most
 constexpr double kMostTimes = 16;         // as many pixels as the source has, and
 constexpr double kMostOfSmall = 1 << 22;  // that of a small one
 
-/// Places all over a raster: columns and lines, first a coarse grid from the first corner to the
-/// last one, then the edges.
-std::vector<double> Samples(int columns, int lines) {
-    std::vector<double> pairs;
+struct Places {
+    std::vector<double> x;
+    std::vector<double> y;
+
+    void Add(double column, double line) {
+        x.push_back(column);
+        y.push_back(line);
+    }
+};
+
+/// Columns and lines all over a raster, first a coarse grid from the first corner to the last one,
+/// then the edges.
+Places Samples(int columns, int lines) {
+    Places places;
     for (int i = 0; i <= kInside; ++i) {
         for (int j = 0; j <= kInside; ++j) {
-            pairs.insert(pairs.end(), {1.0 * columns * j / kInside, 1.0 * lines * i / kInside});
+            places.Add(1.0 * columns * j / kInside, 1.0 * lines * i / kInside);
         }
     }
     const int across = std::min(columns, kAlong);
     for (int j = 0; j <= across; ++j) {
         const double column = 1.0 * columns * j / across;
-        pairs.insert(pairs.end(), {column, 0.0, column, 1.0 * lines});
+        places.Add(column, 0);
+        places.Add(column, lines);
     }
     const int down = std::min(lines, kAlong);
     for (int i = 0; i <= down; ++i) {
         const double line = 1.0 * lines * i / down;
-        pairs.insert(pairs.end(), {0.0, line, 1.0 * columns, line});
+        places.Add(0, line);
+        places.Add(columns, line);
     }
-    return pairs;
+    return places;
 }
 
 /// The image of a raster: the box around it, and the size of a pixel.
@@ -51,27 +63,26 @@ struct Image {
 /// The pixel comes from the first and the last place with an image, which are the corners where
 /// these have one.
 Image ImageOf(const RasterMapping& mapping, int columns, int lines) {
-    const auto places = Samples(columns, lines);
-    auto images = places;
-    mapping.ToMap(images);
-    const auto found = [&](std::size_t i) {
-        return std::isfinite(images[i]) && std::isfinite(images[i + 1]);
+    const Places places = Samples(columns, lines);
+    auto [x, y] = places;
+    mapping.ToMap(x, y);
+    const auto found = [&x = x, &y = y](std::size_t i) {
+        return std::isfinite(x[i]) && std::isfinite(y[i]);
     };
     Image image;
-    for (std::size_t i = 0; i < images.size(); i += 2) {
+    for (std::size_t i = 0; i < x.size(); ++i) {
         if (!found(i)) continue;
-        image.left = std::min(image.left, images[i]);
-        image.right = std::max(image.right, images[i]);
-        image.bottom = std::min(image.bottom, images[i + 1]);
-        image.top = std::max(image.top, images[i + 1]);
+        image.left = std::min(image.left, x[i]);
+        image.right = std::max(image.right, x[i]);
+        image.bottom = std::min(image.bottom, y[i]);
+        image.top = std::max(image.top, y[i]);
     }
-    constexpr std::size_t kInGrid = 2UL * (kInside + 1) * (kInside + 1);
     std::size_t first = 0;
-    std::size_t last = kInGrid - 2;
-    while (first < last && !found(first)) first += 2;
-    while (first < last && !found(last)) last -= 2;
-    image.pixel = std::hypot(images[last] - images[first], images[last + 1] - images[first + 1]) /
-                  std::hypot(places[last] - places[first], places[last + 1] - places[first + 1]);
+    std::size_t last = (kInside + 1) * (kInside + 1) - 1;
+    while (first < last && !found(first)) ++first;
+    while (first < last && !found(last)) --last;
+    image.pixel = std::hypot(x[last] - x[first], y[last] - y[first]) /
+                  std::hypot(places.x[last] - places.x[first], places.y[last] - places.y[first]);
     if (!(image.pixel > 0 && std::isfinite(image.pixel) && image.right > image.left &&
           image.top > image.bottom)) {
         throw DataSetError(Text::kNoRasterImage, {});

@@ -217,15 +217,19 @@ void CheckWritten(const std::filesystem::path& path, const RasterFormat& format,
     const ErrorLog errors;
     const GDALDatasetUniquePtr written(
         GDALDataset::Open(path.string().c_str(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
-    if (written == nullptr || written->GetRasterCount() != bands.Count()) {
+    if (written == nullptr) {
         throw DataSetError(Text::kRasterNotHeld, {format.Name(), errors.Cause()});
     }
-    const auto interpretation = [&](int number) {
-        return written->GetRasterBand(number)->GetColorInterpretation();
-    };
-    if ((bands.targetAlpha != 0 && interpretation(bands.targetAlpha) != GCI_AlphaBand) ||
-        (bands.hasPalette && written->GetRasterBand(1)->GetColorTable() == nullptr)) {
+    const int count = written->GetRasterCount();
+    const bool hasAlpha =
+        count == bands.Count() && bands.targetAlpha != 0 &&
+        written->GetRasterBand(bands.targetAlpha)->GetColorInterpretation() == GCI_AlphaBand;
+    if (bands.targetAlpha != 0 && !hasAlpha) {
         throw DataSetError(Text::kAlphaNotHeld, {format.Name()});
+    }
+    const bool hasPalette = count > 0 && written->GetRasterBand(1)->GetColorTable() != nullptr;
+    if (count != bands.Count() || (bands.hasPalette && !hasPalette)) {
+        throw DataSetError(Text::kBandsNotHeld, {format.Name()});
     }
 }
 

@@ -22,24 +22,32 @@ public:
     RasterMapping(const MapOnMaps& forward, const GeoTransform& source, int columns, int lines);
 
     /// Column and line to the system of the source, in place.
-    void ToSource(std::span<double> pairs) const;
+    void ToSource(std::span<double> columns, std::span<double> lines) const;
     /// Column and line to the map of the target, in place; what has no image becomes NaN.
-    void ToMap(std::span<double> pairs) const;
+    void ToMap(std::span<double> columns, std::span<double> lines) const;
     /// From the map of the target to column and line, in place; what has no source becomes NaN.
-    void ToPixels(std::span<double> pairs) const;
+    void ToPixels(std::span<double> x, std::span<double> y) const;
 
-    const MapOnMaps& Forward() const { return forward_; }
+    const PointMap& Forward() const { return forward_; }
 
 private:
-    MapOnMaps forward_;
-    MapOnMaps backward_;
-    GeoTransform source_;
+    GeoTransform toSystem_;  // from pixels
     GeoTransform toPixels_;
+    PointMap forward_;
+    PointMap backward_;
+    GeoTransform ontoMap_;
+    GeoTransform fromMap_;
 };
 
 /// The argument of TransformPixels, which leads from the pixels of the source to those of a target
 /// whose place on the map is given. GDALDestroyTransformer ends it; GDAL makes copies for threads.
-void* NewPixelTransformer(std::shared_ptr<const RasterMapping> mapping, const GeoTransform& target);
+///
+/// With a tolerance, in pixels of the source, a line of pixels is interpolated between at least 17
+/// of them, which are computed exactly. They are doubled in number until each lies within the
+/// tolerance of the middle of its neighbours; the places between them are then about four times as
+/// near. Where one has no source, and without a tolerance, each pixel is computed.
+void* NewPixelTransformer(std::shared_ptr<const RasterMapping> mapping, const GeoTransform& target,
+                          double tolerance);
 
 /// A GDALTransformerFunc.
 int TransformPixels(void* argument, int toSource, int count, double* x, double* y, double* z,

@@ -114,30 +114,41 @@ GeoTransform PlaceOf(GDALDataset& source, const RasterJob& job) {
 /// Places all over the source, in its system.
 std::vector<Point> PlacesOf(const RasterMapping& mapping, GDALDataset& source) {
     constexpr int kSteps = 20;
-    std::vector<double> pairs;
+    std::vector<double> first;
+    std::vector<double> second;
     for (int i = 0; i <= kSteps; ++i) {
         for (int j = 0; j <= kSteps; ++j) {
-            pairs.insert(pairs.end(), {1.0 * source.GetRasterXSize() * j / kSteps,
-                                       1.0 * source.GetRasterYSize() * i / kSteps});
+            first.push_back(1.0 * source.GetRasterXSize() * j / kSteps);
+            second.push_back(1.0 * source.GetRasterYSize() * i / kSteps);
         }
     }
-    mapping.ToSource(pairs);
+    mapping.ToSource(first, second);
     std::vector<Point> places;
-    for (std::size_t i = 0; i < pairs.size(); i += 2) places.push_back({pairs[i], pairs[i + 1]});
+    for (std::size_t i = 0; i < first.size(); ++i) places.push_back({first[i], second[i]});
     return places;
+}
+
+/// Whether the box around places and that of the control points have something in common. A domain
+/// is twice as large as the box of the points.
+bool Meet(const std::vector<Point>& places, const Domain& domain) {
+    const auto [left, right] = std::ranges::minmax(places, {}, &Point::first);
+    const auto [below, above] = std::ranges::minmax(places, {}, &Point::second);
+    const double width = domain.greatest.first - domain.least.first;
+    const double height = domain.greatest.second - domain.least.second;
+    return left.first <= domain.greatest.first - width / 4 &&
+           right.first >= domain.least.first + width / 4 &&
+           below.second <= domain.greatest.second - height / 4 &&
+           above.second >= domain.least.second + height / 4;
 }
 
 void Examine(const RasterMapping& mapping, GDALDataset& source, const RasterJob& job,
              RasterResult& result) {
     const auto places = PlacesOf(mapping, source);
-    if (const auto* forward = std::get_if<Transformation>(&mapping.Forward().map)) {
+    if (const auto* forward = std::get_if<Transformation>(&mapping.Forward())) {
         const Fold fold = FindFold(*forward, places, places[places.size() / 2]);
         if (fold.folding == Folding::kFolds) result.fold = fold.place;
     }
-    result.isFarFromPoints =
-        job.controlPoints && std::ranges::none_of(places, [&](const Point& place) {
-            return job.controlPoints->Contains(place);
-        });
+    result.isFarFromPoints = job.controlPoints && !Meet(places, *job.controlPoints);
 }
 
 double* ValuesOf(const std::vector<std::optional<double>>& noData) {
@@ -189,14 +200,11 @@ void Warp(GDALDataset& source, GDALDataset& target, const RasterJob& job, const 
     options->hDstDS = GDALDataset::ToHandle(&target);
     options->pfnProgress = TellOfGdal;
     options->pProgressArg = &progress;
-    TransformerHandle transformer(NewPixelTransformer(mapping, found.grid.Place()));
+    // Between places on both sides of a fold there is nothing to interpolate.
+    const double tolerance = found.fold ? 0 : job.tolerance;
+    const TransformerHandle transformer(
+        NewPixelTransformer(mapping, found.grid.Place(), tolerance));
     options->pfnTransformer = TransformPixels;
-    if (job.tolerance > 0 && !found.fold) {  // between places on both sides of a fold is nothing
-        void* exact = transformer.release();
-        transformer.reset(GDALCreateApproxTransformer(TransformPixels, exact, job.tolerance));
-        GDALApproxTransformerOwnsSubtransformer(transformer.get(), TRUE);
-        options->pfnTransformer = GDALApproxTransform;
-    }
     options->pTransformerArg = transformer.get();
 
     GDALWarpOperation operation;

@@ -36,11 +36,11 @@ struct RasterJob {
     std::string compression{};
     std::vector<std::string> options{};  ///< NAME=VALUE, for the driver
     bool overviews = false;
-    /// By how many pixels of the source the places between exactly computed ones may be wrong,
-    /// which GDAL judges in the middle of each stretch; 0 for every pixel exactly.
+    /// By how many pixels of the source a computed place may lie beside the line through its
+    /// neighbours, between which places are interpolated; 0 for every pixel exactly.
     double tolerance = 0.125;
-    int threads = 0;         ///< 0 for as many as the machine has
-    double megabytes = 256;  ///< for pixels being worked on
+    int threads = 0;        ///< 0 for as many as the machine has
+    double megabytes = 64;  ///< for pixels being worked on
 };
 
 /// What became of a job.

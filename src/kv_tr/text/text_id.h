@@ -630,6 +630,7 @@ enum class Text : int {
     kFarFromPoints = 1682,
     kRasterFormatOption = 1683,
     kUnsuitableNumbers = 1684,
+    kBandsNotHeld = 1685,
 };
 
 }  // namespace kv_tr

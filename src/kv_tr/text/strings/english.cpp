@@ -590,6 +590,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kFarFromPoints, "The raster lies far from the control points; check --pixels, --axes and --inverse."},
     {Text::kRasterFormatOption, "Format of the raster that is written, a driver of GDAL such as GTiff or PNG (default: as the name of the output tells)"},
     {Text::kUnsuitableNumbers, "Expected {0}: {1}"},
+    {Text::kBandsNotHeld, "The format {0} cannot hold all bands of this raster, or its colour table; name another"},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

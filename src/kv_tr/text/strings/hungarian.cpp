@@ -591,6 +591,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kFarFromPoints, "A raszter messze van a közös pontoktól; ellenőrizze a --pixels, --axes és --inverse kapcsolót."},
     {Text::kRasterFormatOption, "Az írandó raszter formátuma, a GDAL egyik meghajtója, például GTiff vagy PNG (alapértelmezés: ahogy a kimenet neve mutatja)"},
     {Text::kUnsuitableNumbers, "A várt alak {0}: {1}"},
+    {Text::kBandsNotHeld, "A {0} formátum nem tudja tárolni a raszter minden sávját vagy a színtábláját; adjon meg másikat"},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

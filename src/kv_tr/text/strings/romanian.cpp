@@ -590,6 +590,7 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kFarFromPoints, "Rasterul se află departe de punctele de control; verificați --pixels, --axes și --inverse."},
     {Text::kRasterFormatOption, "Formatul rasterului care se scrie, un driver GDAL precum GTiff sau PNG (implicit: cum arată numele ieșirii)"},
     {Text::kUnsuitableNumbers, "Se aștepta {0}: {1}"},
+    {Text::kBandsNotHeld, "Formatul {0} nu poate păstra toate benzile acestui raster sau tabela lui de culori; indicați altul"},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

@@ -590,6 +590,7 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kFarFromPoints, "Raster leži daleko od kontrolnih tačaka; proverite --pixels, --axes i --inverse."},
     {Text::kRasterFormatOption, "Format rastera koji se piše, drajver GDAL-a kao što je GTiff ili PNG (podrazumevano: kako kaže ime izlaza)"},
     {Text::kUnsuitableNumbers, "Očekuje se {0}: {1}"},
+    {Text::kBandsNotHeld, "Format {0} ne može da sadrži sve kanale ovog rastera ili njegovu tabelu boja; navedite drugi"},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

@@ -590,6 +590,7 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kFarFromPoints, "Raster nằm xa các điểm khống chế; hãy kiểm tra --pixels, --axes và --inverse."},
     {Text::kRasterFormatOption, "Định dạng của raster được ghi, một trình điều khiển của GDAL như GTiff hoặc PNG (mặc định: theo tên của đầu ra)"},
     {Text::kUnsuitableNumbers, "Cần {0}: {1}"},
+    {Text::kBandsNotHeld, "Định dạng {0} không chứa được mọi kênh của raster này hoặc bảng màu của nó; hãy chọn định dạng khác"},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));

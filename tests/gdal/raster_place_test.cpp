@@ -1,116 +1,14 @@
 // Rasters transformed whole: every pixel against the place that it comes from.
-#include <gdal_priv.h>
 #include <gdal_utils.h>
-#include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
-#include <functional>
+#include <utility>
 
-#include "helpers/files.h"
-#include "kv_tr/gdal/gdal_errors.h"
-#include "kv_tr/gdal/raster_warp.h"
+#include "gdal/rasters.h"
 
 namespace kv_tr::test {
 namespace {
-
-using gdal::DataSetError;
-using gdal::RasterJob;
-using gdal::RasterResult;
-
-struct Pixels {
-    int columns = 0;
-    int lines = 0;
-    std::array<double, 6> place{};
-    std::vector<std::vector<double>> bands{};
-
-    double At(int column, int line, std::size_t band = 0) const {
-        return bands[band][static_cast<std::size_t>(line * columns + column)];
-    }
-    Point Centre(int column, int line) const {
-        return {place[0] + place[1] * (column + 0.5), place[3] + place[5] * (line + 0.5)};
-    }
-};
-
-using Values = std::function<double(int column, int line, int band)>;
-
-/// Numbers without a pattern.
-double Noise(int column, int line, int band) {
-    return (column * 7919 + line * 104729 + band * 1299709 + column * line * 31) % 251;
-}
-
-/// A plane, which an interpolation between pixels gives back at any place.
-double Plane(int column, int line, int /*band*/) { return column + 0.5 + 1000 * (line + 0.5); }
-
-class Rasters : public testing::Test {
-protected:
-    const TemporaryFolder folder;
-    const std::string source = folder.File("source.tif");
-    const std::string target = folder.File("target.tif");
-
-    Rasters() { gdal::RegisterDrivers(); }
-
-    /// A raster; without a place it is a scan.
-    GDALDatasetUniquePtr Make(int columns, int lines, int bands, GDALDataType type,
-                              const Values& values, std::vector<double> place = {}) const {
-        GDALDatasetUniquePtr made(GetGDALDriverManager()->GetDriverByName("GTiff")->Create(
-            source.c_str(), columns, lines, bands, type, nullptr));
-        if (!place.empty()) made->SetGeoTransform(place.data());
-        for (int band = 1; band <= bands; ++band) {
-            std::vector<double> row(static_cast<std::size_t>(columns));
-            for (int line = 0; line < lines; ++line) {
-                for (int i = 0; i < columns; ++i) row[i] = values(i, line, band);
-                EXPECT_EQ(
-                    made->GetRasterBand(band)->RasterIO(GF_Write, 0, line, columns, 1, row.data(),
-                                                        columns, 1, GDT_Float64, 0, 0, nullptr),
-                    CE_None);
-            }
-        }
-        return made;
-    }
-
-    static GDALDatasetUniquePtr Open(const std::string& name) {
-        return GDALDatasetUniquePtr(GDALDataset::Open(name.c_str()));
-    }
-
-    static Pixels Read(const std::string& name) {
-        const auto opened = Open(name);
-        Pixels pixels{.columns = opened->GetRasterXSize(), .lines = opened->GetRasterYSize()};
-        opened->GetGeoTransform(pixels.place.data());
-        for (auto* band : opened->GetBands()) {
-            auto& values =
-                pixels.bands.emplace_back(static_cast<std::size_t>(pixels.columns * pixels.lines));
-            EXPECT_EQ(band->RasterIO(GF_Read, 0, 0, pixels.columns, pixels.lines, values.data(),
-                                     pixels.columns, pixels.lines, GDT_Float64, 0, 0, nullptr),
-                      CE_None);
-        }
-        return pixels;
-    }
-
-    RasterJob Job(const Transformation& transformation) const {
-        return {.input = source, .output = target, .map = {.map = transformation}};
-    }
-
-    RasterJob ScanJob(const Transformation& transformation) const {
-        auto job = Job(transformation);
-        job.sourceCoordinates = gdal::SourceCoordinates::kLinesUp;
-        return job;
-    }
-
-    std::size_t FilesInFolder() const {
-        const auto path = std::filesystem::path(source).parent_path();
-        return static_cast<std::size_t>(
-            std::distance(std::filesystem::directory_iterator(path), {}));
-    }
-
-    static Text Refusal(const RasterJob& job) {
-        try {
-            gdal::WarpRaster(job);
-        } catch (const DataSetError& error) {
-            return error.Id();
-        }
-        return Text::kGdalSays;
-    }
-};
 
 TEST_F(Rasters, KeepEveryPixelInAQuarterTurn) {
     Make(7, 5, 3, GDT_UInt16, Noise).reset();
@@ -307,111 +205,20 @@ TEST_F(Rasters, AgreeWithTheOrder3OfGdal) {
     EXPECT_GT(both, 30000);
 }
 
-TEST_F(Rasters, KeepWhatBandsAndDataSetSay) {
-    {
-        const auto made = Make(12, 9, 2, GDT_Int16, Noise, {0, 1, 0, 9, 0, -1});
-        made->SetMetadataItem("TIFFTAG_SOFTWARE", "a scanner");
-        OGRSpatialReference system;
-        system.SetUTM(33);
-        made->SetSpatialRef(&system);
-        GDALRasterBand& band = *made->GetRasterBand(2);
-        band.SetDescription("height");
-        band.SetScale(0.5);
-        band.SetOffset(-3);
-        band.SetUnitType("m");
-        band.SetMetadataItem("SENSOR", "seven");
-        band.SetMetadataItem("STATISTICS_MAXIMUM", "250");
-        for (int i = 1; i <= 2; ++i) made->GetRasterBand(i)->SetNoDataValue(-9);
-    }
-    const Transformation turn{Type::kHelmert, {0, 0.8, 0.6}, {0, -0.6, 0.8}};
-    gdal::WarpRaster(Job(turn));
-    {
-        const auto made = Open(target);
-        EXPECT_EQ(made->GetSpatialRef(), nullptr);
-        EXPECT_STREQ(made->GetMetadataItem("TIFFTAG_SOFTWARE"), "a scanner");
-        GDALRasterBand& band = *made->GetRasterBand(2);
-        EXPECT_EQ(band.GetRasterDataType(), GDT_Int16);
-        EXPECT_STREQ(band.GetDescription(), "height");
-        EXPECT_EQ(band.GetScale(), 0.5);
-        EXPECT_EQ(band.GetOffset(), -3);
-        EXPECT_STREQ(band.GetUnitType(), "m");
-        EXPECT_STREQ(band.GetMetadataItem("SENSOR"), "seven");
-        EXPECT_EQ(band.GetMetadataItem("STATISTICS_MAXIMUM"), nullptr);
-        EXPECT_EQ(band.GetNoDataValue(), -9);
-    }
-    EXPECT_EQ(Read(target).At(0, 0), -9);  // a corner that is outside
-
-    auto job = Job(turn);
-    job.replaces = true;
-    job.crs = gdal::ReadTargetCrs("EPSG:23700");
-    job.noData = -1;
-    gdal::WarpRaster(job);
-    EXPECT_STREQ(Open(target)->GetSpatialRef()->GetAuthorityCode(nullptr), "23700");
-    EXPECT_EQ(Read(target).At(0, 0, 1), -1);
-    job.noData = 40000;
-    EXPECT_EQ(Refusal(job), Text::kNoDataDoesNotFit);
-}
-
-TEST_F(Rasters, TellEmptyPixelsByAnAlphaBandAndKeepColourTables) {
-    {
-        GDALColorTable colours;
-        const GDALColorEntry red{200, 10, 20, 255};
-        colours.SetColorEntry(3, &red);
-        const auto driver = GetGDALDriverManager()->GetDriverByName("GTiff");
-        const GDALDatasetUniquePtr made(driver->Create(source.c_str(), 8, 8, 1, GDT_Byte, nullptr));
-        made->GetRasterBand(1)->SetColorTable(&colours);
-        made->GetRasterBand(1)->Fill(3);
-    }
-    auto job = ScanJob({Type::kHelmert, {0, 0.8, 0.6}, {0, -0.6, 0.8}});
-    EXPECT_TRUE(gdal::WarpRaster(job).hasAlpha);
-    EXPECT_EQ(Open(target)->GetRasterBand(1)->GetColorTable()->GetColorEntry(3)->c1, 200);
-    EXPECT_EQ(Open(target)->GetRasterBand(2)->GetColorInterpretation(), GCI_AlphaBand);
-    const Pixels pixels = Read(target);
-    EXPECT_EQ(pixels.At(0, 0, 1), 0);
-    EXPECT_EQ(pixels.At(pixels.columns / 2, pixels.lines / 2, 1), 255);
-    EXPECT_EQ(pixels.At(pixels.columns / 2, pixels.lines / 2), 3);
-    job.replaces = true;
-    job.resampling = "cubic";
-    EXPECT_EQ(Refusal(job), Text::kPaletteKeepsCodes);
-}
-
-TEST_F(Rasters, LeaveTheOldTargetUntilTheNewOneIsComplete) {
-    Make(300, 300, 1, GDT_Byte, Noise).reset();
-    WriteFile(target, "old");
-    auto job = ScanJob({Type::kHelmert, {0, 2, 0}, {0, 0, 2}});
-    EXPECT_EQ(Refusal(job), Text::kTargetExists);
-    job.replaces = true;
-    EXPECT_THROW(gdal::WarpRaster(job, [](double done) { return done < 0.5; }), gdal::Cancelled);
-    auto broken = job;
-    broken.input = folder.File("broken.tif");
-    WriteFile(broken.input, ReadFile(source).substr(0, 60000));
-    EXPECT_EQ(Refusal(broken), Text::kRasterNotMade);
-    broken.input = folder.File("none.tif");
-    EXPECT_EQ(Refusal(broken), Text::kNotADataSet);
-    auto same = job;
-    same.output = source;
-    EXPECT_EQ(Refusal(same), Text::kInputIsOutput);
-    auto unplaced = job;
-    unplaced.sourceCoordinates = gdal::SourceCoordinates::kOnMap;
-    EXPECT_EQ(Refusal(unplaced), Text::kNotGeoreferenced);
-    EXPECT_EQ(ReadFile(target), "old");
-    EXPECT_EQ(FilesInFolder(), 3U);
-
-    WriteFile(target + ".aux.xml", "<PAMDataset/>");
-    gdal::WarpRaster(job);
-    EXPECT_EQ(Read(target).columns, 300);
-    EXPECT_EQ(FilesInFolder(), 3U);
-}
-
 TEST_F(Rasters, LeaveOutWhatLiesBeyondAFoldAndRefuseAbsurdSizes) {
     Make(100, 50, 1, GDT_Float32, Plane).reset();
     // second' = second, first' = u - u²/160 with u = first - 50: turns back at u = 80, so not here.
     Transformation parabola{Type::kPolynomial2, {50, 0, 1, 0, -1 / 160.0}, {0, 0, 0, 1}};
-    EXPECT_FALSE(gdal::WarpRaster(ScanJob(parabola)).fold);
+    const auto flat = gdal::WarpRaster(ScanJob(parabola));
+    EXPECT_FALSE(flat.fold);
+    EXPECT_FALSE(flat.isFarFromPoints);
     parabola.a[4] = -1 / 60.0;  // turns back at u = 30, at the column 80
     auto job = ScanJob(parabola);
     job.replaces = true;
+    const std::array<Point, 2> points{{{10, 5}, {90, 45}}};  // of a raster whose lines go down
+    job.controlPoints = DomainOf(points);
     const RasterResult result = gdal::WarpRaster(job);
+    EXPECT_TRUE(result.isFarFromPoints);
     ASSERT_TRUE(result.fold);
     EXPECT_GT(result.fold->first, 79);
     double greatest = 0;
@@ -427,51 +234,6 @@ TEST_F(Rasters, LeaveOutWhatLiesBeyondAFoldAndRefuseAbsurdSizes) {
     // Its corners nearly meet, its edges do not.
     job = ScanJob({Type::kAffine, {0, 1, 2}, {0, 1000, 1999.999}});
     EXPECT_EQ(Refusal(job), Text::kTooManyPixels);
-}
-
-TEST_F(Rasters, GetTheGridAndTheFormatThatAreAskedFor) {
-    Make(600, 400, 3, GDT_Byte, Noise).reset();
-    const Transformation twice{Type::kHelmert, {1000, 2, 0}, {3000, 0, 2}};
-    auto job = ScanJob(twice);
-    const auto placeOf = [&](const gdal::GridWish& wish) {
-        job.grid = wish;
-        job.replaces = true;
-        const auto grid = gdal::WarpRaster(job).grid;
-        return std::array<double, 6>{grid.left,   grid.top,           grid.width,
-                                     grid.height, 1.0 * grid.columns, 1.0 * grid.lines};
-    };
-    using Six = std::array<double, 6>;
-    EXPECT_EQ(placeOf({}), (Six{1000, 3000, 2, 2, 600, 400}));
-    EXPECT_EQ(placeOf({.resolution = {{4, 5}}}), (Six{1000, 3000, 4, 5, 300, 160}));
-    EXPECT_EQ(placeOf({.size = {{300, 100}}}), (Six{1000, 3000, 4, 8, 300, 100}));
-    EXPECT_EQ(placeOf({.extent = {{1100, 2500, 1200, 2600}}}), (Six{1100, 2600, 2, 2, 50, 50}));
-    EXPECT_EQ(placeOf({.extent = {{1100, 2500, 1200, 2600}}, .size = {{25, 20}}}),
-              (Six{1100, 2600, 4, 5, 25, 20}));
-    job.grid = {.resolution = {{4, 5}}, .size = {{3, 3}}};
-    EXPECT_EQ(Refusal(job), Text::kResolutionOrSize);
-    job.grid = {.extent = {{1, 2, 1, 3}}};
-    EXPECT_EQ(Refusal(job), Text::kEmptyExtent);
-
-    job.grid = {};
-    job.compression = "deflate";
-    job.options = {"TILED=YES"};
-    job.overviews = true;
-    gdal::WarpRaster(job);
-    EXPECT_STREQ(Open(target)->GetMetadataItem("COMPRESSION", "IMAGE_STRUCTURE"), "DEFLATE");
-    EXPECT_EQ(Open(target)->GetRasterBand(1)->GetOverviewCount(), 2);
-    job.options = {"TILES=YES"};
-    EXPECT_EQ(Refusal(job), Text::kBadCreationOption);
-    job.options = {};
-    job.output = folder.File("target.png");
-    EXPECT_EQ(Refusal(job), Text::kNoCompression);
-    job.compression = {};
-    job.overviews = false;
-    gdal::WarpRaster(job);
-    EXPECT_EQ(Read(job.output.string()).bands.size(), 4U);
-    job.output = folder.File("target.jpg");
-    EXPECT_EQ(Refusal(job), Text::kRasterNotHeld);
-    job.output = folder.File("target.xyzzy");
-    EXPECT_EQ(Refusal(job), Text::kFormatUnclear);
 }
 
 TEST_F(Rasters, AreTheSameInAnyNumberOfThreadsAndNearlySoWithTolerance) {
