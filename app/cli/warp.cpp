@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 #include <iostream>
 #include <limits>
 #include <memory>
@@ -15,7 +16,6 @@
 #include "cli/program.h"
 #include "cli/terminal.h"
 #include "kv_tr/gdal/raster_warp.h"
-#include "kv_tr/interchange/exact_text.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/text/number_text.h"
@@ -151,6 +151,13 @@ std::string Millimetres(double value) {
     return text;
 }
 
+/// The size of a pixel without the last digits, in which only rounding shows.
+std::string SizeText(double size) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.10g", size);
+    return text.data();
+}
+
 void Tell(const gdal::RasterResult& result, const std::string& output) {
     if (result.fold) {
         PrintNote(Translated(Text::kRasterFolds,
@@ -163,7 +170,7 @@ void Tell(const gdal::RasterResult& result, const std::string& output) {
     const gdal::RasterGrid& grid = result.grid;
     std::cout << Translated(Text::kRasterWritten,
                             {output, std::to_string(grid.columns), std::to_string(grid.lines),
-                             ExactText(grid.width), ExactText(grid.height)})
+                             SizeText(grid.width), SizeText(grid.height)})
               << '\n';
 }
 

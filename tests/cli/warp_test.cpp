@@ -73,9 +73,10 @@ TEST_F(Warp, RefusesWithAReasonAndLeavesEverythingAsItWas) {
 
 TEST_F(Warp, IsEndedByASignalWithNothingLeftBehind) {
     const auto before = Files();
-    EXPECT_NE(Run("timeout -s INT 1 kv_tr warp grid.asc --points turn.dat --type helmert "
-                  "--resampling lanczos --size 20000,20000 --threads 1 --output slow.tif"),
-              0);
+    EXPECT_NE(
+        Run("timeout --foreground -s INT 1 kv_tr warp grid.asc --points turn.dat --type helmert "
+            "--resampling lanczos --size 20000,20000 --threads 1 --output slow.tif"),
+        0);
     EXPECT_TRUE(Files() == before);
     EXPECT_EQ(err, "");
 }

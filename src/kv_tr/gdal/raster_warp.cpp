@@ -135,10 +135,10 @@ bool Meet(const std::vector<Point>& places, const Domain& domain) {
     const auto [below, above] = std::ranges::minmax(places, {}, &Point::second);
     const double width = domain.greatest.first - domain.least.first;
     const double height = domain.greatest.second - domain.least.second;
-    return left.first <= domain.greatest.first - width / 4 &&
-           right.first >= domain.least.first + width / 4 &&
-           below.second <= domain.greatest.second - height / 4 &&
-           above.second >= domain.least.second + height / 4;
+    return left.first < domain.greatest.first - width / 4 &&
+           right.first > domain.least.first + width / 4 &&
+           below.second < domain.greatest.second - height / 4 &&
+           above.second > domain.least.second + height / 4;
 }
 
 void Examine(const RasterMapping& mapping, GDALDataset& source, const RasterJob& job,
