@@ -23,7 +23,7 @@ std::string NameOf(const char* file) {
 }
 
 /// Where a pixel of the scan lies, bent a little.
-Point PlaceOf(double column, double line) {
+PlanePoint PlaceOf(double column, double line) {
     const double u = (column - kSide / 2.0) / kSide;
     const double v = (line - kSide / 2.0) / kSide;
     return {650000 + 2 * column + 0.3 * line + 30 * u * u - 20 * u * v + 15 * u * u * v,
@@ -51,7 +51,7 @@ public:
         char none[] = "";
         for (int column = 0; column <= kSide; column += kSide / 5) {
             for (int line = 0; line <= kSide; line += kSide / 5) {
-                const Point at = PlaceOf(column, line);
+                const PlanePoint at = PlaceOf(column, line);
                 gcps.push_back({none, none, 1.0 * column, 1.0 * line, at.first, at.second, 0});
                 list << at.first << ',' << at.second << ',' << column << ',' << -line << ",1\n";
             }
