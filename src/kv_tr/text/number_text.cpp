@@ -232,8 +232,11 @@ std::string SciText(double value, NumberStyle style) {
 std::string ShortestText(double value, NumberStyle style) {
     if (!std::isfinite(value)) return NotFiniteText(value);
     if (value == 0.0) return "0";
+    const double size = std::abs(value);
+    const bool plain = size >= 1e-5 && size < 1e15;
+    const auto format = plain ? std::chars_format::fixed : std::chars_format::scientific;
     char buffer[32];
-    const auto end = std::to_chars(buffer, std::end(buffer), value).ptr;
+    const auto end = std::to_chars(buffer, std::end(buffer), value, format).ptr;
     std::replace(buffer, end, '.', style.decimalSign);
     return {buffer, end};
 }

@@ -32,8 +32,8 @@ char* WriteFixed(char* place, double value, int decimals, NumberStyle style = {}
 /// The value as 0.000000000000000E+00: 16 significant digits, rounded as FixedText rounds.
 std::string SciText(double value, NumberStyle style = {});
 
-/// The shortest text that reads back to the same double; 0 for -0. Figures that are not finite are
-/// those of FixedText.
+/// The fewest digits that read back to the same double, without an exponent between 1e-5 and 1e15;
+/// 0 for -0. Figures that are not finite are those of FixedText.
 std::string ShortestText(double value, NumberStyle style = {});
 
 /// The text with blanks on the left up to nWidth columns; a longer text is returned unchanged.

@@ -555,6 +555,16 @@ enum class Text : int {
     kPythonFormat = 1590,
     kSqlFormat = 1591,
     kFormulasFormat = 1592,
+
+    // Control points on maps, and residuals there.
+    kOptionNeeds = 1720,
+    kAxesWithoutUse = 1721,
+    kSaveFormatOption = 1722,
+    kMarksLeftOut = 1723,
+    kResidualVectorsOption = 1724,
+    kVectorScaleOption = 1725,
+    kVectorScale = 1726,
+    kUnknownParameters = 1727,
 };
 
 }  // namespace kv_tr

@@ -488,7 +488,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kListsHaveNoFormat, "--format is for one file of control points, not for two lists"},
     {Text::kNoSigmaColumns, "{0}: there are no columns of standard deviations"},
     {Text::kExportOption, "Write the transformation in another format: FORMAT=FILE, or FORMAT alone for the standard output in place of the usual text (may be given several times). The formats are {0}"},
-    {Text::kAxesOption, "Where the first and the second coordinate point to, for --export: {0}; SOURCE,DESTINATION where the systems differ (default en)"},
+    {Text::kAxesOption, "Where the first and the second coordinate point to, in files with map coordinates and for --export: {0}; SOURCE,DESTINATION where the systems differ (default en)"},
     {Text::kSourceCrsOption, "Name or WKT of the source system, for --export"},
     {Text::kTargetCrsOption, "Name or WKT of the destination system, for --export"},
     {Text::kHoldsLinearOnly, "{0}: this format holds six parameters only; the type is {1}"},
@@ -519,6 +519,14 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kPythonFormat, "Python function"},
     {Text::kSqlFormat, "SQL query"},
     {Text::kFormulasFormat, "Formulas as text"},
+    {Text::kOptionNeeds, "{0} has no effect without {1}"},
+    {Text::kAxesWithoutUse, "--axes has no effect: no file with map coordinates is read or written, and nothing is exported"},
+    {Text::kSaveFormatOption, "Format for --save-points; otherwise the one that the name of the file ends in, else listing"},
+    {Text::kMarksLeftOut, "{0}: the format has no mark for excluded points; written like the others: {1}"},
+    {Text::kResidualVectorsOption, "Write the residuals to this file as lines on the map (GeoJSON)"},
+    {Text::kVectorScaleOption, "How many times longer than the residuals these lines are; otherwise chosen so that they can be seen"},
+    {Text::kVectorScale, "{0}: the lines are so many times longer than the residuals: {1}"},
+    {Text::kUnknownParameters, "{0} holds no parameters that are known here: a JSON record, a PROJ string or a geotransform in brackets, whatever its name, or a file that ends in .trp, .prm, .all or as a world file does (.wld, .tfw, .jgw ...)"},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

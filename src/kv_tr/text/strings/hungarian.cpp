@@ -489,7 +489,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kListsHaveNoFormat, "a --format egy közöspont-fájlhoz való, nem két jegyzékhez"},
     {Text::kNoSigmaColumns, "{0}: nincsenek középhiba-oszlopok"},
     {Text::kExportOption, "A transzformáció írása más formátumban: FORMAT=FILE, vagy csak FORMAT a szokásos szöveg helyett a szabványos kimenetre (többször is megadható). A formátumok: {0}"},
-    {Text::kAxesOption, "Merre mutat az első és a második koordináta, az --export számára: {0}; FORRÁS,CÉL, ha a rendszerek különböznek (alapérték en)"},
+    {Text::kAxesOption, "Merre mutat az első és a második koordináta, a térképi koordinátájú fájlokban és az --export számára: {0}; FORRÁS,CÉL, ha a rendszerek különböznek (alapérték en)"},
     {Text::kSourceCrsOption, "A forrásrendszer neve vagy WKT-ja, az --export számára"},
     {Text::kTargetCrsOption, "A célrendszer neve vagy WKT-ja, az --export számára"},
     {Text::kHoldsLinearOnly, "{0}: ez a formátum csak hat paramétert tárol; a típus {1}"},
@@ -520,6 +520,14 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kPythonFormat, "Python-függvény"},
     {Text::kSqlFormat, "SQL-lekérdezés"},
     {Text::kFormulasFormat, "Képletek szövegként"},
+    {Text::kOptionNeeds, "hatástalan: {0}, mert hiányzik mellőle: {1}"},
+    {Text::kAxesWithoutUse, "az --axes itt hatástalan: térképi koordinátájú fájl sem beolvasásra, sem kiírásra nem kerül, és nincs --export"},
+    {Text::kSaveFormatOption, "A --save-points formátuma; enélkül az, amelyikre a fájl neve végződik, egyébként listing"},
+    {Text::kMarksLeftOut, "{0}: a formátum nem tudja jelölni a kizárt pontokat; a többihez hasonlóan kiírva: {1}"},
+    {Text::kResidualVectorsOption, "A maradék eltérések kiírása ebbe a fájlba térképi vonalakként (GeoJSON)"},
+    {Text::kVectorScaleOption, "Hányszor hosszabbak ezek a vonalak a maradék eltéréseknél; enélkül a program láthatóra választja"},
+    {Text::kVectorScale, "{0}: a vonalak ennyiszer hosszabbak a maradék eltéréseknél: {1}"},
+    {Text::kUnknownParameters, "a fájlban nincs felismerhető paraméter: {0}. Lehet benne JSON-rekord, PROJ-szöveg vagy szögletes zárójelben álló geotranszformáció, bármi a neve; más fájl .trp, .prm vagy .all végű, vagy world fájl (.wld, .tfw, .jgw ...)"},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

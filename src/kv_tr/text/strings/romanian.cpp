@@ -488,7 +488,7 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kListsHaveNoFormat, "--format este pentru un fișier de puncte comune, nu pentru două liste"},
     {Text::kNoSigmaColumns, "{0}: nu există coloane cu abateri standard"},
     {Text::kExportOption, "Scrie transformarea în alt format: FORMAT=FILE, sau numai FORMAT pentru ieșirea standard în locul textului obișnuit (se poate da de mai multe ori). Formatele sunt {0}"},
-    {Text::kAxesOption, "Încotro arată prima și a doua coordonată, pentru --export: {0}; SURSĂ,DESTINAȚIE dacă sistemele diferă (implicit en)"},
+    {Text::kAxesOption, "Încotro arată prima și a doua coordonată, în fișierele cu coordonate de hartă și pentru --export: {0}; SURSĂ,DESTINAȚIE dacă sistemele diferă (implicit en)"},
     {Text::kSourceCrsOption, "Numele sau WKT-ul sistemului sursă, pentru --export"},
     {Text::kTargetCrsOption, "Numele sau WKT-ul sistemului destinație, pentru --export"},
     {Text::kHoldsLinearOnly, "{0}: acest format păstrează numai șase parametri; tipul este {1}"},
@@ -519,6 +519,14 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kPythonFormat, "Funcție Python"},
     {Text::kSqlFormat, "Interogare SQL"},
     {Text::kFormulasFormat, "Formule ca text"},
+    {Text::kOptionNeeds, "{0} nu are efect fără {1}"},
+    {Text::kAxesWithoutUse, "--axes nu are efect: nu se citește și nu se scrie niciun fișier cu coordonate de hartă, și nimic nu se exportă"},
+    {Text::kSaveFormatOption, "Formatul pentru --save-points; altfel cel arătat de terminația numelui, iar în lipsa ei listing"},
+    {Text::kMarksLeftOut, "{0}: formatul nu poate marca punctele excluse; scrise ca și celelalte: {1}"},
+    {Text::kResidualVectorsOption, "Scrie erorile reziduale în acest fișier ca linii pe hartă (GeoJSON)"},
+    {Text::kVectorScaleOption, "De câte ori sunt mai lungi aceste linii decât erorile reziduale; altfel se alege astfel încât să se vadă"},
+    {Text::kVectorScale, "{0}: liniile sunt mai lungi decât erorile reziduale de atâtea ori: {1}"},
+    {Text::kUnknownParameters, "{0} nu conține parametri cunoscuți: o înregistrare JSON, un șir PROJ sau o geotransformare între paranteze drepte, oricare ar fi numele, ori un fișier care se termină în .trp, .prm, .all sau ca un fișier world (.wld, .tfw, .jgw ...)"},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

@@ -488,7 +488,7 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kListsHaveNoFormat, "--format je za jednu datoteku zajedničkih tačaka, ne za dva spiska"},
     {Text::kNoSigmaColumns, "{0}: nema kolona sa standardnim odstupanjima"},
     {Text::kExportOption, "Piše transformaciju u drugom formatu: FORMAT=FILE, ili samo FORMAT za standardni izlaz umesto uobičajenog teksta (može se navesti više puta). Formati su {0}"},
-    {Text::kAxesOption, "Kuda pokazuju prva i druga koordinata, za --export: {0}; IZVOR,CILJ ako se sistemi razlikuju (podrazumevano en)"},
+    {Text::kAxesOption, "Kuda pokazuju prva i druga koordinata, u datotekama sa koordinatama karte i za --export: {0}; IZVOR,CILJ ako se sistemi razlikuju (podrazumevano en)"},
     {Text::kSourceCrsOption, "Ime ili WKT izvornog sistema, za --export"},
     {Text::kTargetCrsOption, "Ime ili WKT ciljnog sistema, za --export"},
     {Text::kHoldsLinearOnly, "{0}: ovaj format čuva samo šest parametara; tip je {1}"},
@@ -519,6 +519,14 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kPythonFormat, "Python funkcija"},
     {Text::kSqlFormat, "SQL upit"},
     {Text::kFormulasFormat, "Formule kao tekst"},
+    {Text::kOptionNeeds, "{0} nema dejstva bez {1}"},
+    {Text::kAxesWithoutUse, "--axes nema dejstva: ne čita se i ne upisuje nijedna datoteka sa koordinatama karte, i ništa se ne izvozi"},
+    {Text::kSaveFormatOption, "Format za --save-points; inače onaj na koji se ime datoteke završava, u ostalim slučajevima listing"},
+    {Text::kMarksLeftOut, "{0}: format nema oznaku za isključene tačke; upisano kao i ostale: {1}"},
+    {Text::kResidualVectorsOption, "Upisuje odstupanja u ovu datoteku kao linije na karti (GeoJSON)"},
+    {Text::kVectorScaleOption, "Koliko su puta te linije duže od odstupanja; inače se bira tako da budu vidljive"},
+    {Text::kVectorScale, "{0}: linije su duže od odstupanja ovoliko puta: {1}"},
+    {Text::kUnknownParameters, "{0} ne sadrži parametre koji su ovde poznati: JSON zapis, PROJ niz ili geotransformaciju u uglastim zagradama, bez obzira na ime, ili datoteku sa nastavkom .trp, .prm, .all ili nastavkom world datoteke (.wld, .tfw, .jgw ...)"},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

@@ -488,7 +488,7 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kListsHaveNoFormat, "--format dùng cho một tệp điểm khống chế, không dùng cho hai danh sách"},
     {Text::kNoSigmaColumns, "{0}: không có cột độ lệch chuẩn"},
     {Text::kExportOption, "Ghi phép biến đổi theo định dạng khác: FORMAT=FILE, hoặc chỉ FORMAT để ghi ra đầu ra chuẩn thay cho văn bản thường lệ (có thể dùng nhiều lần). Các định dạng là {0}"},
-    {Text::kAxesOption, "Hướng của tọa độ thứ nhất và thứ hai, dùng cho --export: {0}; NGUỒN,ĐÍCH nếu hai hệ khác nhau (mặc định en)"},
+    {Text::kAxesOption, "Hướng của tọa độ thứ nhất và thứ hai, dùng cho tệp tọa độ bản đồ và --export: {0}; NGUỒN,ĐÍCH nếu hai hệ khác nhau (mặc định en)"},
     {Text::kSourceCrsOption, "Tên hoặc WKT của hệ nguồn, dùng cho --export"},
     {Text::kTargetCrsOption, "Tên hoặc WKT của hệ đích, dùng cho --export"},
     {Text::kHoldsLinearOnly, "{0}: định dạng này chỉ chứa sáu tham số; kiểu là {1}"},
@@ -519,6 +519,14 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kPythonFormat, "Hàm Python"},
     {Text::kSqlFormat, "Truy vấn SQL"},
     {Text::kFormulasFormat, "Công thức dạng văn bản"},
+    {Text::kOptionNeeds, "{0} không có tác dụng nếu thiếu {1}"},
+    {Text::kAxesWithoutUse, "--axes không có tác dụng: không có tệp tọa độ bản đồ nào được đọc hay ghi, và không xuất gì"},
+    {Text::kSaveFormatOption, "Định dạng cho --save-points; nếu không có thì theo phần đuôi của tên tệp, ngoài ra là listing"},
+    {Text::kMarksLeftOut, "{0}: định dạng không đánh dấu được điểm bị loại; số điểm bị loại vẫn được ghi như các điểm khác: {1}"},
+    {Text::kResidualVectorsOption, "Ghi các sai số còn lại vào tệp này dưới dạng đường trên bản đồ (GeoJSON)"},
+    {Text::kVectorScaleOption, "Các đường này dài gấp mấy lần sai số còn lại; nếu không có thì chọn sao cho nhìn thấy được"},
+    {Text::kVectorScale, "{0}: các đường dài hơn sai số còn lại số lần là: {1}"},
+    {Text::kUnknownParameters, "{0} không chứa tham số nào nhận biết được: bản ghi JSON, chuỗi PROJ hoặc phép biến đổi geotransform trong ngoặc vuông (tên tệp tùy ý), hoặc tệp có đuôi .trp, .prm, .all hay đuôi của tệp world (.wld, .tfw, .jgw ...)"},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));
