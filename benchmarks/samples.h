@@ -61,5 +61,6 @@ std::string ProjText(const TR_PRM& record);
 void RegisterEvaluation();
 void RegisterFits();
 void RegisterText();
+void RegisterRasters();  // where there is GDAL, with its programs
 
 }  // namespace kv_tr::benchmarks

@@ -27,6 +27,9 @@ constexpr Command kCommands[] = {
     {"national", Text::kNationalSummary, AddNational},
     {"angle", Text::kAngleSummary, AddAngle},
     {"distortion", Text::kDistortionSummary, AddDistortion},
+#ifdef KV_TR_GDAL
+    {"warp", Text::kWarpSummary, AddWarp},
+#endif
 };
 
 /// The exit code of what has been done, if all that was printed has also been written.

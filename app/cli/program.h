@@ -55,5 +55,6 @@ Run AddParams(CLI::App& command);
 Run AddNational(CLI::App& command);
 Run AddAngle(CLI::App& command);
 Run AddDistortion(CLI::App& command);
+Run AddWarp(CLI::App& command);  // where there is GDAL
 
 }  // namespace kv_tr::cli
