@@ -555,16 +555,6 @@ enum class Text : int {
     kPythonFormat = 1590,
     kSqlFormat = 1591,
     kFormulasFormat = 1592,
-
-    // Control points on maps, and residuals there.
-    kOptionNeeds = 1720,
-    kAxesWithoutUse = 1721,
-    kSaveFormatOption = 1722,
-    kMarksLeftOut = 1723,
-    kResidualVectorsOption = 1724,
-    kVectorScaleOption = 1725,
-    kVectorScale = 1726,
-    kUnknownParameters = 1727,
     // Whole data sets.
     kTargetExists = 1600,
     kTargetNotWritable = 1601,
@@ -639,6 +629,16 @@ enum class Text : int {
     kFarFromPoints = 1682,
     kRasterFormatOption = 1683,
     kUnsuitableNumbers = 1684,
+
+    // Control points on maps, and residuals there.
+    kOptionNeeds = 1720,
+    kAxesWithoutUse = 1721,
+    kSaveFormatOption = 1722,
+    kMarksLeftOut = 1723,
+    kResidualVectorsOption = 1724,
+    kVectorScaleOption = 1725,
+    kVectorScale = 1726,
+    kUnknownParameters = 1727,
 };
 
 }  // namespace kv_tr
