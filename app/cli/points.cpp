@@ -78,7 +78,7 @@ void PrintFirstPoints(const LoadedPoints& loaded) {
         seconds.cells.push_back(ShortestText(source.second));
         toFirsts.cells.push_back(ShortestText(destination.first));
         toSeconds.cells.push_back(ShortestText(destination.second));
-        marks.cells.push_back(used ? "1" : "0");
+        marks.cells.emplace_back(used ? "1" : "0");
         if (loaded.sigmas.empty()) continue;
         sigmaFirsts.cells.push_back(ShortestText(loaded.sigmas[i].first));
         sigmaSeconds.cells.push_back(ShortestText(loaded.sigmas[i].second));

@@ -112,8 +112,11 @@ std::string CellConstant(double value, NumberStyle style) {
 /// c0 + x (c1 + x (c2 + ...)).
 std::string Nested(const std::vector<std::string>& coefficients, const std::string& cell) {
     std::string text = coefficients.back();
-    for (auto c = coefficients.rbegin() + 1; c != coefficients.rend(); ++c)
-        text = *c + "+" + cell + "*(" + text + ")";
+    for (auto c = coefficients.rbegin() + 1; c != coefficients.rend(); ++c) {
+        std::string outer = *c;
+        outer.append("+").append(cell).append("*(").append(text).append(")");
+        text = std::move(outer);
+    }
     return text;
 }
 

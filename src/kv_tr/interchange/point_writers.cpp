@@ -160,31 +160,29 @@ std::string Feature(const Item& item, const Point* end, const std::string& moreP
     std::string coordinates = "[" + Joined({to.first, to.second}, ",") + "]";
     if (end != nullptr)
         coordinates = "[" + coordinates + ",[" + Joined({end->first, end->second}, ",") + "]]";
-    std::string text = std::string(" {\"type\":\"Feature\",\"geometry\":{\"type\":\"") +
-                       (end == nullptr ? "Point" : "LineString") +
-                       "\",\"coordinates\":" + coordinates +
-                       "},\n  \"properties\":{\"id\":" + JsonString(id) +
-                       ",\"src_first\":" + ShortestText(from.first) +
-                       ",\"src_second\":" + ShortestText(from.second) +
-                       (used ? ",\"use\":true" : ",\"use\":false");
+    std::string text = std::string(R"( {"type":"Feature","geometry":{"type":")") +
+                       (end == nullptr ? "Point" : "LineString") + R"(","coordinates":)" +
+                       coordinates + "},\n  \"properties\":{\"id\":" + JsonString(id) +
+                       R"(,"src_first":)" + ShortestText(from.first) + R"(,"src_second":)" +
+                       ShortestText(from.second) + (used ? R"(,"use":true)" : R"(,"use":false)");
     if (const Residual* residual = item.residual) {
-        text += ",\"res_first\":" + ShortestText(residual->first) +
-                ",\"res_second\":" + ShortestText(residual->second) +
-                ",\"res_total\":" + ShortestText(residual->Length());
+        text += R"(,"res_first":)" + ShortestText(residual->first) + R"(,"res_second":)" +
+                ShortestText(residual->second) + R"(,"res_total":)" +
+                ShortestText(residual->Length());
     }
     if (const Point* sigma = item.sigma) {
-        text += ",\"sigma_first\":" + ShortestText(sigma->first) +
-                ",\"sigma_second\":" + ShortestText(sigma->second);
+        text += R"(,"sigma_first":)" + ShortestText(sigma->first) + R"(,"sigma_second":)" +
+                ShortestText(sigma->second);
     }
     return text + moreProperties + "}}";
 }
 
 std::string Collection(const std::vector<std::string>& features, const std::string& urn) {
-    std::string text = "{\"type\":\"FeatureCollection\",";
+    std::string text = R"({"type":"FeatureCollection",)";
     if (!urn.empty()) {
-        text += "\"crs\":{\"type\":\"name\",\"properties\":{\"name\":" + JsonString(urn) + "}},";
+        text += R"("crs":{"type":"name","properties":{"name":)" + JsonString(urn) + "}},";
     }
-    text += "\"features\":[";
+    text += R"("features":[)";
     const char* before = "\n";
     for (const std::string& feature : features) {
         text += before + feature;
@@ -305,7 +303,7 @@ PointText WriteResidualVectors(const PointsToWrite& what, double scale) {
             written.refusal = PointText::Refusal::kNotFinite;
             return written;
         }
-        features.push_back(Feature(item, &end, ",\"vector_scale\":" + ShortestText(scale)));
+        features.push_back(Feature(item, &end, R"(,"vector_scale":)" + ShortestText(scale)));
     }
     written.text = Collection(features, urn);
     return written;
