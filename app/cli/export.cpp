@@ -29,15 +29,6 @@ std::string CheckFormat(const std::string& wanted) {
     return {};
 }
 
-/// The axes of both systems: a word for each, or one for both.
-std::optional<std::pair<AxisMapping, AxisMapping>> AxesOf(const std::string& words) {
-    const auto comma = words.find(',');
-    const auto source = AxesNamed(words.substr(0, comma));
-    const auto target = comma == words.npos ? source : AxesNamed(words.substr(comma + 1));
-    if (!source || !target) return std::nullopt;
-    return std::pair(*source, *target);
-}
-
 bool Write(const std::string& fileName, const std::string& text) {
     ReplacingFile file(fileName);
     if (!file.IsOpen()) {
@@ -51,6 +42,19 @@ bool Write(const std::string& fileName, const std::string& text) {
 }
 
 }  // namespace
+
+std::optional<std::pair<AxisMapping, AxisMapping>> AxesOfWords(const std::string& words) {
+    const auto comma = words.find(',');
+    const auto source = AxesNamed(words.substr(0, comma));
+    const auto target = comma == words.npos ? source : AxesNamed(words.substr(comma + 1));
+    if (!source || !target) return std::nullopt;
+    return std::pair(*source, *target);
+}
+
+std::string CheckAxes(const std::string& words) {
+    if (AxesOfWords(words)) return {};
+    return Translated(Text::kUnknownValue, {Excerpt(words), AxisWords()});
+}
 
 bool ExportOptions::ToOutput() const {
     return std::ranges::any_of(wanted, [](const auto& one) { return FileOf(one).empty(); });
@@ -70,10 +74,7 @@ void AddExportOptions(CLI::App& command, ExportOptions& options) {
         ->check(CheckFormat);
     command.add_option("--axes", options.axes, Translated(Text::kAxesOption, {AxisWords()}))
         ->type_name("AXES")
-        ->check([](const std::string& words) {
-            return AxesOf(words) ? ""
-                                 : Translated(Text::kUnknownValue, {Excerpt(words), AxisWords()});
-        });
+        ->check(CheckAxes);
     command.add_option("--source-crs", options.sourceCrs, Translated(Text::kSourceCrsOption))
         ->type_name("CRS");
     command.add_option("--target-crs", options.targetCrs, Translated(Text::kTargetCrsOption))
@@ -90,7 +91,7 @@ bool OutputSuffices(const ExportOptions& options, bool outputIsTaken) {
 
 bool Export(TransformationRecord record, const ExportOptions& options,
             const std::function<bool(const std::string&, const std::function<bool()>&)>& save) {
-    if (const auto axes = AxesOf(options.axes))
+    if (const auto axes = AxesOfWords(options.axes))
         std::tie(record.sourceAxes, record.targetAxes) = *axes;
     if (!options.sourceCrs.empty()) record.sourceCrs = options.sourceCrs;
     if (!options.targetCrs.empty()) record.targetCrs = options.targetCrs;

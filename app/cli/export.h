@@ -2,13 +2,20 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/file_options.h"
 #include "kv_tr/interchange/transformation_record.h"
 
 namespace kv_tr::cli {
+
+/// The axes of both systems: a word for each, or one for both.
+std::optional<std::pair<AxisMapping, AxisMapping>> AxesOfWords(const std::string& words);
+/// A check for such words; it yields the complaint, or nothing.
+std::string CheckAxes(const std::string& words);
 
 struct ExportOptions {
     std::vector<std::string> wanted;  // "proj=map.txt", or "proj" for the standard output

@@ -18,6 +18,13 @@ constexpr std::array kSignals{SIGINT, SIGTERM};
 
 std::array<char, 4096> nameOfFile{};  // no memory may be allocated when a signal arrives
 
+volatile std::sig_atomic_t notedSignal = 0;
+
+void NoteSignal(int signal) {
+    notedSignal = signal;
+    std::signal(signal, SIG_DFL);
+}
+
 void RemoveAndEnd(int signal) {
     std::remove(nameOfFile.data());
     std::signal(signal, SIG_DFL);
@@ -41,6 +48,18 @@ RemovedWhenInterrupted::RemovedWhenInterrupted(const std::filesystem::path& file
 }
 
 RemovedWhenInterrupted::~RemovedWhenInterrupted() { HandleSignals(SIG_DFL); }
+
+NotedInterruption::NotedInterruption() {
+    notedSignal = 0;
+    HandleSignals(NoteSignal);
+}
+
+NotedInterruption::~NotedInterruption() {
+    HandleSignals(SIG_DFL);
+    if (Noted()) std::raise(notedSignal);
+}
+
+bool NotedInterruption::Noted() { return notedSignal != 0; }
 
 #ifdef _WIN32
 

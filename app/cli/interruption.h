@@ -16,6 +16,18 @@ public:
     RemovedWhenInterrupted& operator=(const RemovedWhenInterrupted&) = delete;
 };
 
+/// While it lives, the first Ctrl+C, hang-up or request to end is only noted, so that long work can
+/// undo what it has begun; a second one ends the program at once.
+class NotedInterruption {
+public:
+    NotedInterruption();
+    ~NotedInterruption();  // ends the program by the signal that was noted, if any
+    NotedInterruption(const NotedInterruption&) = delete;
+    NotedInterruption& operator=(const NotedInterruption&) = delete;
+
+    static bool Noted();
+};
+
 /// While it lives, signals that would end the program wait, so that a short save is done or not
 /// begun. Only SIGKILL can leave a temporary file then.
 class SignalsWait {

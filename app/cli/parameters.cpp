@@ -3,8 +3,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <tuple>
+#include <utility>
 #include <vector>
 
+#include "cli/export.h"
 #include "cli/file_options.h"
 #include "cli/findings.h"
 #include "cli/fit.h"
@@ -105,6 +108,28 @@ std::optional<Parameters> Load(const ParameterSource& source) {
     return Parameters{*loaded, domain};
 }
 
+std::shared_ptr<const PointPrecision> PrecisionOf(const TransformationRecord& record) {
+    return std::make_shared<PointPrecision>(
+        AdjustedModel(record.points, record.transformation.type));
+}
+
+/// The transformation, or its exact inverse; false after it was reported that there is none.
+bool Direct(PointMap& map, const Parameters& forward, bool inverted) {
+    const auto& [record, domain] = forward;
+    map = record.transformation;
+    if (!inverted) return true;
+    const auto inverse = ExactInverse::Of(record.transformation, domain);
+    if (!inverse) {
+        Complain(Text::kNoInverse);
+        return false;
+    }
+    if (!domain && IsPolynomial(record.transformation.type)) {
+        PrintNote(Translated(Text::kInverseUnlimited));
+    }
+    map = *inverse;
+    return true;
+}
+
 int WrongUsage(Text id) {
     PrintNote(Translated(id));
     return kWrongUsage;
@@ -161,24 +186,23 @@ int LoadPointMap(PointMap& map, const ParameterSource& source,
     if (precision != nullptr && source.points.empty()) return WrongUsage(Text::kSigmaNeedsPoints);
     Parameters forward;
     if (const int code = LoadForward(forward, source); code != kDone) return code;
-    const auto& [record, domain] = forward;
-    const Transformation& transformation = record.transformation;
-    map = transformation;
-    if (precision != nullptr) {
-        *precision =
-            std::make_shared<PointPrecision>(AdjustedModel(record.points, transformation.type));
+    if (precision != nullptr) *precision = PrecisionOf(forward.record);
+    return Direct(map, forward, source.inverse) ? kDone : kReported;
+}
+
+int LoadMapWithAxes(MapWithAxes& loaded, const ParameterSource& source, const std::string& axes) {
+    Parameters forward;
+    if (const int code = LoadForward(forward, source); code != kDone) return code;
+    loaded.sourceAxes = forward.record.sourceAxes;
+    loaded.targetAxes = forward.record.targetAxes;
+    if (const auto stated = AxesOfWords(axes)) {
+        std::tie(loaded.sourceAxes, loaded.targetAxes) = *stated;
     }
-    if (!source.inverse) return kDone;
-    const auto inverse = ExactInverse::Of(transformation, domain);
-    if (!inverse) {
-        Complain(Text::kNoInverse);
-        return kReported;
+    if (source.inverse) std::swap(loaded.sourceAxes, loaded.targetAxes);
+    if (!source.inverse && !forward.record.points.empty()) {
+        loaded.precision = PrecisionOf(forward.record);
     }
-    if (!domain && IsPolynomial(transformation.type)) {
-        PrintNote(Translated(Text::kInverseUnlimited));
-    }
-    map = *inverse;
-    return kDone;
+    return Direct(loaded.map, forward, source.inverse) ? kDone : kReported;
 }
 
 std::string CheckExtension(const std::string& fileName) {

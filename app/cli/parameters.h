@@ -50,6 +50,17 @@ int LoadParameters(TransformationRecord& record, const ParameterSource& source);
 int LoadPointMap(PointMap& map, const ParameterSource& source,
                  std::shared_ptr<const PointPrecision>* precision = nullptr);
 
+/// A transformation of points, and the axes of the systems that it goes from and to.
+struct MapWithAxes {
+    PointMap map;
+    AxisMapping sourceAxes = AxisMapping::kEn;
+    AxisMapping targetAxes = AxisMapping::kEn;
+    std::shared_ptr<const PointPrecision> precision{};  // of points, without an inversion
+};
+/// LoadPointMap for data on maps. The words, unless empty, are the axes of both systems before an
+/// inversion; otherwise those of the parameters count.
+int LoadMapWithAxes(MapWithAxes& loaded, const ParameterSource& source, const std::string& axes);
+
 /// A check for names of parameter files to be saved; it yields the complaint, or nothing.
 std::string CheckExtension(const std::string& fileName);
 

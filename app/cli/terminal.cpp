@@ -38,12 +38,22 @@ Progress::~Progress() {
     if (shown_) std::cerr << "\r\x1b[K" << std::flush;
 }
 
-void Progress::Show(std::uint64_t lines, std::uint64_t bytes) {
-    if (!enabled_) return;
+bool Progress::IsDue() {
+    if (!enabled_) return false;
     const auto now = std::chrono::steady_clock::now();
-    if (now < next_) return;
+    if (now < next_) return false;
     next_ = now + kInterval;
     shown_ = true;
+    return true;
+}
+
+void Progress::ShowShare(const std::string& job, double done) {
+    if (!IsDue()) return;
+    std::cerr << "\r\x1b[K" << job << ", " << static_cast<int>(100 * done) << " %" << std::flush;
+}
+
+void Progress::Show(std::uint64_t lines, std::uint64_t bytes) {
+    if (!IsDue()) return;
     std::cerr << '\r' << Translated(Text::kLinesDone, {std::to_string(lines)});
     if (size_ != 0) std::cerr << ", " << 100 * bytes / size_ << " %";
     std::cerr << std::flush;

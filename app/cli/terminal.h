@@ -23,8 +23,12 @@ public:
 
     /// Call it as often as you like; it writes a few times a second at most.
     void Show(std::uint64_t lines, std::uint64_t bytes);
+    /// The same for a job of which the share that is done is known, from 0 to 1.
+    void ShowShare(const std::string& job, double done);
 
 private:
+    bool IsDue();
+
     bool enabled_;
     bool shown_ = false;
     std::uint64_t size_;
