@@ -80,6 +80,7 @@ int main(int argc, char** argv) {
     kv_tr::benchmarks::RegisterEvaluation();
     kv_tr::benchmarks::RegisterFits();
     kv_tr::benchmarks::RegisterText();
+    kv_tr::benchmarks::RegisterLayers();
     Table table;
     benchmark::RunSpecifiedBenchmarks(&table);
 }

@@ -61,5 +61,6 @@ std::string ProjText(const TR_PRM& record);
 void RegisterEvaluation();
 void RegisterFits();
 void RegisterText();
+void RegisterLayers();
 
 }  // namespace kv_tr::benchmarks

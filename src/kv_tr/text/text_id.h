@@ -593,6 +593,9 @@ enum class Text : int {
     kIdentifiersAnew = 1633,
     kDomainLeftOut = 1634,
     kGdalSays = 1635,
+    kMeasuresLeftOut = 1636,
+    kNoGeometries = 1637,
+    kPagesLeftOut = 1638,
 };
 
 }  // namespace kv_tr

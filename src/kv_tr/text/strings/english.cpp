@@ -145,7 +145,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kLanguageOption, "Language of the texts: hu, ro, vi, en, sr"},
     {Text::kJsonOption, "Print the result as one JSON object"},
     {Text::kDecimalCommaOption, "Read and write numbers with decimal commas"},
-    {Text::kTransformArgument, "File to transform; \"-\" is the standard input"},
+    {Text::kTransformArgument, "Texts of points, data sets of layers such as GeoPackages, or folders of data sets; several go to a folder named by --output; \"-\" is the standard input"},
     {Text::kOutputOption, "Write the result to this file instead of the standard output"},
     {Text::kDecimalsOption, "Decimals of the result, 0 to 15"},
     {Text::kNoIdOption, "Lines begin with the coordinates, without an identifier"},
@@ -555,6 +555,9 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kIdentifiersAnew, "{0}, layer {1}: the format {2} numbers features anew"},
     {Text::kDomainLeftOut, "{0}: the field domain {1} is left out: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kMeasuresLeftOut, "{0}, layer {1}: the format {2} has no measures (M); they are left out"},
+    {Text::kNoGeometries, "{0}: no layer has geometries, so that there is nothing to transform"},
+    {Text::kPagesLeftOut, "{0}: rasters in this file are left out; kv_tr warp transforms them"},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

@@ -146,7 +146,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kLanguageOption, "A szövegek nyelve: hu, ro, vi, en, sr"},
     {Text::kJsonOption, "Az eredmény kiírása JSON-objektumként"},
     {Text::kDecimalCommaOption, "A számok olvasása és írása tizedesvesszővel"},
-    {Text::kTransformArgument, "Az átszámítandó fájl; \"-\" a szabványos bemenet"},
+    {Text::kTransformArgument, "Pontok szövegei, rétegek adatállományai, például GeoPackage, vagy adatállományok mappái; több esetén az --output mappa; a \"-\" a szabványos bemenet"},
     {Text::kOutputOption, "Az eredmény ebbe a fájlba kerül, nem a szabványos kimenetre"},
     {Text::kDecimalsOption, "Az eredmény tizedesjegyeinek száma, 0 és 15 között"},
     {Text::kNoIdOption, "A sorok azonosító nélkül, a koordinátákkal kezdődnek"},
@@ -556,6 +556,9 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kIdentifiersAnew, "{0}, {1} réteg: a(z) {2} formátum újraszámozza az elemeket"},
     {Text::kDomainLeftOut, "{0}: a(z) {1} mezőtartomány kimarad: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kMeasuresLeftOut, "{0}, {1} réteg: a(z) {2} formátumban nincsenek M-értékek; ezek kimaradnak"},
+    {Text::kNoGeometries, "{0}: egyik rétegben sincs geometria, így nincs mit átszámítani"},
+    {Text::kPagesLeftOut, "{0}: a fájlban lévő raszterek kimaradnak; a kv_tr warp átalakítja őket"},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

@@ -145,7 +145,7 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kLanguageOption, "Limba textelor: hu, ro, vi, en, sr"},
     {Text::kJsonOption, "Afișează rezultatul ca un singur obiect JSON"},
     {Text::kDecimalCommaOption, "Citește și scrie numerele cu virgulă zecimală"},
-    {Text::kTransformArgument, "Fișierul de transformat; \"-\" este intrarea standard"},
+    {Text::kTransformArgument, "Texte cu puncte, seturi de date cu straturi precum GeoPackage sau foldere cu seturi de date; mai multe merg într-un folder numit la --output; \"-\" este intrarea standard"},
     {Text::kOutputOption, "Scrie rezultatul în acest fișier, nu la ieșirea standard"},
     {Text::kDecimalsOption, "Numărul de zecimale ale rezultatului, de la 0 la 15"},
     {Text::kNoIdOption, "Liniile încep cu coordonatele, fără identificator"},
@@ -555,6 +555,9 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kIdentifiersAnew, "{0}, stratul {1}: formatul {2} renumerotează elementele"},
     {Text::kDomainLeftOut, "{0}: domeniul de câmp {1} este omis: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kMeasuresLeftOut, "{0}, stratul {1}: formatul {2} nu are măsuri (M); acestea sunt omise"},
+    {Text::kNoGeometries, "{0}: niciun strat nu are geometrii, deci nu este nimic de transformat"},
+    {Text::kPagesLeftOut, "{0}: rasterele din acest fișier sunt omise; kv_tr warp le transformă"},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

@@ -145,7 +145,7 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kLanguageOption, "Jezik tekstova: hu, ro, vi, en, sr"},
     {Text::kJsonOption, "Ispisuje rezultat kao jedan JSON objekat"},
     {Text::kDecimalCommaOption, "Čita i piše brojeve sa decimalnim zarezom"},
-    {Text::kTransformArgument, "Datoteka koju treba transformisati; \"-\" je standardni ulaz"},
+    {Text::kTransformArgument, "Tekstovi s tačkama, skupovi podataka sa slojevima kao GeoPackage ili fascikle skupova podataka; više njih ide u fasciklu navedenu u --output; \"-\" je standardni ulaz"},
     {Text::kOutputOption, "Upisuje rezultat u ovu datoteku umesto na standardni izlaz"},
     {Text::kDecimalsOption, "Broj decimala rezultata, od 0 do 15"},
     {Text::kNoIdOption, "Redovi počinju koordinatama, bez oznake tačke"},
@@ -555,6 +555,9 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kIdentifiersAnew, "{0}, sloj {1}: format {2} iznova numeriše elemente"},
     {Text::kDomainLeftOut, "{0}: domen polja {1} se izostavlja: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kMeasuresLeftOut, "{0}, sloj {1}: format {2} nema mere (M); one se izostavljaju"},
+    {Text::kNoGeometries, "{0}: nijedan sloj nema geometrije, pa nema šta da se transformiše"},
+    {Text::kPagesLeftOut, "{0}: rasteri u ovoj datoteci se izostavljaju; kv_tr warp ih transformiše"},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

@@ -145,7 +145,7 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kLanguageOption, "Ngôn ngữ của các văn bản: hu, ro, vi, en, sr"},
     {Text::kJsonOption, "In kết quả dưới dạng một đối tượng JSON"},
     {Text::kDecimalCommaOption, "Đọc và ghi các số với dấu phẩy thập phân"},
-    {Text::kTransformArgument, "Tệp cần tính chuyển; \"-\" là đầu vào chuẩn"},
+    {Text::kTransformArgument, "Văn bản chứa điểm, tập dữ liệu gồm các lớp như GeoPackage, hoặc thư mục chứa tập dữ liệu; nhiều tệp thì ghi vào thư mục nêu ở --output; \"-\" là đầu vào chuẩn"},
     {Text::kOutputOption, "Ghi kết quả vào tệp này thay cho đầu ra chuẩn"},
     {Text::kDecimalsOption, "Số chữ số thập phân của kết quả, từ 0 đến 15"},
     {Text::kNoIdOption, "Các dòng bắt đầu bằng tọa độ, không có số hiệu điểm"},
@@ -555,6 +555,9 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kIdentifiersAnew, "{0}, lớp {1}: định dạng {2} đánh số lại các đối tượng"},
     {Text::kDomainLeftOut, "{0}: miền giá trị {1} bị bỏ ra: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kMeasuresLeftOut, "{0}, lớp {1}: định dạng {2} không có giá trị đo (M); chúng bị bỏ ra"},
+    {Text::kNoGeometries, "{0}: không lớp nào có hình học nên không có gì để tính chuyển"},
+    {Text::kPagesLeftOut, "{0}: các ảnh raster trong tệp này bị bỏ ra; kv_tr warp biến đổi chúng"},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));
