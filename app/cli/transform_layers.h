@@ -34,6 +34,7 @@ struct TransformTask {
     std::string output;  // empty for the standard output
     bool isDataSet = false;
     bool intoFolder = false;
+    bool fromFolder = false;
 };
 
 /// What is to be done with files and folders. False after it was told why it cannot be done.

@@ -162,7 +162,9 @@ bool AddFolder(std::vector<TransformTask>& tasks, const std::string& input,
     if (found.empty()) return Refuse(Text::kNoDataSetInside, {Excerpt(input)});
     return std::ranges::all_of(found, [&](const fs::path& file) {
         const fs::path below = file.lexically_relative(input).parent_path();
-        return AddTask(tasks, file, output / below, true, options);
+        if (!AddTask(tasks, file, output / below, true, options)) return false;
+        tasks.back().fromFolder = true;
+        return true;
     });
 }
 
@@ -171,7 +173,8 @@ bool AddFolder(std::vector<TransformTask>& tasks, const std::string& input,
 bool PlanTasks(std::vector<TransformTask>& tasks, const std::vector<std::string>& inputs,
                const std::string& output, const LayerOptions& options) {
     const bool single = inputs.size() == 1;
-    const bool toFolder = IsFolder(output) || output.ends_with('/');
+    const bool isGeodatabase = HasExtension(output, "gdb");  // a data set that is a folder
+    const bool toFolder = (IsFolder(output) && !isGeodatabase) || output.ends_with('/');
     for (const std::string& input : inputs) {
         const bool isDataSet = input != "-" && IsDataSet(input, output, options);
         const bool isFolder = !isDataSet && IsFolder(input);

@@ -61,12 +61,16 @@ TEST_F(LayerCommands, GivesFilesAndFoldersTheirPlacesInTheOutput) {
     fs::copy_file(work + "p.gpkg", work + "in/sub/q.gpkg");
     WriteFile(work + "in/readme.txt", "not points");
     WriteFile(work + "a.txt", "A 1 2\n");
-    ASSERT_EQ(Run("kv_tr transform p.gpkg --format GeoJSON --output in/" + shift), 0) << err;
+    ASSERT_EQ(Run("kv_tr transform p.gpkg --format 'ESRI Shapefile' --output in/" + shift), 0)
+        << err;
     Remember();
     ASSERT_EQ(Run("kv_tr transform a.txt p.gpkg in --output out --axes ne" + shift), 0) << err;
-    EXPECT_EQ(New(), (std::set<std::string>{"out/a.txt", "out/p.gpkg", "out/sub/q.gpkg",
-                                            "out/p/parcels.geojson", "out/p/edges.geojson",
-                                            "out/p/owners.geojson"}));
+    std::set<std::string> wanted{"out/a.txt", "out/p.gpkg", "out/sub/q.gpkg"};
+    for (const char* name :
+         {"edges.shp", "edges.shx", "edges.dbf", "edges.cpg", "parcels.shp", "parcels.shx",
+          "parcels.dbf", "parcels.cpg", "owners.dbf", "owners.cpg"})
+        wanted.insert(std::string("out/p/") + name);
+    EXPECT_EQ(New(), wanted);
     EXPECT_EQ(ReadFile(work + "out/a.txt"), "A 101.000 202.000\n");
     Remember();
     EXPECT_EQ(Run("kv_tr transform a.txt p.gpkg in --output out" + shift), 1);

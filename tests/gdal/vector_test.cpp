@@ -392,6 +392,11 @@ TEST_F(Layers, ReplacesADataSetWholeOrNotAtAll) {
     EXPECT_FALSE(fs::exists(File("o.prj")));  // would state the system of the older one
     EXPECT_EQ(test::ReadFile(File("o.txt")), "old");
 
+    fs::create_symlink("later.gpkg", File("link.gpkg"));
+    TransformLayers({.source = File("in.gpkg"), .target = File("link.gpkg")}, {Similarity()});
+    EXPECT_TRUE(fs::is_symlink(File("link.gpkg")));
+    EXPECT_EQ(PointsOf(File("later.gpkg")).size(), 1U);
+
     fs::remove(File("o.shp"));  // only a member is in the way
     request.replaces = false;
     EXPECT_EQ(Refusal([&] { TransformLayers(request, {Similarity()}); }), Text::kTargetExists);

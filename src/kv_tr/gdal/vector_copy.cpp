@@ -35,8 +35,6 @@ PointPrecision::Extrapolation OutsideOf(const PointPrecision& precision,
     return precision.Outside(points);
 }
 
-std::string NumberOf(const OGRFeature& feature) { return std::to_string(feature.GetFID()); }
-
 }  // namespace
 
 LayerCopy::LayerCopy(OGRLayer& source, LikeLayer& target, const LayerPlan& plan,
@@ -133,9 +131,10 @@ void LayerCopy::DropLost(Features& features) {
         begin = end;
         if (trouble == troubles_.begin() + static_cast<std::ptrdiff_t>(end)) continue;
         if (!request_.keepGoing) {
-            throw DataSetError(Text::kFeatureNotMapped,
-                               {plan_.source, source_.GetName(), NumberOf(*features[i])},
-                               ReasonFor(map_.map, *trouble));
+            throw DataSetError(
+                Text::kFeatureNotMapped,
+                {plan_.source, source_.GetName(), std::to_string(features[i]->GetFID())},
+                ReasonFor(map_.map, *trouble));
         }
         features[i].reset();
         ++result_.leftOut;
@@ -147,12 +146,13 @@ void LayerCopy::Write(Features& features) {
     const ErrorLog errors;
     for (auto& feature : features) {
         feature = target_.Fitted(std::move(feature));
+        const auto number = feature->GetFID();
         if (target_.Layer().CreateFeature(feature.get()) == OGRERR_NONE &&
             errors.Failures().empty()) {
             continue;
         }
-        throw DataSetError(Text::kFeatureNotWritten,
-                           {plan_.source, source_.GetName(), NumberOf(*feature), errors.Cause()});
+        throw DataSetError(Text::kFeatureNotWritten, {plan_.source, source_.GetName(),
+                                                      std::to_string(number), CauseOf(errors)});
     }
     for (const std::string& warning : errors.Warnings()) {
         result_.remarks.push_back({Text::kGdalSays, {plan_.source, warning}});

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <string_view>
+#include <system_error>
 
-#include "kv_tr/gdal/gdal_errors.h"
 #include "kv_tr/gdal/vector_geometry.h"
 
 namespace kv_tr::gdal {
@@ -35,10 +35,14 @@ bool HoldsAllOf(const OGRFieldDefn& target, const OGRFieldDefn& source) {
     const auto isNarrower = [](int made, int wanted) {
         return wanted > 0 && made > 0 && made < wanted;
     };
-    return std::string_view(target.GetNameRef()) == source.GetNameRef() &&
-           target.GetType() == source.GetType() && target.GetSubType() == source.GetSubType() &&
-           !isNarrower(target.GetWidth(), source.GetWidth()) &&
-           !isNarrower(target.GetPrecision(), source.GetPrecision());
+    if (std::string_view(target.GetNameRef()) != source.GetNameRef() ||
+        target.GetType() != source.GetType() || target.GetSubType() != source.GetSubType()) {
+        return false;
+    }
+    const bool isDate = source.GetType() == OFTDate || source.GetType() == OFTDateTime;
+    return isDate ||  // whose width says nothing
+           (!isNarrower(target.GetWidth(), source.GetWidth()) &&
+            !isNarrower(target.GetPrecision(), source.GetPrecision()));
 }
 
 /// Whether a driver lists its types of fields and this is none of them.
@@ -100,6 +104,11 @@ void SetLayerOptions(Options& options, OGRLayer& source, GDALDriver& driver) {
 }
 
 }  // namespace
+
+std::string CauseOf(const ErrorLog& errors) {
+    const std::string cause = errors.Cause();
+    return cause.empty() ? std::make_error_code(std::errc::io_error).message() : cause;
+}
 
 LikeLayer::LikeLayer(OGRLayer& source, GDALDataset& target, const LayerPlan& plan,
                      const Remark& remark) {

@@ -8,10 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "kv_tr/gdal/gdal_errors.h"
 #include "kv_tr/gdal/vector_formats.h"
 #include "kv_tr/gdal/work.h"
 
 namespace kv_tr::gdal {
+
+/// The cause of a failure to write, also where GDAL names none.
+std::string CauseOf(const ErrorLog& errors);
 
 /// Takes remarks for the user.
 using Remark = std::function<void(DataSetError)>;

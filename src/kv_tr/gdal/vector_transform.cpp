@@ -129,7 +129,9 @@ private:
                                       !std::string_view(system->GetName()).starts_with(kUndefined));
             hasGeometries = hasGeometries || layer->GetLayerDefn()->GetGeomFieldCount() > 0;
         }
-        if (!hasGeometries) throw DataSetError(Text::kNoGeometries, {plan_.source});
+        if (!hasGeometries && !request_.mayBeTable) {
+            throw DataSetError(Text::kNoGeometries, {plan_.source});
+        }
         if (!request_.crs.IsStated() && hadSystem) {
             result_.remarks.push_back({Text::kCrsDropped, {plan_.source}});
         }
@@ -201,7 +203,7 @@ private:
     }
 
     DataSetError NotWritten(const ErrorLog& errors) const {
-        return {Text::kTargetNotWritable, {result_.target.string(), errors.Cause()}};
+        return {Text::kTargetNotWritable, {result_.target.string(), CauseOf(errors)}};
     }
 
     void CopyFeatures(OGRLayer& layer, LikeLayer& like) {

@@ -19,6 +19,7 @@ struct VectorRequest {
     std::filesystem::path target;
     std::string format{};      ///< a driver of GDAL; otherwise the ending of the target tells
     bool mayBeFolder = false;  ///< layers that need files of their own get a folder for the target
+    bool mayBeTable = false;   ///< a source without geometries is copied
     bool replaces = false;     ///< a target that exists
     bool keepGoing = false;    ///< features without an image are left out
     TargetCrs crs{};

@@ -15,6 +15,7 @@ namespace kv_tr::gdal {
 namespace fs = std::filesystem;
 namespace {
 
+constexpr int kMostLinks = 40;
 constexpr const char* kLockName = ".lock";
 constexpr const char* kOldName = ".old";  // what was at the target while it is replaced
 
@@ -66,6 +67,9 @@ void SynchroniseAll(const fs::path& path) {
 WrittenBeside::WrittenBeside(const fs::path& target, bool replaces)
     : target_(fs::absolute(target)), replaces_(replaces) {
     std::error_code error;
+    for (int links = 0; links < kMostLinks && fs::is_symlink(target_, error); ++links) {
+        target_ = target_.parent_path() / fs::read_symlink(target_, error);
+    }
     if (auto followed = fs::weakly_canonical(target_, error); !error) target_ = followed;
     if (fs::exists(target_, error)) {
         if (!replaces_) throw DataSetError(Text::kTargetExists, {target.string()});
