@@ -555,6 +555,7 @@ enum class Text : int {
     kPythonFormat = 1590,
     kSqlFormat = 1591,
     kFormulasFormat = 1592,
+
     // Whole data sets.
     kTargetExists = 1600,
     kTargetNotWritable = 1601,
@@ -592,6 +593,9 @@ enum class Text : int {
     kIdentifiersAnew = 1633,
     kDomainLeftOut = 1634,
     kGdalSays = 1635,
+    kMeasuresLeftOut = 1636,
+    kNoGeometries = 1637,
+    kPagesLeftOut = 1638,
 
     // Rasters.
     kNoRasterInverse = 1650,
