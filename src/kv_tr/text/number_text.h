@@ -25,8 +25,8 @@ void AppendFixed(std::string& text, double value, int decimals, NumberStyle styl
 /// Room that WriteFixed needs.
 inline constexpr std::size_t kMostFixed = 24;
 
-/// Writes FixedText to a place with room for kMostFixed bytes and returns where the text ends; null,
-/// with nothing written, for the few values for which there is no short way.
+/// Writes FixedText to a place with room for kMostFixed bytes and returns where the text ends;
+/// null, with nothing written, for the few values for which there is no short way.
 char* WriteFixed(char* place, double value, int decimals, NumberStyle style = {});
 
 /// The value as 0.000000000000000E+00: 16 significant digits, rounded as FixedText rounds.
