@@ -15,7 +15,6 @@
 #include "cli/program.h"
 #include "cli/terminal.h"
 #include "kv_tr/gdal/raster_warp.h"
-#include "kv_tr/interchange/exact_text.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/text/number_text.h"
@@ -163,7 +162,7 @@ void Tell(const gdal::RasterResult& result, const std::string& output) {
     const gdal::RasterGrid& grid = result.grid;
     std::cout << Translated(Text::kRasterWritten,
                             {output, std::to_string(grid.columns), std::to_string(grid.lines),
-                             ExactText(grid.width), ExactText(grid.height)})
+                             ShortestText(grid.width), ShortestText(grid.height)})
               << '\n';
 }
 

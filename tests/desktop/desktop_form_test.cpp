@@ -74,9 +74,10 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
     form.OpenFile(folder.File("good.dat"));
     EXPECT_EQ(form.Record().eType, TR_AFFIN);
 
-    EXPECT_EQ(DesktopForm(*platform.texts).Recent(),
-              (std::vector{folder.File("good.dat"), folder.File("six.txt"),
-                           folder.File("order1.all"), folder.File("shift.trp")}));
+    EXPECT_EQ(
+        DesktopForm(*platform.texts).Recent(),
+        (std::vector{folder.File("good.dat"), folder.File("six.txt"), folder.File("order1.all"),
+                     folder.File("m.tfw"), folder.File("proj.txt"), folder.File("shift.trp")}));
 }
 
 TEST_F(Desktop, TransformsWhatIsTypedAndKeepsParametersThatNoDialogConfirmed) {
