@@ -12,6 +12,7 @@
 #include "cli/parameters.h"
 #include "cli/program.h"
 #include "cli/terminal.h"
+#include "cli/transform_drawing.h"
 #include "common/coordinate_file.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
@@ -28,6 +29,7 @@ struct TransformOptions {
     std::string output;
     bool sigma = false;
     app::CoordinateOptions coordinates;
+    DrawingFileOptions drawing;
 };
 
 /// Where the lines go: the standard output, or a file that is complete or not there.
@@ -88,6 +90,10 @@ int RunTransform(const TransformOptions& options) {
                      {{"--points", options.source.points}, {"--params", options.source.params}})) {
         return kWrongUsage;
     }
+    if (IsDrawing(options.input, options.output)) {
+        return TransformDrawingFile(options.input, options.output, options.source, options.drawing,
+                                    options.coordinates.keepGoing);
+    }
     PointMap map;
     auto coordinates = options.coordinates;
     const int code =
@@ -141,6 +147,7 @@ Run AddTransform(CLI::App& command) {
     command.add_flag("--no-id", options->coordinates.noId, Translated(Text::kNoIdOption));
     command.add_flag("--keep-going", options->coordinates.keepGoing,
                      Translated(Text::kKeepGoingOption));
+    AddDrawingOptions(command, options->drawing);
     command.get_option("--decimal-comma")->description(Translated(Text::kDecimalCommaOption));
     AddLanguageOption(command);
     return [options] {

@@ -593,6 +593,23 @@ enum class Text : int {
     kIdentifiersAnew = 1633,
     kDomainLeftOut = 1634,
     kGdalSays = 1635,
+
+    // Drawings.
+    kDrawingLine = 1690,
+    kNoDrawing = 1691,
+    kNotAGroupCode = 1692,
+    kDrawingEndsEarly = 1693,
+    kEntityIncomplete = 1694,
+    kTiltedPlane = 1695,
+    kUnknownEntities = 1696,
+    kEntitiesUnmoved = 1697,
+    kNothingWritten = 1698,
+    kCurvesToPolylines = 1699,
+    kCirclesToEllipses = 1700,
+    kTurnedNearly = 1701,
+    kViewsKept = 1702,
+    kDrawingWritten = 1703,
+    kDrawingToleranceOption = 1704,
 };
 
 }  // namespace kv_tr

@@ -555,6 +555,21 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kIdentifiersAnew, "{0}, layer {1}: the format {2} numbers features anew"},
     {Text::kDomainLeftOut, "{0}: the field domain {1} is left out: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kDrawingLine, "{0}, line {1}: {2}"},
+    {Text::kNoDrawing, "this is no DXF drawing, which would begin with a section"},
+    {Text::kNotAGroupCode, "not the code of a group: {0}"},
+    {Text::kDrawingEndsEarly, "the drawing ends here without EOF, as if it were cut off"},
+    {Text::kEntityIncomplete, "coordinates are missing"},
+    {Text::kTiltedPlane, "lies in a plane that is not horizontal"},
+    {Text::kUnknownEntities, "{0}: entities of types that cannot be transformed, the first one in line {1}: {2}. With --keep-going they stay where they are."},
+    {Text::kEntitiesUnmoved, "{0}: {1} entities stay where they are because of their problems."},
+    {Text::kNothingWritten, "{0} was not written"},
+    {Text::kCurvesToPolylines, "{0}: curves that became polylines, which depart from them by {1} at most: {2}"},
+    {Text::kCirclesToEllipses, "{0}: circles and arcs that became ellipses: {1}"},
+    {Text::kTurnedNearly, "{0}: turned and scaled as nearly as their type allows, as the scale depends on the direction by up to {1} of itself: {2}"},
+    {Text::kViewsKept, "{0}: {1} views stay as they were, because they are twisted or inclined or show places without an image"},
+    {Text::kDrawingWritten, "{0}: {1} entities were transformed"},
+    {Text::kDrawingToleranceOption, "How far the polylines that replace curves of a drawing may be from them, in units of the result; curves stay under similarities"},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

@@ -556,6 +556,21 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kIdentifiersAnew, "{0}, {1} réteg: a(z) {2} formátum újraszámozza az elemeket"},
     {Text::kDomainLeftOut, "{0}: a(z) {1} mezőtartomány kimarad: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kDrawingLine, "{0}, {1}. sor: {2}"},
+    {Text::kNoDrawing, "ez nem DXF-rajz, mert az szakasszal kezdődne"},
+    {Text::kNotAGroupCode, "nem csoportkód: {0}"},
+    {Text::kDrawingEndsEarly, "a rajz itt EOF nélkül végződik, mintha csonka volna"},
+    {Text::kEntityIncomplete, "koordináták hiányoznak"},
+    {Text::kTiltedPlane, "nem vízszintes síkban fekszik"},
+    {Text::kUnknownEntities, "{0}: nem transzformálható típusú elemek, az első az {1}. sorban: {2}. A --keep-going kapcsolóval a helyükön maradnak."},
+    {Text::kEntitiesUnmoved, "{0}: {1} elem a hibája miatt a helyén marad."},
+    {Text::kNothingWritten, "{0} nem készült el"},
+    {Text::kCurvesToPolylines, "{0}: törtvonallá vált görbék, eltérésük legfeljebb {1}: {2}"},
+    {Text::kCirclesToEllipses, "{0}: ellipszissé vált körök és ívek: {1}"},
+    {Text::kTurnedNearly, "{0}: a típusuk által megengedett legjobb közelítéssel elforgatva és méretezve, mert a méretarány az iránytól legfeljebb {1} részében függ: {2}"},
+    {Text::kViewsKept, "{0}: {1} nézet változatlan maradt, mert elforgatott vagy ferde, vagy képpel nem rendelkező helyet mutat"},
+    {Text::kDrawingWritten, "{0}: {1} elem transzformálva"},
+    {Text::kDrawingToleranceOption, "Mennyire térhetnek el a rajz görbéit helyettesítő törtvonalak a görbéktől, az eredmény egységében; hasonlóságnál a görbék megmaradnak"},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

@@ -555,6 +555,21 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kIdentifiersAnew, "{0}, stratul {1}: formatul {2} renumerotează elementele"},
     {Text::kDomainLeftOut, "{0}: domeniul de câmp {1} este omis: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kDrawingLine, "{0}, linia {1}: {2}"},
+    {Text::kNoDrawing, "nu este un desen DXF, care ar începe cu o secțiune"},
+    {Text::kNotAGroupCode, "nu este codul unui grup: {0}"},
+    {Text::kDrawingEndsEarly, "desenul se termină aici fără EOF, ca și cum ar fi trunchiat"},
+    {Text::kEntityIncomplete, "lipsesc coordonate"},
+    {Text::kTiltedPlane, "se află într-un plan care nu este orizontal"},
+    {Text::kUnknownEntities, "{0}: entități de tipuri care nu pot fi transformate, prima în linia {1}: {2}. Cu --keep-going rămân pe loc."},
+    {Text::kEntitiesUnmoved, "{0}: {1} entități rămân pe loc din cauza problemelor lor."},
+    {Text::kNothingWritten, "{0} nu a fost scris"},
+    {Text::kCurvesToPolylines, "{0}: curbe devenite polilinii, care se abat de la ele cu cel mult {1}: {2}"},
+    {Text::kCirclesToEllipses, "{0}: cercuri și arce devenite elipse: {1}"},
+    {Text::kTurnedNearly, "{0}: rotite și scalate atât de apropiat cât permite tipul lor, deoarece scara depinde de direcție cu până la {1} din ea: {2}"},
+    {Text::kViewsKept, "{0}: {1} vederi au rămas neschimbate, fiind rotite sau înclinate ori arătând locuri fără imagine"},
+    {Text::kDrawingWritten, "{0}: {1} entități au fost transformate"},
+    {Text::kDrawingToleranceOption, "Cât se pot abate poliliniile care înlocuiesc curbele unui desen de la acestea, în unitățile rezultatului; la asemănări curbele rămân"},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

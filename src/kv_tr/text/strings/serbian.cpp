@@ -555,6 +555,21 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kIdentifiersAnew, "{0}, sloj {1}: format {2} iznova numeriše elemente"},
     {Text::kDomainLeftOut, "{0}: domen polja {1} se izostavlja: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kDrawingLine, "{0}, red {1}: {2}"},
+    {Text::kNoDrawing, "ovo nije DXF crtež, koji bi počinjao sekcijom"},
+    {Text::kNotAGroupCode, "nije kod grupe: {0}"},
+    {Text::kDrawingEndsEarly, "crtež se ovde završava bez EOF, kao da je presečen"},
+    {Text::kEntityIncomplete, "nedostaju koordinate"},
+    {Text::kTiltedPlane, "leži u ravni koja nije horizontalna"},
+    {Text::kUnknownEntities, "{0}: elementi tipova koji se ne mogu transformisati, prvi u redu {1}: {2}. Uz --keep-going ostaju na svom mestu."},
+    {Text::kEntitiesUnmoved, "{0}: broj elemenata koji zbog svojih problema ostaju na mestu: {1}."},
+    {Text::kNothingWritten, "{0} nije upisan"},
+    {Text::kCurvesToPolylines, "{0}: krive koje su postale polilinije, uz odstupanje od najviše {1}: {2}"},
+    {Text::kCirclesToEllipses, "{0}: krugovi i lukovi koji su postali elipse: {1}"},
+    {Text::kTurnedNearly, "{0}: zarotirano i razmereno onoliko blisko koliko tip dopušta, jer razmera zavisi od pravca do {1} svoje vrednosti: {2}"},
+    {Text::kViewsKept, "{0}: broj prikaza koji su ostali isti, jer su zarotirani ili nagnuti ili prikazuju mesta bez slike: {1}"},
+    {Text::kDrawingWritten, "{0}: transformisano elemenata: {1}"},
+    {Text::kDrawingToleranceOption, "Koliko polilinije koje zamenjuju krive crteža smeju od njih da odstupe, u jedinicama rezultata; kod sličnosti krive ostaju"},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

@@ -555,6 +555,21 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kIdentifiersAnew, "{0}, lớp {1}: định dạng {2} đánh số lại các đối tượng"},
     {Text::kDomainLeftOut, "{0}: miền giá trị {1} bị bỏ ra: {2}"},
     {Text::kGdalSays, "{0}: {1}"},
+    {Text::kDrawingLine, "{0}, dòng {1}: {2}"},
+    {Text::kNoDrawing, "đây không phải bản vẽ DXF, vốn bắt đầu bằng một phần SECTION"},
+    {Text::kNotAGroupCode, "không phải mã nhóm: {0}"},
+    {Text::kDrawingEndsEarly, "bản vẽ kết thúc ở đây mà không có EOF, như thể bị cắt cụt"},
+    {Text::kEntityIncomplete, "thiếu tọa độ"},
+    {Text::kTiltedPlane, "nằm trong mặt phẳng không nằm ngang"},
+    {Text::kUnknownEntities, "{0}: các đối tượng thuộc kiểu không thể biến đổi, đối tượng đầu tiên ở dòng {1}: {2}. Với --keep-going chúng giữ nguyên vị trí."},
+    {Text::kEntitiesUnmoved, "{0}: {1} đối tượng giữ nguyên vị trí vì có lỗi."},
+    {Text::kNothingWritten, "{0} chưa được ghi"},
+    {Text::kCurvesToPolylines, "{0}: các đường cong đã thành đường gấp khúc, lệch khỏi chúng nhiều nhất {1}: {2}"},
+    {Text::kCirclesToEllipses, "{0}: các đường tròn và cung đã thành elip: {1}"},
+    {Text::kTurnedNearly, "{0}: được xoay và thay đổi tỷ lệ gần đúng nhất mà kiểu cho phép, vì tỷ lệ phụ thuộc hướng tới {1} giá trị của nó: {2}"},
+    {Text::kViewsKept, "{0}: {1} khung nhìn giữ nguyên vì bị xoay, nghiêng hoặc hiển thị nơi không có ảnh"},
+    {Text::kDrawingWritten, "{0}: đã biến đổi {1} đối tượng"},
+    {Text::kDrawingToleranceOption, "Các đường gấp khúc thay cho đường cong của bản vẽ được lệch khỏi chúng bao nhiêu, theo đơn vị của kết quả; với phép đồng dạng các đường cong được giữ nguyên"},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));
