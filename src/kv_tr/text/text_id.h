@@ -634,6 +634,23 @@ enum class Text : int {
     kRasterFormatOption = 1683,
     kUnsuitableNumbers = 1684,
 
+    // Drawings.
+    kDrawingLine = 1690,
+    kNoDrawing = 1691,
+    kNotAGroupCode = 1692,
+    kDrawingEndsEarly = 1693,
+    kEntityIncomplete = 1694,
+    kTiltedPlane = 1695,
+    kUnknownEntities = 1696,
+    kEntitiesUnmoved = 1697,
+    kNothingWritten = 1698,
+    kCurvesToPolylines = 1699,
+    kCirclesToEllipses = 1700,
+    kTurnedNearly = 1701,
+    kViewsKept = 1702,
+    kDrawingWritten = 1703,
+    kDrawingToleranceOption = 1704,
+
     // Control points on maps, and residuals there.
     kOptionNeeds = 1720,
     kAxesWithoutUse = 1721,
