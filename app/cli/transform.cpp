@@ -15,6 +15,7 @@
 #include "cli/parameters.h"
 #include "cli/program.h"
 #include "cli/terminal.h"
+#include "cli/transform_drawing.h"
 #include "cli/transform_layers.h"
 #include "common/coordinate_file.h"
 #include "kv_tr/published/errors.h"
@@ -124,7 +125,7 @@ int TransformTexts(const std::vector<TransformTask>& tasks, const TransformOptio
         return code;
     }
     for (const TransformTask& task : tasks) {
-        if (task.isDataSet) continue;
+        if (task.kind != TaskKind::kText) continue;
         if (task.intoFolder && !options.layers.overwrite && std::filesystem::exists(task.output)) {
             ShowMessage(Translated(Text::kTargetExists, {task.output}), Icon::kExclamation);
             code = kReported;
@@ -142,15 +143,13 @@ bool Suit(const TransformOptions& options, const std::vector<TransformTask>& tas
     std::string ofTexts = options.sigma ? "--sigma" : "";
     if (options.coordinates.noId) ofTexts = "--no-id";
     if (options.hasDecimals) ofTexts = "--decimals";
-    const auto firstOf = [&](bool dataSets) {
-        return std::ranges::find(tasks, dataSets, &TransformTask::isDataSet);
-    };
-    if (const auto text = firstOf(false); !ofLayers.empty() && firstOf(true) == tasks.end()) {
-        PrintNote(Translated(Text::kForDataSetsOnly, {ofLayers, Excerpt(text->input)}));
+    const auto isText = [](const TransformTask& task) { return task.kind == TaskKind::kText; };
+    if (!ofLayers.empty() && std::ranges::all_of(tasks, isText)) {
+        PrintNote(Translated(Text::kForDataSetsOnly, {ofLayers, Excerpt(tasks.front().input)}));
         return false;
     }
-    if (const auto set = firstOf(true); !ofTexts.empty() && firstOf(false) == tasks.end()) {
-        PrintNote(Translated(Text::kForTextsOnly, {ofTexts, Excerpt(set->input)}));
+    if (!ofTexts.empty() && std::ranges::none_of(tasks, isText)) {
+        PrintNote(Translated(Text::kForTextsOnly, {ofTexts, Excerpt(tasks.front().input)}));
         return false;
     }
     return std::ranges::all_of(tasks, [&](const TransformTask& task) {
@@ -165,11 +164,16 @@ int RunTransform(const TransformOptions& options) {
     if (!PlanTasks(tasks, inputs, options.output, options.layers) || !Suit(options, tasks)) {
         return kWrongUsage;
     }
-    const auto dataSets = std::ranges::count(tasks, true, &TransformTask::isDataSet);
+    const auto work = [&](TaskKind kind) -> int {
+        if (std::ranges::find(tasks, kind, &TransformTask::kind) == tasks.end()) return kDone;
+        if (kind == TaskKind::kText) return TransformTexts(tasks, options);
+        const bool isDrawing = kind == TaskKind::kDrawing;
+        return (isDrawing ? TransformDrawings : TransformDataSets)(tasks, options.source,
+                                                                   options.layers);
+    };
     int code = kDone;
-    if (dataSets < std::ssize(tasks)) code = TransformTexts(tasks, options);
-    if (dataSets > 0 && (code == kDone || options.coordinates.keepGoing)) {
-        code = std::max(code, TransformDataSets(tasks, options.source, options.layers));
+    for (const TaskKind kind : {TaskKind::kText, TaskKind::kDrawing, TaskKind::kDataSet}) {
+        if (code == kDone || options.coordinates.keepGoing) code = std::max(code, work(kind));
     }
     return code;
 }

@@ -1,13 +1,11 @@
 // Drawings in DXF through kv_tr transform.
 #include "cli/transform_drawing.h"
 
-#include <CLI/CLI.hpp>
-#include <cmath>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 
-#include "cli/export.h"
 #include "cli/interruption.h"
 #include "cli/program.h"
 #include "cli/terminal.h"
@@ -16,7 +14,6 @@
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/text/file_names.h"
 #include "kv_tr/text/number_text.h"
 #include "kv_tr/text/replacing_file.h"
 
@@ -110,46 +107,20 @@ void NoteCounts(const DrawingReport& report, const std::string& name, double tol
     PrintNote(Translated(Text::kDrawingWritten, {name, std::to_string(report.moved)}));
 }
 
-}  // namespace
-
-void AddDrawingOptions(CLI::App& command, DrawingFileOptions& options) {
-    command.add_option("--axes", options.axes, Translated(Text::kMapAxesOption, {AxisWords()}))
-        ->type_name("AXES")
-        ->check(CheckAxes);
-    command
-        .add_option_function<std::string>(
-            "--tolerance",
-            [&options](const std::string& text) { options.tolerance = *ParseNumber(text); },
-            Translated(Text::kDrawingToleranceOption))
-        ->type_name("UNITS")
-        ->default_str(ShortestText(options.tolerance))
-        ->check([](const std::string& text) {
-            const auto number = ParseNumber(text);
-            const bool suitable = number && *number > 0;
-            return suitable ? "" : Translated(Text::kUnsuitableNumber, {Excerpt(text)});
-        });
-    command.add_flag("--overwrite", options.overwrite, Translated(Text::kOverwriteOption));
-}
-
-bool IsDrawing(const std::string& input, const std::string& output) {
-    return HasExtension(input, "dxf") && HasExtension(output, "dxf");
-}
-
-int TransformDrawingFile(const std::string& input, const std::string& output,
-                         const ParameterSource& source, const DrawingFileOptions& options,
-                         bool keepGoing) {
+/// Transforms one drawing; the exit code.
+int TransformOne(const TransformTask& task, const MapWithAxes& loaded,
+                 const LayerOptions& options) {
+    const std::string& output = task.output;
     std::error_code error;
     if (!options.overwrite && std::filesystem::exists(output, error)) {
         ShowMessage(Translated(Text::kTargetExists, {output}), Icon::kExclamation);
         return kReported;
     }
-    MapWithAxes loaded;
-    if (const int code = LoadMapWithAxes(loaded, source, options.axes); code != kDone) {
-        if (code == kReported) PrintNote(Translated(Text::kNothingTransformed));
-        return code;
-    }
-    const auto bytes = ReadDrawing(input);
+    const auto bytes = ReadDrawing(task.input);
     if (!bytes) return kReported;
+    if (task.intoFolder) {
+        std::filesystem::create_directories(std::filesystem::path(output).parent_path(), error);
+    }
 
     std::optional<ReplacingFile> file;
     std::optional<RemovedWhenInterrupted> guard;
@@ -167,22 +138,40 @@ int TransformDrawingFile(const std::string& input, const std::string& output,
         TransformDrawing(*bytes, loaded.map,
                          {.from = loaded.sourceAxes,
                           .to = loaded.targetAxes,
-                          .tolerance = options.tolerance,
-                          .keepGoing = keepGoing},
+                          .tolerance = options.curveTolerance,
+                          .keepGoing = options.keepGoing},
                          {.write = [&file](std::string_view text) { file->Write(text); },
                           .goOn =
                               [&progress](std::uint64_t lines, std::uint64_t done) {
                                   progress.Show(lines, done);
                                   return true;
                               }});
-    ShowProblems(report, input);
+    ShowProblems(report, task.input);
     if (!report.complete) {
         PrintNote(Translated(Text::kNothingWritten, {output}));
         return kReported;
     }
     if (!file->Commit()) throw WriteFailure(output);
-    NoteCounts(report, input, options.tolerance);
+    NoteCounts(report, task.input, options.curveTolerance);
     return report.problems.empty() && report.unknown.empty() ? kDone : kReported;
+}
+
+}  // namespace
+
+int TransformDrawings(const std::vector<TransformTask>& tasks, const ParameterSource& source,
+                      const LayerOptions& options) {
+    MapWithAxes loaded;
+    if (const int code = LoadMapWithAxes(loaded, source, options.axes); code != kDone) {
+        if (code == kReported) PrintNote(Translated(Text::kNothingTransformed));
+        return code;
+    }
+    int code = kDone;
+    for (const TransformTask& task : tasks) {
+        if (task.kind != TaskKind::kDrawing) continue;
+        code = std::max(code, TransformOne(task, loaded, options));
+        if (code != kDone && !options.keepGoing) break;
+    }
+    return code;
 }
 
 }  // namespace kv_tr::cli

@@ -1,31 +1,15 @@
 // Drawings in DXF through kv_tr transform.
 #pragma once
 
-#include <string>
+#include <vector>
 
 #include "cli/parameters.h"
-
-namespace CLI {
-class App;
-}
+#include "cli/transform_layers.h"
 
 namespace kv_tr::cli {
 
-/// Options of transform that drawings need beyond those of texts.
-struct DrawingFileOptions {
-    std::string axes;  // "ne", "es,en"; otherwise those of the parameters
-    double tolerance = 0.001;
-    bool overwrite = false;
-};
-
-void AddDrawingOptions(CLI::App& command, DrawingFileOptions& options);
-
-/// Whether a drawing is to be transformed into a drawing: both files are named so.
-bool IsDrawing(const std::string& input, const std::string& output);
-
-/// Transforms a drawing; the exit code.
-int TransformDrawingFile(const std::string& input, const std::string& output,
-                         const ParameterSource& source, const DrawingFileOptions& options,
-                         bool keepGoing);
+/// Transforms the drawings among the tasks; the exit code.
+int TransformDrawings(const std::vector<TransformTask>& tasks, const ParameterSource& source,
+                      const LayerOptions& options);
 
 }  // namespace kv_tr::cli

@@ -135,7 +135,7 @@ int TransformDataSets(const std::vector<TransformTask>& tasks, const ParameterSo
     }
     int code = kDone;
     for (const TransformTask& task : tasks) {
-        if (!task.isDataSet) continue;
+        if (task.kind != TaskKind::kDataSet) continue;
         code = std::max(code, TransformDataSet(task, loaded, crs, options));
         if (code != kDone && !options.keepGoing) break;
     }
@@ -147,7 +147,8 @@ int TransformDataSets(const std::vector<TransformTask>& tasks, const ParameterSo
 int TransformDataSets(const std::vector<TransformTask>& tasks, const ParameterSource&,
                       const LayerOptions&) {
     for (const TransformTask& task : tasks) {
-        if (task.isDataSet) PrintNote(Translated(Text::kNeedsGdal, {Excerpt(task.input)}));
+        if (task.kind == TaskKind::kDataSet)
+            PrintNote(Translated(Text::kNeedsGdal, {Excerpt(task.input)}));
     }
     return kReported;
 }

@@ -1,6 +1,7 @@
 // Whole data sets through kv_tr transform.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -28,11 +29,14 @@ struct LayerOptions {
 
 void AddLayerOptions(CLI::App& command, LayerOptions& options);
 
+/// What a file holds. Only a drawing that is to be one again is a drawing.
+enum class TaskKind : std::uint8_t { kText, kDataSet, kDrawing };
+
 /// A file and where its points, transformed, go.
 struct TransformTask {
     std::string input;   // "-" for the standard input
     std::string output;  // empty for the standard output
-    bool isDataSet = false;
+    TaskKind kind = TaskKind::kText;
     bool intoFolder = false;
     bool fromFolder = false;
 };

@@ -134,11 +134,23 @@ bool Refuse(Text text, std::initializer_list<std::string> values) {
     return false;
 }
 
+TaskKind KindOf(const std::string& input, const std::string& output, bool isDataSet,
+                const LayerOptions& options) {
+    if (!isDataSet) return TaskKind::kText;
+    const bool isDrawing =
+        HasExtension(input, "dxf") && HasExtension(output, "dxf") && options.format.empty();
+    return isDrawing ? TaskKind::kDrawing : TaskKind::kDataSet;
+}
+
 /// Adds a file to the tasks; its result goes to a folder.
 bool AddTask(std::vector<TransformTask>& tasks, const fs::path& input, const fs::path& folder,
              bool isDataSet, const LayerOptions& options) {
     const auto name = isDataSet ? NameOfResult(input, options) : input.filename();
-    if (name) tasks.push_back({input.string(), (folder / *name).string(), isDataSet, true});
+    if (name) {
+        const std::string result = (folder / *name).string();
+        const TaskKind kind = KindOf(input.string(), result, isDataSet, options);
+        tasks.push_back({input.string(), result, kind, true});
+    }
     return name.has_value();
 }
 
@@ -184,7 +196,7 @@ bool PlanTasks(std::vector<TransformTask>& tasks, const std::vector<std::string>
         }
         if (output.empty()) return Refuse(Text::kOutputNeeded, {Excerpt(input)});
         if (single && isDataSet && !toFolder) {
-            tasks.push_back({input, output, true});
+            tasks.push_back({input, output, KindOf(input, output, true, options)});
             return true;
         }
         if (!toFolder && fs::exists(output)) {

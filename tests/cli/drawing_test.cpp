@@ -27,7 +27,7 @@ TEST_F(CommandLine, TransformsDrawingsAndLeavesNothingHalfWritten) {
     EXPECT_NE(err.find("cut.dxf, line 10: "), err.npos) << err;
     EXPECT_EQ(Run("kv_tr transform solid.dxf --output d.dxf" + transform), 1);
     EXPECT_NE(err.find("line 12: REGION 1."), err.npos) << err;
-    EXPECT_EQ(Run("kv_tr transform a.dxf --output d.dxf --tolerance 0" + transform), 2);
+    EXPECT_EQ(Run("kv_tr transform a.dxf --output d.dxf --curve-tolerance 0" + transform), 2);
     EXPECT_TRUE(Files() == before);
     EXPECT_EQ(Run("kv_tr transform solid.dxf --output d.dxf --keep-going" + transform), 1);
     EXPECT_NE(Files()["d.dxf"].find("101\n20\n202\n0\nREGION\n5\n1F\n"), std::string::npos);

@@ -649,7 +649,6 @@ enum class Text : int {
     kTurnedNearly = 1701,
     kViewsKept = 1702,
     kDrawingWritten = 1703,
-    kDrawingToleranceOption = 1704,
 
     // Control points on maps, and residuals there.
     kOptionNeeds = 1720,
