@@ -304,6 +304,19 @@ void PrintJson(const Work& work, bool fitted, const FindingsOptions& options) {
     std::cout << JsonText(report) << '\n';
 }
 
+/// Whether no option is given that another one would have to go with; otherwise a note says which.
+bool HaveUseAll(const AdjustOptions& options) {
+    const ExportOptions& exports = options.exports;
+    const std::vector<NamedValue> ofPoints{{"--save-format", options.saveFormat}};
+    const std::vector<NamedValue> ofVectors{{"--vector-scale", options.vectorScale}};
+    const std::vector<NamedValue> ofExports{{"--source-crs", exports.sourceCrs}};
+    const std::vector<NamedValue> ofMaps{{"--target-crs", exports.targetCrs}};
+    return HaveUse(ofPoints, "--save-points", !options.savePoints.empty()) &&
+           HaveUse(ofVectors, "--residual-vectors", !options.residualVectors.empty()) &&
+           HaveUse(ofExports, "--export", !exports.wanted.empty()) &&
+           HaveUse(ofMaps, "--export", options.WritesMaps());
+}
+
 int RunAdjust(const AdjustOptions& options) {
     std::vector<NamedFile> written{{"--log", options.log},
                                    {"--save-points", options.savePoints},
@@ -312,16 +325,8 @@ int RunAdjust(const AdjustOptions& options) {
                                    {"--plot", options.plot}};
     for (const std::string& name : options.report.files) written.push_back({"--report", name});
     for (const NamedFile& file : options.exports.Files()) written.push_back(file);
-    const ExportOptions& exports = options.exports;
-    if (!HaveUse({{"--save-format", options.saveFormat}}, "--save-points",
-                 !options.savePoints.empty()) ||
-        !HaveUse({{"--vector-scale", options.vectorScale}}, "--residual-vectors",
-                 !options.residualVectors.empty()) ||
-        !HaveUse({{"--source-crs", exports.sourceCrs}}, "--export", !exports.wanted.empty()) ||
-        !HaveUse({{"--target-crs", exports.targetCrs}}, "--export", options.WritesMaps())) {
-        return kWrongUsage;
-    }
-    if (!AreDistinct(written) || !OutputSuffices(options.exports, options.json) ||
+    if (!HaveUseAll(options) || !AreDistinct(written) ||
+        !OutputSuffices(options.exports, options.json) ||
         !IsSensible({.target = options.target, .format = options.format})) {
         return kWrongUsage;
     }

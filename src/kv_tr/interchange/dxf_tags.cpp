@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cstring>
 
-#include "kv_tr/interchange/exact_text.h"
 #include "kv_tr/text/number_text.h"
 
 namespace kv_tr::dxf {
@@ -105,7 +104,7 @@ void AppendText(std::string& out, const Tag& tag) {
     if (const auto* text = std::get_if<std::string>(&tag.now)) {
         out += *text;
     } else if (const auto* real = std::get_if<double>(&tag.now)) {
-        out += ExactText(*real);
+        out += ShortestText(*real);
     } else {
         out += std::to_string(std::get<std::int64_t>(tag.now));
     }
