@@ -2,6 +2,7 @@
 #include "kv_tr/gdal/vector_transform.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -17,17 +18,22 @@ namespace kv_tr::gdal {
 namespace fs = std::filesystem;
 namespace {
 
-/// While it lives, GDAL's databases need not wait for the disk: the files are new, and are written
-/// through to the disk when they are complete.
-class NoWaiting {
+/// While it lives, GDAL's databases need not wait for the disk, since the files are new and are
+/// written through to the disk when they are complete; and they have memory for their indices.
+class DatabaseSettings {
 public:
-    NoWaiting() { CPLSetThreadLocalConfigOption(kOption, "OFF"); }
-    ~NoWaiting() { CPLSetThreadLocalConfigOption(kOption, nullptr); }
-    NoWaiting(const NoWaiting&) = delete;
-    NoWaiting& operator=(const NoWaiting&) = delete;
+    DatabaseSettings() {
+        for (const auto& [name, value] : kSettings) CPLSetThreadLocalConfigOption(name, value);
+    }
+    ~DatabaseSettings() {
+        for (const auto& [name, value] : kSettings) CPLSetThreadLocalConfigOption(name, nullptr);
+    }
+    DatabaseSettings(const DatabaseSettings&) = delete;
+    DatabaseSettings& operator=(const DatabaseSettings&) = delete;
 
 private:
-    static constexpr const char* kOption = "OGR_SQLITE_SYNCHRONOUS";
+    static constexpr std::array<std::pair<const char*, const char*>, 2> kSettings{
+        {{"OGR_SQLITE_SYNCHRONOUS", "OFF"}, {"OGR_SQLITE_CACHE", "256"}}};  // MB at the most
 };
 
 struct ReleaseSystem {
@@ -158,7 +164,7 @@ private:
     }
 
     void WriteFile(const fs::path& path, const std::vector<OGRLayer*>& layers) {
-        const NoWaiting noWaiting;
+        const DatabaseSettings settings;
         const ErrorLog errors;
         const std::size_t before = result_.features - result_.leftOut;
         Dataset target(driver_.Create(path.string().c_str(), 0, 0, 0, GDT_Unknown, nullptr));
