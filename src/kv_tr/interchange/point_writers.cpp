@@ -193,6 +193,7 @@ std::string Collection(const std::vector<std::string>& features, const std::stri
 
 std::string GeoJson(const std::vector<Item>& items, const std::string& urn) {
     std::vector<std::string> features;
+    features.reserve(items.size());
     for (const Item& item : items) features.push_back(Feature(item, nullptr, {}));
     return Collection(features, urn);
 }

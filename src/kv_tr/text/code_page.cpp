@@ -298,7 +298,6 @@ std::string ToCodePage(std::string_view utf8, CodePage page) {
 std::optional<std::string> FromUtf16(std::string_view bytes) {
     const bool bigFirst = bytes.starts_with("\xFE\xFF");
     if (!bigFirst && !bytes.starts_with("\xFF\xFE")) return std::nullopt;
-    constexpr char32_t kReplacement = 0xFFFD;
     const auto unit = [&](std::size_t at) {
         const char32_t one = static_cast<unsigned char>(bytes[at]);
         const char32_t other = static_cast<unsigned char>(bytes[at + 1]);
