@@ -81,6 +81,7 @@ int main(int argc, char** argv) {
     kv_tr::benchmarks::RegisterFits();
     kv_tr::benchmarks::RegisterText();
     kv_tr::benchmarks::RegisterRasters();
+    kv_tr::benchmarks::RegisterLayers();
     Table table;
     benchmark::RunSpecifiedBenchmarks(&table);
 }

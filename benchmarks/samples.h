@@ -62,5 +62,6 @@ void RegisterEvaluation();
 void RegisterFits();
 void RegisterText();
 void RegisterRasters();  // where there is GDAL, with its programs
+void RegisterLayers();
 
 }  // namespace kv_tr::benchmarks

@@ -1,5 +1,5 @@
-# What `cmake --install` gives other programs: the library with its headers, the windows if they are
-# built, a CMake package and a pkg-config file, both of which work wherever the folder is moved.
+# What `cmake --install` gives other programs: the library with its headers, the windows and the one
+# for data sets if they are built, a CMake package and a pkg-config file, both of which work wherever the folder is moved.
 include(CMakePackageConfigHelpers)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/kv_tr)
@@ -13,6 +13,11 @@ if(KV_TR_QT) # the component `qt` of the package
     install(TARGETS kv_tr_pdf EXPORT kv_tr-qt-targets)
   endif()
   install(EXPORT kv_tr-qt-targets NAMESPACE kv_tr:: DESTINATION ${package_folder})
+endif()
+if(TARGET kv_tr_gdal) # the component `gdal`
+  install(TARGETS kv_tr_gdal EXPORT kv_tr-gdal-targets FILE_SET HEADERS
+          DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  install(EXPORT kv_tr-gdal-targets NAMESPACE kv_tr:: DESTINATION ${package_folder})
 endif()
 install(FILES cmake/kv_tr-config.cmake DESTINATION ${package_folder})
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -1,13 +1,13 @@
 // kv_tr adjust: a fit and its log.
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <functional>
 #include <iostream>
 #include <string_view>
 #include <unordered_set>
 
+#include "cli/adjustment_json.h"
 #include "cli/export.h"
 #include "cli/file_options.h"
 #include "cli/findings.h"
@@ -15,6 +15,7 @@
 #include "cli/interruption.h"
 #include "cli/json_text.h"
 #include "cli/parameters.h"
+#include "cli/point_output.h"
 #include "cli/point_source.h"
 #include "cli/program.h"
 #include "cli/report.h"
@@ -44,6 +45,9 @@ struct AdjustOptions {
     std::string limit;
     std::string log;
     std::string savePoints;
+    std::string saveFormat;
+    std::string residualVectors;
+    std::string vectorScale;
     std::string saveParams;
     std::string plot;
     bool json = false;
@@ -52,6 +56,25 @@ struct AdjustOptions {
     FindingsOptions findings;
     ReportOptions report;
     ExportOptions exports;
+
+    PointFormat SaveFormat() const {
+        return OutputFormat(saveFormat, savePoints).value_or(PointFormat::kListing);
+    }
+    /// Whether something is written that has map coordinates.
+    bool WritesMaps() const {
+        return !exports.wanted.empty() || !residualVectors.empty() ||
+               (!savePoints.empty() && IsOnMaps(SaveFormat()));
+    }
+    /// The axes of source and destination.
+    std::pair<AxisMapping, AxisMapping> Axes() const {
+        return AxesOfWords(exports.axes).value_or(std::pair<AxisMapping, AxisMapping>{});
+    }
+    /// The same as words for the file, whose source the inverse has as its destination.
+    std::string AxesOfFile() const {
+        if (exports.axes.empty() || !inverse) return exports.axes;
+        const auto [ofSource, ofTarget] = Axes();
+        return std::string(AxisWord(ofTarget)) + "," + std::string(AxisWord(ofSource));
+    }
 };
 
 /// An adjustment on its way from the points of a file to a fit.
@@ -87,6 +110,20 @@ public:
     double Limit() const { return limit_; }
     /// The types to which exclusion has lowered the one asked for, step by step.
     const std::vector<Type>& Lowered() const { return lowered_; }
+    /// What a file of the points or of their residuals gets.
+    PointsToWrite ToWrite() const {
+        const auto [sourceAxes, targetAxes] = options_.Axes();
+        const bool ofSource = options_.inverse;  // what the file told of its destination
+        const bool named = !options_.exports.targetCrs.empty();
+        return {.points = adjustment_.Points(),
+                .residuals = adjustment_.Residuals(),
+                .sigmas = ofSource ? std::span<const Point>() : sigmas_,
+                .crs = named      ? options_.exports.targetCrs
+                       : ofSource ? std::string()
+                                  : crs_,
+                .sourceAxes = sourceAxes,
+                .targetAxes = targetAxes};
+    }
     /// Whether nothing was wrong with the points in use and their fit.
     bool IsGood() const { return good_; }
 
@@ -96,18 +133,21 @@ private:
     /// Standard deviations that the file names are used unless the options have others.
     bool Load() {
         const FindingsOptions& findings = options_.findings;
-        std::vector<Point> sigmas;
-        if (!LoadPoints(adjustment_,
-                        {.file = options_.points,
-                         .target = options_.target,
-                         .format = options_.format,
-                         .decimalComma = options_.decimalComma,
-                         .sigmaColumns = findings.HasSigmaColumns()},
-                        &sigmas)) {
+        auto loaded = LoadPoints({.file = options_.points,
+                                  .target = options_.target,
+                                  .format = options_.format,
+                                  .decimalComma = options_.decimalComma,
+                                  .sigmaColumns = findings.HasSigmaColumns(),
+                                  .axes = options_.AxesOfFile()});
+        if (!loaded) return false;
+        if (!options_.exports.axes.empty() && !loaded->onMaps && !options_.WritesMaps()) {
+            PrintNote(Translated(Text::kAxesWithoutUse));
             return false;
         }
+        adjustment_.Assign(loaded->points);
+        crs_ = std::move(loaded->crs);
         if (!findings.sigma.empty() && !findings.HasSigmaColumns()) return true;
-        sigmas_ = std::move(sigmas);
+        sigmas_ = std::move(loaded->sigmas);
         if (findings.sigma.empty() && !sigmas_.empty())
             PrintNote(Translated(Text::kSigmasTaken, {options_.points}));
         return true;
@@ -155,6 +195,7 @@ private:
     const double limit_;
     Adjustment adjustment_;
     std::vector<Point> sigmas_;  // of the file
+    std::string crs_;            // likewise
     Findings findings_;
     std::vector<Type> lowered_;
     bool good_ = true;
@@ -164,6 +205,18 @@ bool SavePlot(const Work& work, const std::string& fileName) {
     const std::string svg = SvgOf(PageOf(work.Points(), work.Limit(), {}, GraphPage::kPictureWidth,
                                          GraphPage::kPictureHeight));
     return SaveBytes(fileName, svg);
+}
+
+/// A listing has the layout of a log; its numbers have three decimals.
+bool SavePoints(const Work& work, const AdjustOptions& options) {
+    if (options.SaveFormat() != PointFormat::kListing)
+        return WritePointsTo(options.savePoints, work.ToWrite(), options.SaveFormat());
+    const Adjustment& adjustment = work.Points();
+    const auto excluded = adjustment.Points().size() - adjustment.UsedCount();
+    if (excluded > 0)
+        PrintNote(Translated(Text::kMarksLeftOut, {options.savePoints, std::to_string(excluded)}));
+    return SaveText(options.savePoints,
+                    ListControlPoints(adjustment.Points(), ComponentNumberStyle()) + "\r\n");
 }
 
 /// Exports the transformation of a good fit, unless --force is given.
@@ -210,9 +263,10 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
     saved &= save(options.log, [&] {
         return SaveText(options.log, TextOf(LogOf(work.Points(), ComponentTexts(), style)));
     });
-    saved &= save(options.savePoints, [&] {
-        return SaveText(options.savePoints,
-                        ListControlPoints(work.Points().Points(), style) + "\r\n");
+    saved &= save(options.savePoints, [&] { return SavePoints(work, options); });
+    saved &= save(options.residualVectors, [&] {
+        return WriteVectorsTo(options.residualVectors, work.ToWrite(),
+                              ParseNumber(options.vectorScale, true));
     });
     saved &= save(options.saveParams, [&] {
         if (work.IsGood() || options.force)
@@ -241,66 +295,38 @@ void PrintLog(const Work& work) {
     }
 }
 
-Json StatisticsJson(const Statistics& figures) {
-    return {{"dRmsErr", figures.rms},
-            {"dRmsErrX", figures.rmsFirst},
-            {"dRmsErrY", figures.rmsSecond},
-            {"dMiddleErrX", figures.meanFirst},
-            {"dMiddleErrY", figures.meanSecond}};
-}
-
-Json PointsJson(const Adjustment& adjustment) {
-    Json points = Json::array();
-    for (std::size_t i = 0; i < adjustment.Points().size(); ++i) {
-        const auto& [id, source, destination, used] = adjustment.Points()[i];
-        const Residual& residual = adjustment.Residuals()[i];
-        points.push_back({{"sId", id},
-                          {"dXsour", source.first},
-                          {"dYsour", source.second},
-                          {"dXdest", destination.first},
-                          {"dYdest", destination.second},
-                          {"dXerr", residual.first},
-                          {"dYerr", residual.second},
-                          {"bNotUsed", !used}});
-    }
-    return points;
-}
-
-Json MessagesJson() {
-    constexpr std::array kIconNames{"none", "information", "exclamation"};
-    Json messages = Json::array();
-    for (const Message& message : ReportedMessages()) {
-        messages.push_back({{"text", message.text},
-                            {"title", message.title},
-                            {"icon", kIconNames[static_cast<std::size_t>(message.icon)]}});
-    }
-    return messages;
-}
-
-/// Without a fit the parameters and the figures are null.
 void PrintJson(const Work& work, bool fitted, const FindingsOptions& options) {
     const Adjustment& adjustment = work.Points();
-    Json report;
-    report["type"] = NumberOf(adjustment.FitType());
-    report["typeName"] = TypeName(adjustment.FitType(), ComponentTexts());
-    report["parameters"] = fitted ? ParametersJson(adjustment.Result()) : Json();
-    report["statistics"] = fitted ? StatisticsJson(adjustment.Figures()) : Json();
-    report["points"] = PointsJson(adjustment);
-    report["messages"] = MessagesJson();
+    Json report = AdjustmentJson(adjustment, fitted);
     report["events"] = Json::array();
     for (const Type type : work.Lowered()) report["events"].push_back(NumberOf(type));
     if (fitted) AddFindings(report, adjustment, work.Found(), options);
     std::cout << JsonText(report) << '\n';
 }
 
+/// Whether no option is given that another one would have to go with; otherwise a note says which.
+bool HaveUseAll(const AdjustOptions& options) {
+    const ExportOptions& exports = options.exports;
+    const std::vector<NamedValue> ofPoints{{"--save-format", options.saveFormat}};
+    const std::vector<NamedValue> ofVectors{{"--vector-scale", options.vectorScale}};
+    const std::vector<NamedValue> ofExports{{"--source-crs", exports.sourceCrs}};
+    const std::vector<NamedValue> ofMaps{{"--target-crs", exports.targetCrs}};
+    return HaveUse(ofPoints, "--save-points", !options.savePoints.empty()) &&
+           HaveUse(ofVectors, "--residual-vectors", !options.residualVectors.empty()) &&
+           HaveUse(ofExports, "--export", !exports.wanted.empty()) &&
+           HaveUse(ofMaps, "--export", options.WritesMaps());
+}
+
 int RunAdjust(const AdjustOptions& options) {
     std::vector<NamedFile> written{{"--log", options.log},
                                    {"--save-points", options.savePoints},
                                    {"--save-params", options.saveParams},
+                                   {"--residual-vectors", options.residualVectors},
                                    {"--plot", options.plot}};
     for (const std::string& name : options.report.files) written.push_back({"--report", name});
     for (const NamedFile& file : options.exports.Files()) written.push_back(file);
-    if (!AreDistinct(written) || !OutputSuffices(options.exports, options.json) ||
+    if (!HaveUseAll(options) || !AreDistinct(written) ||
+        !OutputSuffices(options.exports, options.json) ||
         !IsSensible({.target = options.target, .format = options.format})) {
         return kWrongUsage;
     }
@@ -338,6 +364,17 @@ Run AddAdjust(CLI::App& command) {
         });
     AddFileOption(command, "--log", options->log, Text::kLogOption);
     AddFileOption(command, "--save-points", options->savePoints, Text::kSavePointsOption);
+    AddOutputFormatOption(command, "--save-format", options->saveFormat, Text::kSaveFormatOption);
+    AddFileOption(command, "--residual-vectors", options->residualVectors,
+                  Text::kResidualVectorsOption);
+    command
+        .add_option("--vector-scale", options->vectorScale, Translated(Text::kVectorScaleOption))
+        ->type_name("N")
+        ->check([](const std::string& text) {
+            const auto number = ParseNumber(text, true);
+            return number && *number > 0.0 ? ""
+                                           : Translated(Text::kUnsuitableNumber, {Excerpt(text)});
+        });
     AddFileOption(command, "--save-params", options->saveParams, Text::kSaveParamsOption)
         ->check(CheckExtension);
     AddFileOption(command, "--plot", options->plot, Text::kPlotOption)

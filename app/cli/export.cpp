@@ -66,15 +66,19 @@ std::vector<NamedFile> ExportOptions::Files() const {
     return files;
 }
 
+void AddAxesOption(CLI::App& command, std::string& words) {
+    command.add_option("--axes", words, Translated(Text::kAxesOption, {AxisWords()}))
+        ->type_name("AXES")
+        ->check(CheckAxes);
+}
+
 void AddExportOptions(CLI::App& command, ExportOptions& options) {
     command
         .add_option("--export", options.wanted, Translated(Text::kExportOption, {FormatWords()}))
         ->type_name("FORMAT[=FILE]")
         ->allow_extra_args(false)
         ->check(CheckFormat);
-    command.add_option("--axes", options.axes, Translated(Text::kAxesOption, {AxisWords()}))
-        ->type_name("AXES")
-        ->check(CheckAxes);
+    AddAxesOption(command, options.axes);
     command.add_option("--source-crs", options.sourceCrs, Translated(Text::kSourceCrsOption))
         ->type_name("CRS");
     command.add_option("--target-crs", options.targetCrs, Translated(Text::kTargetCrsOption))
@@ -87,6 +91,15 @@ bool OutputSuffices(const ExportOptions& options, bool outputIsTaken) {
     if (toOutput + (outputIsTaken ? 1 : 0) <= 1 || toOutput == 0) return true;
     PrintNote(Translated(Text::kOneExportToOutput));
     return false;
+}
+
+bool HaveUse(const std::vector<NamedValue>& options, const std::string& purpose, bool hasPurpose) {
+    for (const auto& [name, value] : options) {
+        if (value.empty() || hasPurpose) continue;
+        PrintNote(Translated(Text::kOptionNeeds, {name, purpose}));
+        return false;
+    }
+    return true;
 }
 
 bool Export(TransformationRecord record, const ExportOptions& options,

@@ -46,7 +46,12 @@ void NoteOrigin(Type type) {
 }
 
 int RunParams(const ParamsOptions& options) {
-    if (!OutputSuffices(options.exports, false) ||
+    const ExportOptions& exports = options.exports;
+    const std::vector<NamedValue> ofExports{{"--axes", exports.axes},
+                                            {"--source-crs", exports.sourceCrs},
+                                            {"--target-crs", exports.targetCrs}};
+    if (!HaveUse(ofExports, "--export", !exports.wanted.empty()) ||
+        !OutputSuffices(options.exports, false) ||
         !AreDistinct(options.exports.Files(), {{"FILE", options.source.params}})) {
         return kWrongUsage;
     }

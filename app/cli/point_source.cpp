@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "cli/export.h"
 #include "cli/program.h"
 #include "common/point_reading.h"
 #include "kv_tr/interchange/point_lists.h"
@@ -15,10 +16,13 @@ namespace kv_tr::cli {
 namespace {
 
 PointReadingOptions OptionsOf(const PointSource& source) {
+    const auto axes = AxesOfWords(source.axes).value_or(std::pair<AxisMapping, AxisMapping>{});
     return {.format = PointFormatNamed(source.format),
             .codePage = FilesCodePage(),
             .comma = source.decimalComma ? Comma::kDecimalSign : Comma::kSuspect,
-            .sigmas = source.sigmaColumns};
+            .sigmas = source.sigmaColumns,
+            .sourceAxes = axes.first,
+            .targetAxes = axes.second};
 }
 
 std::nullopt_t Complain(const std::string& text) {
@@ -79,6 +83,7 @@ std::optional<LoadedPoints> LoadFile(const PointSource& source, bool allProblems
         .points = std::move(file.points),
         .sigmas = std::move(file.sigmas),
         .crs = std::move(file.crs),
+        .onMaps = IsOnMaps(file.format),
         .files = {{source.file, std::string(WordOf(file.format)), std::move(file.layout)}}};
 }
 
@@ -129,12 +134,10 @@ std::optional<LoadedPoints> LoadPoints(const PointSource& source, bool allProble
     return source.target.empty() ? LoadFile(source, allProblems) : LoadLists(source);
 }
 
-bool LoadPoints(Adjustment& adjustment, const PointSource& source, std::vector<Point>* sigmas) {
-    auto loaded = LoadPoints(source);
-    if (!loaded) return false;
-    adjustment.Assign(loaded->points);
-    if (sigmas != nullptr) *sigmas = std::move(loaded->sigmas);
-    return true;
+bool LoadPoints(Adjustment& adjustment, const PointSource& source) {
+    const auto loaded = LoadPoints(source);
+    if (loaded) adjustment.Assign(loaded->points);
+    return loaded.has_value();
 }
 
 }  // namespace kv_tr::cli

@@ -21,6 +21,7 @@ struct PointSource {
     std::string format{};  // the word of a format, or nothing
     bool decimalComma = false;
     bool sigmaColumns = false;  // behind the coordinates
+    std::string axes{};         // of both systems, where the format is on maps
 };
 
 /// Control points, and how the files that held them were understood.
@@ -34,6 +35,7 @@ struct LoadedPoints {
     std::vector<ControlPoint> points{};
     std::vector<Point> sigmas{};  // a pair a point, or empty
     std::string crs{};
+    bool onMaps = false;  // whether the axes counted
     std::vector<Understood> files{};
 };
 
@@ -49,9 +51,7 @@ bool IsSensible(const PointSource& source);
 /// listing, unless all of them are wanted, all those of other formats.
 std::optional<LoadedPoints> LoadPoints(const PointSource& source, bool allProblems = false);
 
-/// Loads control points into an adjustment, with the standard deviations that they have where there
-/// is a place for them; false after what is wrong with them was reported.
-bool LoadPoints(Adjustment& adjustment, const PointSource& source,
-                std::vector<Point>* sigmas = nullptr);
+/// Loads control points into an adjustment; false after what is wrong with them was reported.
+bool LoadPoints(Adjustment& adjustment, const PointSource& source);
 
 }  // namespace kv_tr::cli

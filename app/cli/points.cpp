@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <iostream>
 
+#include "cli/export.h"
 #include "cli/file_options.h"
-#include "cli/interruption.h"
 #include "cli/json_text.h"
-#include "cli/parameters.h"
+#include "cli/point_output.h"
 #include "cli/point_source.h"
 #include "cli/program.h"
 #include "cli/table.h"
-#include "kv_tr/interchange/exact_text.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 
@@ -75,14 +74,14 @@ void PrintFirstPoints(const LoadedPoints& loaded) {
     for (std::size_t i = 0; i < loaded.points.size() && i < kShown; ++i) {
         const auto& [id, source, destination, used] = loaded.points[i];
         ids.cells.push_back(id);
-        firsts.cells.push_back(ExactText(source.first));
-        seconds.cells.push_back(ExactText(source.second));
-        toFirsts.cells.push_back(ExactText(destination.first));
-        toSeconds.cells.push_back(ExactText(destination.second));
-        marks.cells.push_back(used ? "1" : "0");
+        firsts.cells.push_back(ShortestText(source.first));
+        seconds.cells.push_back(ShortestText(source.second));
+        toFirsts.cells.push_back(ShortestText(destination.first));
+        toSeconds.cells.push_back(ShortestText(destination.second));
+        marks.cells.emplace_back(used ? "1" : "0");
         if (loaded.sigmas.empty()) continue;
-        sigmaFirsts.cells.push_back(ExactText(loaded.sigmas[i].first));
-        sigmaSeconds.cells.push_back(ExactText(loaded.sigmas[i].second));
+        sigmaFirsts.cells.push_back(ShortestText(loaded.sigmas[i].first));
+        sigmaSeconds.cells.push_back(ShortestText(loaded.sigmas[i].second));
     }
     std::vector<Column> columns{ids, firsts, seconds, toFirsts, toSeconds, marks};
     if (!loaded.sigmas.empty()) columns.insert(columns.end(), {sigmaFirsts, sigmaSeconds});
@@ -125,63 +124,33 @@ void PrintJson(const LoadedPoints& loaded) {
     std::cout << JsonText(report) << '\n';
 }
 
-/// Tells what the written file lacks; false after a refusal.
-bool TellWhatIsLost(const PointText& written, const std::string& name) {
-    using Refusal = PointText::Refusal;
-    if (written.refusal != Refusal::kNone) {
-        const bool finite = written.refusal != Refusal::kNotFinite;
-        ShowMessage(Translated(finite ? Text::kOneOrTwoPoints : Text::kNumberNotFinite, {name}),
-                    Icon::kExclamation);
-        return false;
-    }
-    if (written.excludedLeftOut > 0) {
-        PrintNote(
-            Translated(Text::kExcludedLeftOut, {name, std::to_string(written.excludedLeftOut)}));
-    }
-    if (written.identifiersLeftOut) PrintNote(Translated(Text::kIdentifiersLeftOut, {name}));
-    if (written.sigmasLeftOut) PrintNote(Translated(Text::kSigmasLeftOut, {name}));
-    if (written.crsLeftOut) PrintNote(Translated(Text::kSystemLeftOut, {name}));
-    return true;
-}
-
-/// Writes the points to the file, or to the standard output where none is named.
-bool Convert(const LoadedPoints& loaded, const std::string& word, const std::string& output) {
-    const PointFormat format = PointFormatNamed(word).value_or(PointFormat::kListing);
-    const PointText written =
-        WritePoints({.points = loaded.points, .sigmas = loaded.sigmas, .crs = loaded.crs}, format);
-    if (!TellWhatIsLost(written, output.empty() ? word : output)) return false;
-    if (output.empty()) {
-        std::cout << written.text;
-        return true;
-    }
-    const SignalsWait wait;
-    return format == PointFormat::kListing ? SaveText(output, written.text)
-                                           : SaveBytes(output, written.text);
-}
-
-/// The word of the format to write; empty where none is named, nor an ending that stands for one.
-std::string WantedFormat(const PointsOptions& options) {
-    if (!options.to.empty()) return options.to;
-    const auto format = PointFormatOfName(options.output);
-    return format ? std::string(WordOf(*format)) : std::string();
-}
-
 int RunPoints(const PointsOptions& options) {
     const PointSource& source = options.source;
     const std::vector<NamedFile> read{{"FILE", source.file}, {"TARGET", source.target}};
     const std::vector<NamedFile> written{{"--output", options.output}};
     if (!AreDistinct(written, read) || !IsSensible(source)) return kWrongUsage;
-    const std::string to = WantedFormat(options);
-    if (!options.output.empty() && to.empty()) {
+    const auto to = OutputFormat(options.to, options.output);
+    if (!options.output.empty() && !to) {
         PrintNote(Translated(Text::kFormatNeeded, {Excerpt(options.output)}));
         return kWrongUsage;
     }
     const auto loaded = LoadPoints(source, true);
     if (!loaded) return kReported;
-    const bool converted = to.empty() || Convert(*loaded, to, options.output);
+    if (!source.axes.empty() && !loaded->onMaps && !(to && IsOnMaps(*to))) {
+        PrintNote(Translated(Text::kAxesWithoutUse));
+        return kWrongUsage;
+    }
+    const auto axes = AxesOfWords(source.axes).value_or(std::pair<AxisMapping, AxisMapping>{});
+    const bool converted = !to || WritePointsTo(options.output,
+                                                {.points = loaded->points,
+                                                 .sigmas = loaded->sigmas,
+                                                 .crs = loaded->crs,
+                                                 .sourceAxes = axes.first,
+                                                 .targetAxes = axes.second},
+                                                *to);
     if (options.json) {
         PrintJson(*loaded);
-    } else if (to.empty() || !options.output.empty()) {
+    } else if (!to || !options.output.empty()) {
         PrintUnderstood(*loaded);
         PrintFirstPoints(*loaded);
     }
@@ -200,11 +169,8 @@ Run AddPoints(CLI::App& command) {
         ->type_name("WORD")
         ->check(CheckWord("columns"));
     AddFileOption(command, "--output", options->output, Text::kPointOutputOption);
-    command
-        .add_option("--to", options->to,
-                    Translated(Text::kPointOutputFormatOption) + ": " + PointFormatWords())
-        ->type_name("FORMAT")
-        ->check(CheckWord(PointFormatWords()));
+    AddOutputFormatOption(command, "--to", options->to, Text::kPointOutputFormatOption);
+    AddAxesOption(command, source.axes);
     command.add_flag("--decimal-comma", source.decimalComma, Translated(Text::kHasDecimalCommas));
     command.add_flag("--json", options->json, Translated(Text::kJsonOption));
     AddLanguageOption(command);

@@ -34,34 +34,159 @@ void AppendPrecision(const CoordinateFields& fields, const CoordinateOptions& op
     done.outside.Add(options.precision->Outside(points));
 }
 
-/// Appends a line, transformed; nothing for a bad one. The trouble is why a point has no inverse.
-bool AppendTransformed(TransformedLines& done, std::string_view line, const PointMap& map,
-                       const CoordinateOptions& options, NoSource& trouble) {
-    std::string& text = done.text;
+/// A line, and what was found in it.
+struct ReadLine {
+    std::string_view text;
+    std::string_view ending;
+    LineKind kind;
     CoordinateFields fields;
-    const LineKind kind = ReadCoordinates(line, options, fields);
-    if (kind == LineKind::kNoFields) text += line;
-    if (kind != LineKind::kPoint) return kind == LineKind::kNoFields;
-    const auto [image, noImage] = ImageOf(map, fields.point);
-    trouble = noImage;
-    if (!std::isfinite(image.first) || !std::isfinite(image.second)) return false;
+};
 
-    const auto& [id, first, second, point] = fields;
-    const NumberStyle style{options.decimalComma ? ',' : '.'};
-    const auto between = [&text](const char* begin, const char* end) { text.append(begin, end); };
-    between(line.data(), first.data());
-    AppendFixed(text, image.first, options.decimals, style);
-    between(first.data() + first.size(), second.data());
-    AppendFixed(text, image.second, options.decimals, style);
-    between(second.data() + second.size(), line.data() + line.size());
-    if (options.precision) AppendPrecision(fields, options, done);
-    return true;
-}
+/// The end of a text on its way: bytes are gathered here and appended many at once.
+class Gathered {
+public:
+    explicit Gathered(std::string& text) : text_(text) {}
+    ~Gathered() = default;
+    Gathered(const Gathered&) = delete;
+    Gathered& operator=(const Gathered&) = delete;
+
+    void Write(const char* begin, const char* end) {
+        const auto size = static_cast<std::size_t>(end - begin);
+        if (size > Room()) Flush();
+        if (size > Room()) {
+            text_.append(begin, end);
+        } else {
+            place_ = std::copy(begin, end, place_);
+        }
+    }
+
+    void WriteNumber(double value, int decimals, NumberStyle style) {
+        if (Room() < kMostFixed) Flush();
+        if (char* const end = WriteFixed(place_, value, decimals, style)) {
+            place_ = end;
+        } else {
+            Flush();
+            AppendFixed(text_, value, decimals, style);
+        }
+    }
+
+    /// Appends what has been gathered; the text may then be changed otherwise too.
+    void Flush() {
+        text_.append(buffer_.data(), place_);
+        place_ = buffer_.data();
+    }
+
+private:
+    std::size_t Room() const {
+        return static_cast<std::size_t>(buffer_.data() + buffer_.size() - place_);
+    }
+
+    std::string& text_;
+    std::array<char, 4096> buffer_;
+    char* place_ = buffer_.data();
+};
+
+/// Lines that are read together, so that their points are mapped as one array.
+class Batch {
+public:
+    explicit Batch(const PointMap& map, const CoordinateOptions& options)
+        : map_(map), options_(options) {}
+
+    /// Takes lines off the text, maps their points and appends the lines to what is done. False
+    /// when a bad line ended the work.
+    bool TakeFrom(std::string_view& text, TransformedLines& done) {
+        Read(text);
+        MapPairs(map_, std::span(points_).first(2 * pointCount_),
+                 std::span(images_).first(2 * pointCount_),
+                 std::span(troubles_).first(pointCount_));
+        Gathered gathered(done.text);
+        std::size_t point = 0;
+        bool goOn = true;
+        for (const ReadLine& line : std::span(lines_).first(lineCount_)) {
+            const std::size_t index = line.kind == LineKind::kPoint ? point++ : kLines;
+            goOn = Append(line, index, done, gathered);
+            if (!goOn) break;
+        }
+        gathered.Flush();
+        return goOn;
+    }
+
+private:
+    static constexpr std::size_t kLines = 128;
+
+    void Read(std::string_view& text) {
+        pointCount_ = 0;
+        for (lineCount_ = 0; lineCount_ < kLines && !text.empty(); ++lineCount_) {
+            ReadLine& line = lines_[lineCount_];
+            const auto [words, ending] = TakeLine(text);
+            line.text = words;
+            line.ending = ending;
+            line.kind = ReadCoordinates(words, options_, line.fields);
+            if (line.kind != LineKind::kPoint) continue;
+            points_[2 * pointCount_] = line.fields.point.first;
+            points_[2 * pointCount_ + 1] = line.fields.point.second;
+            ++pointCount_;
+        }
+    }
+
+    /// Appends a line whose point has this index, transformed; false for a bad one that ends the
+    /// work.
+    bool Append(const ReadLine& line, std::size_t index, TransformedLines& done,
+                Gathered& text) const {
+        const char* const begin = line.text.data();
+        const char* const end = begin + line.text.size();
+        ++done.lines;
+        if (index < kLines && std::isfinite(images_[2 * index])) {
+            AppendPoint(line, {images_[2 * index], images_[2 * index + 1]}, done, text);
+        } else if (line.kind == LineKind::kNoFields) {
+            text.Write(begin, end);
+        } else {
+            const NoSource trouble = index < kLines && std::holds_alternative<ExactInverse>(map_)
+                                         ? troubles_[index]
+                                         : NoSource::kNone;
+            done.mayHaveDecimalCommas |= SeemsToHaveDecimalCommas(line.text, options_);
+            if (!options_.keepGoing) {
+                done.stoppedAt = line.text;
+                done.stoppedBecause = trouble;
+                return false;
+            }
+            ++done.badLines;
+            done.lost[static_cast<std::size_t>(trouble)] += 1;
+            text.Write(begin, end);
+        }
+        text.Write(end, end + line.ending.size());
+        done.bytes += line.text.size() + line.ending.size();
+        return true;
+    }
+
+    void AppendPoint(const ReadLine& line, Point image, TransformedLines& done,
+                     Gathered& text) const {
+        const auto& [id, first, second, point] = line.fields;
+        const NumberStyle style{options_.decimalComma ? ',' : '.'};
+        text.Write(line.text.data(), first.data());
+        text.WriteNumber(image.first, options_.decimals, style);
+        text.Write(first.data() + first.size(), second.data());
+        text.WriteNumber(image.second, options_.decimals, style);
+        text.Write(second.data() + second.size(), line.text.data() + line.text.size());
+        if (!options_.precision) return;
+        text.Flush();
+        AppendPrecision(line.fields, options_, done);
+    }
+
+    const PointMap& map_;
+    const CoordinateOptions& options_;
+    std::size_t lineCount_ = 0;
+    std::size_t pointCount_ = 0;
+    std::array<ReadLine, kLines> lines_{};
+    std::array<double, 2 * kLines> points_{};
+    std::array<double, 2 * kLines> images_{};
+    std::array<NoSource, kLines> troubles_{};
+};
 
 }  // namespace
 
 bool SeemsToHaveDecimalCommas(std::string_view line, const CoordinateOptions& options) {
-    if (options.decimalComma) return false;
+    if (options.decimalComma || line.find(',') == line.npos) return false;
     return HasDecimalCommas(line, 2) ||
            (!options.noId && HasDecimalCommas(WithoutIdentifier(line), 2));
 }
@@ -69,20 +194,20 @@ bool SeemsToHaveDecimalCommas(std::string_view line, const CoordinateOptions& op
 LineKind ReadCoordinates(std::string_view line, const CoordinateOptions& options,
                          CoordinateFields& fields) {
     if (SeemsToHaveDecimalCommas(line, options)) return LineKind::kBad;
-    std::array<std::string_view, 3> found;
-    std::size_t count = 0;
     auto rest = line;
-    for (const std::size_t wanted = options.noId ? 2 : 3; count < wanted; ++count) {
-        found[count] = NextField(rest, options.decimalComma);
-        if (found[count].empty()) break;
+    fields.id = options.noId ? std::string_view() : NextField(rest, options.decimalComma);
+    auto first = NextNumber(rest, options.decimalComma);
+    auto second = NextNumber(rest, options.decimalComma);
+    if (second.text.empty() && !options.noId) {  // the line's only two
+        second = first;
+        first = {fields.id, ParseNumber(fields.id, options.decimalComma)};
+        fields.id = {};
     }
-    if (count == 0) return LineKind::kNoFields;
-    if (count == 1) return LineKind::kBad;
-    fields = {count == 3 ? found[0] : std::string_view(), found[count - 2], found[count - 1], {}};
-    const auto first = ParseNumber(fields.first, options.decimalComma);
-    const auto second = ParseNumber(fields.second, options.decimalComma);
-    if (!first || !second) return LineKind::kBad;
-    fields.point = {*first, *second};
+    if (first.text.empty()) return LineKind::kNoFields;
+    if (!first.value || !second.value) return LineKind::kBad;
+    fields.first = first.text;
+    fields.second = second.text;
+    fields.point = {*first.value, *second.value};
     return LineKind::kPoint;
 }
 
@@ -90,23 +215,8 @@ TransformedLines TransformLines(std::string_view text, const PointMap& map,
                                 const CoordinateOptions& options) {
     TransformedLines done;
     done.text.reserve(text.size() + text.size() / 4);
-    while (!text.empty()) {
-        const auto [line, ending] = TakeLine(text);
-        ++done.lines;
-        NoSource trouble = NoSource::kNone;
-        if (!AppendTransformed(done, line, map, options, trouble)) {
-            done.mayHaveDecimalCommas |= SeemsToHaveDecimalCommas(line, options);
-            if (!options.keepGoing) {
-                done.stoppedAt = line;
-                done.stoppedBecause = trouble;
-                break;
-            }
-            ++done.badLines;
-            done.lost[static_cast<std::size_t>(trouble)] += 1;
-            done.text += line;
-        }
-        done.text += ending;
-        done.bytes += line.size() + ending.size();
+    Batch batch(map, options);
+    while (!text.empty() && batch.TakeFrom(text, done)) {
     }
     return done;
 }

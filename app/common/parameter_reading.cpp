@@ -62,13 +62,24 @@ WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType
         return {{}, fileName + ": " + ProblemText(*problem, ComponentTexts()) + "."};
     }
     if (unnamed == UnnamedFormat::kRefused && !NamesOwnFormat(fileName))
-        return {{}, Translated(Text::kUnknownExtension, {fileName})};
+        return {{}, Translated(Text::kUnknownParameters, {fileName})};
     std::istringstream lines(text);
     const auto reading =
         ReadParameters(lines, FormatNamed(fileName), linearType,
                        {.codePage = FilesCodePage(), .numbers = numbers, .suspectCommas = commas});
     if (reading.problem) return {{}, Complaint(*reading.problem, fileName)};
     return {TransformationRecord{.transformation = reading.transformation}, {}};
+}
+
+bool HoldsParametersOfOtherPrograms(const std::string& fileName) {
+    auto file = OpenText(fileName);
+    if (!file) return false;
+    const std::string text = TextOf(*file);
+    const auto format = FormatOfText(text);
+    if (format == TransformationFormat::kJson)  // which control points may be, too
+        return text.find("\"plane-transformation\"") != std::string::npos;
+    if (format || !IsWorldFileName(fileName)) return format.has_value();
+    return !ReadTransformation(text, TransformationFormat::kWorldFile).problem;
 }
 
 }  // namespace kv_tr::app

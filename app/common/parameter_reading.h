@@ -24,4 +24,8 @@ WholeParameters ReadParametersWhole(const std::string& fileName, Type linearType
                                     NumberStyle numbers, SuspectCommas commas,
                                     UnnamedFormat unnamed);
 
+/// Whether a file holds a JSON record, a PROJ string or a geotransform, whatever its name, or six
+/// numbers under the name of a world file. False for a file that does not open.
+bool HoldsParametersOfOtherPrograms(const std::string& fileName);
+
 }  // namespace kv_tr::app

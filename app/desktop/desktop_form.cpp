@@ -56,6 +56,7 @@ DesktopForm::FileKind KindOf(const std::string& fileName) {
     for (const char* extension : {"trp", "prm", "all"}) {
         if (HasExtension(fileName, extension)) return kParameters;
     }
+    if (app::HoldsParametersOfOtherPrograms(fileName)) return kParameters;
     const auto line = FirstLine(fileName);
     if (!line) return kUnreadable;
     ControlPoint ignored;

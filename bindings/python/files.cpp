@@ -125,12 +125,24 @@ std::optional<PointFormat> FormatFrom(const std::string& word) {
 
 }  // namespace
 
+std::pair<AxisMapping, AxisMapping> AxesFrom(const std::string& words) {
+    const auto comma = words.find(',');
+    const auto source = AxesNamed(words.substr(0, comma));
+    const auto target = comma == words.npos ? source : AxesNamed(words.substr(comma + 1));
+    if (source && target) return {*source, *target};
+    throw py::value_error("axes must be one of " + AxisWords() +
+                          ", or two of them with a comma between, not " + words);
+}
+
 PointFile ReadPoints(const Path& path, bool decimalComma, bool withSigmas,
-                     const std::string& format) {
+                     const std::string& format, const std::string& axes) {
+    const auto [sourceAxes, targetAxes] = AxesFrom(axes);
     PointFile file = ReadPointsOfFile(
         path.string(), {.format = FormatFrom(format),
                         .comma = decimalComma ? Comma::kDecimalSign : Comma::kSuspect,
-                        .sigmas = withSigmas});
+                        .sigmas = withSigmas,
+                        .sourceAxes = sourceAxes,
+                        .targetAxes = targetAxes});
     if (!file.Complete()) {
         const char* needed = withSigmas
                                  ? "a line has an identifier, four coordinates and one or two "

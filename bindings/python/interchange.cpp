@@ -1,9 +1,12 @@
 // Transformations in the formats of other programs, for Python.
 #include <pybind11/stl.h>
 
+#include <tuple>
+
 #include "kv_tr/interchange/transformation_export.h"
 #include "kv_tr/interchange/transformation_import.h"
 #include "python/binding.h"
+#include "python/files.h"
 #include "python/fitted_points.h"
 #include "python/transformation.h"
 
@@ -16,24 +19,13 @@ TransformationFormat FormatFrom(const std::string& word) {
     return *format;
 }
 
-AxisMapping AxesFrom(const std::string& word) {
-    const auto axes = AxesNamed(word);
-    if (!axes) {
-        throw py::value_error("axes must be one of " + AxisWords() +
-                              ", or two of them with a comma between, not " + word);
-    }
-    return *axes;
-}
-
 std::string TextOf(const KnownTransformation& self, const std::string& word,
                    const std::string& axes, const std::string& sourceCrs,
                    const std::string& targetCrs) {
     const TransformationFormat format = FormatFrom(word);
     auto record = self.origin ? FittedRecord(self.origin->Points(), self)
                               : TransformationRecord{.transformation = self};
-    const auto comma = axes.find(',');
-    record.sourceAxes = AxesFrom(axes.substr(0, comma));
-    record.targetAxes = comma == axes.npos ? record.sourceAxes : AxesFrom(axes.substr(comma + 1));
+    std::tie(record.sourceAxes, record.targetAxes) = AxesFrom(axes);
     record.sourceCrs = sourceCrs;
     record.targetCrs = targetCrs;
     const auto exported = ExportTransformation(record, format);

@@ -23,8 +23,8 @@ Doubles RowsOf(const std::vector<Point>& points) {
 
 /// Identifiers, source, target, and where there are any, standard deviations and marks of use.
 py::tuple PointsOfFile(const Path& path, bool decimalComma, bool withSigmas,
-                       const std::string& format) {
-    const PointFile file = ReadPoints(path, decimalComma, withSigmas, format);
+                       const std::string& format, const std::string& axes) {
+    const PointFile file = ReadPoints(path, decimalComma, withSigmas, format, axes);
     const std::size_t count = file.points.size();
     py::tuple ids(count);
     std::vector<Point> source, target;
@@ -49,7 +49,8 @@ std::vector<std::string> PointsToFile(const Path& path, const std::vector<std::s
                                       const Doubles& source, const Doubles& target,
                                       const std::vector<bool>& used,
                                       const std::optional<Doubles>& sigma,
-                                      const std::string& format) {
+                                      const std::string& format, const std::string& axes) {
+    const auto [sourceAxes, targetAxes] = AxesFrom(axes);
     std::vector<ControlPoint> points;
     std::vector<Point> sigmas;
     for (std::size_t i = 0; i < ids.size(); ++i) {
@@ -59,7 +60,10 @@ std::vector<std::string> PointsToFile(const Path& path, const std::vector<std::s
         points.push_back({ids[i], pair(source), pair(target), used.empty() || used[i]});
         if (sigma) sigmas.push_back(pair(*sigma));
     }
-    const PointText written = WritePointFile(path, {.points = points, .sigmas = sigmas}, format);
+    const PointText written = WritePointFile(
+        path,
+        {.points = points, .sigmas = sigmas, .sourceAxes = sourceAxes, .targetAxes = targetAxes},
+        format);
     std::vector<std::string> lost;
     if (written.excludedLeftOut > 0) {
         lost.push_back("points that are not in use were left out: " +

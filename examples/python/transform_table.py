@@ -10,14 +10,7 @@ import csv
 import os
 import sys
 
-import kv_tr
-
-
-def chosen(options):
-    """The transformation that the options name."""
-    if options.national:
-        return kv_tr.Transformation.national(options.national)
-    return kv_tr.Transformation.load(options.params)
+from transformations import add_options, chosen, images_of, run
 
 
 def read_table(name, columns):
@@ -55,25 +48,20 @@ def write_table(name, columns, rows):
 
 
 def main():
-    national = [info.name for info in kv_tr.NationalInfos()]
     parser = argparse.ArgumentParser(description="Transforms two columns of a CSV table.")
     parser.add_argument("table")
     parser.add_argument("output")
-    source = parser.add_mutually_exclusive_group(required=True)
-    source.add_argument("--params", help="parameter file: .trp, .prm or .all")
-    source.add_argument("--national", choices=national, metavar="SOURCE_DESTINATION")
+    add_options(parser)
     parser.add_argument("--columns", nargs=2, default=["y", "x"], metavar="NAME")
     options = parser.parse_args()
 
     columns, rows, points = read_table(options.table, options.columns)
-    for row, image in zip(rows, chosen(options).transform(points)):
+    images = images_of(chosen(options), points) if points else []
+    for row, image in zip(rows, images):
         row.update(zip(options.columns, (f"{value:.3f}" for value in image)))
     write_table(options.output, columns, rows)
     print(f"{len(rows)} points transformed to {options.output}")
 
 
 if __name__ == "__main__":
-    try:
-        main()
-    except (OSError, ValueError, kv_tr.FileError) as error:
-        sys.exit(str(error))
+    run(main)

@@ -102,7 +102,7 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"kv_tr angle 1 1e200 1e200 --national STG_HER", 1, "^$", "1e200 1e200\n"},
         {"printf '1,5\\n2,5\\n3,0\\n4,0\\n5,0\\n6,0\\n' >c.trp", 0, "", ""},
         {"cp c.trp c.txt; echo '{\"a\": x' >b", 0, "^$", "^$"},
-        {"kv_tr params c.txt", 1, "^$", "\\.all: c\\.txt\n$"},
+        {"kv_tr params c.txt", 1, "^$", "\nc\\.txt holds no .* PROJ "},
         {"kv_tr params b", 1, "^$", "^Invalid .*\nb: line 1, column 7: .* JSON\\.\n$"},
         {"kv_tr adjust shift --type helmert --export proj --axes ne,en", 0,
          "^\\+proj=pipeline \\+step \\+proj=axisswap \\+order=2,1 \\+step \\+proj=affine \\+xoff=.*"
@@ -127,6 +127,8 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"kv_tr adjust shift --export json --export proj", 2, "^$", "Only one format"},
         {"kv_tr adjust shift --export proj=x --log x", 2, "^$", "same file: "},
         {"kv_tr adjust shift --export kml", 2, "^$", "kml; .* json, proj, "},
+        {"kv_tr params --national OL_METER --axes ne", 2, "^$", "^--axes .* --export\n$"},
+        {"kv_tr adjust shift --target-crs EPSG:1", 2, "^$", "^--target-crs .* --export\n$"},
         {"kv_tr adjust shift --export proj --axes up", 2, "^$", "up; .* en, ne, "},
         {"kv_tr transform gone --params new.trp", 1, "^$", "^File open error:gone\n"},
         {"kv_tr angle 50 650000 240000 --national EOV_STG_10e", 0, "^2\\.876057037\n$", "."},

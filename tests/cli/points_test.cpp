@@ -37,6 +37,20 @@ TEST_F(CommandLine, ShowsConvertsAndFitsPointsOfAnyFormat) {
         {"kv_tr points bad.csv --output old --to csv", 1, "^$",
          "bad\\.csv, line 2, column 5: not a number: x\nbad\\.csv, line 3, column 9: .*: y\n$"},
         {"kv_tr points gone", 1, "^$", "^File open error:gone\n$"},
+        {"kv_tr points interchange/scan.points --axes ne,es --to csv", 0,
+         "\n1,-200\\.25,100\\.5,650010\\.123,-238110\\.456,1\r\n", "system"},
+        {"kv_tr points interchange/scan.points --axes ne,es --to qgis | diff - "
+         "interchange/scan.points | grep -c '^[<>]'",
+         0, "^4\n$", "^$"},  // two lines of residuals, which are not kept
+        {"kv_tr points shift --axes ne --to csv", 2, "^$", "^--axes .* no file with map "},
+        {"kv_tr adjust shift --axes ne", 1, "^$", "^--axes .* no file with map "},
+        {"kv_tr adjust interchange/scan.points --type helmert --inverse --axes ne,en --export "
+         "gcps",
+         0, "^-gcp 650010\\.123 238110\\.456 100\\.5 -200\\.25\n", "surplus"},
+        {"kv_tr adjust shift --save-format csv", 2, "^$", "^--save-format .* --save-points\n$"},
+        {"kv_tr adjust shift --vector-scale 5", 2, "^$",
+         "^--vector-scale .* --residual-vectors\n$"},
+        {"kv_tr adjust shift --residual-vectors x --vector-scale 0", 2, "^$", "number: 0\n"},
         {"kv_tr points shift --format xls", 2, "^$", "xls; .* listing, csv, qgis, "},
         {"kv_tr points shift four --format csv", 2, "^$", "^--format .* two lists"},
         {"kv_tr points shift --sigma columns --format csv", 1, "^$", "no columns of standard"},
@@ -80,6 +94,52 @@ TEST_F(CommandLine, LosesNothingFromFormatToFormat) {
     EXPECT_EQ(Files()["a.csv"], Files()["c.csv"]);
     EXPECT_EQ(Run("kv_tr points c.csv --output d.dat && kv_tr points d.dat"), 0);
     EXPECT_NE(out.find("windows-1250"), out.npos) << out;
+}
+
+TEST_F(CommandLine, SavesTheAdjustedPointsWithTheirMarksAndResiduals) {
+    const std::string adjust =
+        "kv_tr adjust examples/swiss_helmert_9.dat --type helmert --exclude 66.301 --save-points ";
+    const std::string crs = " --target-crs EPSG:21781";
+    for (const std::string& to :
+         {std::string("a.csv"), "b.x --save-format geojson" + crs, "c.points --axes sw" + crs})
+        EXPECT_EQ(Run(adjust + to), 0) << err;
+    for (const char* from : {"a.csv", "b.x", "c.points --axes sw"}) {
+        Run(std::string("kv_tr points --json ") + from);
+        const auto read = nlohmann::json::parse(out);
+        EXPECT_EQ(read["used"], 8) << from;
+        EXPECT_EQ(read["points"][0]["use"], false) << from;
+        EXPECT_EQ(read["points"][0]["src_first"], 591294.43) << from;
+        EXPECT_EQ(read["points"][0]["dst_second"], 255778.741) << from;
+    }
+    EXPECT_NE(Files()["a.csv"].find(",0,-0.0"), std::string::npos) << "residuals";
+    EXPECT_NE(Files()["c.points"].find("#CRS: EPSG:21781\n"), std::string::npos);
+    EXPECT_EQ(Run(adjust + "d.dat --save-format gcp"), 0);
+    EXPECT_NE(err.find("left out: 1\n"), std::string::npos) << err;
+    EXPECT_EQ(Run(adjust + "e.dat"), 0);
+    EXPECT_NE(err.find("like the others: 1\n"), std::string::npos) << err;
+}
+
+TEST_F(CommandLine, DrawsResidualsOnTheMap) {
+    const std::string adjust = "kv_tr adjust examples/swiss_helmert_9.dat --type helmert ";
+    EXPECT_EQ(Run(adjust + "--axes ws --residual-vectors a.json --vector-scale 1000 --json"), 0);
+    const auto points = nlohmann::json::parse(out)["points"];
+    const auto features = nlohmann::json::parse(Files()["a.json"])["features"];
+    ASSERT_EQ(features.size(), points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const auto& point = points[i];
+        const auto& line = features[i]["geometry"]["coordinates"];
+        EXPECT_EQ(features[i]["properties"]["vector_scale"], 1000);
+        EXPECT_EQ(features[i]["properties"]["res_first"], point["dXerr"]);
+        EXPECT_EQ(line[0][0], -point["dXdest"].get<double>());
+        EXPECT_EQ(line[1][0],
+                  -(point["dXdest"].get<double>() + 1000 * point["dXerr"].get<double>()));
+        EXPECT_EQ(line[1][1],
+                  -(point["dYdest"].get<double>() + 1000 * point["dYerr"].get<double>()));
+    }
+    EXPECT_EQ(Run(adjust + "--residual-vectors b.json"), 0);
+    EXPECT_NE(err.find("b.json: the lines are so many times longer than the residuals: 10000\n"),
+              std::string::npos)
+        << err;
 }
 
 }  // namespace

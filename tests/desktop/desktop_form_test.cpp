@@ -43,6 +43,12 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
         {"commas.dat", "A 1,5 2,5 3,5 4,5\nB 9,5 2,5 11,5 4,5\n", Kind::kControlPoints, false,
          "{}: commas "},
         {"shift.trp", "100,000\n1,0\n0,0\n200,000\n0,0\n1,0\n", Kind::kParameters, true, ""},
+        {"proj.txt", "+proj=affine +xoff=5\n", Kind::kParameters, true, ""},
+        {"town.json", "{\"format\":\"plane-transformation\",\"version\":2}", Kind::kParameters,
+         true, "Invalid file format!\r\n"},
+        {"m.tfw", "1\n0\n0\n-1\n5\n6\n", Kind::kParameters, true, ""},
+        {"pairs.json", "{\"type\":\"FeatureCollection\",\"features\":0}", Kind::kControlPoints,
+         true, "{}, line 1, "},
         {"order1.all", "t\n\n sy = 0 sx = 0\n1 5 6\n2 1 0\n3 0 1\n", Kind::kParameters, true, ""},
     };
     for (const auto& [name, text, kind, parameters, message] : cases) {
@@ -68,9 +74,10 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
     form.OpenFile(folder.File("good.dat"));
     EXPECT_EQ(form.Record().eType, TR_AFFIN);
 
-    EXPECT_EQ(DesktopForm(*platform.texts).Recent(),
-              (std::vector{folder.File("good.dat"), folder.File("six.txt"),
-                           folder.File("order1.all"), folder.File("shift.trp")}));
+    EXPECT_EQ(
+        DesktopForm(*platform.texts).Recent(),
+        (std::vector{folder.File("good.dat"), folder.File("six.txt"), folder.File("order1.all"),
+                     folder.File("m.tfw"), folder.File("proj.txt"), folder.File("shift.trp")}));
 }
 
 TEST_F(Desktop, TransformsWhatIsTypedAndKeepsParametersThatNoDialogConfirmed) {

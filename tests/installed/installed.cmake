@@ -1,8 +1,8 @@
 # Installs the built project into a clean folder and builds the example host against that copy,
 # once with the CMake package and once with pkg-config; the Python package is imported from there.
 # Run as a script, with BUILD (the build tree), EXAMPLE (the host's folder), COMPILER, FLAGS,
-# BUILD_TYPE, QT (whether there are windows, for which EXAMPLE_qt is the host) and PYTHON (the
-# interpreter, if the package was built for one it can load).
+# BUILD_TYPE, QT (whether there are windows, for which EXAMPLE_qt is the host), GDAL (likewise data
+# sets and EXAMPLE_gdal) and PYTHON (the interpreter, if the package was built for one it can load).
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -87,6 +87,14 @@ check_host(${folder}/build/host)
 check_host_fails(${folder}/build/host)
 if(QT)
   build_host(${EXAMPLE}_qt build_qt)
+endif()
+
+if(GDAL)
+  build_host(${EXAMPLE}_gdal build_gdal)
+  run(${folder}/build_gdal/host_gdal ${EXAMPLE}/../parcels.gpkg ${folder}/moved.gpkg)
+  if(NOT output MATCHES "3 layers, 8 features" OR NOT EXISTS ${folder}/moved.gpkg)
+    message(FATAL_ERROR "The host should have moved layers:\n${output}")
+  endif()
 endif()
 
 find_program(pkg_config pkg-config)

@@ -80,10 +80,10 @@ protected:
     }
 };
 
-constexpr Type kTypes[] = {Type::kHelmert,     Type::kAffine,      Type::kHelmert3,
-                           Type::kAffine5,     Type::kBilinear,    Type::kPolynomial1,
-                           Type::kPolynomial2, Type::kPolynomial3, Type::kPolynomial4,
-                           Type::kPolynomial5};
+constexpr Type kTenTypes[] = {Type::kHelmert,     Type::kAffine,      Type::kHelmert3,
+                              Type::kAffine5,     Type::kBilinear,    Type::kPolynomial1,
+                              Type::kPolynomial2, Type::kPolynomial3, Type::kPolynomial4,
+                              Type::kPolynomial5};
 
 TEST_F(OtherPrograms, CctTransformsAsTheRecordDoes) {
     if (!IsInstalled("cct")) GTEST_SKIP() << "cct is not installed";
@@ -105,7 +105,7 @@ TEST_F(OtherPrograms, CctTransformsAsTheRecordDoes) {
             EXPECT_NEAR(images[4 * i + 1], own.second, 1e-9) << arguments;
         }
     };
-    for (const Type type : kTypes) {
+    for (const Type type : kTenTypes) {
         for (const AxisMapping axes : {AxisMapping::kEn, AxisMapping::kNe, AxisMapping::kSe})
             check({.transformation = RandomOf(type), .sourceAxes = axes}, kProj);
         check({.transformation = RandomOf(type), .targetAxes = AxisMapping::kNw}, kProj);
@@ -177,7 +177,7 @@ TEST_F(OtherPrograms, FormulasGiveTheSameBitsInCAndPython) {
     if (!python) GTEST_SKIP() << "cc or python3 is not installed";
     WriteFile(folder.File("run.py"), kScript);
     WriteFile(folder.File("main.c"), kProgram);
-    for (const Type type : kTypes) {
+    for (const Type type : kTenTypes) {
         const auto t = RandomOf(type);
         for (const auto& [ending, format] :
              {std::pair("py", kPython), {"sheet", kSpreadsheet}, {"sql", kSql}, {"c", kC}})

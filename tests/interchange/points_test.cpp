@@ -105,6 +105,34 @@ TEST(WritePoints, WritesWhatOtherProgramsRead) {
     }
 }
 
+TEST(WritePoints, ObeysTheAxesWhereTheFormatIsOnMaps) {
+    const std::vector<ControlPoint> points{{"1", {1, 2}, {30, 40}}, {"2", {5, 7}, {11, 13}}};
+    for (const PointFormat format : kPointFormats) {
+        SCOPED_TRACE(WordOf(format));
+        for (const auto source : {AxisMapping::kNe, AxisMapping::kWs, AxisMapping::kSe}) {
+            const auto target = AxisMapping::kNw;
+            const auto text = [&](AxisMapping of, AxisMapping to) {
+                return WritePoints({.points = points, .sourceAxes = of, .targetAxes = to}, format)
+                    .text;
+            };
+            const std::string written = text(source, target);
+            EXPECT_EQ(written != text(AxisMapping::kEn, target),
+                      IsOnMaps(format) && format != kGeoJson);
+            EXPECT_EQ(written != text(source, AxisMapping::kEn), IsOnMaps(format));
+            EXPECT_EQ(
+                ReadPoints(written, {.format = format, .sourceAxes = source, .targetAxes = target})
+                    .points,
+                points);
+        }
+    }
+    EXPECT_EQ(
+        WritePoints(
+            {.points = points, .sourceAxes = AxisMapping::kNw, .targetAxes = AxisMapping::kSe},
+            kGdal)
+            .text,
+        "-gcp -2 1 40 -30\n-gcp -7 5 13 -11\n");
+}
+
 /// Points as text: "id source destination", and "-" where a point is not in use.
 std::string Shown(const PointFile& file) {
     std::string text(WordOf(file.format));
@@ -165,6 +193,23 @@ TEST(ReadPoints, TakesFilesOfOtherPrograms) {
         " | 1 100.50 -200.25 650010.12 238110.46 |-2 1100.75 -190.50 650910.50 238120.00"
         " | 3 112.00 -1300.13 650020.75 239105.25";
     EXPECT_EQ(Shown(read("scan.points")), "qgis" + scan);
+    EXPECT_EQ(Shown(read("scan_old.points")), "qgis" + scan);
+    const auto three = [](const std::string& first, const std::string& second,
+                          const std::string& third) {
+        return first + " 100.50 200.25 650010.12 238110.46" + second +
+               " 1100.75 190.50 650910.50 238120.00" + third +
+               " 112.00 1300.13 650020.75 239105.25";
+    };
+    EXPECT_EQ(Shown(read("scan_gdal.vrt")), three("vrt | 1", " | 2", " | 3"));
+    EXPECT_EQ(Shown(read("gcps.opt")), three("gcp | 1", " | 2", " | 3"));
+    for (const std::string format : {"geojson", "csv"})
+        EXPECT_EQ(Shown(read(("monuments_ogr." + format).c_str())),
+                  three(format + " | Őrhegy", " |-P2", " | P3"));
+    EXPECT_EQ(Shown(read("links.txt")),
+              "listing | A_1 100.50 -200.25 650010.12 238110.46 | B 1100.75 -190.50 650910.50 "
+              "238120.00 | C 112.00 -1300.13 650020.75 239105.25");
+    EXPECT_EQ(Shown(read("drawing.wld")),
+              "cad | 1 0.00 0.00 650010.12 238110.46 | 2 841.00 594.00 650910.50 238745.25");
     EXPECT_EQ(Shown(read("POINTS")),
               "grass | 1 100.50 200.25 650010.12 238110.46"
               " |-2 1100.75 190.50 650910.50 238120.00 | 3 112.00 1300.13 650020.75 239105.25");
@@ -194,13 +239,35 @@ TEST(ReadPoints, ReadsAListingAsItsReaderDoes) {
         }
     }
     for (const std::string text :
-         {"A 0 0 1 1\n\nB 1 1 2\n", "b;0,5;1,5;2,5;3,5\n", "A,1,2,3,4,5,6,7,8\n", "A 1 2\nB x 2\n",
+         {"A 0 0 1 1\n\nB 1 1 2\n", "b;0,5;1,5;2,5;3,5\n", "A 1 2\nB x 2\n",
           "1 0 1 2 1\n2 5 6 7 0\n", "# A 1 2 3\n", "A 1 2 3 4 5\nB 1 2 3 4\n"}) {
         std::istringstream stream(text);
         const PointFile file = ReadPoints(text);
         EXPECT_EQ(file.format, kListing) << text;
         EXPECT_EQ(file.problems, ReadControlPoints(stream).problems) << text;
     }
+}
+
+TEST(ReadPoints, TakesUtf16AndRefusesWhatItMayMisread) {
+    for (const bool big : {false, true}) {
+        for (const std::string text : {"id\ty1\tx1\ty2\tx2\nKő\t1,5\t2\t3\t4\n", "A 1 2 3 4\n"}) {
+            std::string bytes = big ? "\xFE\xFF" : "\xFF\xFE";
+            for (std::size_t i = 0; i < text.size(); ++i) {
+                const bool two = text[i] == '\xC5';  // ő is U+0151
+                const char high = two ? '\1' : '\0', low = two ? '\x51' : text[i];
+                bytes += big ? std::string{high, low} : std::string{low, high};
+                if (two) ++i;
+            }
+            EXPECT_EQ(ReadPoints(bytes).points, ReadPoints(text).points);
+            EXPECT_EQ(ReadPoints(bytes).points.size(), 1U);
+            EXPECT_EQ(ReadPoints(bytes).layout.encoding, "UTF-16");
+        }
+    }
+    const PointFile halves = ReadPoints("A,1,5,2,5,3,5,4,5\nB,2,5,3,5,4,5,5,5\n");
+    ASSERT_EQ(halves.problems.size(), 1U);
+    EXPECT_EQ(halves.problems[0].kind, Kind::kAmbiguousCommas);
+    const PointFile mixed = ReadPoints("id;y1;x1;y2;x2\nA;1;2;3;4\nB,5,6,7,8\n");
+    EXPECT_EQ(mixed.problems, (std::vector<Problem>{{Kind::kUnequalFields, 3, 1, "B,5,6,7,8"}}));
 }
 
 TEST(ReadPoints, TellsEveryProblemWithItsLineColumnAndField) {

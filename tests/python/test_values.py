@@ -335,6 +335,12 @@ def test_points_go_to_other_formats_and_back_with_their_marks(tmp_path):
         kv_tr.write_points(tmp_path / "c.points", points)
     bare = kv_tr.read_points(tmp_path / "c.points", format="qgis")
     assert bits(bare.target) == bits(points.target) and bare.used.tolist() == used.tolist()
+    kv_tr.write_points(tmp_path / "e.vrt", kv_tr.ControlPoints(tuple(IDS), GRID, TARGET), axes="ne,sw")
+    maps, own = (kv_tr.read_points(tmp_path / "e.vrt", axes=axes) for axes in ("en", "ne,sw"))
+    assert bits(maps.source) == bits(GRID[:, ::-1]) and bits(maps.target) == bits(-TARGET[:, ::-1])
+    assert bits(own.source) == bits(GRID) and bits(own.target) == bits(TARGET)
+    with pytest.raises(ValueError, match="axes must be"):
+        kv_tr.read_points(tmp_path / "e.vrt", axes="up")
     for name, format, cause in (("a.txt", None, "ending"), ("a", "xls", "geojson"), ("d.wld", None, "two")):
         with pytest.raises(ValueError, match=cause):
             kv_tr.write_points(tmp_path / name, points, format)

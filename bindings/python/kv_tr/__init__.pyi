@@ -402,9 +402,15 @@ def read_points(
     decimal_comma: bool = False,
     sigmas: bool = False,
     format: _PointFormat | None = None,
+    *,
+    axes: str = "en",
 ) -> ControlPoints: ...
 def write_points(
-    path: _Path, points: ControlPoints, format: _PointFormat | None = None
+    path: _Path,
+    points: ControlPoints,
+    format: _PointFormat | None = None,
+    *,
+    axes: str = "en",
 ) -> None: ...
 
 class Statistics(NamedTuple):

@@ -47,7 +47,7 @@ class ControlPoints:
         return f"<kv_tr.ControlPoints, {len(self)} points>"
 
 
-def read_points(path, decimal_comma=False, sigmas=False, format=None):
+def read_points(path, decimal_comma=False, sigmas=False, format=None, *, axes="en"):
     """Reads a file of control points: a ControlPoints.
 
     The format is recognised by the content, or is one of 'listing', 'csv', 'qgis', 'gcp', 'vrt',
@@ -57,21 +57,23 @@ def read_points(path, decimal_comma=False, sigmas=False, format=None):
     with one for each of them, metres, which become the points' sigma; columns that a header names
     so do in any case. Blanks, tabs, commas, semicolons and quotes separate fields; with
     decimal_comma a comma is a decimal sign. Points that the file marks as not used have False in
-    used. FileError, with file, line and cause, for a file that does not open and for a line that
+    used. Formats other than listings and CSV have map coordinates (of GeoJSON the target only): axes
+    tells where the first and the second coordinate of the points shall point to, as for
+    Transformation.to_text. FileError, with file, line and cause, for a file that does not open and for a line that
     does not belong to the format, and for a listing whose numbers seem to have decimal commas when
     they should not: read as separators, these would give other numbers.
     """
-    read = _kv_tr._read_points(os.fspath(path), bool(decimal_comma), bool(sigmas), format or "")
+    read = _kv_tr._read_points(os.fspath(path), bool(decimal_comma), bool(sigmas), format or "", axes)
     return ControlPoints(*read)
 
 
-def write_points(path, points, format=None):
+def write_points(path, points, format=None, *, axes="en"):
     """Writes a ControlPoints in one of the formats of read_points.
 
     Without a format the ending of the name tells it (.dat, .csv, .points, .vrt, .wld, .geojson).
     Each number is the shortest text that reads back to the same double. What a format cannot hold
     (points that are not used, identifiers, standard deviations) is left out with a UserWarning.
-    FileError for a file that cannot be written, which then stays as it was.
+    axes is as for read_points. FileError for a file that cannot be written, which then stays as it was.
     """
     count = len(points)
     source, target = np.ascontiguousarray(points.source, float), np.ascontiguousarray(points.target, float)
@@ -84,9 +86,10 @@ def write_points(path, points, format=None):
     used = [] if points.used is None else np.asarray(points.used, bool).tolist()
     if used and len(used) != count:
         raise ValueError(f"there are {count} points, used has {len(used)}")
-    ids = [str(name) for name in points.ids]
-    for lost in _kv_tr._write_points(os.fspath(path), ids, source, target, used, sigma, format or ""):
-        warnings.warn(f"{os.fspath(path)}: {lost}", UserWarning, stacklevel=2)
+    ids = [str(each) for each in points.ids]
+    name = os.fspath(path)
+    for lost in _kv_tr._write_points(name, ids, source, target, used, sigma, format or "", axes):
+        warnings.warn(f"{name}: {lost}", UserWarning, stacklevel=2)
 
 
 class Statistics(typing.NamedTuple):

@@ -9,8 +9,8 @@
 #include <limits>
 
 #include "kv_tr/gdal/gdal_errors.h"
-#include "kv_tr/interchange/exact_text.h"
 #include "kv_tr/text/file_names.h"
+#include "kv_tr/text/number_text.h"
 
 namespace kv_tr::gdal {
 namespace {
@@ -161,7 +161,7 @@ RasterBands BandsOf(GDALDataset& source, const std::optional<double>& statedNoDa
     }
     if (statedNoData && !Holds(bands.type, *statedNoData)) {
         throw DataSetError(Text::kNoDataDoesNotFit,
-                           {ExactText(*statedNoData), GDALGetDataTypeName(bands.type)});
+                           {ShortestText(*statedNoData), GDALGetDataTypeName(bands.type)});
     }
     bands.targetNoData = bands.noData;
     const auto hasOne = [](const std::optional<double>& value) { return value.has_value(); };

@@ -4,7 +4,9 @@
 #include <array>
 #include <exception>
 #include <functional>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "kv_tr/text/texts.h"
 
@@ -36,18 +38,24 @@ class DataSetError : public std::exception {
 public:
     using Values = std::array<std::string, 4>;
 
-    DataSetError(Text text, Values values)
-        : text_(text), values_(std::move(values)), english_(In(TextsIn(kEnglish))) {}
+    /// The reason, if there is one, stands in the place {3}.
+    DataSetError(Text text, Values values, std::optional<Text> reason = std::nullopt)
+        : text_(text),
+          values_(std::move(values)),
+          reason_(reason),
+          english_(In(TextsIn(kEnglish))) {}
 
     Text Id() const { return text_; }
     std::string In(const TextLookup& texts) const {
-        return FillPlaces(texts(text_), {values_[0], values_[1], values_[2], values_[3]});
+        const auto& [first, second, third, fourth] = values_;
+        return FillPlaces(texts(text_), {first, second, third, reason_ ? texts(*reason_) : fourth});
     }
     const char* what() const noexcept override { return english_.c_str(); }
 
 private:
     Text text_;
     Values values_;
+    std::optional<Text> reason_;
     std::string english_;
 };
 

@@ -2,6 +2,7 @@
 #include "kv_tr/gdal/written_beside.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <random>
 #include <string>
 #include <system_error>
@@ -14,6 +15,7 @@ namespace kv_tr::gdal {
 namespace fs = std::filesystem;
 namespace {
 
+constexpr int kMostLinks = 40;
 constexpr const char* kLockName = ".lock";
 constexpr const char* kOldName = ".old";  // what was at the target while it is replaced
 
@@ -63,8 +65,12 @@ void SynchroniseAll(const fs::path& path) {
 }  // namespace
 
 WrittenBeside::WrittenBeside(const fs::path& target, bool replaces)
-    : target_(fs::weakly_canonical(fs::absolute(target))), replaces_(replaces) {
+    : target_(fs::absolute(target)), replaces_(replaces) {
     std::error_code error;
+    for (int links = 0; links < kMostLinks && fs::is_symlink(target_, error); ++links) {
+        target_ = target_.parent_path() / fs::read_symlink(target_, error);
+    }
+    if (auto followed = fs::weakly_canonical(target_, error); !error) target_ = followed;
     if (fs::exists(target_, error)) {
         if (!replaces_) throw DataSetError(Text::kTargetExists, {target.string()});
         if (!CanBeReplaced(target_)) {
@@ -121,7 +127,7 @@ std::vector<WrittenBeside::Move> WrittenBeside::Moves() const {
         const fs::path name = entry.path().filename();
         if (name == kLockName) continue;
         const fs::path to = target_.parent_path() / name;
-        if (!fs::is_directory(to) || !fs::is_directory(entry.path())) {
+        if (!mergesFolders_ || !fs::is_directory(to) || !fs::is_directory(entry.path())) {
             add(entry.path(), to);
             continue;
         }
@@ -146,7 +152,9 @@ void WrittenBeside::Commit() {
         // A single file takes the place of another in one step. Of several, all old ones go first.
         auto inTheWay = old_;
         for (const Move& move : moves) inTheWay.push_back(move.to);
-        if (moves.size() == 1) std::erase(inTheWay, moves.front().to);
+        if (moves.size() == 1 && fs::is_regular_file(moves.front().to)) {
+            std::erase(inTheWay, moves.front().to);
+        }
         fs::create_directory(folder_ / kOldName);
         for (const fs::path& old : inTheWay) {
             if (!fs::exists(fs::symlink_status(old))) continue;

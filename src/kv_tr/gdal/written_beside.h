@@ -21,8 +21,13 @@ public:
 
     /// Where to write: has the name of the target. Other files of the data set go beside it.
     const std::filesystem::path& Path() const { return path_; }
+    /// The file or folder that Commit makes.
+    const std::filesystem::path& Target() const { return target_; }
     /// Files of the older data set at the target, which Commit removes unless they are replaced.
     void Supersede(std::vector<std::filesystem::path> members) { old_ = std::move(members); }
+
+    /// Has Commit put what is in a folder into the one at the target, rather than replace that.
+    void MergeFolders() { mergesFolders_ = true; }
 
     /// Moves everything to the target. DataSetError when that fails or a file is in the way that is
     /// not to be replaced; what was there before is there again then.
@@ -38,6 +43,7 @@ private:
 
     std::filesystem::path target_;
     bool replaces_;
+    bool mergesFolders_ = false;
     std::filesystem::path firstMade_;  // of the folders above
     std::filesystem::path folder_;
     std::filesystem::path path_;

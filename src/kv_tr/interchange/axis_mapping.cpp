@@ -51,6 +51,13 @@ Point OnMap(AxisMapping axes, Point point) {
             row.signOfY * (row.swapped ? first : second)};
 }
 
+Point FromMap(AxisMapping axes, Point onMap) {
+    const Row& row = RowOf(axes);
+    const double x = row.signOfX * onMap.first;
+    const double y = row.signOfY * onMap.second;
+    return row.swapped ? Point{y, x} : Point{x, y};
+}
+
 Transformation BetweenMaps(const Transformation& linear, AxisMapping source, AxisMapping target) {
     const Row& from = RowOf(source);
     const Row& to = RowOf(target);

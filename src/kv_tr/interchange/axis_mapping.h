@@ -23,6 +23,9 @@ std::string AxisWords();
 /// The map coordinates (x, y) of a point that is given in a system.
 Point OnMap(AxisMapping axes, Point point);
 
+/// The point of a system that has these map coordinates.
+Point FromMap(AxisMapping axes, Point onMap);
+
 /// The transformation of map coordinates that a linear one of system coordinates is. Its
 /// coefficients are the same numbers in other places and with other signs; its type stays.
 Transformation BetweenMaps(const Transformation& linear, AxisMapping source, AxisMapping target);

@@ -90,8 +90,10 @@ std::string Reduction(const std::string& name, double origin, const NumberText& 
 std::string CellConstant(double value, NumberStyle style) {
     constexpr int kDigits = 15;
     const std::string text = ShortestText(value, style);
-    const auto digits = std::ranges::count_if(text.substr(0, text.find('e')),
-                                              [](char c) { return c >= '0' && c <= '9'; });
+    const auto digits =
+        std::ranges::count_if(text.substr(0, text.find('e'))
+                                  .substr(std::min(text.find_first_of("123456789"), text.size())),
+                              [](char c) { return c >= '0' && c <= '9'; });
     if (digits <= kDigits) return Bracketed(text);
     const auto rounded = [](double number) {
         char buffer[32];
@@ -110,8 +112,11 @@ std::string CellConstant(double value, NumberStyle style) {
 /// c0 + x (c1 + x (c2 + ...)).
 std::string Nested(const std::vector<std::string>& coefficients, const std::string& cell) {
     std::string text = coefficients.back();
-    for (auto c = coefficients.rbegin() + 1; c != coefficients.rend(); ++c)
-        text = *c + "+" + cell + "*(" + text + ")";
+    for (auto c = coefficients.rbegin() + 1; c != coefficients.rend(); ++c) {
+        std::string outer = *c;
+        outer.append("+").append(cell).append("*(").append(text).append(")");
+        text = std::move(outer);
+    }
     return text;
 }
 

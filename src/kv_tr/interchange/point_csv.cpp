@@ -180,11 +180,19 @@ std::string_view ColumnNamed(std::string_view name) {
 
 bool IsCsv(std::string_view text) {
     const auto [separator, equal] = FindSeparator(text, 4);
-    if (!equal) return false;
+    if (separator == '\0') return false;
     const Row first = SplitRows(text, separator, 1).front();
     const TableNumbers numbers(separator, false);
-    if (HasNumbersInPlace(first, numbers)) return true;
+    if (HasNumbersInPlace(first, numbers)) return equal;
     return CoordinatesAmong(NamedColumns(first)) > 1;
+}
+
+bool HasHalvedNumbers(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    const auto commas = std::ranges::count(text.substr(0, text.find_first_of("\r\n")), ',');
+    if (commas != 7 && commas != 8) return false;
+    const auto [separator, equal] = FindSeparator(text, 8);
+    return equal && separator == ',' && MayBeHalves(SplitRows(text, separator, 50));
 }
 
 void ReadCsv(std::string_view text, const PointReadingOptions& options, PointFile& file) {

@@ -30,6 +30,7 @@ constexpr std::pair<std::string_view, PointFormat> kEndings[] = {
     {"geojson", PointFormat::kGeoJson}, {"json", PointFormat::kGeoJson},
 };
 
+constexpr std::string_view kUtf16 = "UTF-16";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::size_t kRowsLookedAt = 50;
 
@@ -129,6 +130,7 @@ PointFormat FormatOf(std::string_view text) {
     if (lines.size() > kRowsLookedAt) lines.resize(kRowsLookedAt);
     if (IsGrass(text, lines)) return PointFormat::kGrass;
     if (HasQuotedSeparators(text)) return PointFormat::kCsv;
+    if (HasHalvedNumbers(text)) return PointFormat::kCsv;
     if (BeginsAsListing(text)) return PointFormat::kListing;
     if (IsEsriLinks(lines)) return PointFormat::kEsriLink;
     return IsCsv(text) ? PointFormat::kCsv : PointFormat::kListing;
@@ -167,7 +169,15 @@ std::optional<PointFormat> PointFormatOfName(std::string_view fileName) {
     return std::nullopt;
 }
 
+bool IsOnMaps(PointFormat format) {
+    return format != PointFormat::kListing && format != PointFormat::kCsv;
+}
+
 std::string DecodedText(std::string_view bytes, CodePage page, std::string& encoding) {
+    if (auto text = FromUtf16(bytes)) {
+        encoding = kUtf16;
+        return *std::move(text);
+    }
     while (bytes.ends_with('\x1A')) bytes.remove_suffix(1);  // with which old programs end a text
     const bool marked = bytes.starts_with(kUtf8Mark);
     if (marked) bytes.remove_prefix(kUtf8Mark.size());
@@ -209,7 +219,9 @@ PointFile ReadPoints(std::string_view bytes, const PointReadingOptions& options)
     const std::string text = DecodedText(bytes, options.codePage, file.layout.encoding);
     file.format = options.format ? *options.format : FormatOf(text);
     switch (file.format) {
-        case PointFormat::kListing: ReadListing(bytes, options, file); break;
+        case PointFormat::kListing:
+            ReadListing(file.layout.encoding == kUtf16 ? text : bytes, options, file);
+            break;
         case PointFormat::kCsv: ReadCsv(text, options, file); break;
         case PointFormat::kQgis: ReadQgis(text, file); break;
         case PointFormat::kGdal: ReadGdal(text, file); break;
@@ -218,6 +230,11 @@ PointFile ReadPoints(std::string_view bytes, const PointReadingOptions& options)
         case PointFormat::kCadWorld: ReadCadWorld(text, file); break;
         case PointFormat::kGrass: ReadGrass(text, file); break;
         case PointFormat::kGeoJson: ReadGeoJson(text, file); break;
+    }
+    if (!IsOnMaps(file.format)) return file;
+    for (auto& [id, source, destination, used] : file.points) {
+        if (file.format != PointFormat::kGeoJson) source = FromMap(options.sourceAxes, source);
+        destination = FromMap(options.targetAxes, destination);
     }
     return file;
 }

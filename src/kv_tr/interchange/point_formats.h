@@ -14,6 +14,7 @@
 #include "kv_tr/files/point_source.h"
 #include "kv_tr/files/problem.h"
 #include "kv_tr/fit/statistics.h"
+#include "kv_tr/interchange/axis_mapping.h"
 #include "kv_tr/model/control_point.h"
 
 namespace kv_tr {
@@ -45,6 +46,11 @@ std::optional<PointFormat> PointFormatNamed(std::string_view word);
 /// .geojson and .json); nothing for any other ending.
 std::optional<PointFormat> PointFormatOfName(std::string_view fileName);
 
+/// Whether a format means map coordinates, x to the east and y to the north: all but listings and
+/// CSV, which have the first and the second coordinate of each system. GeoJSON has map coordinates
+/// for the destination only.
+bool IsOnMaps(PointFormat format);
+
 /// The format of a file with these bytes. What ReadControlPoints takes is a listing unless the
 /// bytes bear the signs of another format; so is what no format takes.
 PointFormat RecognisePointFormat(std::string_view bytes);
@@ -58,11 +64,15 @@ struct PointReadingOptions {
     /// Whether one or two standard deviations of the destination follow the coordinates of a
     /// listing or of columns without a header.
     bool sigmas = false;
+    /// Where the axes of the systems point to. Obeyed where a format is on maps, so that the points
+    /// have the first and the second coordinate of their systems.
+    AxisMapping sourceAxes = AxisMapping::kEn;
+    AxisMapping targetAxes = AxisMapping::kEn;
 };
 
 /// What was understood of a file besides its points.
 struct PointLayout {
-    std::string encoding;   ///< UTF-8, windows-1250 or windows-1258
+    std::string encoding;   ///< UTF-8, UTF-16, windows-1250 or windows-1258
     char separator = '\0';  ///< of columns; a blank for any run of blanks
     char decimalSign = '.';
     bool header = false;               ///< whether the first line named the columns
@@ -86,7 +96,7 @@ struct PointFile {
 };
 
 /// Reads control points in any format. Residual columns are ignored; identifiers that a format
-/// lacks are "1", "2", ... Coordinates stay as the file has them: first is x, or easting.
+/// lacks are "1", "2", ...
 ///
 /// Nothing is shown or thrown but std::bad_alloc, and any number of threads may read at once. A
 /// listing is read as ReadControlPoints reads it, with the same problems.
@@ -101,6 +111,9 @@ struct PointsToWrite {
     std::span<const Point> sigmas{};
     /// The destination system: WKT, or a code such as "EPSG:23700"; or nothing.
     std::string crs{};
+    /// As for PointReadingOptions.
+    AxisMapping sourceAxes = AxisMapping::kEn;
+    AxisMapping targetAxes = AxisMapping::kEn;
 };
 
 /// A file of control points as text, and what its format could not hold.
@@ -121,5 +134,10 @@ struct PointText {
 
 /// Writes control points. Each number is the shortest text that reads back to the same double.
 PointText WritePoints(const PointsToWrite& what, PointFormat format);
+
+/// Writes the residuals, which must be there, as a GeoJSON collection of lines, each from the
+/// measured destination to where the residual times the scale, which must be finite, leads on the
+/// map. The properties are those of the points, and the scale.
+PointText WriteResidualVectors(const PointsToWrite& what, double scale);
 
 }  // namespace kv_tr

@@ -36,7 +36,7 @@ void ReadRows(std::string_view text, const PointReadingOptions& options, PointLi
     for (std::size_t i = kLeast; i < first.fields.size() && sigmaColumns < 2; ++i) {
         const auto named = list.layout.header ? ColumnNamed(first.fields[i].text) : "-";
         if (!options.sigmas && !named.starts_with("sigma")) break;
-        list.layout.columns.push_back(sigmaColumns++ == 0 ? "sigma_first" : "sigma_second");
+        list.layout.columns.emplace_back(sigmaColumns++ == 0 ? "sigma_first" : "sigma_second");
     }
     list.hasSigmas = sigmaColumns > 0;
     for (const Row& row : std::span(rows).subspan(list.layout.header ? 1 : 0)) {

@@ -64,9 +64,12 @@ void ReadCadWorld(std::string_view text, PointFile& file);
 void ReadGrass(std::string_view text, PointFile& file);
 void ReadGeoJson(std::string_view text, PointFile& file);
 
-/// Whether columns can be read as CSV: the lines have equally many fields, and a header names
-/// coordinates, or the first line has numbers in their places.
+/// Whether columns can be read as CSV: a header names coordinates, or the lines have equally many
+/// fields and the first one has numbers in their places.
 bool IsCsv(std::string_view text);
+/// Whether commas part lines of eight or nine fields whose numbers all are integers, as the halves
+/// of four numbers with decimal commas would be.
+bool HasHalvedNumbers(std::string_view text);
 
 /// What a column of CSV or a property of GeoJSON is called by a name: id, src_first, ..., use,
 /// sigma_first, sigma_second; "-" for any other name.

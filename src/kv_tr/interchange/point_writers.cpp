@@ -3,7 +3,6 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "kv_tr/interchange/exact_text.h"
 #include "kv_tr/interchange/point_formats.h"
 #include "kv_tr/text/control_characters.h"
 
@@ -19,7 +18,8 @@ struct Item {
 
 std::string Joined(std::initializer_list<double> numbers, const char* separator) {
     std::string text;
-    for (const double number : numbers) text += (text.empty() ? "" : separator) + ExactText(number);
+    for (const double number : numbers)
+        text += (text.empty() ? "" : separator) + ShortestText(number);
     return text;
 }
 
@@ -56,7 +56,7 @@ std::string Listing(const std::vector<Item>& items) {
         text += PadLeft(IdentifierField(point->id), 20);
         for (const double number : {point->source.first, point->source.second,
                                     point->destination.first, point->destination.second}) {
-            text += ' ' + PadLeft(ExactText(number), 14);
+            text += ' ' + PadLeft(ShortestText(number), 14);
         }
         if (sigma != nullptr) text += ' ' + Joined({sigma->first, sigma->second}, " ");
         text += "\r\n";
@@ -108,8 +108,8 @@ std::string Vrt(const std::vector<Item>& items, const std::string& crs) {
     for (const auto& [point, residual, sigma] : items) {
         const auto& [id, from, to, used] = *point;
         text += "  <GCP Id=\"" + Escaped(WithoutControls(id)) + "\" Pixel=\"" +
-                ExactText(from.first) + "\" Line=\"" + ExactText(from.second) + "\" X=\"" +
-                ExactText(to.first) + "\" Y=\"" + ExactText(to.second) + "\"/>\n";
+                ShortestText(from.first) + "\" Line=\"" + ShortestText(from.second) + "\" X=\"" +
+                ShortestText(to.first) + "\" Y=\"" + ShortestText(to.second) + "\"/>\n";
     }
     return text + " </GCPList>\n <VRTRasterBand dataType=\"Byte\" band=\"1\"/>\n</VRTDataset>\n";
 }
@@ -154,35 +154,48 @@ std::string UrnOf(const std::string& crs) {
     return code ? "urn:ogc:def:crs:EPSG::" + crs.substr(kEpsg.size()) : std::string();
 }
 
-std::string GeoJson(const std::vector<Item>& items, const std::string& urn) {
-    std::string text = "{\"type\":\"FeatureCollection\",";
-    if (!urn.empty()) {
-        text += "\"crs\":{\"type\":\"name\",\"properties\":{\"name\":" + JsonString(urn) + "}},";
+/// A feature of a point; the end of the line where its residual leads makes it a line.
+std::string Feature(const Item& item, const Point* end, const std::string& moreProperties) {
+    const auto& [id, from, to, used] = *item.point;
+    std::string coordinates = "[" + Joined({to.first, to.second}, ",") + "]";
+    if (end != nullptr)
+        coordinates = "[" + coordinates + ",[" + Joined({end->first, end->second}, ",") + "]]";
+    std::string text = std::string(R"( {"type":"Feature","geometry":{"type":")") +
+                       (end == nullptr ? "Point" : "LineString") + R"(","coordinates":)" +
+                       coordinates + "},\n  \"properties\":{\"id\":" + JsonString(id) +
+                       R"(,"src_first":)" + ShortestText(from.first) + R"(,"src_second":)" +
+                       ShortestText(from.second) + (used ? R"(,"use":true)" : R"(,"use":false)");
+    if (const Residual* residual = item.residual) {
+        text += R"(,"res_first":)" + ShortestText(residual->first) + R"(,"res_second":)" +
+                ShortestText(residual->second) + R"(,"res_total":)" +
+                ShortestText(residual->Length());
     }
-    text += "\"features\":[";
+    if (const Point* sigma = item.sigma) {
+        text += R"(,"sigma_first":)" + ShortestText(sigma->first) + R"(,"sigma_second":)" +
+                ShortestText(sigma->second);
+    }
+    return text + moreProperties + "}}";
+}
+
+std::string Collection(const std::vector<std::string>& features, const std::string& urn) {
+    std::string text = R"({"type":"FeatureCollection",)";
+    if (!urn.empty()) {
+        text += R"("crs":{"type":"name","properties":{"name":)" + JsonString(urn) + "}},";
+    }
+    text += R"("features":[)";
     const char* before = "\n";
-    for (const auto& [point, residual, sigma] : items) {
-        const auto& [id, from, to, used] = *point;
-        text += before;
+    for (const std::string& feature : features) {
+        text += before + feature;
         before = ",\n";
-        text += " {\"type\":\"Feature\",\"geometry\":{\"type\":\"Point\",\"coordinates\":[" +
-                Joined({to.first, to.second}, ",") +
-                "]},\n  \"properties\":{\"id\":" + JsonString(id) +
-                ",\"src_first\":" + ExactText(from.first) +
-                ",\"src_second\":" + ExactText(from.second) +
-                (used ? ",\"use\":true" : ",\"use\":false");
-        if (residual != nullptr) {
-            text += ",\"res_first\":" + ExactText(residual->first) +
-                    ",\"res_second\":" + ExactText(residual->second) +
-                    ",\"res_total\":" + ExactText(residual->Length());
-        }
-        if (sigma != nullptr) {
-            text += ",\"sigma_first\":" + ExactText(sigma->first) +
-                    ",\"sigma_second\":" + ExactText(sigma->second);
-        }
-        text += "}}";
     }
     return text + "]}\n";
+}
+
+std::string GeoJson(const std::vector<Item>& items, const std::string& urn) {
+    std::vector<std::string> features;
+    features.reserve(items.size());
+    for (const Item& item : items) features.push_back(Feature(item, nullptr, {}));
+    return Collection(features, urn);
 }
 
 bool IsFinite(const Item& item) {
@@ -216,16 +229,28 @@ Abilities AbilitiesOf(PointFormat format) {
     return {};
 }
 
+/// The points with the coordinates that a format has.
+std::vector<ControlPoint> InFormat(const PointsToWrite& what, PointFormat format) {
+    std::vector<ControlPoint> points(what.points.begin(), what.points.end());
+    if (!IsOnMaps(format)) return points;
+    for (auto& [id, source, destination, used] : points) {
+        if (format != PointFormat::kGeoJson) source = OnMap(what.sourceAxes, source);
+        destination = OnMap(what.targetAxes, destination);
+    }
+    return points;
+}
+
 }  // namespace
 
 PointText WritePoints(const PointsToWrite& what, PointFormat format) {
     const auto [marks, identifiers, sigmas, residuals] = AbilitiesOf(format);
     const bool writesSigmas = sigmas && !what.sigmas.empty();
     const bool writesResiduals = residuals && !what.residuals.empty();
+    const std::vector<ControlPoint> points = InFormat(what, format);
     PointText written;
     std::vector<Item> items;
-    for (std::size_t i = 0; i < what.points.size(); ++i) {
-        const ControlPoint& point = what.points[i];
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const ControlPoint& point = points[i];
         if (!marks && !point.used) {
             ++written.excludedLeftOut;
             continue;
@@ -259,6 +284,29 @@ PointText WritePoints(const PointsToWrite& what, PointFormat format) {
         case PointFormat::kGrass: written.text = Grass(items); break;
         case PointFormat::kGeoJson: written.text = GeoJson(items, urn); break;
     }
+    return written;
+}
+
+PointText WriteResidualVectors(const PointsToWrite& what, double scale) {
+    const std::vector<ControlPoint> points = InFormat(what, PointFormat::kGeoJson);
+    const std::string urn = UrnOf(what.crs);
+    PointText written;
+    written.crsLeftOut = !what.crs.empty() && urn.empty();
+    std::vector<std::string> features;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const Item item{&points[i], &what.residuals[i],
+                        what.sigmas.empty() ? nullptr : &what.sigmas[i]};
+        const Point& measured = what.points[i].destination;
+        const auto& [first, second] = what.residuals[i];
+        const Point end = OnMap(what.targetAxes,
+                                {measured.first + scale * first, measured.second + scale * second});
+        if (!IsFinite(item) || !std::isfinite(end.first) || !std::isfinite(end.second)) {
+            written.refusal = PointText::Refusal::kNotFinite;
+            return written;
+        }
+        features.push_back(Feature(item, &end, R"(,"vector_scale":)" + ShortestText(scale)));
+    }
+    written.text = Collection(features, urn);
     return written;
 }
 

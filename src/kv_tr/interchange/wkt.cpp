@@ -54,15 +54,15 @@ std::string MethodText(const Transformation& t, const std::string& lineEnd) {
         const char* unit;
         int code;
     };
-    constexpr const char* kMetre = "LENGTHUNIT[\"metre\",1]";
-    constexpr const char* kFactor = "SCALEUNIT[\"coefficient\",1]";
+    constexpr const char* kMetre = R"(LENGTHUNIT["metre",1])";
+    constexpr const char* kFactor = R"(SCALEUNIT["coefficient",1])";
     const Row rows[] = {{"A0", t.a[0], kMetre, 8623},  {"A1", t.a[1], kFactor, 8624},
                         {"A2", t.a[2], kFactor, 8625}, {"B0", t.b[0], kMetre, 8639},
                         {"B1", t.b[1], kFactor, 8640}, {"B2", t.b[2], kFactor, 8641}};
-    std::string text = "METHOD[\"Affine parametric transformation\",ID[\"EPSG\",9624]]";
+    std::string text = R"(METHOD["Affine parametric transformation",ID["EPSG",9624]])";
     for (const Row& row : rows) {
-        text += lineEnd + "PARAMETER[\"" + row.name + "\"," + ShortestText(row.value) + "," +
-                row.unit + ",ID[\"EPSG\"," + std::to_string(row.code) + "]]";
+        text += lineEnd + R"(PARAMETER[")" + row.name + R"(",)" + ShortestText(row.value) + "," +
+                row.unit + R"(,ID["EPSG",)" + std::to_string(row.code) + "]]";
     }
     return text;
 }
@@ -83,7 +83,7 @@ Exported WktText(const TransformationRecord& record) {
                                     std::pair(record.targetCrs, record.targetAxes)}) {
         if (StatedAxes(wkt).value_or(axes) != axes) return Refusal::kOtherAxes;
     }
-    return "COORDINATEOPERATION[\"Plane transformation\"" + lineEnd + "SOURCECRS[" +
+    return R"(COORDINATEOPERATION["Plane transformation")" + lineEnd + "SOURCECRS[" +
            record.sourceCrs + "]" + lineEnd + "TARGETCRS[" + record.targetCrs + "]" + lineEnd +
            text + "]\n";
 }

@@ -5,12 +5,13 @@
 #include <optional>
 
 #include "kv_tr/interchange/format_writers.h"
+#include "kv_tr/interchange/point_formats.h"
 
 namespace kv_tr {
 namespace {
 
-std::string PairText(Point point, const char* separator) {
-    return ShortestText(point.first) + separator + ShortestText(point.second);
+std::string PairText(Point point) {
+    return ShortestText(point.first) + "," + ShortestText(point.second);
 }
 
 /// Six numbers and nothing else, separated by blanks, line ends and these letters.
@@ -91,21 +92,19 @@ Exported CadWorldFileText(const TransformationRecord& record) {
     for (const Point place : {one, other}) {
         const Point image = record.transformation.Apply(place);
         if (!std::isfinite(image.first + image.second)) return Refusal::kNotFinite;
-        text += PairText(OnMap(record.sourceAxes, place), ",") + " " +
-                PairText(OnMap(record.targetAxes, image), ",") + "\n";
+        text += PairText(OnMap(record.sourceAxes, place)) + " " +
+                PairText(OnMap(record.targetAxes, image)) + "\n";
     }
     return text;
 }
 
 Exported GcpsText(const TransformationRecord& record) {
-    std::string text;
-    for (const ControlPoint& point : record.points) {
-        if (!point.used) continue;
-        text += "-gcp " + PairText(OnMap(record.sourceAxes, point.source), " ") + " " +
-                PairText(OnMap(record.targetAxes, point.destination), " ") + "\n";
-    }
-    if (text.empty()) return Refusal::kNoPoints;
-    return text;
+    const PointText written = WritePoints(
+        {.points = record.points, .sourceAxes = record.sourceAxes, .targetAxes = record.targetAxes},
+        PointFormat::kGdal);
+    if (written.refusal == PointText::Refusal::kNotFinite) return Refusal::kNotFinite;
+    if (written.text.empty()) return Refusal::kNoPoints;
+    return written.text;
 }
 
 }  // namespace kv_tr

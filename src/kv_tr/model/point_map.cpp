@@ -31,4 +31,17 @@ std::size_t MapPairs(const PointMap& map, std::span<const double> pairs, std::sp
     return lost;
 }
 
+Text TextOf(NoSource trouble) {
+    switch (trouble) {
+        case NoSource::kNotReached: return Text::kNotReached;
+        case NoSource::kBeyondFold: return Text::kBeyondFold;
+        case NoSource::kOutsideDomain: return Text::kOutsideDomain;
+        default: return Text::kInverseNotConverged;
+    }
+}
+
+Text ReasonFor(const PointMap& map, NoSource trouble) {
+    return std::holds_alternative<Transformation>(map) ? Text::kImageNotFinite : TextOf(trouble);
+}
+
 }  // namespace kv_tr

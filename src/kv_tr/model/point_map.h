@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "kv_tr/model/inverse.h"
+#include "kv_tr/text/text_id.h"
 
 namespace kv_tr {
 
@@ -20,5 +21,11 @@ SourcePoint ImageOf(const PointMap& map, Point point);
 /// says why; it has one entry a point. Returns how many have none.
 std::size_t MapPairs(const PointMap& map, std::span<const double> pairs, std::span<double> out,
                      std::span<NoSource> troubles = {});
+
+/// The reason why a point has no source, as a sentence without its end; of kNone that a search has
+/// not come to an end.
+Text TextOf(NoSource trouble);
+/// The same for a point without an image, which under a transformation can only be infinite.
+Text ReasonFor(const PointMap& map, NoSource trouble);
 
 }  // namespace kv_tr

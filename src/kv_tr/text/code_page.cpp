@@ -295,6 +295,32 @@ std::string ToCodePage(std::string_view utf8, CodePage page) {
     return bytes;
 }
 
+std::optional<std::string> FromUtf16(std::string_view bytes) {
+    const bool bigFirst = bytes.starts_with("\xFE\xFF");
+    if (!bigFirst && !bytes.starts_with("\xFF\xFE")) return std::nullopt;
+    const auto unit = [&](std::size_t at) {
+        const char32_t one = static_cast<unsigned char>(bytes[at]);
+        const char32_t other = static_cast<unsigned char>(bytes[at + 1]);
+        return bigFirst ? one << 8 | other : other << 8 | one;
+    };
+    std::string utf8;
+    std::size_t at = 2;
+    for (; at + 1 < bytes.size(); at += 2) {
+        char32_t letter = unit(at);
+        const bool high = letter >= 0xD800 && letter < 0xDC00;
+        const char32_t low = high && at + 3 < bytes.size() ? unit(at + 2) : 0;
+        if (low >= 0xDC00 && low < 0xE000) {
+            letter = 0x10000 + ((letter - 0xD800) << 10) + (low - 0xDC00);
+            at += 2;
+        } else if (letter >= 0xD800 && letter < 0xE000) {
+            letter = kReplacement;
+        }
+        AppendUtf8(utf8, letter);
+    }
+    if (at < bytes.size()) AppendUtf8(utf8, kReplacement);
+    return utf8;
+}
+
 std::string FromCodePage(std::string_view bytes, CodePage page) {
     if (IsAscii(bytes)) return std::string(bytes);
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,10 @@ std::string ToCodePage(std::string_view utf8, CodePage page);
 /// Single-byte text to UTF-8, always valid. A letter and a tone mark after it become the composed
 /// letter where there is one; any other mark stays as it is.
 std::string FromCodePage(std::string_view bytes, CodePage page);
+
+/// UTF-16 that begins with its mark, in either order of bytes, as UTF-8 without one; nothing for
+/// other bytes. A surrogate without its other half and half a unit at the end become U+FFFD.
+std::optional<std::string> FromUtf16(std::string_view bytes);
 
 bool IsAscii(std::string_view text);
 

@@ -3,8 +3,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstring>
+#include <memory>
 
 #include "kv_tr/text/code_page.h"
 
@@ -66,32 +69,50 @@ std::string NotFiniteText(double value) {
     return value > 0 ? "inf" : "-inf";
 }
 
-/// Appends a value that integers can be trusted to round; false, with nothing done, for others.
-///
-/// The shortest text differs from the value by less than 2^-53 of it, and the product is rounded
-/// by as much again. Unless a half lies so near, all three round to the same integer.
-bool AppendByInteger(std::string& text, double value, int decimals, NumberStyle style) {
-    constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    if (decimals >= static_cast<int>(std::size(kPowersOfTen))) return false;
-    const double scaled = std::abs(value) * kPowersOfTen[decimals];
-    if (!(scaled < 1e15)) return false;
-    auto number = static_cast<std::uint64_t>(scaled);
-    const double fraction = scaled - static_cast<double>(number);
-    if (std::abs(fraction - 0.5) <= scaled * 0x1p-51) return false;
-    if (fraction > 0.5) ++number;
+constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
-    const bool negative = std::signbit(value) && number > 0;
-    char buffer[24];
-    char* const end = std::end(buffer);
-    char* begin = end;
-    for (int digits = 0; number > 0 || digits <= decimals; ++digits, number /= 10) {
-        if (digits == decimals && digits > 0) *--begin = style.decimalSign;
-        *--begin = static_cast<char>('0' + number % 10);
+/// "00" to "99" behind each other: two digits are written at once.
+constexpr auto kDigitPairs = [] {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
     }
-    if (negative) *--begin = '-';
-    text.append(begin, end);
-    return true;
+    return pairs;
+}();
+
+/// Writes a number below a hundred before a place, with two digits.
+char* WritePair(std::uint64_t number, char* place) {
+    std::memcpy(place - 2, &kDigitPairs[2 * number], 2);
+    return place - 2;
+}
+
+/// Takes so many last digits off a number and writes them before a place.
+char* TakeDigits(std::uint64_t& number, int count, char* place) {
+    for (; count >= 2; count -= 2, number /= 100) place = WritePair(number % 100, place);
+    if (count > 0) {
+        *--place = static_cast<char>('0' + number % 10);
+        number /= 10;
+    }
+    return place;
+}
+
+/// Writes a number without leading zeros before a place.
+void WriteNumber(std::uint64_t number, char* place) {
+    for (; number >= 100; number /= 100) place = WritePair(number % 100, place);
+    if (number >= 10) {
+        WritePair(number, place);
+    } else {
+        *--place = static_cast<char>('0' + number);
+    }
+}
+
+/// How many digits a number below 10^15 has without leading zeros; none of 0. Its logarithm to the
+/// base ten is at least its logarithm to the base two, rounded down, times 0.301.
+int DigitCount(std::uint64_t number) {
+    const int atLeast = static_cast<int>(std::bit_width(number)) * 1233 >> 12;
+    return atLeast + (static_cast<double>(number) >= kPowersOfTen[atLeast] ? 1 : 0);
 }
 
 std::string FixedByDigits(double value, int decimals, NumberStyle style) {
@@ -118,7 +139,42 @@ constexpr auto kSeparates = [] {
     return table;
 }();
 
-bool Separates(char c) { return kSeparates[static_cast<unsigned char>(c)]; }
+bool Separates(char c, bool commaIsDecimal = false) {
+    return kSeparates[static_cast<unsigned char>(c)] && !(c == ',' && commaIsDecimal);
+}
+
+/// A number at the start of a text, and where it ends.
+struct FewDigits {
+    double value;
+    const char* end;
+};
+
+/// The value of at most 15 digits with or without a decimal sign; nothing if the text begins with
+/// anything else. Both the digits and the power of ten are exact as doubles, so that one division
+/// rounds correctly.
+std::optional<FewDigits> ReadFewDigits(std::string_view text, char decimalSign) {
+    std::uint64_t number = 0;
+    const char* next = text.data();
+    const char* const end = next + text.size();
+    const auto takeDigits = [&next, end, &number] {
+        const char* const begin = next;
+        for (; next != end; ++next) {
+            const unsigned digit = static_cast<unsigned char>(*next) - unsigned{'0'};
+            if (digit > 9) break;
+            number = number * 10 + digit;
+        }
+        return next - begin;
+    };
+    const auto whole = takeDigits();
+    std::ptrdiff_t decimals = 0;
+    if (next != end && *next == decimalSign) {
+        ++next;
+        decimals = takeDigits();
+    }
+    const auto count = whole + decimals;
+    if (count == 0 || count > 15) return std::nullopt;
+    return FewDigits{static_cast<double>(number) / kPowersOfTen[decimals], next};
+}
 
 }  // namespace
 
@@ -129,8 +185,32 @@ std::string FixedText(double value, int decimals, NumberStyle style) {
 }
 
 void AppendFixed(std::string& text, double value, int decimals, NumberStyle style) {
-    if (!AppendByInteger(text, value, decimals, style))
+    char buffer[kMostFixed];
+    if (const char* const end = WriteFixed(buffer, value, decimals, style)) {
+        text.append(static_cast<const char*>(buffer), end);
+    } else {
         text += FixedByDigits(value, decimals, style);
+    }
+}
+
+// The shortest text differs from the value by less than 2^-53 of it, and the product is rounded by
+// as much again. Unless a half lies so near, all three round to the same integer.
+char* WriteFixed(char* place, double value, int decimals, NumberStyle style) {
+    if (decimals < 0 || decimals >= static_cast<int>(std::size(kPowersOfTen))) return nullptr;
+    const double scaled = std::abs(value) * kPowersOfTen[decimals];
+    if (!(scaled < 1e15)) return nullptr;
+    auto number = static_cast<std::uint64_t>(scaled);
+    const double fraction = scaled - static_cast<double>(number);
+    if (std::abs(fraction - 0.5) <= scaled * 0x1p-51) return nullptr;
+    if (fraction > 0.5) ++number;
+
+    const bool negative = std::signbit(value) && number > 0;
+    if (negative) *place++ = '-';
+    char* const end = place + std::max(DigitCount(number), decimals + 1) + (decimals > 0 ? 1 : 0);
+    char* before = TakeDigits(number, decimals, end);
+    if (decimals > 0) *--before = style.decimalSign;
+    WriteNumber(number, before);
+    return end;
 }
 
 std::string SciText(double value, NumberStyle style) {
@@ -152,8 +232,11 @@ std::string SciText(double value, NumberStyle style) {
 std::string ShortestText(double value, NumberStyle style) {
     if (!std::isfinite(value)) return NotFiniteText(value);
     if (value == 0.0) return "0";
+    const double size = std::abs(value);
+    const bool plain = size >= 1e-5 && size < 1e15;
+    const auto format = plain ? std::chars_format::fixed : std::chars_format::scientific;
     char buffer[32];
-    const auto end = std::to_chars(buffer, std::end(buffer), value).ptr;
+    const auto end = std::to_chars(buffer, std::end(buffer), value, format).ptr;
     std::replace(buffer, end, '.', style.decimalSign);
     return {buffer, end};
 }
@@ -179,13 +262,25 @@ std::string CleanNumberLine(std::string_view sLine, bool bCommaIsDecimal) {
 }
 
 std::string_view NextField(std::string_view& line, bool commaIsDecimal) {
-    const auto separates = [commaIsDecimal](char c) {
-        return Separates(c) && !(c == ',' && commaIsDecimal);
-    };
+    const auto separates = [commaIsDecimal](char c) { return Separates(c, commaIsDecimal); };
     const auto begin = std::ranges::find_if_not(line, separates);
     const auto end = std::find_if(begin, line.end(), separates);
     line = {end, line.end()};
     return {begin, end};
+}
+
+NumberField NextNumber(std::string_view& line, bool commaIsDecimal) {
+    const auto separates = [commaIsDecimal](char c) { return Separates(c, commaIsDecimal); };
+    const char* const begin = std::to_address(std::ranges::find_if_not(line, separates));
+    const char* const end = line.data() + line.size();
+    const bool negative = begin != end && *begin == '-';
+    const auto few = ReadFewDigits({begin + (negative ? 1 : 0), end}, commaIsDecimal ? ',' : '.');
+    if (few && (few->end == end || separates(*few->end))) {
+        line = {few->end, end};
+        return {{begin, few->end}, negative ? -few->value : few->value};
+    }
+    const auto field = NextField(line, commaIsDecimal);
+    return {field, ParseNumber(field, commaIsDecimal)};
 }
 
 std::optional<double> ParseNumber(std::string_view text, bool commaIsDecimal) {
@@ -197,6 +292,8 @@ std::optional<double> ParseNumber(std::string_view text, bool commaIsDecimal) {
     }
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+')) text.remove_prefix(1);
+    const auto few = ReadFewDigits(text, '.');
+    if (few && few->end == text.data() + text.size()) return negative ? -few->value : few->value;
     // from_chars would take another sign and the words inf and nan.
     if (text.empty() || (!IsDigit(text.front()) && text.front() != '.')) return std::nullopt;
 

@@ -1,6 +1,7 @@
 // Numbers as text, as listings, logs and files carry them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -21,11 +22,18 @@ std::string FixedText(double value, int decimals, NumberStyle style = {});
 /// Appends FixedText to a text.
 void AppendFixed(std::string& text, double value, int decimals, NumberStyle style = {});
 
+/// Room that WriteFixed needs.
+inline constexpr std::size_t kMostFixed = 24;
+
+/// Writes FixedText to a place with room for kMostFixed bytes and returns where the text ends;
+/// null, with nothing written, for the few values for which there is no short way.
+char* WriteFixed(char* place, double value, int decimals, NumberStyle style = {});
+
 /// The value as 0.000000000000000E+00: 16 significant digits, rounded as FixedText rounds.
 std::string SciText(double value, NumberStyle style = {});
 
-/// The shortest text that reads back to the same double; 0 for -0. Figures that are not finite are
-/// those of FixedText.
+/// The fewest digits that read back to the same double, without an exponent between 1e-5 and 1e15;
+/// 0 for -0. Figures that are not finite are those of FixedText.
 std::string ShortestText(double value, NumberStyle style = {});
 
 /// The text with blanks on the left up to nWidth columns; a longer text is returned unchanged.
@@ -44,6 +52,15 @@ std::string_view NextField(std::string_view& line, bool commaIsDecimal = false);
 /// (or comma when commaIsDecimal), an optional exponent E or e with digits. Nothing for any other
 /// text and for a value beyond the range of a double.
 std::optional<double> ParseNumber(std::string_view text, bool commaIsDecimal = false);
+
+/// A field, and the number that it is.
+struct NumberField {
+    std::string_view text;
+    std::optional<double> value;
+};
+
+/// NextField and ParseNumber in one pass.
+NumberField NextNumber(std::string_view& line, bool commaIsDecimal = false);
 
 /// The number that a user typed: blanks around it do not matter, and a comma is a decimal sign too.
 std::optional<double> TypedNumber(std::string_view text);

@@ -593,6 +593,9 @@ enum class Text : int {
     kIdentifiersAnew = 1633,
     kDomainLeftOut = 1634,
     kGdalSays = 1635,
+    kMeasuresLeftOut = 1636,
+    kNoGeometries = 1637,
+    kPagesLeftOut = 1638,
 
     // Rasters.
     kNoRasterInverse = 1650,
@@ -631,6 +634,32 @@ enum class Text : int {
     kRasterFormatOption = 1683,
     kUnsuitableNumbers = 1684,
     kBandsNotHeld = 1685,
+
+    // Drawings.
+    kDrawingLine = 1690,
+    kNoDrawing = 1691,
+    kNotAGroupCode = 1692,
+    kDrawingEndsEarly = 1693,
+    kEntityIncomplete = 1694,
+    kTiltedPlane = 1695,
+    kUnknownEntities = 1696,
+    kEntitiesUnmoved = 1697,
+    kNothingWritten = 1698,
+    kCurvesToPolylines = 1699,
+    kCirclesToEllipses = 1700,
+    kTurnedNearly = 1701,
+    kViewsKept = 1702,
+    kDrawingWritten = 1703,
+
+    // Control points on maps, and residuals there.
+    kOptionNeeds = 1720,
+    kAxesWithoutUse = 1721,
+    kSaveFormatOption = 1722,
+    kMarksLeftOut = 1723,
+    kResidualVectorsOption = 1724,
+    kVectorScaleOption = 1725,
+    kVectorScale = 1726,
+    kUnknownParameters = 1727,
 };
 
 }  // namespace kv_tr

@@ -1,0 +1,14 @@
+// An adjustment as JSON.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "kv_tr/fit/adjustment.h"
+
+namespace kv_tr::cli {
+
+/// Type, parameters, figures, points, and the messages shown so far; without a fit parameters and
+/// figures are null.
+nlohmann::ordered_json AdjustmentJson(const Adjustment& adjustment, bool fitted);
+
+}  // namespace kv_tr::cli
