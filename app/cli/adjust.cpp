@@ -311,7 +311,9 @@ bool HaveUseAll(const AdjustOptions& options) {
     const std::vector<NamedValue> ofVectors{{"--vector-scale", options.vectorScale}};
     const std::vector<NamedValue> ofExports{{"--source-crs", exports.sourceCrs}};
     const std::vector<NamedValue> ofMaps{{"--target-crs", exports.targetCrs}};
-    return HaveUse(ofPoints, "--save-points", !options.savePoints.empty()) &&
+    const std::vector<NamedValue> ofSigmas{{"--a-priori", options.findings.isAPriori ? "yes" : ""}};
+    return HaveUse(ofSigmas, "--sigma", !options.findings.sigma.empty()) &&
+           HaveUse(ofPoints, "--save-points", !options.savePoints.empty()) &&
            HaveUse(ofVectors, "--residual-vectors", !options.residualVectors.empty()) &&
            HaveUse(ofExports, "--export", !exports.wanted.empty()) &&
            HaveUse(ofMaps, "--export", options.WritesMaps());

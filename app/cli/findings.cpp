@@ -26,6 +26,7 @@ AssessmentOptions OptionsOf(const FindingsOptions& options, std::vector<Point> s
     } else if (!options.sigma.empty()) {
         assessment.sigma0 = ParseNumber(options.sigma, true);
     }
+    assessment.isAPriori = options.isAPriori;
     if (!options.alpha.empty()) assessment.alpha = *ParseNumber(options.alpha, true);
     return assessment;
 }
@@ -80,9 +81,9 @@ void PrintFigures(const Adjustment& adjustment, const Assessment& assessment) {
     }
 }
 
-void PrintParameters(const Assessment& assessment) {
+void PrintParameters(const Assessment& assessment, bool isAPriori) {
     constexpr std::array kDerived{"k", "k1", "k2", "φ", "δ"};
-    Table table({"", Translated(Text::kValueHeading), "σ"});
+    Table table({"", Translated(Text::kValueHeading), isAPriori ? "σ (σ0)" : "σ (s0)"});
     for (const auto& [name, estimate, atEdge, sigmaAtEdge] : assessment.parameters) {
         table.Add({name, Scientific(estimate.value), Scientific(estimate.sigma)});
     }
@@ -137,6 +138,7 @@ void AddFindingsOptions(CLI::App& command, FindingsOptions& options) {
             const bool suitable = text == FindingsOptions::kColumns || (number && *number > 0.0);
             return suitable ? "" : Translated(Text::kUnsuitableNumber, {Excerpt(text)});
         });
+    command.add_flag("--a-priori", options.isAPriori, Translated(Text::kAPrioriOption));
     command.add_option("--alpha", options.alpha, Translated(Text::kAlphaOption))
         ->type_name("P")
         ->check([](const std::string& text) {
@@ -180,7 +182,7 @@ void PrintFindings(const Adjustment& adjustment, const Findings& findings,
         std::cout << DescribeCheck(findings.check, ComponentTexts(), ComponentNumberStyle())
                   << "\n\n";
         PrintFigures(adjustment, findings.assessment);
-        PrintParameters(findings.assessment);
+        PrintParameters(findings.assessment, options.isAPriori);
         PrintPoints(adjustment, findings.assessment);
     }
     if (findings.advice) PrintAdvice(*findings.advice);

@@ -20,6 +20,7 @@ struct FindingsOptions {
     std::string sigma;  // a number of metres, or "columns"
     std::string alpha;
     std::string solution = "documented";
+    bool isAPriori = false;  // standard deviations come from --sigma, not from the residuals
     bool statistics = false;
     bool advise = false;
 

@@ -120,6 +120,7 @@ Json AssessmentJson(const Adjustment& adjustment, const Assessment& assessment) 
               {"redundancy", assessment.redundancy},
               {"sum_pvv", Number(assessment.squareSum)},
               {"sigma0", Number(assessment.sigma0)},
+              {"unit_sigma", Number(assessment.unitSigma)},
               {"sigma0_separate", PairJson(assessment.sigma0Separate)},
               {"rms_point", Number(assessment.rmsPerPoint)},
               {"press", Number(assessment.press)},

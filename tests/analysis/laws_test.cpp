@@ -74,6 +74,18 @@ TEST_P(FigureLaws, OnlySigma0ChangesWithTheUnitOfWeight) {
     ExpectSame(other.points[3].test, one.points[3].test, 1e-7);
 }
 
+TEST_P(FigureLaws, StandardDeviationsAPrioriAreInTheRatioOfTheSigmas) {
+    const Assessment found = AssessWith({});
+    AssessmentOptions options;
+    options.sigma0 = 0.7 * found.sigma0;
+    options.isAPriori = true;
+    const Assessment stated = Assess(points, type, options);
+    for (std::size_t i = 0; i < found.parameters.size(); ++i) {
+        ExpectSame(stated.parameters[i].estimate.sigma, 0.7 * found.parameters[i].estimate.sigma);
+    }
+    ExpectSame(stated.sigma0, found.sigma0);
+}
+
 TEST_P(FigureLaws, APointInTwoHalvesCountsAsOne) {
     auto twice = points;
     twice.insert(twice.end(), points.begin(), points.end());
@@ -137,6 +149,9 @@ TEST(Assessment, WithoutRedundancyFiguresDoNotExistAndBadSigmasAreRefused) {
         options.sigmas[1] = sigma;
         EXPECT_THROW(Assess(points, Type::kAffine, options), std::invalid_argument);
     }
+    AssessmentOptions unknown;
+    unknown.isAPriori = true;  // of which there is nothing
+    EXPECT_THROW(Assess(points, Type::kAffine, unknown), std::invalid_argument);
     AssessmentOptions different;
     different.sigmas.assign(3, {1, 2});
     EXPECT_THROW(Assess(points, Type::kHelmert, different), std::invalid_argument);

@@ -285,6 +285,7 @@ void Check(std::span<const ControlPoint> points, const AssessmentOptions& option
     Expect(std::ranges::all_of(options.sigmas, arePositive),
            "Standard deviations must be positive");
     Expect(!options.sigma0 || isPositive(*options.sigma0), "Standard deviations must be positive");
+    Expect(options.sigma0 || !options.isAPriori, "No standard deviation is known beforehand");
     Expect(options.alpha > 0.0 && options.alpha < 1.0, "A level must lie between 0 and 1");
 }
 
@@ -348,6 +349,7 @@ Assessment Assess(const AdjustedModel& model, std::span<const ControlPoint> poin
     if (!assessment.isDetermined) return assessment;
     assessment.fitsExactly = IsFitExact(model);
     SetSquares(model, options, assessment);
+    assessment.unitSigma = options.isAPriori ? *options.sigma0 : assessment.sigma0;
     SetCriticalValues(options.alpha, assessment);
     const auto cofactors = model.CofactorsAt(model.Sources());
     const Tests tests(model, options, assessment);

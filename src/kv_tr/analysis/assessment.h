@@ -25,6 +25,8 @@ struct AssessmentOptions {
     /// The standard deviation of unit weight when it is known beforehand: 1 where the sigmas are
     /// true, metres without sigmas.
     std::optional<double> sigma0;
+    /// The standard deviations of parameters come from this sigma0 instead of from the residuals.
+    bool isAPriori = false;
     double alpha = 0.05;  ///< the probability that any of all points is blamed wrongly
 };
 
@@ -64,6 +66,7 @@ struct Assessment {
 
     double squareSum = kUndefined;    ///< weighted
     double sigma0 = kUndefined;       ///< a posteriori, root of squareSum / redundancy
+    double unitSigma = kUndefined;    ///< what the standard deviations of parameters come from
     Residual sigma0Separate;          ///< of each coordinate, separate types only
     double rmsPerPoint = kUndefined;  ///< unweighted, divisor the points in use, metres
     double press = kUndefined;        ///< weighted squares of the leave-one-out errors
@@ -119,7 +122,7 @@ const char* NameOf(Assessment::Derived quantity);
 
 /// Assesses the accurate least-squares solution of a type. docs/mathematics.md has the formulas and
 /// their sources. Throws std::invalid_argument for sigmas that are not positive and finite, or not
-/// one a point, and for a level outside (0, 1).
+/// one a point, for a level outside (0, 1), and if nothing is known that is to be used a priori.
 Assessment Assess(std::span<const ControlPoint> points, Type type,
                   const AssessmentOptions& options = {});
 /// The same of a model that was made from the same points and sigmas.

@@ -127,7 +127,7 @@ void EstimateParameters(const AdjustedModel& model, std::span<const ControlPoint
     const Layout layout = LayoutOf(type, model.Model());
     const std::vector<Gradient> rows = Derivatives(model, layout, reduced ? origin : Point{});
     const Matrix cofactors = CofactorsOf(model);
-    const double sigma0 = assessment.sigma0;
+    const double sigma0 = assessment.unitSigma;
 
     std::vector<double> roots;
     roots.reserve(rows.size());

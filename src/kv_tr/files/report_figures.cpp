@@ -101,8 +101,9 @@ ReportSection ParameterSection(const ReportSubject& subject, const ReportWords& 
         section.blocks.emplace_back(ReportParagraph{formula, Style::kFormula});
     }
     section.blocks.emplace_back(Coefficients(subject, words));
+    const char* unit = subject.options.isAPriori ? "σ0" : "s0";
     section.blocks.emplace_back(
-        ReportParagraph{words(Text::kReportParameterLegend, {"σ"}), Style::kLegend});
+        ReportParagraph{words(Text::kReportParameterLegend, {"σ", unit}), Style::kLegend});
     ReportTable derived = Derived(subject, words);
     if (!derived.rows.empty()) section.blocks.emplace_back(std::move(derived));
     return section;

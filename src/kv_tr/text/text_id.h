@@ -660,6 +660,8 @@ enum class Text : int {
     kVectorScaleOption = 1725,
     kVectorScale = 1726,
     kUnknownParameters = 1727,
+    kDrawingHasNoCrs = 1728,
+    kAPrioriOption = 1729,
 };
 
 }  // namespace kv_tr

@@ -401,7 +401,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kReportCoefficient, "coefficient"},
     {Text::kReportValue, "value"},
     {Text::kReportAtEdge, "at edge [m]"},
-    {Text::kReportParameterLegend, "{0}: standard deviation, computed with s0. At edge: the effect of the coefficient half an extent of the points away."},
+    {Text::kReportParameterLegend, "{0}: standard deviation, computed with {1}. At edge: the effect of the coefficient half an extent of the points away."},
     {Text::kReportScale, "scale"},
     {Text::kReportScaleFirst, "scale of Y"},
     {Text::kReportScaleSecond, "scale of X"},
@@ -534,7 +534,7 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kFieldLeftOut, "{0}, layer {1}: the format {2} cannot hold the field {3}, which is left out"},
     {Text::kCrsDropped, "{0}: the coordinate system of the source does not hold after the transformation, and the result states none; --target-crs states one"},
     {Text::kCurvesStroked, "{0}: curves that became lines, at most {1} beside them: {2}"},
-    {Text::kNeedsGdal, "{0} is a data set, and this program was built without GDAL; install its package libgdal-dev and build again"},
+    {Text::kNeedsGdal, "{0} needs the program kv_tr_layers beside this one; it is built where GDAL is installed (package libgdal-dev)"},
     {Text::kOverwriteOption, "Replace data sets that exist"},
     {Text::kDataSetFormatOption, "Format of the data sets that are written, a driver of GDAL such as GPKG (default: as the name of the output or the format of the source tells)"},
     {Text::kCurveToleranceOption, "How far the lines that replace curves may be from them, in units of the source, of drawings in those of the result; curves stay under similarities"},
@@ -616,6 +616,8 @@ constexpr MlString kEnglishStrings[] = {
     {Text::kVectorScaleOption, "How many times longer than the residuals these lines are; otherwise chosen so that they can be seen"},
     {Text::kVectorScale, "{0}: the lines are so many times longer than the residuals: {1}"},
     {Text::kUnknownParameters, "{0} holds no parameters that are known here: a JSON record, a PROJ string or a geotransform in brackets, whatever its name, or a file that ends in .trp, .prm, .all or as a world file does (.wld, .tfw, .jgw ...)"},
+    {Text::kDrawingHasNoCrs, "--target-crs is of no use: a DXF drawing names no coordinate system: {0}"},
+    {Text::kAPrioriOption, "Standard deviations of the parameters come from --sigma instead of from the residuals"},
 };
 // clang-format on
 static_assert(IdsRise(kEnglishStrings));

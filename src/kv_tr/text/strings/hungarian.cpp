@@ -402,7 +402,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kReportCoefficient, "együttható"},
     {Text::kReportValue, "érték"},
     {Text::kReportAtEdge, "a szélen [m]"},
-    {Text::kReportParameterLegend, "{0}: középhiba, s0-lal számítva. A szélen: az együttható hatása a pontok félkiterjedésnyi távolságában."},
+    {Text::kReportParameterLegend, "{0}: középhiba, {1} alapján számítva. A szélen: az együttható hatása a pontok félkiterjedésnyi távolságában."},
     {Text::kReportScale, "méretarány"},
     {Text::kReportScaleFirst, "Y méretaránya"},
     {Text::kReportScaleSecond, "X méretaránya"},
@@ -535,7 +535,7 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kFieldLeftOut, "{0}, {1} réteg: a(z) {2} formátumba nem fér a(z) {3} mező, ez kimarad"},
     {Text::kCrsDropped, "{0}: a forrás vetületi rendszere a transzformáció után nem érvényes, az eredmény nem nevez meg rendszert; a --target-crs megnevez egyet"},
     {Text::kCurvesStroked, "{0}: törött vonallá vált ívek, legfeljebb {1} eltéréssel: {2}"},
-    {Text::kNeedsGdal, "{0} adatállomány, ez a program pedig GDAL nélkül készült; telepítse a libgdal-dev csomagot, és fordítsa újra"},
+    {Text::kNeedsGdal, "{0}: ehhez a kv_tr_layers programra van szükség e program mellett; az ott készül el, ahol a GDAL telepítve van (libgdal-dev csomag)"},
     {Text::kOverwriteOption, "A létező adatállományok felülírása"},
     {Text::kDataSetFormatOption, "A kiírt adatállományok formátuma, a GDAL egyik meghajtója, például GPKG (alapérték: a kimenet neve vagy a forrás formátuma szerint)"},
     {Text::kCurveToleranceOption, "Milyen messze lehetnek az íveket helyettesítő vonalak az ívektől, a forrás, rajznál az eredmény egységében; hasonlósági transzformációnál az ívek megmaradnak"},
@@ -617,6 +617,8 @@ constexpr MlString kHungarianStrings[] = {
     {Text::kVectorScaleOption, "Hányszor hosszabbak ezek a vonalak a maradék eltéréseknél; enélkül a program láthatóra választja"},
     {Text::kVectorScale, "{0}: a vonalak ennyiszer hosszabbak a maradék eltéréseknél: {1}"},
     {Text::kUnknownParameters, "a fájlban nincs felismerhető paraméter: {0}. Lehet benne JSON-rekord, PROJ-szöveg vagy szögletes zárójelben álló geotranszformáció, bármi a neve; más fájl .trp, .prm vagy .all végű, vagy world fájl (.wld, .tfw, .jgw ...)"},
+    {Text::kDrawingHasNoCrs, "a --target-crs itt nem használható: a DXF-rajz nem nevez meg vetületi rendszert: {0}"},
+    {Text::kAPrioriOption, "A paraméterek középhibái a --sigma értékéből adódnak, nem a maradék eltérésekből"},
 };
 // clang-format on
 static_assert(IdsRise(kHungarianStrings));

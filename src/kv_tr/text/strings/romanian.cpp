@@ -401,7 +401,7 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kReportCoefficient, "coeficient"},
     {Text::kReportValue, "valoare"},
     {Text::kReportAtEdge, "la margine [m]"},
-    {Text::kReportParameterLegend, "{0}: abaterea standard, calculată cu s0. La margine: efectul coeficientului la o semiextindere a punctelor."},
+    {Text::kReportParameterLegend, "{0}: abaterea standard, calculată cu {1}. La margine: efectul coeficientului la o semiextindere a punctelor."},
     {Text::kReportScale, "scară"},
     {Text::kReportScaleFirst, "scara lui Y"},
     {Text::kReportScaleSecond, "scara lui X"},
@@ -534,7 +534,7 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kFieldLeftOut, "{0}, stratul {1}: formatul {2} nu poate cuprinde câmpul {3}, care este omis"},
     {Text::kCrsDropped, "{0}: sistemul de coordonate al sursei nu mai este valabil după transformare, iar rezultatul nu indică niciunul; --target-crs indică unul"},
     {Text::kCurvesStroked, "{0}: curbe devenite linii, la cel mult {1} de acestea: {2}"},
-    {Text::kNeedsGdal, "{0} este un set de date, iar acest program a fost construit fără GDAL; instalați pachetul libgdal-dev și construiți din nou"},
+    {Text::kNeedsGdal, "{0} are nevoie de programul kv_tr_layers lângă acesta; el se construiește acolo unde este instalat GDAL (pachetul libgdal-dev)"},
     {Text::kOverwriteOption, "Înlocuiește seturile de date existente"},
     {Text::kDataSetFormatOption, "Formatul seturilor de date scrise, un driver GDAL precum GPKG (implicit: după numele ieșirii sau formatul sursei)"},
     {Text::kCurveToleranceOption, "Cât de departe pot fi liniile de curbele pe care le înlocuiesc, în unitățile sursei, la desene în ale rezultatului; la asemănări curbele rămân"},
@@ -616,6 +616,8 @@ constexpr MlString kRomanianStrings[] = {
     {Text::kVectorScaleOption, "De câte ori sunt mai lungi aceste linii decât erorile reziduale; altfel se alege astfel încât să se vadă"},
     {Text::kVectorScale, "{0}: liniile sunt mai lungi decât erorile reziduale de atâtea ori: {1}"},
     {Text::kUnknownParameters, "{0} nu conține parametri cunoscuți: o înregistrare JSON, un șir PROJ sau o geotransformare între paranteze drepte, oricare ar fi numele, ori un fișier care se termină în .trp, .prm, .all sau ca un fișier world (.wld, .tfw, .jgw ...)"},
+    {Text::kDrawingHasNoCrs, "--target-crs nu se poate folosi aici: un desen DXF nu indică un sistem de coordonate: {0}"},
+    {Text::kAPrioriOption, "Abaterile standard ale parametrilor rezultă din --sigma, nu din reziduuri"},
 };
 // clang-format on
 static_assert(IdsRise(kRomanianStrings));

@@ -401,7 +401,7 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kReportCoefficient, "koeficijent"},
     {Text::kReportValue, "vrednost"},
     {Text::kReportAtEdge, "na ivici [m]"},
-    {Text::kReportParameterLegend, "{0}: standardno odstupanje, izračunato sa s0. Na ivici: uticaj koeficijenta na pola raspona tačaka."},
+    {Text::kReportParameterLegend, "{0}: standardno odstupanje, izračunato sa {1}. Na ivici: uticaj koeficijenta na pola raspona tačaka."},
     {Text::kReportScale, "razmera"},
     {Text::kReportScaleFirst, "razmera po Y"},
     {Text::kReportScaleSecond, "razmera po X"},
@@ -534,7 +534,7 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kFieldLeftOut, "{0}, sloj {1}: format {2} ne može da sadrži polje {3}, koje se izostavlja"},
     {Text::kCrsDropped, "{0}: koordinatni sistem izvora ne važi posle transformacije, a rezultat ne navodi nijedan; --target-crs ga navodi"},
     {Text::kCurvesStroked, "{0}: krive koje su postale linije, najviše {1} od njih: {2}"},
-    {Text::kNeedsGdal, "{0} je skup podataka, a ovaj program je sagrađen bez GDAL-a; instalirajte paket libgdal-dev i sagradite ponovo"},
+    {Text::kNeedsGdal, "{0} zahteva program kv_tr_layers pored ovoga; on se gradi tamo gde je instaliran GDAL (paket libgdal-dev)"},
     {Text::kOverwriteOption, "Zamenjuje postojeće skupove podataka"},
     {Text::kDataSetFormatOption, "Format skupova podataka koji se pišu, drajver GDAL-a kao GPKG (podrazumevano: prema imenu izlaza ili formatu izvora)"},
     {Text::kCurveToleranceOption, "Koliko linije smeju biti daleko od krivih koje zamenjuju, u jedinicama izvora, kod crteža u jedinicama rezultata; pod sličnostima krive ostaju"},
@@ -616,6 +616,8 @@ constexpr MlString kSerbianStrings[] = {
     {Text::kVectorScaleOption, "Koliko su puta te linije duže od odstupanja; inače se bira tako da budu vidljive"},
     {Text::kVectorScale, "{0}: linije su duže od odstupanja ovoliko puta: {1}"},
     {Text::kUnknownParameters, "{0} ne sadrži parametre koji su ovde poznati: JSON zapis, PROJ niz ili geotransformaciju u uglastim zagradama, bez obzira na ime, ili datoteku sa nastavkom .trp, .prm, .all ili nastavkom world datoteke (.wld, .tfw, .jgw ...)"},
+    {Text::kDrawingHasNoCrs, "--target-crs ovde nema svrhe: DXF crtež ne navodi koordinatni sistem: {0}"},
+    {Text::kAPrioriOption, "Standardna odstupanja parametara slede iz --sigma umesto iz odstupanja na tačkama"},
 };
 // clang-format on
 static_assert(IdsRise(kSerbianStrings));

@@ -401,7 +401,7 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kReportCoefficient, "hệ số"},
     {Text::kReportValue, "giá trị"},
     {Text::kReportAtEdge, "ở rìa [m]"},
-    {Text::kReportParameterLegend, "{0}: độ lệch chuẩn, tính với s0. Ở rìa: ảnh hưởng của hệ số ở cách nửa kích thước vùng điểm."},
+    {Text::kReportParameterLegend, "{0}: độ lệch chuẩn, tính với {1}. Ở rìa: ảnh hưởng của hệ số ở cách nửa kích thước vùng điểm."},
     {Text::kReportScale, "tỷ lệ"},
     {Text::kReportScaleFirst, "tỷ lệ theo Y"},
     {Text::kReportScaleSecond, "tỷ lệ theo X"},
@@ -534,7 +534,7 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kFieldLeftOut, "{0}, lớp {1}: định dạng {2} không chứa được trường {3}, trường này bị bỏ ra"},
     {Text::kCrsDropped, "{0}: hệ tọa độ của dữ liệu nguồn không còn đúng sau phép biến đổi, và kết quả không nêu hệ nào; --target-crs nêu một hệ"},
     {Text::kCurvesStroked, "{0}: số đường cong thành đường gấp khúc, lệch không quá {1}: {2}"},
-    {Text::kNeedsGdal, "{0} là tập dữ liệu, còn chương trình này được dựng không có GDAL; hãy cài gói libgdal-dev rồi dựng lại"},
+    {Text::kNeedsGdal, "{0} cần chương trình kv_tr_layers nằm cạnh chương trình này; nó được tạo ở nơi có cài GDAL (gói libgdal-dev)"},
     {Text::kOverwriteOption, "Thay thế các tập dữ liệu đã có"},
     {Text::kDataSetFormatOption, "Định dạng của các tập dữ liệu được ghi, một trình điều khiển của GDAL như GPKG (mặc định: theo tên đầu ra hoặc định dạng nguồn)"},
     {Text::kCurveToleranceOption, "Đường gấp khúc thay đường cong được lệch bao nhiêu, theo đơn vị của nguồn, với bản vẽ theo đơn vị của kết quả; với phép đồng dạng đường cong được giữ"},
@@ -616,6 +616,8 @@ constexpr MlString kVietnameseStrings[] = {
     {Text::kVectorScaleOption, "Các đường này dài gấp mấy lần sai số còn lại; nếu không có thì chọn sao cho nhìn thấy được"},
     {Text::kVectorScale, "{0}: các đường dài hơn sai số còn lại số lần là: {1}"},
     {Text::kUnknownParameters, "{0} không chứa tham số nào nhận biết được: bản ghi JSON, chuỗi PROJ hoặc phép biến đổi geotransform trong ngoặc vuông (tên tệp tùy ý), hoặc tệp có đuôi .trp, .prm, .all hay đuôi của tệp world (.wld, .tfw, .jgw ...)"},
+    {Text::kDrawingHasNoCrs, "--target-crs không dùng được ở đây: bản vẽ DXF không nêu hệ tọa độ: {0}"},
+    {Text::kAPrioriOption, "Độ lệch chuẩn của các tham số tính từ --sigma thay vì từ số dư"},
 };
 // clang-format on
 static_assert(IdsRise(kVietnameseStrings));
