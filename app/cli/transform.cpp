@@ -152,6 +152,13 @@ bool Suit(const TransformOptions& options, const std::vector<TransformTask>& tas
         PrintNote(Translated(Text::kForTextsOnly, {ofTexts, Excerpt(tasks.front().input)}));
         return false;
     }
+    const auto isDataSet = [](const TransformTask& task) {
+        return task.kind == TaskKind::kDataSet;
+    };
+    if (!options.layers.targetCrs.empty() && std::ranges::none_of(tasks, isDataSet)) {
+        PrintNote(Translated(Text::kDrawingHasNoCrs, {Excerpt(tasks.front().input)}));
+        return false;
+    }
     return std::ranges::all_of(tasks, [&](const TransformTask& task) {
         return AreDistinct({{"--output", task.output}}, {{"--points", options.source.points},
                                                          {"--params", options.source.params}});

@@ -65,6 +65,14 @@ std::string FileNameOf(const std::string& layer, std::set<std::string>& taken) {
     return name;
 }
 
+/// Whether a data set holds rasters beside its layers, as GeoPackages may.
+bool HoldsRasters(GDALDataset& set) {
+    const ErrorLog errors;
+    const std::array<const char*, 2> drivers{set.GetDriver()->GetDescription(), nullptr};
+    return Dataset(GDALDataset::Open(set.GetDescription(), GDAL_OF_RASTER, drivers.data())) !=
+           nullptr;
+}
+
 class Work {
 public:
     Work(const VectorRequest& request, const MapOnMaps& map, const Progress& progress)
@@ -140,6 +148,9 @@ private:
         }
         if (!request_.crs.IsStated() && hadSystem) {
             result_.remarks.push_back({Text::kCrsDropped, {plan_.source}});
+        }
+        if (HoldsRasters(*source_)) {
+            result_.remarks.push_back({Text::kPagesLeftOut, {plan_.source}});
         }
         if (MeansDegrees(driver_)) {
             result_.remarks.push_back(
