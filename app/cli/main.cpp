@@ -1,8 +1,10 @@
-// kv_tr, the command line.
+// The command line: kv_tr, and with GDAL kv_tr_layers.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 
+#include "cli/hand_over.h"
 #include "cli/interruption.h"
 #include "cli/program.h"
 #include "cli/wording.h"
@@ -39,7 +41,17 @@ int WhenWritten(int code) {
 }
 
 int RunCommandLine(int argc, char** argv) {
-    InstallProgram(ChosenLanguage({argv + 1, argv + argc}));
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    InstallProgram(ChosenLanguage(arguments));
+#ifndef KV_TR_GDAL
+    const bool isAboutAll = arguments.empty() || arguments.front().starts_with('-');
+    const bool isWarp = std::ranges::find(arguments, "warp") != arguments.end();
+    if (isAboutAll || isWarp) HandOver();
+    if (!isAboutAll && arguments.front() == "warp") {
+        PrintNote(Translated(Text::kNeedsGdal, {"kv_tr warp"}));
+        return kWrongUsage;
+    }
+#endif
 
     CLI::App program(Translated(Text::kProgramSummary), "kv_tr");
     TranslateHelp(program);
@@ -73,6 +85,9 @@ int RunCommandLine(int argc, char** argv) {
 int main(int argc, char** argv) {
     using namespace kv_tr::cli;
     if (!kv_tr::app::OpenMissingStandardStreams()) return kReported;
+#ifndef KV_TR_GDAL
+    RememberArguments(argv);
+#endif
     ReportFilesTooLarge();
     try {
         return RunCommandLine(argc, argv);

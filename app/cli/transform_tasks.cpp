@@ -6,13 +6,14 @@
 #include <optional>
 #include <string_view>
 
+#include "cli/hand_over.h"
 #include "cli/program.h"
 #include "cli/transform_layers.h"
+#include "common/coordinate_lines.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/text/file_names.h"
 
 #ifdef KV_TR_GDAL
-#include "common/coordinate_lines.h"
 #include "kv_tr/gdal/vector_transform.h"
 #include "kv_tr/published/message.h"
 #endif
@@ -38,6 +39,29 @@ bool IsFolder(const std::string& name) {
     return fs::is_directory(name, error);
 }
 
+/// Whether the first line of a file is that of a point.
+bool BeginsWithPoint(const std::string& file) {
+    std::array<char, 1024> line{};
+    std::ifstream(file, std::ios::binary).getline(line.data(), line.size());
+    const std::string_view text(line.data());
+    app::CoordinateFields fields;
+    return app::ReadCoordinates(text.substr(0, text.find('\r')), {}, fields) ==
+           app::LineKind::kPoint;
+}
+
+/// Whether a file is a data set as far as its name, its first line and the options tell; nothing if
+/// GDAL has to be asked.
+std::optional<bool> IsDataSetByLooks(const std::string& input, const std::string& output,
+                                     const LayerOptions& options) {
+    if (input.starts_with("/vsi")) return true;
+    std::error_code error;
+    if (!fs::is_regular_file(input, error) && !IsFolder(input)) return false;
+    const bool isWanted = !options.format.empty() || EndsInOneOf(output, kDataSetEndings);
+    if (isWanted && !IsFolder(input)) return true;
+    if (EndsInOneOf(input, kTextEndings) || BeginsWithPoint(input)) return false;
+    return std::nullopt;
+}
+
 #ifdef KV_TR_GDAL
 
 /// What holds no places as a rule, and is not looked for in folders.
@@ -59,23 +83,8 @@ bool IsPartOfAnother(const fs::path& file) {
     });
 }
 
-/// Whether the first line of a file is that of a point.
-bool BeginsWithPoint(const std::string& file) {
-    std::array<char, 1024> line{};
-    std::ifstream(file, std::ios::binary).getline(line.data(), line.size());
-    const std::string_view text(line.data());
-    app::CoordinateFields fields;
-    return app::ReadCoordinates(text.substr(0, text.find('\r')), {}, fields) ==
-           app::LineKind::kPoint;
-}
-
 bool IsDataSet(const std::string& input, const std::string& output, const LayerOptions& options) {
-    if (input.starts_with("/vsi")) return true;
-    std::error_code error;
-    if (!fs::is_regular_file(input, error) && !IsFolder(input)) return false;
-    const bool isWanted = !options.format.empty() || EndsInOneOf(output, kDataSetEndings);
-    if (isWanted && !IsFolder(input)) return true;
-    if (EndsInOneOf(input, kTextEndings) || BeginsWithPoint(input)) return false;
+    if (const auto known = IsDataSetByLooks(input, output, options)) return *known;
     const std::string format = gdal::LayerFormatOf(input);
     // A folder of Shapefiles is a folder; one with an ending, such as .gdb, is a data set.
     return !format.empty() && format != "CSV" &&
@@ -117,7 +126,9 @@ std::optional<fs::path> NameOfResult(const fs::path& source, const LayerOptions&
 
 #else
 
-bool IsDataSet(const std::string& input, const std::string&, const LayerOptions& options) {
+bool IsDataSet(const std::string& input, const std::string& output, const LayerOptions& options) {
+    if (IsDataSetByLooks(input, output, options) == false) return false;
+    HandOver();
     return EndsInOneOf(input, kDataSetEndings) || !options.format.empty();
 }
 

@@ -56,6 +56,18 @@ TEST_F(LayerCommands, WritesLayersWholeThereAndBackAndInOtherFormats) {
     EXPECT_NE(ReadFile(work + "csv/new/parcels.csv").find("((594100"), parcels.npos);
 }
 
+TEST_F(LayerCommands, TransformsTextsWithoutTheProgramThatHasGdalAndRefusesTheRest) {
+    fs::copy_file(KV_TR_PROGRAM, work + "alone");
+    ASSERT_EQ(Run("echo 'A 1 2' | ./alone transform -" + shift), 0) << err;
+    EXPECT_EQ(out, "A 101.000 202.000\n");
+    EXPECT_EQ(Run("./alone transform p.gpkg --output new.gpkg" + shift), 1);
+    EXPECT_EQ(err.substr(0, err.find(" program")), "p.gpkg needs the") << err;
+    EXPECT_EQ(Run("./alone warp scan.tif --output map.tif" + shift), 2);
+    EXPECT_EQ(err.substr(0, err.find(" program")), "kv_tr warp needs the") << err;
+    EXPECT_EQ(Run("./alone --help; kv_tr --help | grep -c ' warp '"), 0);
+    EXPECT_TRUE(out.ends_with("\n1\n")) << out;
+}
+
 TEST_F(LayerCommands, GivesFilesAndFoldersTheirPlacesInTheOutput) {
     fs::create_directories(work + "in/sub");
     fs::copy_file(work + "p.gpkg", work + "in/sub/q.gpkg");
