@@ -98,7 +98,9 @@ void RegisterPair(const std::string& work, const std::string& ours, const std::s
 }  // namespace
 
 void RegisterRasters() {
-    RegisterPair("Pixels of a scan, order 3", "--threads 1", "-et 0.125 -wo NUM_THREADS=1");
+    RegisterPair("Pixels of a scan, order 3, no further options", "", "");
+    RegisterPair("Pixels of a scan, order 3, one thread", "--threads 1",
+                 "-et 0.125 -wo NUM_THREADS=1");
     RegisterPair("Pixels of a scan, order 3, cubic, two threads", "--threads 2 --resampling cubic",
                  "-et 0.125 -wo NUM_THREADS=2 -multi -r cubic");
     RegisterPair("Pixels of a scan, order 3, each computed", "--threads 1 --tolerance 0",

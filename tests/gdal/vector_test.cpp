@@ -293,6 +293,37 @@ TEST_F(Layers, TellsWhatAFormatCannotHoldAndKeepsItAnotherWayWhereThereIsOne) {
     EXPECT_TRUE(Has(result, Text::kFieldLeftOut));
 }
 
+TEST_F(Layers, TransformsEveryGeometryOfAFeatureAndTellsWhatStaysBehind) {
+    test::WriteFile(File("two.csv"), "id,one,other\n1,POINT (10 20),\"LINESTRING (5 0,0 10)\"\n");
+    test::WriteFile(File("two.vrt"),
+                    "<OGRVRTDataSource><OGRVRTLayer name='two'><SrcDataSource relativeToVRT='1'>"
+                    "two.csv</SrcDataSource><GeometryField name='g' encoding='WKT' field='one'/>"
+                    "<GeometryField name='h' encoding='WKT' field='other'/></OGRVRTLayer>"
+                    "</OGRVRTDataSource>");
+    TransformLayers({.source = File("two.vrt"), .target = File("two.sqlite")}, {Stretch()});
+    const Set two = Open(File("two.sqlite"));
+    const auto feature = OGRFeatureUniquePtr(two->GetLayer(0)->GetNextFeature());
+    EXPECT_EQ(TextOf(feature->GetGeomFieldRef(0)), "POINT (22.0 63.0)");
+    EXPECT_EQ(TextOf(feature->GetGeomFieldRef(1)), "LINESTRING (15.0 21.5,11.0 40.0)");
+    EXPECT_TRUE(
+        Has(TransformLayers({.source = File("two.vrt"), .target = File("o.gpkg")}, {Stretch()}),
+            Text::kGeometryFieldsLeftOut));
+
+    Make(File("mixed.gpkg"), "GPKG", {"POINT (1 2)"});
+    auto& drivers = *GetGDALDriverManager();
+    const Set scan(drivers.GetDriverByName("MEM")->Create("", 300, 300, 1, GDT_Byte, nullptr));
+    double place[] = {0, 1, 0, 0, 0, -1};
+    scan->SetGeoTransform(place);
+    CPLStringList options;
+    options.AddString("APPEND_SUBDATASET=YES");
+    options.AddString("RASTER_TABLE=scan");
+    ASSERT_TRUE(Set(drivers.GetDriverByName("GPKG")->CreateCopy(
+        File("mixed.gpkg").c_str(), scan.get(), 0, options.List(), nullptr, nullptr)));
+    EXPECT_TRUE(
+        Has(TransformLayers({.source = File("mixed.gpkg"), .target = File("m.gpkg")}, {Stretch()}),
+            Text::kPagesLeftOut));
+}
+
 TEST_F(Layers, StatesTheSystemThatIsAskedForAndNoOther) {
     Make(File("in.gpkg"), "GPKG", {"POINT (650000 240000)"}, "EPSG:23700");
     auto result =
