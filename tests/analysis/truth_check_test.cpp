@@ -6,8 +6,10 @@
 #include <cmath>
 
 #include "analysis/reference_cases.h"
+#include "helpers/sample_points.h"
 #include "kv_tr/analysis/distributions.h"
 #include "kv_tr/analysis/warnings.h"
+#include "kv_tr/fit/weak_geometry.h"
 
 namespace kv_tr::test {
 namespace {
@@ -112,6 +114,45 @@ TEST(TruthCheck, ControlPointsOnALineDetermineNoAffineTransformation) {
         EXPECT_EQ(check.cause.order, 1);
     }
     EXPECT_EQ(Fit(points, Type::kHelmert).check.level, Level::kVerified);
+
+    // A constant and a slope along the line explain nothing of these residuals.
+    points.resize(4);
+    std::vector<Residual> residuals;
+    for (const double sign : {1.0, -1.0, -1.0, 1.0}) residuals.push_back({0.3 * sign, 0.5 * sign});
+    const TruthCheck check = CheckFit(points, {.type = Type::kAffine}, residuals);
+    EXPECT_EQ(check.redundancy, 4);
+    EXPECT_NEAR(check.sigma0, std::sqrt(4 * (0.09 + 0.25) / 4), 1e-9);
+
+    for (ControlPoint& point : points) point.source = {7, 9};
+    EXPECT_EQ(CheckFit(points, {.type = Type::kAffine}, residuals).originDistance, 0.0);
+}
+
+TEST(TruthCheck, PointsThatTouchAreOneGroup) {
+    std::vector<Point> sources;
+    for (int i = 0; i < 11; ++i) {
+        sources.push_back({0.3 * i, 8.0 * i});
+        sources.push_back({1000.0 - 0.2 * i, 5.0 + 8.0 * i});
+    }
+    const Frame frame = FrameOf(sources, {}, Type::kAffine);
+    const WeakGeometry geometry = FindWeakGeometry(sources, frame, Type::kAffine);
+    EXPECT_EQ(geometry.kind, WeakGeometry::Kind::kGroups);
+    EXPECT_EQ(geometry.count, 2U);
+}
+
+TEST(Warnings, NameThePointThatOneCoordinateControlsBadly) {
+    const auto points = PointsBy(General(Type::kAffine), 8, 0.03);
+    AssessmentOptions options;
+    options.sigmas.assign(8, {0.03, 0.02});
+    options.sigmas[5].first = 0.0005;
+    const Assessment assessment = Assess(points, Type::kAffine, options);
+    const FitResult fit = Fit(points, Type::kAffine);
+    const auto warnings = FindWarnings({.points = points,
+                                        .transformation = fit.transformation,
+                                        .check = fit.check,
+                                        .assessment = &assessment});
+    const auto weak = std::ranges::find(warnings, Warning::Id::kWeak, &Warning::id);
+    ASSERT_NE(weak, warnings.end());
+    EXPECT_EQ(weak->point, 5U);
 }
 
 TEST(TruthCheck, AnotherStationaryPointIsFound) {

@@ -185,7 +185,6 @@ void TriangularFactor::FindCondition() {
         squaredLeast =
             1.0 / std::sqrt(std::inner_product(vector.begin(), vector.end(), vector.begin(), 0.0));
     }
-    normalise(vector);
     condition_ = std::sqrt(squaredMost / squaredLeast);
     weakest_ = Unscaled(vector);
 }
