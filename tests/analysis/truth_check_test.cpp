@@ -114,14 +114,20 @@ TEST(TruthCheck, ControlPointsOnALineDetermineNoAffineTransformation) {
         EXPECT_EQ(check.cause.order, 1);
     }
     EXPECT_EQ(Fit(points, Type::kHelmert).check.level, Level::kVerified);
+}
 
-    // A constant and a slope along the line explain nothing of these residuals.
-    points.resize(4);
+TEST(TruthCheck, WhatIsNotDeterminedExplainsNoResiduals) {
+    // On a circle one term of order 2 follows from the others; none has three waves around it.
+    std::vector<ControlPoint> points;
     std::vector<Residual> residuals;
-    for (const double sign : {1.0, -1.0, -1.0, 1.0}) residuals.push_back({0.3 * sign, 0.5 * sign});
-    const TruthCheck check = CheckFit(points, {.type = Type::kAffine}, residuals);
-    EXPECT_EQ(check.redundancy, 4);
-    EXPECT_NEAR(check.sigma0, std::sqrt(4 * (0.09 + 0.25) / 4), 1e-9);
+    for (int i = 0; i < 8; ++i) {
+        const double angle = std::atan(1.0) * i;
+        points.push_back({"", {500.0 * std::cos(angle), 500.0 * std::sin(angle)}, {}});
+        residuals.push_back({0.3 * std::cos(3 * angle), 0.5 * std::sin(3 * angle)});
+    }
+    const TruthCheck check = CheckFit(points, {.type = Type::kPolynomial2}, residuals);
+    EXPECT_EQ(check.redundancy, 6);
+    EXPECT_NEAR(check.sigma0, std::sqrt(4 * (0.09 + 0.25) / 6), 1e-9);
 
     for (ControlPoint& point : points) point.source = {7, 9};
     EXPECT_EQ(CheckFit(points, {.type = Type::kAffine}, residuals).originDistance, 0.0);
