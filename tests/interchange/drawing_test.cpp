@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <random>
+#include <sstream>
 
 #include "helpers/files.h"
 
@@ -79,7 +80,16 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
          "0 ELLIPSE 10 2 20 2 11 4 21 0 40 0.25 41 1 42 2"},
         {"0 INSERT 2 B 10 1 20 0 30 5 43 3", kMirror,
          "0 INSERT 2 B 10 100 20 202 30 5  41 2  42 -2 43 3  50 90"},
+        {"0 INSERT 2 B 10 1 20 0 41 3 42 4 44 5 45 6 50 10", kTurn,
+         "0 INSERT 2 B 10 100 20 202 41 6 42 8 44 10 45 12 50 100"},
         {"0 VIEWPORT 67 1 69 2 12 1 22 2 45 3", kTurn, "0 VIEWPORT 67 1 69 2 12 96 22 202 45 6"},
+        {"0 VIEWPORT 67 1 69 2 12 1 22 2 45 3 36 -1", kTurn,
+         "0 VIEWPORT 67 1 69 2 12 1 22 2 45 3 36 -1"},
+        {"0 MTEXT 10 1 20 2 40 1 41 5 1 x 44 1 101 Embedded 10 1 20 0 11 1 21 2 40 5 44 3 45 4",
+         kTurn,
+         "0 MTEXT 10 96 20 202 40 2  50 90 41 10 1 x 44 1 101 Embedded 10 0 20 1 11 96 21 202 40 "
+         "10 44 6 "
+         "45 8"},
     };
     for (const auto& [before, map, after] : cases) {
         const Rewritten result = Rewrite(DrawingOf(before), map);
@@ -122,6 +132,41 @@ TEST(TransformDrawing, TurnsCurvesIntoEllipsesOrPolylinesAndTells) {
     const Rewritten text = Rewrite(DrawingOf("0 TEXT 10 0 20 0 40 1"), kStretch);
     EXPECT_EQ(text.report.nearly, (DrawingReport::Counts{{"TEXT", 1}}));
     EXPECT_DOUBLE_EQ(text.report.greatestDeparture, 0.5);
+}
+
+TEST(TransformDrawing, FollowsARationalSplineWithinTheToleranceAndOnce) {
+    // Half a circle of radius 10 in two arcs.
+    const std::string half =
+        "0 SPLINE 8 L 70 4 71 2 72 8 73 5 40 0 40 0 40 0 40 1 40 1 40 2 40 2 40 2 41 1 41 "
+        "0.70710678118654752 41 1 41 0.70710678118654752 41 1 10 10 20 0 30 7 10 10 20 10 30 7 10 "
+        "0 "
+        "20 10 30 7 10 -10 20 10 30 7 10 -10 20 0 30 7";
+    const Transformation bent{
+        .type = Type::kPolynomial2, .a = {0, 0, 1, 0, 1e-2}, .b = {0, 0, 0, 1}};
+    const Rewritten result = Rewrite(DrawingOf(half), bent, {.tolerance = 0.01});
+    EXPECT_EQ(result.report.polylines, (DrawingReport::Counts{{"SPLINE", 1}}));
+    EXPECT_NE(result.bytes.find("\n 38\n7\n"), std::string::npos) << result.bytes;
+
+    std::vector<Point> vertices;
+    std::istringstream lines(result.bytes);
+    for (std::string code, value; std::getline(lines, code) && std::getline(lines, value);) {
+        if (std::stoi(code) == 10) vertices.push_back({std::stod(value), 0});
+        if (std::stoi(code) == 20) vertices.back().second = std::stod(value);
+    }
+    std::vector<Point> circle;
+    for (int i = 0; i <= 4000; ++i) {
+        const double angle = std::acos(-1.0) * i / 4000;
+        circle.push_back(bent.Apply({10 * std::cos(angle), 10 * std::sin(angle)}));
+    }
+    std::size_t at = 0;  // along the half circle the distance to the nearest vertex falls and rises
+    for (const Point& vertex : vertices) {
+        const auto distance = [&](std::size_t i) {
+            return std::hypot(circle[i].first - vertex.first, circle[i].second - vertex.second);
+        };
+        while (at + 1 < circle.size() && distance(at + 1) <= distance(at)) ++at;
+        EXPECT_LT(distance(at), 0.01) << vertex.first << ' ' << vertex.second;
+    }
+    EXPECT_EQ(at + 1, circle.size());
 }
 
 TEST(TransformDrawing, RefusesWhatItCannotTransform) {
