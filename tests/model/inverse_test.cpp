@@ -13,6 +13,7 @@
 #include "kv_tr/model/distortion.h"
 #include "kv_tr/model/fold.h"
 #include "kv_tr/model/national.h"
+#include "kv_tr/model/point_map.h"
 
 namespace kv_tr::test {
 namespace {
@@ -152,6 +153,22 @@ TEST(ExactInverse, RefusesArraysOfDifferentLengths) {
     EXPECT_THROW(inverse.ApplyToPairs(three, three), std::invalid_argument);
     EXPECT_THROW(inverse.ApplyToPairs(four, four, one), std::invalid_argument);
     EXPECT_EQ(inverse.ApplyToPairs(four, four, two), 2U) << "zeros lie beyond the fold";
+}
+
+TEST(PointMap, MapsPairsAsPointsAndMarksTheLost) {
+    const Transformation t{.type = Type::kAffine, .a = {5, 2, 1}, .b = {7, 0, 3}};
+    const PointMap maps[] = {t, *ExactInverse::Of(t)};
+    for (const PointMap& map : maps) {
+        const std::vector<double> pairs{1, 2, HUGE_VAL, 4, -3, 8};
+        std::vector<double> out(pairs.size());
+        std::vector<NoSource> troubles(3);
+        EXPECT_EQ(MapPairs(map, pairs, out, troubles), 1U);
+        EXPECT_TRUE(std::isnan(out[2]) && std::isnan(out[3]));
+        EXPECT_EQ(troubles, (std::vector{NoSource::kNone, NoSource::kNotReached, NoSource::kNone}));
+        EXPECT_EQ((Point{out[4], out[5]}), ImageOf(map, {-3, 8}).point);
+    }
+    EXPECT_EQ(ImageOf(maps[0], {-3, 8}).point, (Point{7, 31}));
+    EXPECT_DOUBLE_EQ(ImageOf(maps[1], {7, 31}).point.first, -3);
 }
 
 TEST(Distortion, IsThatOfATurnedScaling) {
