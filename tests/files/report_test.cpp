@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "helpers/report_sample.h"
+#include "kv_tr/files/report_file.h"
 #include "kv_tr/files/report_html.h"
 
 namespace kv_tr {
@@ -152,6 +153,14 @@ TEST(ReportOf, DrawsVectorsAtTheScaleThatItTells) {
     EXPECT_EQ(barText, "v: 200 mm");
     const double residual = std::stod(RowOf(report, "P0").at(7));
     EXPECT_NEAR(longest / residual, bar / 0.2, 0.01 * bar / 0.2) << "both tell one scale";
+}
+
+TEST(IsCalendarDay, TakesDaysOfTheCalendarWrittenOneWay) {
+    EXPECT_TRUE(IsCalendarDay("2028-02-29"));
+    for (const char* other :
+         {"2026-02-29", "2026/05-31", "2026-05/31", "2026-05-3", "-026-05-31"}) {
+        EXPECT_FALSE(IsCalendarDay(other)) << other;
+    }
 }
 
 TEST(HtmlOf, EscapesForeignTextAndGivesTheSameBytes) {

@@ -159,7 +159,8 @@ TEST(PointMap, MapsPairsAsPointsAndMarksTheLost) {
     const Transformation t{.type = Type::kAffine, .a = {5, 2, 1}, .b = {7, 0, 3}};
     const PointMap maps[] = {t, *ExactInverse::Of(t)};
     for (const PointMap& map : maps) {
-        const std::vector<double> pairs{1, 2, HUGE_VAL, 4, -3, 8};
+        const double beyond = &map == maps ? 1e308 : HUGE_VAL;  // one coordinate, or both
+        const std::vector<double> pairs{1, 2, beyond, 4, -3, 8};
         std::vector<double> out(pairs.size());
         std::vector<NoSource> troubles(3);
         EXPECT_EQ(MapPairs(map, pairs, out, troubles), 1U);
