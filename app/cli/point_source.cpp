@@ -55,15 +55,9 @@ std::nullopt_t ReportFirst(const Problem& problem, const std::string& fileName) 
     return std::nullopt;
 }
 
-/// Notes identifiers, the first few of them by name.
+/// Notes identifiers, if there are any.
 void NoteIdentifiers(Text text, const std::string& fileName, const std::vector<std::string>& ids) {
-    constexpr std::size_t kNamed = 10;
-    if (ids.empty()) return;
-    std::string names;
-    for (std::size_t i = 0; i < ids.size() && i < kNamed; ++i)
-        names += (i > 0 ? ", " : "") + Excerpt(ids[i]);
-    if (ids.size() > kNamed) names += ", ...";
-    PrintNote(Translated(text, {fileName, std::to_string(ids.size()), names}));
+    if (!ids.empty()) PrintNote(app::IdentifiersNote(text, fileName, ids));
 }
 
 std::optional<LoadedPoints> LoadFile(const PointSource& source, bool allProblems) {
@@ -122,6 +116,18 @@ void AddPointFormatOption(CLI::App& command, std::string& word) {
                     Translated(Text::kPointFormatOption) + ": " + PointFormatWords())
         ->type_name("FORMAT")
         ->check(CheckWord(PointFormatWords()));
+}
+
+std::vector<std::string> IdentifiersIn(const PointSource& source) {
+    const auto options = OptionsOf(source);
+    const auto points = source.target.empty()
+                            ? ReadPointsOfFile(source.file, options).points
+                            : JoinByIdentifier(ReadPointListOfFile(source.file, options),
+                                               ReadPointListOfFile(source.target, options))
+                                  .points;
+    std::vector<std::string> identifiers;
+    for (const ControlPoint& point : points) identifiers.push_back(point.id);
+    return identifiers;
 }
 
 bool IsSensible(const PointSource& source) {

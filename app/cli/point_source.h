@@ -51,6 +51,9 @@ bool IsSensible(const PointSource& source);
 /// listing, unless all of them are wanted, all those of other formats.
 std::optional<LoadedPoints> LoadPoints(const PointSource& source, bool allProblems = false);
 
+/// The identifiers of control points, as far as the files can be understood; reports nothing.
+std::vector<std::string> IdentifiersIn(const PointSource& source);
+
 /// Loads control points into an adjustment; false after what is wrong with them was reported.
 bool LoadPoints(Adjustment& adjustment, const PointSource& source);
 

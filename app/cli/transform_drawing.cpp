@@ -9,12 +9,11 @@
 #include "cli/interruption.h"
 #include "cli/program.h"
 #include "cli/terminal.h"
-#include "common/lost_points.h"
+#include "common/drawing_words.h"
 #include "kv_tr/interchange/drawing.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
-#include "kv_tr/text/number_text.h"
 #include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr::cli {
@@ -42,69 +41,11 @@ std::optional<std::string> ReadDrawing(const std::string& name) {
     return std::nullopt;
 }
 
-/// What is wrong, as a sentence without its end.
-std::string CauseText(const DrawingProblem& problem) {
-    switch (problem.kind) {
-        case DrawingProblem::Kind::kNoDrawing: return Translated(Text::kNoDrawing);
-        case DrawingProblem::Kind::kNotAGroupCode:
-            return Translated(Text::kNotAGroupCode, {Excerpt(problem.text)});
-        case DrawingProblem::Kind::kNotANumber:
-            return Translated(Text::kUnsuitableNumber, {Excerpt(problem.text)});
-        case DrawingProblem::Kind::kEndsEarly: return Translated(Text::kDrawingEndsEarly);
-        case DrawingProblem::Kind::kMissingCoordinate: return Translated(Text::kEntityIncomplete);
-        case DrawingProblem::Kind::kTiltedPlane: return Translated(Text::kTiltedPlane);
-        case DrawingProblem::Kind::kNoImage: break;
-    }
-    return app::ReasonText(problem.reason);
-}
-
-std::string Listed(const DrawingReport::Counts& counts) {
-    std::string list;
-    for (const auto& [type, count] : counts) {
-        list += (list.empty() ? "" : ", ") + type + " " + std::to_string(count);
-    }
-    return list;
-}
-
 void ShowProblems(const DrawingReport& report, const std::string& name) {
     std::string text;
-    const auto add = [&text](const std::string& line) {
+    for (const std::string& line : app::DrawingProblems(report, name))
         text += (text.empty() ? "" : "\r\n") + line;
-    };
-    for (const DrawingProblem& problem : report.problems) {
-        std::string what = problem.entity;
-        if (!problem.handle.empty()) what += " " + problem.handle;
-        add(Translated(Text::kDrawingLine,
-                       {name, std::to_string(problem.line),
-                        (what.empty() ? "" : what + ": ") + CauseText(problem)}));
-    }
-    if (!report.unknown.empty()) {
-        add(Translated(Text::kUnknownEntities,
-                       {name, std::to_string(report.firstUnknownLine), Listed(report.unknown)}));
-    }
-    if (report.complete && !text.empty()) {
-        add(Translated(Text::kEntitiesUnmoved, {name, std::to_string(report.unmoved)}));
-    }
     if (!text.empty()) ShowMessage(text, Icon::kExclamation);
-}
-
-void NoteCounts(const DrawingReport& report, const std::string& name, double tolerance) {
-    if (!report.polylines.empty()) {
-        PrintNote(Translated(Text::kCurvesToPolylines,
-                             {name, ShortestText(tolerance), Listed(report.polylines)}));
-    }
-    if (!report.ellipses.empty()) {
-        PrintNote(Translated(Text::kCirclesToEllipses, {name, Listed(report.ellipses)}));
-    }
-    if (!report.nearly.empty()) {
-        char departure[32];
-        std::snprintf(departure, sizeof departure, "%.2g", report.greatestDeparture);
-        PrintNote(Translated(Text::kTurnedNearly, {name, departure, Listed(report.nearly)}));
-    }
-    if (report.views > 0) {
-        PrintNote(Translated(Text::kViewsKept, {name, std::to_string(report.views)}));
-    }
-    PrintNote(Translated(Text::kDrawingWritten, {name, std::to_string(report.moved)}));
 }
 
 /// Transforms one drawing; the exit code.
@@ -152,7 +93,8 @@ int TransformOne(const TransformTask& task, const MapWithAxes& loaded,
         return kReported;
     }
     if (!file->Commit()) throw WriteFailure(output);
-    NoteCounts(report, task.input, options.curveTolerance);
+    for (const std::string& note : app::DrawingNotes(report, task.input, options.curveTolerance))
+        PrintNote(note);
     return report.problems.empty() && report.unknown.empty() ? kDone : kReported;
 }
 

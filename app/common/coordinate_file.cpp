@@ -83,11 +83,23 @@ private:
             throw ReadFailure(error);
         }
         bytesRead_ += block.size();
+        PassHeaders(block);
         constexpr std::size_t kSmall = 1 << 14;
         const bool pays = processors_ > 1 && block.size() >= kSmall;
         underWay_.emplace_back(std::move(block), map_, options_);
         if (pays) underWay_.back().StartThread();
         return true;
+    }
+
+    /// Writes the header lines that a block begins with, and takes them off.
+    void PassHeaders(std::string& block) {
+        std::string_view rest = block;
+        for (; result_.lines < options_.headerLines && !rest.empty(); ++result_.lines)
+            TakeLine(rest);
+        const std::size_t size = block.size() - rest.size();
+        output_.write(std::string_view(block).substr(0, size));
+        bytesDone_ += size;
+        block.erase(0, size);
     }
 
     /// The error of a text whose lines have not all come out.
@@ -103,6 +115,11 @@ private:
             TransformedLines done = underWay_.front().Take();
             underWay_.pop_front();
             output_.write(done.text);
+            for (BadLine& bad : done.named) {
+                if (result_.named.size() == kMostNamed) break;
+                bad.line += result_.lines;
+                result_.named.push_back(std::move(bad));
+            }
             result_.lines += done.lines;
             result_.badLines += done.badLines;
             result_.mayHaveDecimalCommas |= done.mayHaveDecimalCommas;

@@ -7,6 +7,7 @@
 #include <streambuf>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/coordinate_lines.h"
 #include "common/lost_points.h"
@@ -18,6 +19,7 @@ namespace kv_tr::app {
 struct CoordinateResult {
     std::uint64_t lines = 0;  // read, the one that ended the work included
     std::uint64_t badLines = 0;
+    std::vector<BadLine> named{};             // the first of them, at most kMostNamed
     LostPoints lost{};                        // those of the bad lines that have no inverse
     PointPrecision::Extrapolation outside{};  // points outside the control points
     std::optional<std::string> endedBy;       // the bad line that did

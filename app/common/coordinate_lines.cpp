@@ -5,7 +5,9 @@
 #include <array>
 #include <cmath>
 #include <span>
+#include <tuple>
 
+#include "kv_tr/model/hull.h"
 #include "kv_tr/text/decimal_commas.h"
 #include "kv_tr/text/line_reader.h"
 #include "kv_tr/text/number_text.h"
@@ -13,14 +15,18 @@
 namespace kv_tr::app {
 namespace {
 
+/// Whether a field stands before another one of its line.
+bool ByPlace(std::string_view field, std::string_view other) { return field.data() < other.data(); }
+
 /// Appends the standard deviations of a transformed point, separated as its coordinates are, and
 /// notes whether it lies outside the control points.
 void AppendPrecision(const CoordinateFields& fields, const CoordinateOptions& options,
                      TransformedLines& done) {
     const NumberStyle style{options.decimalComma ? ',' : '.'};
+    const auto [earlier, later] = std::minmax(fields.first, fields.second, ByPlace);
     const std::string_view separator(
-        fields.first.data() + fields.first.size(),
-        static_cast<std::size_t>(fields.second.data() - fields.first.data()) - fields.first.size());
+        earlier.data() + earlier.size(),
+        static_cast<std::size_t>(later.data() - earlier.data()) - earlier.size());
     const std::span points(&fields.point, 1);
     const auto covariance = options.precision->At(points).front();
     for (const double sigma : {covariance.SigmaFirst(), covariance.SigmaSecond()}) {
@@ -151,6 +157,8 @@ private:
                 return false;
             }
             ++done.badLines;
+            if (done.named.size() < kMostNamed)
+                done.named.push_back({done.lines, std::string(line.text), trouble});
             done.lost[static_cast<std::size_t>(trouble)] += 1;
             text.Write(begin, end);
         }
@@ -163,14 +171,22 @@ private:
                      Gathered& text) const {
         const auto& [id, first, second, point] = line.fields;
         const NumberStyle style{options_.decimalComma ? ',' : '.'};
-        text.Write(line.text.data(), first.data());
-        text.WriteNumber(image.first, options_.decimals, style);
-        text.Write(first.data() + first.size(), second.data());
-        text.WriteNumber(image.second, options_.decimals, style);
-        text.Write(second.data() + second.size(), line.text.data() + line.text.size());
-        if (!options_.precision) return;
+        const bool inOrder = ByPlace(first, second);
+        const auto& [earlier, later] = inOrder ? std::tie(first, second) : std::tie(second, first);
+        text.Write(line.text.data(), earlier.data());
+        text.WriteNumber(inOrder ? image.first : image.second, options_.decimals, style);
+        text.Write(earlier.data() + earlier.size(), later.data());
+        text.WriteNumber(inOrder ? image.second : image.first, options_.decimals, style);
+        text.Write(later.data() + later.size(), line.text.data() + line.text.size());
+        if (!options_.precision) return CountOutside(point, done);
         text.Flush();
         AppendPrecision(line.fields, options_, done);
+    }
+
+    void CountOutside(Point point, TransformedLines& done) const {
+        if (!options_.hull) return;
+        const double distance = DistanceOutside(*options_.hull, point);
+        if (distance > 0) done.outside.Add({.count = 1, .farthest = distance});
     }
 
     const PointMap& map_;
@@ -185,6 +201,27 @@ private:
 
 }  // namespace
 
+namespace {
+
+LineKind ReadColumns(std::string_view line, const CoordinateOptions& options,
+                     CoordinateFields& fields) {
+    const auto [firstColumn, secondColumn] = *options.columns;
+    fields.id = {};
+    for (std::size_t i = 0; i <= std::max(firstColumn, secondColumn); ++i) {
+        const std::string_view field = NextField(line, options.decimalComma);
+        if (field.empty()) return i == 0 ? LineKind::kNoFields : LineKind::kBad;
+        if (i == firstColumn) fields.first = field;
+        if (i == secondColumn) fields.second = field;
+    }
+    const auto first = ParseNumber(fields.first, options.decimalComma);
+    const auto second = ParseNumber(fields.second, options.decimalComma);
+    if (!first || !second || firstColumn == secondColumn) return LineKind::kBad;
+    fields.point = {*first, *second};
+    return LineKind::kPoint;
+}
+
+}  // namespace
+
 bool SeemsToHaveDecimalCommas(std::string_view line, const CoordinateOptions& options) {
     if (options.decimalComma || line.find(',') == line.npos) return false;
     return HasDecimalCommas(line, 2) ||
@@ -194,6 +231,7 @@ bool SeemsToHaveDecimalCommas(std::string_view line, const CoordinateOptions& op
 LineKind ReadCoordinates(std::string_view line, const CoordinateOptions& options,
                          CoordinateFields& fields) {
     if (SeemsToHaveDecimalCommas(line, options)) return LineKind::kBad;
+    if (options.columns) return ReadColumns(line, options, fields);
     auto rest = line;
     fields.id = options.noId ? std::string_view() : NextField(rest, options.decimalComma);
     auto first = NextNumber(rest, options.decimalComma);

@@ -60,4 +60,14 @@ std::string FieldComplaint(const Problem& problem, const std::string& fileName) 
                        ReasonOf(problem), Excerpt(problem.text)});
 }
 
+std::string IdentifiersNote(Text text, const std::string& fileName,
+                            const std::vector<std::string>& ids) {
+    constexpr std::size_t kNamed = 10;
+    std::string names;
+    for (std::size_t i = 0; i < ids.size() && i < kNamed; ++i)
+        names += (i > 0 ? ", " : "") + Excerpt(ids[i]);
+    if (ids.size() > kNamed) names += ", ...";
+    return Translated(text, {fileName, std::to_string(ids.size()), names});
+}
+
 }  // namespace kv_tr::app

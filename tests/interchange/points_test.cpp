@@ -300,6 +300,7 @@ TEST(ReadPoints, TellsEveryProblemWithItsLineColumnAndField) {
              {kGrass, "# h\n1 2 3 4 x\n", {{Kind::kNotANumber, 2, 9, "x"}}},
              {kEsriLink, "1 2 3\n", {{Kind::kMissingField, 1, 6, ""}}},
              {kGeoJson, "{\"type\":\n }", {{Kind::kDamaged, 2, 2, "}"}}},
+             {kGeoJson, "{\"type\": Ő}", {{Kind::kDamaged, 1, 10, "Ő"}}},
              {kGeoJson, "{\"type\":\"Topology\"}", {{Kind::kDamaged, 1, 1, ""}}},
              // clang-format on
          }) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,10 @@ struct ReportSubject {
     std::vector<ReportFile> files{};
     std::string date{};     ///< "2026-05-31"
     std::string version{};  ///< of the program, with its name
+    /// Why points are excluded: a note a point, empty where there is none, or no notes at all; and
+    /// what the column of the notes is called.
+    std::span<const std::string> notes{};
+    std::string noteHeading{};
 };
 
 /// The report. The same subject gives the same report.

@@ -11,6 +11,7 @@
 #include "kv_tr/text/file_names.h"
 #include "kv_tr/text/replacing_file.h"
 #include "kv_tr/text/sha256.h"
+#include "kv_tr/text/version.h"
 
 namespace kv_tr {
 namespace {
@@ -59,7 +60,7 @@ WrittenReport WriteReport(const Report& report, const std::string& fileName,
     return {file.Commit() ? Trouble::kNone : Trouble::kNotWritten};
 }
 
-std::string ReportingProgram() { return "KV_Tr " KV_TR_VERSION; }
+std::string ReportingProgram() { return std::string("KV_Tr ") + Version(); }
 
 bool IsCalendarDay(std::string_view text) {
     if (text.size() != 10 || text[4] != '-' || text[7] != '-') return false;

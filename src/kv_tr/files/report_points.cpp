@@ -202,12 +202,14 @@ ReportSection ExcludedSection(const ReportSubject& subject, const ReportWords& w
     ReportSection section{words(Text::kReportExcluded)};
     ReportTable table{.columns = PointColumns(words), .rows = {}};
     table.columns.push_back({words(Text::kReportReturnable), Kind::kText});
+    if (!subject.notes.empty()) table.columns.push_back({subject.noteHeading, Kind::kForeign});
     for (std::size_t i = 0; i < adjustment.Points().size(); ++i) {
         if (adjustment.Points()[i].used) continue;
         table.rows.push_back(PointRow(adjustment, i, words));
         const bool returns = std::ranges::find(returnable, i) != returnable.end();
         table.rows.back().push_back(!isTested ? kUndefinedText
                                               : words(returns ? Text::kYes : Text::kNo));
+        if (!subject.notes.empty()) table.rows.back().push_back(ReportedText(subject.notes[i]));
     }
     section.blocks.emplace_back(std::move(table));
     section.blocks.emplace_back(ReportParagraph{

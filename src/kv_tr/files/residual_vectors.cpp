@@ -6,6 +6,7 @@
 
 #include "kv_tr/files/report_sections.h"
 #include "kv_tr/text/code_page.h"
+#include "kv_tr/text/round_number.h"
 
 namespace kv_tr {
 namespace {
@@ -24,15 +25,6 @@ constexpr double kVector = 36;  // the longest residual vector
 constexpr double kMark = 3;
 constexpr double kLeastShown = 1e-6;                          // metres
 constexpr double kLetter = 0.62 * ReportPicture::kLabelSize;  // the width of one, about
-
-/// The greatest of 1, 2, 5, 10, 20, ... that is no greater.
-double RoundBelow(double value) {
-    const double power = std::pow(10.0, std::floor(std::log10(value)));
-    for (const double factor : {5.0, 2.0}) {
-        if (factor * power <= value) return factor * power;
-    }
-    return power;
-}
 
 std::string LengthText(double metres, const ReportWords& words) {
     const bool small = metres < 1.0;
@@ -123,7 +115,7 @@ private:
     void AddTicks() {
         constexpr double kTick = 4;
         const double step = 2.0 * RoundBelow(60.0 * metresPerPoint_);
-        const int decimals = static_cast<int>(std::max(0.0, -std::floor(std::log10(step) + 1e-9)));
+        const int decimals = DecimalsOfRound(step);
         const double bottom = picture_.height - kBottom;
         const double right = middle_.first + (kWidth - kLeft) / 2.0 * metresPerPoint_;
         const double top = middle_.second + bottom / 2.0 * metresPerPoint_;

@@ -15,10 +15,11 @@ std::string Label(char series, int index) {
 
 class LogWriter {
 public:
-    LogWriter(const Adjustment& adjustment, const TextLookup& texts, NumberStyle style)
-        : adjustment_(adjustment), texts_(texts), style_(style) {}
+    LogWriter(const Adjustment& adjustment, const TextLookup& texts, NumberStyle style,
+              const std::function<void(const LogLine&)>& take)
+        : adjustment_(adjustment), texts_(texts), style_(style), take_(take) {}
 
-    std::vector<LogLine> Log() {
+    void Write() {
         const Type type = adjustment_.FitType();
         Add("\t" + texts_(Text::kLogTitle));
         Add("");
@@ -29,11 +30,10 @@ public:
         Add("");
         if (adjustment_.ExcludedCount() > 0) AddTable(false, texts_(Text::kLogExcludedPoints));
         Add("");
-        return std::move(lines_);
     }
 
 private:
-    void Add(std::string text) { lines_.push_back({std::move(text)}); }
+    void Add(std::string text) const { take_({std::move(text)}); }
 
     std::string Metres(double value) const { return FixedText(value, 3, style_) + " m"; }
 
@@ -85,7 +85,7 @@ private:
         const auto points = adjustment_.Points();
         for (std::size_t i = 0; i < points.size(); ++i) {
             if (points[i].used != used) continue;
-            lines_.push_back({Row(points[i], adjustment_.Residuals()[i]), i});
+            take_({Row(points[i], adjustment_.Residuals()[i]), i});
         }
     }
 
@@ -104,14 +104,28 @@ private:
     const Adjustment& adjustment_;
     const TextLookup& texts_;
     const NumberStyle style_;
-    std::vector<LogLine> lines_;
+    const std::function<void(const LogLine&)>& take_;
 };
 
 }  // namespace
 
 std::vector<LogLine> LogOf(const Adjustment& adjustment, const TextLookup& texts,
                            NumberStyle style) {
-    return LogWriter(adjustment, texts, style).Log();
+    std::vector<LogLine> lines;
+    ForEachLogLine(adjustment, texts, style, [&](const LogLine& line) { lines.push_back(line); });
+    return lines;
+}
+
+void ForEachLogLine(const Adjustment& adjustment, const TextLookup& texts, NumberStyle style,
+                    const std::function<void(const LogLine&)>& take) {
+    LogWriter(adjustment, texts, style, take).Write();
+}
+
+std::string LogText(const Adjustment& adjustment, const TextLookup& texts, NumberStyle style) {
+    std::string text;
+    ForEachLogLine(adjustment, texts, style,
+                   [&](const LogLine& line) { text += line.text + "\r\n"; });
+    return text;
 }
 
 std::string TextOf(const std::vector<LogLine>& log) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +24,13 @@ struct LogLine {
 /// docs/file-formats.md lays the lines out.
 std::vector<LogLine> LogOf(const Adjustment& adjustment, const TextLookup& texts,
                            NumberStyle style = {});
+
+/// The same lines one by one, so that memory does not grow with the points.
+void ForEachLogLine(const Adjustment& adjustment, const TextLookup& texts, NumberStyle style,
+                    const std::function<void(const LogLine&)>& take);
+
+/// The log as the text of a file, each line ended by CR LF.
+std::string LogText(const Adjustment& adjustment, const TextLookup& texts, NumberStyle style = {});
 
 /// The lines as the text of a file, each ended by CR LF.
 std::string TextOf(const std::vector<LogLine>& log);

@@ -121,6 +121,8 @@ FitOutcome Adjustment::Fit(const FitOptions& options) {
     residuals_ = ResidualsOf(points_, result_);
     figures_ = StatisticsOf(points_, residuals_);
     check_ = CheckFit(points_, result_, residuals_);
+    outcome_ = outcome;
+    solution_ = options.solution;
     return outcome;
 }
 

@@ -94,6 +94,9 @@ public:
     const Statistics& Figures() const { return figures_; }
     /// Whether the last fit was right when it was made.
     const TruthCheck& Check() const { return check_; }
+    /// What became of the last fit that computed something, and which solution it computed.
+    const FitOutcome& Outcome() const { return outcome_; }
+    Solution FittedSolution() const { return solution_; }
 
 private:
     void Add(std::vector<ControlPoint> points);
@@ -111,6 +114,8 @@ private:
     Transformation result_;
     Statistics figures_;
     TruthCheck check_;
+    FitOutcome outcome_;
+    Solution solution_ = Solution::kDocumented;
 };
 
 }  // namespace kv_tr

@@ -6,6 +6,7 @@
 
 #include "kv_tr/interchange/format_writers.h"
 #include "kv_tr/model/type_name.h"
+#include "kv_tr/text/version.h"
 
 namespace kv_tr {
 namespace {
@@ -209,7 +210,7 @@ std::string JsonRecordText(const TransformationRecord& record) {
     const std::pair<const char*, std::string> members[] = {
         {"format", Quoted(kFormat)},
         {"version", std::to_string(kVersion)},
-        {"program", Quoted("KV_Tr " KV_TR_VERSION)},
+        {"program", Quoted(std::string("KV_Tr ") + Version())},
         {"type", std::to_string(kv_tr::NumberOf(type))},
         {"type_name", Quoted(TypeName(type, TextsIn(kEnglish)))},
         {"origin", polynomial ? PointText({a[0], b[0]}) : "null"},

@@ -198,7 +198,7 @@ bool HasHalvedNumbers(std::string_view text) {
 void ReadCsv(std::string_view text, const PointReadingOptions& options, PointFile& file) {
     const bool commaIsDecimal = options.comma == Comma::kDecimalSign;
     PointTaker taker(text, file.problems);
-    const char separator = FindSeparator(text, 4, commaIsDecimal).sign;
+    const char separator = options.separator.value_or(FindSeparator(text, 4, commaIsDecimal).sign);
     auto rows = SplitRows(text, separator, std::numeric_limits<std::size_t>::max());
     if (rows.empty()) return;
     if (separator == '\0') {
@@ -208,16 +208,17 @@ void ReadCsv(std::string_view text, const PointReadingOptions& options, PointFil
     TableNumbers numbers(separator, commaIsDecimal);
     PointLayout& layout = file.layout;
     layout.separator = separator;
-    layout.header = IsHeader(rows.front(), numbers);
+    layout.header = options.header.value_or(IsHeader(rows.front(), numbers));
     const Row first = rows.front();
-    if (layout.header) {
-        layout.columns = NamedColumns(first);
+    if (layout.header || !options.columns.empty()) {
+        layout.columns = options.columns.empty() ? NamedColumns(first) : options.columns;
+        layout.columns.resize(first.fields.size(), std::string(kNoColumn));
         for (const std::string_view column : kCoordinates) {
             if (std::ranges::count(layout.columns, column) == 1) continue;
             taker.Add(Problem::Kind::kBadHeader, first.raw);
             return;
         }
-        rows.erase(rows.begin());
+        if (layout.header) rows.erase(rows.begin());
     } else {
         if (first.fields.size() < 4) {
             taker.Add(Problem::Kind::kMissingField, first.raw);

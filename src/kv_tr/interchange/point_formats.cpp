@@ -136,8 +136,18 @@ PointFormat FormatOf(std::string_view text) {
     return IsCsv(text) ? PointFormat::kCsv : PointFormat::kListing;
 }
 
+/// Yields bytes from where they are.
+class BytesBuffer : public std::streambuf {
+public:
+    explicit BytesBuffer(std::string_view bytes) {
+        char* const begin = const_cast<char*>(bytes.data());  // which is only read
+        setg(begin, begin, begin + bytes.size());
+    }
+};
+
 void ReadListing(std::string_view bytes, const PointReadingOptions& options, PointFile& file) {
-    std::istringstream stream{std::string(bytes)};
+    BytesBuffer buffer(bytes);
+    std::istream stream(&buffer);
     PointReading reading = ReadControlPoints(
         stream, {.codePage = options.codePage, .comma = options.comma, .sigmas = options.sigmas});
     file.layout.columns = {"id", "src_first", "src_second", "dst_first", "dst_second"};
@@ -216,11 +226,12 @@ PointFormat RecognisePointFormat(std::string_view bytes) {
 
 PointFile ReadPoints(std::string_view bytes, const PointReadingOptions& options) {
     PointFile file;
-    const std::string text = DecodedText(bytes, options.codePage, file.layout.encoding);
+    std::string text = DecodedText(bytes, options.codePage, file.layout.encoding);
     file.format = options.format ? *options.format : FormatOf(text);
     switch (file.format) {
         case PointFormat::kListing:
-            ReadListing(file.layout.encoding == kUtf16 ? text : bytes, options, file);
+            if (file.layout.encoding != kUtf16) std::exchange(text, {}).shrink_to_fit();
+            ReadListing(text.empty() ? bytes : text, options, file);
             break;
         case PointFormat::kCsv: ReadCsv(text, options, file); break;
         case PointFormat::kQgis: ReadQgis(text, file); break;

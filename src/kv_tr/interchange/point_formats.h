@@ -68,6 +68,12 @@ struct PointReadingOptions {
     /// have the first and the second coordinate of their systems.
     AxisMapping sourceAxes = AxisMapping::kEn;
     AxisMapping targetAxes = AxisMapping::kEn;
+    /// How columns are divided, whether the first line names them, and what they are (the names of
+    /// PointLayout::columns); found out where there is nothing. Columns beyond those that are named
+    /// are not read. Lists of one system obey the separator only.
+    std::optional<char> separator{};
+    std::optional<bool> header{};
+    std::vector<std::string> columns{};
 };
 
 /// What was understood of a file besides its points.

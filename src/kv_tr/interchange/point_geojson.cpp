@@ -64,6 +64,17 @@ bool TakeFeature(const Json& feature, ControlPoint& point, std::optional<Point>&
     return true;
 }
 
+/// The whole letter that a byte of a text is part of; empty at the end.
+std::string_view LetterAt(std::string_view text, std::size_t at) {
+    const auto continues = [text](std::size_t i) {
+        return i < text.size() && (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
+    };
+    while (at > 0 && continues(at)) --at;
+    std::size_t end = std::min(at + 1, text.size());
+    while (continues(end)) ++end;
+    return text.substr(at, end - at);
+}
+
 }  // namespace
 
 void ReadGeoJson(std::string_view text, PointFile& file) {
@@ -74,7 +85,7 @@ void ReadGeoJson(std::string_view text, PointFile& file) {
         document = Json::parse(text);
     } catch (const Json::parse_error& error) {
         const std::size_t at = std::min(error.byte > 0 ? error.byte - 1 : 0, text.size());
-        taker.Add(Problem::Kind::kDamaged, text.substr(at, 1));
+        taker.Add(Problem::Kind::kDamaged, LetterAt(text, at));
         return;
     } catch (const Json::exception&) {  // a number beyond the range of a double
         taker.Add(Problem::Kind::kNotANumber, text.substr(0, 0));

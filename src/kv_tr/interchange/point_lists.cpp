@@ -17,7 +17,8 @@ void ReadRows(std::string_view text, const PointReadingOptions& options, PointLi
     constexpr std::size_t kLeast = 3;
     const bool commaIsDecimal = options.comma == Comma::kDecimalSign;
     PointTaker taker(text, list.problems);
-    const char separator = FindSeparator(text, kLeast, commaIsDecimal).sign;
+    const char separator =
+        options.separator.value_or(FindSeparator(text, kLeast, commaIsDecimal).sign);
     const auto rows = SplitRows(text, separator, std::numeric_limits<std::size_t>::max());
     if (rows.empty()) return;
     if (separator == '\0') {

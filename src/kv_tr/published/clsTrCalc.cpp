@@ -166,7 +166,6 @@ void clsTrCalc::Calculate(FitOptions options) {
     if (outcome.trouble == FitTrouble::kNoStart) {
         throw RuntimeError(ErrorNumber::kDivisionByZero, "Division by zero");
     }
-    outcome_ = outcome;
     if (eTrType() > TR_EOV_HDR_10e) {
         for (std::size_t used = adjustment_.UsedCount(); used > 0; --used)
             ShowMessage("KORVANEL --> mudtTR_PRM.eType=" + std::to_string(eTrType()));
@@ -223,7 +222,7 @@ bool clsTrCalc::bChooseFile4SaveXYs4Tr(std::string& sFileName, std::string& sIni
 
 void clsTrCalc::SaveLog(const std::string& sLogFileName, std::int32_t LanguageID) {
     if (LanguageID != 0) SetMlLanguage(LanguageID, {});
-    WriteTextFile(sLogFileName, TextOf(LogOf(Held(), ComponentTexts(), ComponentNumberStyle())));
+    WriteTextFile(sLogFileName, LogText(Held(), ComponentTexts(), ComponentNumberStyle()));
 }
 
 bool clsTrCalc::bDoModal(bool bShowApplyButton) {

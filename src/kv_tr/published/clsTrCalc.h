@@ -119,7 +119,7 @@ public:
     /// Whether the last fit was the least-squares solution when it was made.
     const TruthCheck& Truth() const { return adjustment_.Check(); }
     /// What became of the last fit that computed something.
-    const FitOutcome& Outcome() const { return outcome_; }
+    const FitOutcome& Outcome() const { return adjustment_.Outcome(); }
 
     // Accuracy figures of the last fit over the used pairs, 0 before the first.
 
@@ -186,7 +186,6 @@ private:
     Adjustment adjustment_;
     std::vector<PointSource> files_;
     kv_tr::Solution solution_ = kv_tr::Solution::kDocumented;
-    FitOutcome outcome_;
     /// The counts that stay after TearDown.
     struct Released {
         std::int32_t full;

@@ -21,14 +21,18 @@ bool IsTemporaryName(std::string_view name) {
     return name.find_first_not_of("0123456789") == name.npos;
 }
 
+/// In one step, since a path that is changed does not survive that memory runs out meanwhile.
+fs::path In(const fs::path& folder, const std::string& name) {
+    return folder.string() + static_cast<char>(fs::path::preferred_separator) + name;
+}
+
 /// Removes what writers left that were killed.
 void RemoveDeadFiles(const fs::path& folder) {
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        if (!IsTemporaryName(entry->path().filename().string()) || !IsDead(entry->path())) continue;
+    for (const std::string& name : NamesIn(folder)) {
+        if (!IsTemporaryName(name)) continue;
+        const fs::path file = In(folder, name);
         std::error_code ignored;
-        fs::remove(entry->path(), ignored);
+        if (IsDead(file)) fs::remove(file, ignored);
     }
 }
 
@@ -70,13 +74,13 @@ ReplacingFile::ReplacingFile(const std::string& path) : destination_(Followed(pa
 void ReplacingFile::OpenInPlaceOf(bool existing) {
     const auto known = existing ? RightsOf(destination_) : std::nullopt;
     if (existing && !known) return;
-    RemoveDeadFiles(destination_.parent_path());
+    const fs::path folder = destination_.parent_path();
+    RemoveDeadFiles(folder);
     std::random_device random;
     int failure = EEXIST;
     for (int attempt = 0; attempt < 100 && !IsOpen() && failure == EEXIST; ++attempt) {
-        temporary_ = destination_;
-        temporary_.replace_filename(std::string(kPrefix) + std::to_string(random()) +
-                                    std::string(kSuffix));
+        temporary_ =
+            In(folder, std::string(kPrefix) + std::to_string(random()) + std::string(kSuffix));
         stream_ = CreateLocked(temporary_, rights_);
         failure = errno;
     }

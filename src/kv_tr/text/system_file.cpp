@@ -1,6 +1,7 @@
 // What writing files safely needs beyond the standard library, on POSIX systems.
 #include "kv_tr/text/system_file.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -8,6 +9,7 @@
 
 #include <array>
 #include <cerrno>
+#include <memory>
 #include <utility>
 
 namespace kv_tr {
@@ -69,6 +71,17 @@ std::optional<FileRights> RightsOf(const fs::path& file) {
     return RightsIn(status);
 }
 
+std::vector<std::string> NamesIn(const fs::path& folder) {
+    struct Close {
+        void operator()(DIR* opened) const { closedir(opened); }
+    };
+    const std::unique_ptr<DIR, Close> opened(opendir(folder.c_str()));
+    std::vector<std::string> names;
+    while (const dirent* entry = opened ? readdir(opened.get()) : nullptr)
+        names.emplace_back(entry->d_name);
+    return names;
+}
+
 std::FILE* CreateLocked(const fs::path& name, FileRights& usual) {
     constexpr mode_t kAsOthersAre = 0666;  // less what the user's mask takes away
     Descriptor file(open(name.c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, kAsOthersAre));
@@ -77,6 +90,7 @@ std::FILE* CreateLocked(const fs::path& name, FileRights& usual) {
     const bool locked = flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
     // Between the two calls the file looked dead and may have been removed.
     if (!locked || fstat(file, &status) != 0 || status.st_nlink == 0) {
+        unlink(name.c_str());
         errno = EEXIST;
         return nullptr;
     }

@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <system_error>
+#include <vector>
 
 namespace kv_tr {
 
@@ -18,6 +20,10 @@ struct FileRights {
 
 /// The rights of a file that exists.
 std::optional<FileRights> RightsOf(const std::filesystem::path& file);
+
+/// The names of what a folder holds, as far as it can be read. (std::filesystem ends the program
+/// where memory runs out on the way.)
+std::vector<std::string> NamesIn(const std::filesystem::path& folder);
 
 /// Creates a file for writing and reading that only its owner can open, and locks it for as long
 /// as it is open, so that IsDead tells it from one whose writer has died. A null pointer, with

@@ -33,6 +33,15 @@ std::optional<FileRights> RightsOf(const fs::path&) { return FileRights{}; }
 
 void GiveRights(std::FILE*, const FileRights&) {}
 
+std::vector<std::string> NamesIn(const fs::path& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error))
+        names.push_back(entry->path().filename().string());
+    return names;
+}
+
 std::FILE* CreateLocked(const fs::path& name, FileRights&) {
     // Others may remove it, the signal handler of its own program among them, but not write it.
     const HANDLE handle = CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
