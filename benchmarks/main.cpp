@@ -82,6 +82,8 @@ int main(int argc, char** argv) {
     kv_tr::benchmarks::RegisterText();
     kv_tr::benchmarks::RegisterRasters();
     kv_tr::benchmarks::RegisterLayers();
+    kv_tr::benchmarks::RegisterWorkbench();
+    kv_tr::benchmarks::RegisterPlan();
     Table table;
     benchmark::RunSpecifiedBenchmarks(&table);
 }

@@ -63,5 +63,7 @@ void RegisterFits();
 void RegisterText();
 void RegisterRasters();  // where there is GDAL, with its programs
 void RegisterLayers();
+void RegisterWorkbench();
+void RegisterPlan();  // where the windows are built
 
 }  // namespace kv_tr::benchmarks

@@ -109,6 +109,12 @@ TEST_F(Table, EditsTheCurrentCell) {
         {[&] { table.Grid1KeyPress("6"); }, "6@1", "7.000", 3},
         {[&] { table.Grid1EnterCell(1, 2); }, "", "1.000", 1},  // leaving hides the editor
         {[&] { table.Grid1EnterCell(3, 2); }, "", "7.000", 3},
+        {[&] { table.Grid1Click(1, 5); }, "4.000@99", "4.000", 1},
+        {[&] { table.txtEditKeyDown(Key::kNext); }, "B@99", "B", 2},
+        {[&] { table.txtEditKeyDown(Key::kPrevious); }, "4.000@99", "4.000", 1},
+        {[&] { table.Grid1Click(3, 5); }, "1234567.012@99", "1234567.012", 3},
+        {[&] { table.txtEditKeyDown(Key::kNext); }, "", "1234567.012", 3},  // no cell is behind
+        {[&] { table.Grid1EnterCell(3, 2); }, "", "7.000", 3},
         {[&] { adjustment.Assign(std::vector<ControlPoint>(2)); }, "", "0.000", 2},  // the last
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {

@@ -1,11 +1,11 @@
-// What is known about the last fit of an engine, computed when something shows it.
+// What is known about the last fit of an adjustment, computed when something shows it.
 #pragma once
 
 #include <optional>
 #include <vector>
 
 #include "kv_tr/analysis/warnings.h"
-#include "kv_tr/published/clsTrCalc.h"
+#include "kv_tr/fit/adjustment.h"
 
 namespace kv_tr {
 
@@ -13,13 +13,18 @@ namespace kv_tr {
 /// kept until Forget is called, which whoever fits does after each fit.
 class FindingsCache {
 public:
-    /// The engine outlives this object.
-    explicit FindingsCache(const clsTrCalc& engine) : engine_(engine) {}
+    /// The adjustment outlives this object.
+    explicit FindingsCache(const Adjustment& adjustment) : adjustment_(adjustment) {}
 
-    void Forget();
+    const Adjustment& Fitted() const { return adjustment_; }
+    /// Forgets what is known, and takes what is known beforehand of the fit after that.
+    void Forget(AssessmentOptions options = {});
+    const AssessmentOptions& Options() const { return options_; }
 
     /// Not determined when the points do not determine the type: no figure is defined then.
     const Assessment& Assessed();
+    /// Whether Assessed would compute nothing.
+    bool IsAssessed() const { return assessment_.has_value(); }
     const TypeAdvice& Advised();
     /// Includes those of the assessment where somebody has asked for that, and always when no more
     /// than kAssessedPoints points are in use; those of the advice where somebody has asked for it.
@@ -39,7 +44,8 @@ public:
     const Counts& Computed() const { return computed_; }
 
 private:
-    const clsTrCalc& engine_;
+    const Adjustment& adjustment_;
+    AssessmentOptions options_;
     std::optional<Assessment> assessment_;
     std::vector<const PointAssessment*> points_;  // of all points
     std::optional<TypeAdvice> advice_;

@@ -17,6 +17,7 @@ using Look = StripLine::Look;
 constexpr double kPpm = 1e6;
 constexpr double kDegrees = 180.0 / std::numbers::pi;
 constexpr double kSeconds = 3600.0 * kDegrees;
+constexpr double kGon = 200.0 / std::numbers::pi;
 
 Look LookOf(Warning::Severity severity) {
     switch (severity) {
@@ -44,7 +45,18 @@ std::string WithUnit(const std::string& figure, const char* unit) {
     return figure == kNoFigure ? figure : figure + unit;
 }
 
-FindingsTable::Row RowOf(const Assessment::DerivedQuantity& derived) {
+/// A scale that is nearly 1 with its parts per million.
+std::string ScaleFigure(double scale) {
+    constexpr double kNear = 0.01;
+    constexpr int kDecimals = 9;
+    std::string text = FixedFigure(scale, kDecimals);
+    const double ppm = (scale - 1.0) * kPpm;
+    if (std::abs(scale - 1.0) < kNear)
+        text += (ppm < 0 ? " (" : " (+") + FixedFigure(ppm, 3) + " ppm)";
+    return text;
+}
+
+FindingsTable::Row RowOf(const Assessment::DerivedQuantity& derived, AngleUnit unit) {
     using Derived = Assessment::Derived;
     const auto& [value, sigma] = derived.estimate;
     const char* name = "";
@@ -55,16 +67,25 @@ FindingsTable::Row RowOf(const Assessment::DerivedQuantity& derived) {
         case Derived::kRotation: name = "φ"; break;
         case Derived::kShear: name = "δ"; break;
     }
-    constexpr int kScaleDecimals = 9;
     if (derived.kind == Derived::kRotation || derived.kind == Derived::kShear) {
-        return {{name, WithUnit(FixedFigure(value * kDegrees, kScaleDecimals), "°"),
-                 WithUnit(ShortFigure(sigma * kSeconds), "″")}};
+        const AngleLook& look = LookOf(unit);
+        constexpr int kMoreDecimals = 3;
+        return {
+            {name,
+             WithUnit(FixedFigure(value * look.factor, look.decimals + kMoreDecimals), look.unit),
+             WithUnit(ShortFigure(sigma * look.sigmaFactor), look.sigmaUnit)}};
     }
-    return {
-        {name, FixedFigure(value, kScaleDecimals), WithUnit(ShortFigure(sigma * kPpm), " ppm")}};
+    return {{name, ScaleFigure(value), WithUnit(ShortFigure(sigma * kPpm), " ppm")}};
 }
 
 }  // namespace
+
+const AngleLook& LookOf(AngleUnit unit) {
+    static constexpr AngleLook kLooks[] = {{"°", "°", kDegrees, 6, kSeconds, "″"},
+                                           {"gon", " gon", kGon, 5, 1000.0 * kGon, " mgon"},
+                                           {"″", "″", kSeconds, 2, kSeconds, "″"}};
+    return kLooks[static_cast<std::size_t>(unit)];
+}
 
 std::string FixedFigure(double value, int decimals) {
     if (!std::isfinite(value)) return NotFinite(value);
@@ -75,9 +96,10 @@ std::string ShortFigure(double value) {
     return std::isfinite(value) ? FigureText(value, ComponentNumberStyle()) : NotFinite(value);
 }
 
-std::vector<StripLine> StripOf(const clsTrCalc& engine, FindingsCache& findings) {
+std::vector<StripLine> StripOf(FindingsCache& findings) {
+    const Adjustment& adjustment = findings.Fitted();
     std::vector<StripLine> lines;
-    if (engine.lFullCnt() == 0) return lines;
+    if (adjustment.Points().empty()) return lines;
     const TextLookup texts = ComponentTexts();
     for (const Warning& warning : findings.Warnings()) {
         const Look look = LookOf(warning.severity);
@@ -88,21 +110,22 @@ std::vector<StripLine> StripOf(const clsTrCalc& engine, FindingsCache& findings)
              .warning = warning});
     }
     if (!lines.empty()) return lines;
-    std::string text = DescribeCheck(engine.Truth(), texts, ComponentNumberStyle()) + ".";
-    if (engine.Solution() == Solution::kAccurate) {
+    std::string text = DescribeCheck(adjustment.Check(), texts, ComponentNumberStyle()) + ".";
+    if (adjustment.FittedSolution() == Solution::kAccurate) {
         text = Translated(Text::kAccurateSolution) + ". " + text;
     }
     return {{.text = text}};
 }
 
-FindingsTable FiguresTable(const clsTrCalc& engine, FindingsCache& findings) {
+FindingsTable FiguresTable(FindingsCache& findings) {
     constexpr int kDecimals = 4;
     const Assessment& assessment = findings.Assessed();
     const bool known = assessment.isDetermined;
-    const std::size_t used = engine.Held().UsedCount();
+    const Adjustment& adjustment = findings.Fitted();
+    const std::size_t used = adjustment.UsedCount();
     const std::string count = std::to_string(used);
     const std::string redundancy = known ? std::to_string(assessment.redundancy) : kNoFigure;
-    const TruthCheck& check = engine.Truth();
+    const TruthCheck& check = adjustment.Check();
     const auto metres = [](double value) { return WithUnit(FixedFigure(value, kDecimals), " m"); };
     const auto shortMetres = [](double value, const char* unit) {
         return WithUnit(ShortFigure(value), unit);
@@ -115,7 +138,7 @@ FindingsTable FiguresTable(const clsTrCalc& engine, FindingsCache& findings) {
         table.rows.push_back({{std::move(name), std::move(value), std::move(divisor)}});
     };
     add(Translated(Text::kRmsErrorFigure), "m − 1 = " + std::to_string(used - 1),
-        metres(used > 1 ? engine.dRmsErr() : kUndefined));
+        metres(used > 1 ? adjustment.Figures().rms : kUndefined));
     add(Translated(Text::kRmsFigure), "m = " + count, metres(assessment.rmsPerPoint));
     add(Translated(Text::kSigma0Figure), "r = " + redundancy, metres(assessment.sigma0));
     if (known && !SharesUnknowns(assessment.type)) {
@@ -137,11 +160,11 @@ FindingsTable FiguresTable(const clsTrCalc& engine, FindingsCache& findings) {
     return table;
 }
 
-FindingsTable ParametersTable(FindingsCache& findings) {
+FindingsTable ParametersTable(FindingsCache& findings, AngleUnit unit) {
     FindingsTable table{.headings = {"", Translated(Text::kValueHeading), "σ"}};
     const Assessment& assessment = findings.Assessed();
     for (const Assessment::DerivedQuantity& derived : assessment.derived) {
-        table.rows.push_back(RowOf(derived));
+        table.rows.push_back(RowOf(derived, unit));
     }
     for (const Assessment::Parameter& parameter : assessment.parameters) {
         const auto& [value, sigma] = parameter.estimate;

@@ -17,6 +17,22 @@ std::string FixedFigure(double value, int decimals);
 /// A figure with two significant digits, otherwise the same.
 std::string ShortFigure(double value);
 
+enum class AngleUnit { kDegrees, kGon, kSeconds };
+inline constexpr AngleUnit kAngleUnits[] = {AngleUnit::kGon, AngleUnit::kDegrees,
+                                            AngleUnit::kSeconds};
+
+/// How a unit of angles is written. Figures are radians times a factor; standard deviations have a
+/// finer unit of their own.
+struct AngleLook {
+    const char* name;
+    const char* unit;  ///< behind a figure: the name, after a blank where one belongs
+    double factor;
+    int decimals;
+    double sigmaFactor;
+    const char* sigmaUnit;
+};
+const AngleLook& LookOf(AngleUnit unit);
+
 /// A line of the strip above the table.
 struct StripLine {
     enum class Look { kChecked, kNote, kWarning, kSevere };
@@ -29,7 +45,7 @@ struct StripLine {
 
 /// The warnings of the last fit, the gravest first, or one line that says that the fit was checked;
 /// none without control points.
-std::vector<StripLine> StripOf(const clsTrCalc& engine, FindingsCache& findings);
+std::vector<StripLine> StripOf(FindingsCache& findings);
 
 /// A table whose first column is set to the left and the others to the right.
 struct FindingsTable {
@@ -43,9 +59,9 @@ struct FindingsTable {
 
 /// The figures of accuracy, each with the divisor of its sum of squares; then those of the whole
 /// fit.
-FindingsTable FiguresTable(const clsTrCalc& engine, FindingsCache& findings);
+FindingsTable FiguresTable(FindingsCache& findings);
 /// The coefficients and what follows from them, each with its standard deviation.
-FindingsTable ParametersTable(FindingsCache& findings);
+FindingsTable ParametersTable(FindingsCache& findings, AngleUnit unit = AngleUnit::kDegrees);
 /// The types of the advice in their order; the advised one is marked, by a star too.
 FindingsTable TypesTable(FindingsCache& findings);
 /// Which type is advised, in words.

@@ -32,7 +32,7 @@ bool frmTr::bDoModal(clsTrCalc& engine, bool showApplyButton,
     engine_ = &engine;
     Adjustment& adjustment = engine.Held();
     const Solution solution = engine.Solution();
-    findings_.emplace(engine);
+    findings_.emplace(adjustment);
     table_.emplace(adjustment, engine.gdErrLimit, Changed, &*findings_);
     plan_.emplace(adjustment, engine.gdErrLimit, Changed);
     applied_ = false;
@@ -221,7 +221,7 @@ void frmTr::cmdExit() {
 std::vector<StripLine> frmTr::Strip() const {
     if (panel_ == Panel::kStatistics || table_->IsAnyGroupShown()) findings_->Assessed();
     if (panel_ == Panel::kTypes) findings_->Advised();
-    return StripOf(*engine_, *findings_);
+    return StripOf(*findings_);
 }
 
 void frmTr::cmdOffer(const StripLine& line) {

@@ -90,7 +90,7 @@ public:
     /// Show a panel, or hide the one that is shown.
     void cmdStatistics() { TogglePanel(Panel::kStatistics); }
     void cmdTypes() { TogglePanel(Panel::kTypes); }
-    FindingsTable Figures() const { return FiguresTable(*engine_, *findings_); }
+    FindingsTable Figures() const { return FiguresTable(*findings_); }
     FindingsTable Parameters() const { return ParametersTable(*findings_); }
     FindingsTable Types() const { return TypesTable(*findings_); }
     std::string Advice() const { return AdviceText(*findings_); }

@@ -1,12 +1,11 @@
 // The residual graph as one page: for a printer or a picture.
 #include "kv_tr/forms/graph_page.h"
 
-#include <sstream>
-
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/published/type_names.h"
+#include "kv_tr/text/line_reader.h"
 #include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr {
@@ -16,11 +15,7 @@ std::string Metres(double value) { return FormatFixed(value, 3, 0); }
 
 std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        if (line.ends_with('\r')) line.pop_back();
-        lines.push_back(line);
-    }
+    for (std::string_view rest = text; !rest.empty();) lines.emplace_back(TakeLine(rest).text);
     return lines;
 }
 

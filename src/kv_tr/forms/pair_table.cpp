@@ -115,15 +115,18 @@ std::string PairTable::WidestText(int column) const {
     return negative.size() > positive.size() ? negative : positive;
 }
 
+std::string PairTable::CopiedCell(int row, int column) const {
+    const bool isNumber = row > 0 && column >= kFirstCoordinate &&
+                          (column <= kTotal || std::isfinite(FigureIn(row, column)));
+    return isNumber ? AllDigits(NumberIn(row, column)) : Trimmed(CellText(row, column));
+}
+
 std::string PairTable::TableText(std::span<const int> rows) const {
     std::string text;
     const auto addRow = [&](int row) {
         for (int column = 0; column < kAllColumns; ++column) {
             if (!IsColumnShown(column)) continue;
-            const bool isNumber = row > 0 && column >= kFirstCoordinate &&
-                                  (column <= kTotal || std::isfinite(FigureIn(row, column)));
-            text += column == 0 ? "" : "\t";
-            text += isNumber ? AllDigits(NumberIn(row, column)) : Trimmed(CellText(row, column));
+            text += (column == 0 ? "" : "\t") + CopiedCell(row, column);
         }
         text += '\n';
     };
@@ -202,19 +205,35 @@ void PairTable::txtEditKeyDown(EditKey key) {
     if (key == EditKey::kEscape) return CloseEditor();
     const ChangeEvent::Action action(changed_);
     Grid1GotFocus();
+    if (key == EditKey::kNext || key == EditKey::kPrevious)
+        return EditNeighbour(key == EditKey::kNext ? 1 : -1);
     const int step = key == EditKey::kUp ? -1 : key == EditKey::kDown ? 1 : 0;
     Grid1EnterCell(std::clamp(CurrentRow() + step, 1, RowCount() - 1), currentColumn_);
+}
+
+/// Opens the editor on the next cell that can be changed, in the next row behind the last one.
+void PairTable::EditNeighbour(int step) {
+    const int place = (CurrentRow() - 1) * kLastCoordinate + currentColumn_ - 1 + step;
+    if (place < 0 || place >= (RowCount() - 1) * kLastCoordinate) return;
+    Grid1Click(place / kLastCoordinate + 1, place % kLastCoordinate + 1);
 }
 
 bool PairTable::SetCell(int row, int column, const std::string& text) {
     const ChangeEvent::Action action(changed_);
     CloseEditor();
-    ControlPoint point = PointIn(row);
-    if (text == CellText(row, column) || !Put(text, column, point)) return false;
-    adjustment_.Replace(static_cast<std::size_t>(row - 1), point);
+    const auto point = PointWith(row, column, text);
+    if (!point) return false;
+    adjustment_.Replace(static_cast<std::size_t>(row - 1), *point);
     changed_.Raise();
     Edited.Raise();
     return true;
+}
+
+std::optional<ControlPoint> PairTable::PointWith(int row, int column,
+                                                 const std::string& text) const {
+    ControlPoint point = PointIn(row);
+    if (text == CellText(row, column) || !Put(text, column, point)) return std::nullopt;
+    return point;
 }
 
 const ControlPoint& PairTable::PointIn(int row) const {
@@ -225,7 +244,6 @@ const Residual& PairTable::ResidualIn(int row) const {
     return adjustment_.Residuals()[static_cast<std::size_t>(row - 1)];
 }
 
-/// The number in a column from kFirstCoordinate on.
 double PairTable::NumberIn(int row, int column) const {
     if (column > kTotal) return FigureIn(row, column);
     const Residual& residual = ResidualIn(row);

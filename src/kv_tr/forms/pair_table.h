@@ -38,6 +38,12 @@ public:
     static constexpr int kAllColumns = 14;  ///< with those of the statistics
     int RowCount() const { return 1 + static_cast<int>(adjustment_.Points().size()); }
     std::string CellText(int row, int column) const;
+    /// The cell as tables for other programs have it: a number with all its digits, no blanks
+    /// around.
+    std::string CopiedCell(int row, int column) const;
+    /// What a cell shows as a number, from the first coordinate on; not a number where that is not
+    /// defined.
+    double NumberIn(int row, int column) const;
     /// What marks a cell; cells of the other columns look as any text does.
     struct CellColours {
         Colour text{};
@@ -78,13 +84,15 @@ public:
     /// the cell shows changes nothing, nor does one that is no number where one is needed, nor any
     /// text in a column that is computed.
     bool SetCell(int row, int column, const std::string& text);
+    /// The point that such a text would make; nothing where it would change nothing.
+    std::optional<ControlPoint> PointWith(int row, int column, const std::string& text) const;
 
     struct Editor {
         bool visible = false;
         std::string text;
         int caret = 0;  // beyond the text: at its end
     };
-    enum class EditKey { kEnter, kEscape, kUp, kDown };
+    enum class EditKey { kEnter, kEscape, kUp, kDown, kNext, kPrevious };
 
     const Editor& CellEditor() const { return editor_; }
     void CloseEditor();
@@ -99,9 +107,9 @@ public:
 
 private:
     void OpenEditor(const std::string& text, int caret);
+    void EditNeighbour(int step);
     const ControlPoint& PointIn(int row) const;
     const Residual& ResidualIn(int row) const;
-    double NumberIn(int row, int column) const;
     double FigureIn(int row, int column) const;
 
     Adjustment& adjustment_;

@@ -30,6 +30,11 @@ std::optional<std::int32_t> ResidualPlan::NearestTo(double x, double y) const {
     return NearestPair(adjustment_.Points(), scale_.ToDestination({x, y}));
 }
 
+bool ResidualPlan::IsWide() const {
+    const auto [least, greatest] = adjustment_.DestinationExtent().value_or(Extent{});
+    return greatest.first - least.first > greatest.second - least.second;
+}
+
 GraphPage ResidualPlan::Page(double width, double height) const {
     return PageOf(adjustment_, limit_, labels_, width, height);
 }

@@ -43,6 +43,8 @@ public:
     /// The point nearest to a place on the surface.
     std::optional<std::int32_t> NearestTo(double x, double y) const;
 
+    /// Whether the points lie in an area that is wider than high.
+    bool IsWide() const;
     /// One page of that size with title, type, statistics and graph.
     GraphPage Page(double width, double height) const;
 

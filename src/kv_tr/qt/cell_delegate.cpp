@@ -18,6 +18,8 @@ std::optional<EditKey> EditKeyOf(int key) {
         case Qt::Key_Escape: return EditKey::kEscape;
         case Qt::Key_Up: return EditKey::kUp;
         case Qt::Key_Down: return EditKey::kDown;
+        case Qt::Key_Tab: return EditKey::kNext;
+        case Qt::Key_Backtab: return EditKey::kPrevious;
         default: return std::nullopt;
     }
 }
@@ -70,7 +72,7 @@ bool CellDelegate::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
         const auto key = EditKeyOf(static_cast<QKeyEvent*>(event)->key());
         if (key) act_([&] { table_.txtEditKeyDown(*key); });
-        return key.has_value();  // Tab leads to the next control, as everywhere in the window
+        return key.has_value();
     }
     if (event->type() == QEvent::FocusOut) {
         // What was typed is not lost on the way to another control.

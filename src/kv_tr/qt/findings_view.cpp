@@ -29,6 +29,7 @@ FindingsView::FindingsView(const QString& name, QWidget* parent) : QTableWidget(
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
     horizontalHeader()->setHighlightSections(false);
+    setMinimumHeight(3 * verticalHeader()->defaultSectionSize());
     horizontalHeader()->setMinimumSectionSize(fontMetrics().averageCharWidth() * 6);
     connect(this, &QTableWidget::cellDoubleClicked, this, [this](int row) { emit RowChosen(row); });
 }

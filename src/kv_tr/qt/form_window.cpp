@@ -15,6 +15,7 @@
 #include "kv_tr/published/settings.h"
 #include "kv_tr/qt/cursor_scope.h"
 #include "kv_tr/qt/mnemonics.h"
+#include "kv_tr/qt/qt_words.h"
 
 namespace kv_tr {
 namespace {
@@ -71,6 +72,7 @@ void RunAction(const std::function<void()>& action) {
 
 FormWindow::FormWindow(Form& form, const char* name, QSize size, QWidget* parent)
     : QDialog(parent), form_(form) {
+    UseQtWords();
     Bind(name, this);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint);

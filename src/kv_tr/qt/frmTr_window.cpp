@@ -272,7 +272,10 @@ void frmTrWindow::Redraw() {
     inverse_->setChecked(form_.InverseChecked());
     const GraphLabels& labels = form_.Plan().Labels();
     const std::array shown{labels.identifier, labels.first, labels.second, labels.total};
-    for (std::size_t i = 0; i < shown.size(); ++i) labels_[i]->setChecked(shown[i]);
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        labels_[i]->setChecked(shown[i]);
+        labels_[i]->setEnabled(graph);
+    }
     if (!limit_->isModified()) limit_->setText(QString::fromStdString(form_.LimitText()));
     grid_->Redraw();
     picture_->update();

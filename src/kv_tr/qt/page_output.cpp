@@ -43,6 +43,7 @@ std::string PngOf(const GraphPage& page) {
 void PreviewAndPrint(const ResidualPlan& plan, const std::string& title, QWidget* parent) {
     QPrinter printer(QPrinter::HighResolution);
     printer.setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
+    if (plan.IsWide()) printer.setPageOrientation(QPageLayout::Landscape);
     QPrintPreviewDialog preview(&printer, parent);
     preview.setWindowTitle(QString::fromStdString(title));
     QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&plan](QPrinter* paper) {

@@ -15,7 +15,9 @@
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/qt/cursor_scope.h"
+#include "kv_tr/qt/mnemonics.h"
 #include "kv_tr/qt/qt_windows.h"
+#include "kv_tr/qt/qt_words.h"
 #ifdef KV_TR_PDF
 #include "kv_tr/pdf/report_pdf.h"
 #endif
@@ -59,6 +61,7 @@ void MakeRoomForTitle(QMessageBox& box) {
 class QtMessages : public MessageBox {
 public:
     Answer Show(const Message& message) override {
+        UseQtWords();
         QMessageBox box(QApplication::activeWindow());
         box.setTextFormat(Qt::PlainText);
         box.setText(QString::fromStdString(message.text).remove('\r'));
@@ -66,9 +69,13 @@ public:
                                                  : QString::fromStdString(message.title));
         box.setIcon(IconOf(message.icon));
         const auto texts = TextsOf(message.buttons);
+        QStringList captions;
+        for (const ButtonText& text : texts)
+            captions << QString::fromStdString(Translated(text.text));
+        captions = WithMnemonics(captions);
         for (const ButtonText& text : texts) {
             QPushButton* button = box.addButton(text.button);
-            button->setText(QString::fromStdString(Translated(text.text)));
+            button->setText(captions.takeFirst());
             if (text.answer == message.defaultAnswer) box.setDefaultButton(button);
         }
         MakeRoomForTitle(box);
@@ -107,6 +114,7 @@ public:
     std::optional<FileChoice> ChooseToOpen(const FileRequest& request) override {
         // A file that may be missing is one to be written.
         if ((request.flags & kFileMustExist) == 0) return ChooseTarget(request, true);
+        UseQtWords();
         QFileDialog dialog(QApplication::activeWindow());
         dialog.setFileMode(QFileDialog::ExistingFile);
         return Choose(dialog, request, Text::kOk);
@@ -117,6 +125,7 @@ public:
 
 private:
     static std::optional<FileChoice> ChooseTarget(const FileRequest& request, bool ask) {
+        UseQtWords();
         QFileDialog dialog(QApplication::activeWindow());
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked in the user's language

@@ -3,12 +3,19 @@
 
 #include <QBoxLayout>
 #include <QFontDatabase>
+#include <QLabel>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include "kv_tr/published/ml_strings.h"
+
 namespace kv_tr {
 namespace {
+
+// The columns of a listing of control points.
+constexpr int kIdentifierWidth = 20;
+constexpr int kCoordinateWidth = 15;
 
 /// A text box that an empty clipboard does not harm: Qt 6.4 looks at the first of the formats that
 /// are pasted or dropped without asking whether there is one.
@@ -24,7 +31,7 @@ protected:
 
 }  // namespace
 
-void TextWindow::LayOut(const QList<QPushButton*>& buttons) {
+void TextWindow::LayOut(const QList<QPushButton*>& buttons, const QString& heading) {
     box_ = new TextBox(this);
     box_->setObjectName("rtBox");
     box_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -32,6 +39,12 @@ void TextWindow::LayOut(const QList<QPushButton*>& buttons) {
     box_->setTabChangesFocus(true);
     box_->setFocus();
     auto* layout = new QVBoxLayout(this);
+    if (!heading.isEmpty()) {
+        auto* label = new QLabel(heading, this);
+        label->setFont(box_->font());
+        label->setIndent(box_->frameWidth() + static_cast<int>(box_->document()->documentMargin()));
+        layout->addWidget(label);
+    }
     layout->addWidget(box_);
     auto* row = new QHBoxLayout;
     QWidget* before = box_;
@@ -78,8 +91,13 @@ void PolynomialWindow::Redraw() {
 }
 
 ControlPointWindow::ControlPointWindow(frmXY4Tr& form) : TextWindow(form, "frmXY4Tr", {720, 480}) {
+    QString heading = QString::fromStdString(Translated(Text::kIdentifierColumn)).trimmed();
+    heading = heading.rightJustified(kIdentifierWidth);
+    for (const char* name : {"Y1", "X1", "Y2", "X2"})
+        heading += QString(name).rightJustified(kCoordinateWidth);
     LayOut({MakeButton("cmdLoad", [&form] { form.cmdLoad(); }),
-            MakeButton("cmdSave", [&form] { form.cmdSave(); })});
+            MakeButton("cmdSave", [&form] { form.cmdSave(); })},
+           heading);
 }
 
 }  // namespace kv_tr

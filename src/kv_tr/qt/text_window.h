@@ -15,8 +15,9 @@ protected:
     TextWindow(TextForm& form, const char* name, QSize size)
         : FormWindow(form, name, size), form_(form) {}
 
-    /// Lays the window out: the box, the buttons of the form, OK and cancel; and shows the form.
-    void LayOut(const QList<QPushButton*>& buttons);
+    /// Lays the window out: the box under its heading, the buttons of the form, OK and cancel; and
+    /// shows the form.
+    void LayOut(const QList<QPushButton*>& buttons, const QString& heading = {});
     void Redraw() override;
 
 private:

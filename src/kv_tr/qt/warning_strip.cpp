@@ -56,6 +56,7 @@ QLabel* WrappedLabel(QWidget* parent) {
 
 WarningStrip::WarningStrip(QPushButton* offer, QPushButton* more, QWidget* parent)
     : QFrame(parent),
+      first_(new QHBoxLayout),
       icon_(new QLabel(this)),
       text_(WrappedLabel(this)),
       offer_(offer),
@@ -70,16 +71,17 @@ WarningStrip::WarningStrip(QPushButton* offer, QPushButton* more, QWidget* paren
     connect(others_, &QLabel::linkActivated, this,
             [this](const QString& link) { emit OfferChosen(link.toInt()); });
     setAutoFillBackground(true);
-    auto* first = new QHBoxLayout;
-    first->addWidget(icon_);
-    first->addWidget(text_, 1);
-    first->addWidget(offer_);
-    first->addWidget(more_);
+    first_->addWidget(icon_);
+    first_->addWidget(text_, 1);
+    first_->addWidget(offer_);
+    first_->addWidget(more_);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 2, 6, 2);
-    layout->addLayout(first);
+    layout->addLayout(first_);
     layout->addWidget(others_);
 }
+
+void WarningStrip::Add(QPushButton* button) { first_->insertWidget(first_->count() - 1, button); }
 
 void WarningStrip::Show(std::vector<StripLine> lines, bool all) {
     lines_ = std::move(lines);

@@ -6,6 +6,7 @@
 
 #include "kv_tr/forms/findings_tables.h"
 
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 
@@ -20,6 +21,8 @@ public:
     /// The buttons belong to the window, which names them and acts; the strip gives them a place.
     WarningStrip(QPushButton* offer, QPushButton* more, QWidget* parent);
 
+    /// Gives another button of the window a place behind the offer.
+    void Add(QPushButton* button);
     void Show(std::vector<StripLine> lines, bool all);
     /// A line as it is shown.
     const StripLine& Line(int number) const { return lines_.at(static_cast<std::size_t>(number)); }
@@ -32,6 +35,7 @@ private:
     void ShowLook(StripLine::Look look);
 
     std::vector<StripLine> lines_;
+    QHBoxLayout* first_;
     QLabel* icon_;
     QLabel* text_;
     QPushButton* offer_;
