@@ -6,6 +6,7 @@
 
 #include "common/languages.h"
 #include "common/parameter_reading.h"
+#include "common/point_reading.h"
 #include "desktop/likely_pairs.h"
 #include "kv_tr/files/control_point_file.h"
 #include "kv_tr/files/formula_text.h"
@@ -35,11 +36,6 @@ std::optional<PlanePoint> PointOf(const DesktopForm::PointTexts& texts) {
     return PlanePoint{*first, *second};
 }
 
-/// The richest of the usual linear types that the points allow.
-enuTR_TYPE FirstType(const clsTrCalc& engine) {
-    return engine.bXYCntIsValid4TrType(TR_AFFIN) ? TR_AFFIN : TR_HELMERT;
-}
-
 /// The first line of a file that is not empty; nothing of a file that does not open, of which the
 /// user is told.
 std::optional<std::string> FirstLine(const std::string& fileName) {
@@ -53,12 +49,13 @@ std::optional<std::string> FirstLine(const std::string& fileName) {
 
 DesktopForm::FileKind KindOf(const std::string& fileName) {
     using enum DesktopForm::FileKind;
+    if (HasExtension(fileName, "kvtr")) return kProject;
     for (const char* extension : {"trp", "prm", "all"}) {
         if (HasExtension(fileName, extension)) return kParameters;
     }
     if (app::HoldsParametersOfOtherPrograms(fileName)) return kParameters;
     const auto line = FirstLine(fileName);
-    if (!line) return kUnreadable;
+    if (!line) return kUnwanted;
     ControlPoint ignored;
     return ReadControlPoint(*line, Comma::kSeparator, ignored) ? kCoordinates : kControlPoints;
 }
@@ -93,26 +90,6 @@ Answer AreMeantAsPairs(const PointFile& reading, const std::string& fileName) {
                 .icon = Icon::kExclamation,
                 .buttons = Buttons::kYesNoCancel,
                 .defaultAnswer = Answer::kCancel});
-}
-
-/// Whether a file of control points could be read to its end; the user is told why not.
-bool IsWhole(const PointFile& reading, const std::string& fileName) {
-    if (reading.Complete()) {
-        if (!reading.points.empty()) return true;
-        ShowMessage(Translated(Text::kTooFewPoints));
-    } else if (reading.problems[0].kind == Problem::Kind::kNotOpened) {
-        ReportOpenFailure(fileName);
-    } else if (HasDecimalCommas(reading)) {
-        ShowMessage(Translated(Text::kCommasSeparateFields, {fileName}), Icon::kExclamation);
-    } else if (reading.format == PointFormat::kListing) {
-        ShowMessage(app::Complaint(reading.problems[0], fileName), Icon::kExclamation);
-    } else {
-        std::string text;
-        for (const Problem& problem : reading.problems)
-            text += (text.empty() ? "" : "\r\n") + app::FieldComplaint(problem, fileName);
-        ShowMessage(text, Icon::kExclamation);
-    }
-    return false;
 }
 
 }  // namespace
@@ -155,11 +132,6 @@ private:
     const std::vector<PointSource> files_;
 };
 
-void DesktopForm::ShowStartPage(bool shown) {
-    const bool before = std::exchange(onStartPage_, shown || !hasParameters_);
-    if (onStartPage_ != before) Changed.Raise();
-}
-
 /// Runs what may bring other parameters. The control points stay only with parameters that were
 /// fitted to them: a dialog may have loaded others before the fit was cancelled.
 void DesktopForm::Take(const std::function<bool()>& action) {
@@ -170,7 +142,6 @@ void DesktopForm::Take(const std::function<bool()>& action) {
         if (!taken) before.RestoreParameters();
         if (!taken || !AreParametersFitted()) before.RestorePoints();
         hasParameters_ |= taken;
-        onStartPage_ = onStartPage_ && !taken;
     } catch (const RuntimeError&) {
         before.RestoreParameters();
         before.RestorePoints();
@@ -226,38 +197,51 @@ void DesktopForm::OpenParameters() {
 
 void DesktopForm::SaveParameters() { ChooseFileAndSave(transformation_); }
 
-void DesktopForm::OpenControlPoints() {
-    const auto fileName =
-        ChooseFile(*transformation_.oCalcTr(), &clsTrCalc::bChooseFile4LoadXYs4Tr);
-    if (fileName) FitTo(app::ReadPoints(*fileName, Comma::kSuspect, std::nullopt), *fileName);
+void DesktopForm::Adjust(std::span<const ControlPoint> points, Type type) {
+    Take([&] {
+        const auto engine = transformation_.oCalcTr();
+        engine->Take(points, false);
+        engine->Files({});
+        engine->eTrType(static_cast<enuTR_TYPE>(type));
+        const bool applied = engine->bDoModal(true);
+        if (applied) transformation_.udtTrPrm(engine->udtTrPrm());
+        return applied;
+    });
 }
 
-void DesktopForm::Adjust() {
-    Take([this] { return Adjusted(); });
-}
-
-bool DesktopForm::Adjusted() {
-    const auto engine = transformation_.oCalcTr();
-    const bool applied = engine->bDoModal(true);
-    if (applied) transformation_.udtTrPrm(engine->udtTrPrm());
-    return applied;
+void DesktopForm::TakeFit(const Transformation& fit) {
+    Take([&] {
+        transformation_.udtTrPrm(RecordOf(fit));
+        return true;
+    });
 }
 
 DesktopForm::FileKind DesktopForm::OpenFile(const std::string& fileName) {
     const FileKind kind = KindOf(fileName);
-    if (kind == FileKind::kParameters) Take([&] { return LoadParameters(fileName); });
-    if (kind == FileKind::kParameters || kind == FileKind::kUnreadable) return kind;
-    const auto any = app::ReadPoints(fileName, Comma::kSuspect, std::nullopt);
-    if (SaysItHasControlPoints(any)) {
-        FitTo(any, fileName);
-        return FileKind::kControlPoints;
+    if (kind == FileKind::kParameters) {
+        RememberFolderOf(fileName);
+        Take([&] { return LoadParameters(fileName); });
     }
+    if (kind != FileKind::kControlPoints && kind != FileKind::kCoordinates) return kind;
+    if (SaysItHasControlPoints(app::ReadPoints(fileName, Comma::kSuspect, std::nullopt)))
+        return FileKind::kControlPoints;
     if (kind == FileKind::kCoordinates) return kind;
     const auto reading = app::ReadPoints(fileName, Comma::kSuspect);
-    const Answer arePairs = AreMeantAsPairs(reading, fileName);
-    if (arePairs == Answer::kNo) return FileKind::kCoordinates;
-    if (arePairs == Answer::kYes) FitTo(reading, fileName);
-    return kind;
+    switch (AreMeantAsPairs(reading, fileName)) {
+        case Answer::kYes: return FileKind::kControlPoints;
+        case Answer::kNo: return FileKind::kCoordinates;
+        default: return FileKind::kUnwanted;
+    }
+}
+
+void DesktopForm::AddRecent(const std::string& fileName) {
+    recent_.Add(fileName);
+    Changed.Raise();
+}
+
+void DesktopForm::RemoveRecent(const std::string& fileName) {
+    recent_.Remove(fileName);
+    Changed.Raise();
 }
 
 bool DesktopForm::LoadParameters(const std::string& fileName) {
@@ -271,19 +255,6 @@ bool DesktopForm::LoadParameters(const std::string& fileName) {
     transformation_.udtTrPrm(RecordOf(loaded->transformation));
     recent_.Add(fileName);
     return true;
-}
-
-/// Fits to what could be read of a file, if that is all of it.
-void DesktopForm::FitTo(const PointFile& reading, const std::string& fileName) {
-    if (!IsWhole(reading, fileName)) return;
-    Take([&] {
-        const auto engine = transformation_.oCalcTr();
-        engine->Take(reading.points, false);
-        engine->Files({reading.source});
-        engine->eTrType(FirstType(*engine));
-        recent_.Add(fileName);
-        return Adjusted();
-    });
 }
 
 DesktopForm::PointTexts DesktopForm::Image(const PointTexts& texts) const {

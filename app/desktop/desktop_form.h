@@ -2,12 +2,13 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "common/angle_units.h"
-#include "common/point_reading.h"
 #include "desktop/recent_files.h"
+#include "kv_tr/fit/fit.h"
 #include "kv_tr/forms/form.h"
 #include "kv_tr/published/clsTr.h"
 #include "kv_tr/published/ml_strings.h"
@@ -25,11 +26,6 @@ public:
     DesktopForm& operator=(const DesktopForm&) = delete;
 
     bool HasParameters() const { return hasParameters_; }
-    /// Whether the start page is shown rather than the parameters: until there are any, and when
-    /// the user wants it, until others are taken.
-    bool OnStartPage() const { return onStartPage_; }
-    void ShowStartPage(bool shown);
-    bool HasControlPoints() const { return transformation_.oCalcTr()->lFullCnt() > 0; }
     bool CanInvert() const { return hasParameters_ && !transformation_.bTypeIsPolinom(); }
     TR_PRM Record() const { return transformation_.udtTrPrm(); }
     std::string TypeText() const { return transformation_.sTrTypeName(); }
@@ -37,6 +33,8 @@ public:
     /// The formulas of a polynomial type; the listing of six parameters has them itself.
     std::string FormulaText() const;
     const std::vector<std::string>& Recent() const { return recent_.Names(); }
+    void AddRecent(const std::string& fileName);
+    void RemoveRecent(const std::string& fileName);
 
     // Parameters.
 
@@ -47,15 +45,16 @@ public:
     void Invert();
     void OpenParameters();
     void SaveParameters();
-    /// Asks for a control-point file and opens the adjustment on it.
-    void OpenControlPoints();
-    /// Opens the adjustment on the control points that were fitted last.
-    void Adjust();
+    /// Opens the adjustment dialog on control points.
+    void Adjust(std::span<const ControlPoint> points, Type type);
+    /// Takes the parameters of a fit that was made elsewhere.
+    void TakeFit(const Transformation& fit);
 
-    enum class FileKind { kParameters, kControlPoints, kCoordinates, kUnreadable };
-    /// Loads a parameter file, or opens the adjustment on a control-point file; one of coordinates
-    /// is left to the caller. A file without the extension of a parameter file holds control
-    /// points if its first line is one; when they do not look like pairs, the user is asked.
+    enum class FileKind { kProject, kParameters, kControlPoints, kCoordinates, kUnwanted };
+    /// Loads a parameter file; other files are left to the caller. A file without the extension of
+    /// a project or a parameter file holds control points if its first line is one; when they do
+    /// not look like pairs, the user is asked, and may want none of it. Of a file that does not
+    /// open the user is told.
     FileKind OpenFile(const std::string& fileName);
 
     // What the user types; the results are empty as long as that is not numbers.
@@ -82,14 +81,11 @@ private:
     class Before;
     void Take(const std::function<bool()>& action);
     bool AreParametersFitted() const;
-    bool Adjusted();
     bool LoadParameters(const std::string& fileName);
-    void FitTo(const PointFile& reading, const std::string& fileName);
 
     EmbeddedTexts& texts_;
     clsTr transformation_;
     bool hasParameters_ = false;
-    bool onStartPage_ = true;
     RecentFiles recent_;
 };
 

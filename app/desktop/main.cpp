@@ -1,18 +1,19 @@
 // kv_tr_desktop: the component in windows.
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QIcon>
-#include <QLibraryInfo>
 #include <QLocale>
-#include <QTranslator>
 #include <filesystem>
 
 #include "common/languages.h"
 #include "common/standard_streams.h"
-#include "desktop/main_window.h"
+#include "desktop/workbench_window.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/qt/qt_platform.h"
+#include "kv_tr/qt/qt_words.h"
+#include "kv_tr/text/version.h"
 
 namespace {
 
@@ -24,33 +25,20 @@ std::int32_t LanguageNamed(const QString& name) {
     return id == 0 ? kEnglish : id;
 }
 
-/// Gives Qt's own windows the component's language, as far as Qt has been translated.
-void TranslateQt(QTranslator& texts) {
-    QCoreApplication::removeTranslator(&texts);
-    for (const app::Language& language : app::Languages()) {
-        if (language.id != CurrentMlLanguage()) continue;
-        const QString code =
-            QString::fromUtf8(language.code.data(), qsizetype(language.code.size()));
-        if (texts.load("qtbase_" + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-            QCoreApplication::installTranslator(&texts);
-        }
-    }
-}
-
 }  // namespace
 
 int main(int argc, char* argv[]) {
     if (!app::OpenMissingStandardStreams()) return 1;
     QApplication application(argc, argv);
     QApplication::setApplicationName("KV_Tr");
-    QApplication::setApplicationVersion(KV_TR_VERSION);
+    QApplication::setApplicationVersion(Version());
     QApplication::setDesktopFileName("kv_tr");
     QApplication::setWindowIcon(QIcon::fromTheme("kv_tr"));
     QCommandLineParser arguments;
     arguments.addHelpOption();
     arguments.addVersionOption();
     arguments.addOption({"language", "hu, ro, vi, en, sr", "language"});
-    arguments.addPositionalArgument("files", "control points, parameters or coordinates",
+    arguments.addPositionalArgument("files", "projects, control points, parameters or coordinates",
                                     "[FILE...]");
     arguments.process(application);
 
@@ -69,12 +57,15 @@ int main(int argc, char* argv[]) {
     UseTextFile(std::filesystem::exists(TextFile()));
     InitMlStrings();
 
-    QTranslator ownTexts;
-    TranslateQt(ownTexts);
-    const Subscription languageChanged = OnLanguageChange([&ownTexts] { TranslateQt(ownTexts); });
+    UseQtWords();
+    const Subscription languageChanged = OnLanguageChange([] { ShowQtWordsAnew(); });
     desktop::DesktopForm form(switchable);
-    desktop::MainWindow window(form, KV_TR_VERSION);
+    desktop::WorkbenchWindow window(form, Version());
     window.show();
-    for (const QString& file : arguments.positionalArguments()) window.Open(file.toStdString());
+    window.OfferLeftovers();
+    std::vector<std::string> files;
+    for (const QString& file : arguments.positionalArguments())
+        files.push_back(QFileInfo(file).absoluteFilePath().toStdString());
+    window.OpenFiles(files);
     return QApplication::exec();
 }

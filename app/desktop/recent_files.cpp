@@ -26,7 +26,17 @@ void RecentFiles::Add(const std::string& fileName) {
     std::erase(names_, name);
     names_.insert(names_.begin(), name);
     if (names_.size() > kMost) names_.pop_back();
-    for (std::size_t i = 0; i < names_.size(); ++i) SaveSetting(kSection, KeyOf(i), names_[i]);
+    Save();
+}
+
+void RecentFiles::Remove(const std::string& fileName) {
+    std::erase(names_, fileName);
+    Save();
+}
+
+void RecentFiles::Save() const {
+    for (std::size_t i = 0; i < kMost; ++i)
+        SaveSetting(kSection, KeyOf(i), i < names_.size() ? names_[i] : "");
 }
 
 }  // namespace kv_tr::desktop

@@ -16,8 +16,11 @@ public:
 
     const std::vector<std::string>& Names() const { return names_; }
     void Add(const std::string& fileName);
+    void Remove(const std::string& fileName);
 
 private:
+    void Save() const;
+
     std::vector<std::string> names_;
 };
 

@@ -3,17 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include "desktop/transform_form.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "kv_tr/forms/dialogs.h"
-#include "kv_tr/text/sha256.h"
 
 namespace kv_tr::test {
 namespace {
 
 using desktop::DesktopForm;
-using desktop::TransformForm;
 using Kind = DesktopForm::FileKind;
 
 class Desktop : public testing::Test {
@@ -36,19 +33,18 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
         // name, text, kind, whether there are parameters then, beginning of the message
         {"coordinates.txt", "\nA 1 2 3\n", Kind::kCoordinates, false, ""},
         {"bad.trp", "0 1 x", Kind::kParameters, false, "Invalid file format!\r\n"},
-        {"broken.dat", points + "D 5 x 1 1\n", Kind::kControlPoints, false, "{}, line 4: "},
-        {"header.csv", "id;y1;x1;y2;x2\nA;0;0;100;x\n", Kind::kControlPoints, false,
-         "{}, line 2, column 11: "},
+        {"broken.dat", points + "D 5 x 1 1\n", Kind::kControlPoints, false, ""},
+        {"header.csv", "id;y1;x1;y2;x2\nA;0;0;100;x\n", Kind::kControlPoints, false, ""},
+        {"town.kvtr", "{}", Kind::kProject, false, ""},
         {"heights.csv", "id;y1;x1;h\nA;0;0;100\n", Kind::kCoordinates, false, ""},
-        {"commas.dat", "A 1,5 2,5 3,5 4,5\nB 9,5 2,5 11,5 4,5\n", Kind::kControlPoints, false,
-         "{}: commas "},
+        {"commas.dat", "A 1,5 2,5 3,5 4,5\nB 9,5 2,5 11,5 4,5\n", Kind::kControlPoints, false, ""},
         {"shift.trp", "100,000\n1,0\n0,0\n200,000\n0,0\n1,0\n", Kind::kParameters, true, ""},
         {"proj.txt", "+proj=affine +xoff=5\n", Kind::kParameters, true, ""},
         {"town.json", "{\"format\":\"plane-transformation\",\"version\":2}", Kind::kParameters,
          true, "Invalid file format!\r\n"},
         {"m.tfw", "1\n0\n0\n-1\n5\n6\n", Kind::kParameters, true, ""},
         {"pairs.json", "{\"type\":\"FeatureCollection\",\"features\":0}", Kind::kControlPoints,
-         true, "{}, line 1, "},
+         true, ""},
         {"order1.all", "t\n\n sy = 0 sx = 0\n1 5 6\n2 1 0\n3 0 1\n", Kind::kParameters, true, ""},
     };
     for (const auto& [name, text, kind, parameters, message] : cases) {
@@ -58,8 +54,7 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
         EXPECT_EQ(form.HasParameters(), parameters);
         auto texts = platform.TakeTexts();
         texts.resize(1);
-        EXPECT_TRUE(
-            texts[0].starts_with(message.starts_with("{}") ? path + message.substr(2) : message));
+        EXPECT_TRUE(texts[0].starts_with(message));
         EXPECT_EQ(texts[0].empty(), message.empty());
     }
     EXPECT_EQ(form.Image({"1", "2"}).first, "6.000");
@@ -67,17 +62,9 @@ TEST_F(Desktop, TakesEveryKindOfFileForWhatItIsAndRemembersTheGoodOnes) {
     form.OpenParameters();
     EXPECT_EQ(form.Image({"1", "2"}).first, "9.000") << "whatever the name says";
 
-    platform.confirm = false;
-    EXPECT_EQ(form.OpenFile(File("good.dat", points)), Kind::kControlPoints);
-    EXPECT_EQ(form.Image({"1", "2"}).first, "9.000") << "a cancelled fit takes nothing";
-    platform.confirm = true;
-    form.OpenFile(folder.File("good.dat"));
-    EXPECT_EQ(form.Record().eType, TR_AFFIN);
-
-    EXPECT_EQ(
-        DesktopForm(*platform.texts).Recent(),
-        (std::vector{folder.File("good.dat"), folder.File("six.txt"), folder.File("order1.all"),
-                     folder.File("m.tfw"), folder.File("proj.txt"), folder.File("shift.trp")}));
+    EXPECT_EQ(DesktopForm(*platform.texts).Recent(),
+              (std::vector{folder.File("six.txt"), folder.File("order1.all"), folder.File("m.tfw"),
+                           folder.File("proj.txt"), folder.File("shift.trp")}));
 }
 
 TEST_F(Desktop, TransformsWhatIsTypedAndKeepsParametersThatNoDialogConfirmed) {
@@ -96,34 +83,6 @@ TEST_F(Desktop, TransformsWhatIsTypedAndKeepsParametersThatNoDialogConfirmed) {
     }
     form.SwitchLanguage(kHungarian);
     EXPECT_EQ(DesktopForm::RememberedLanguage(kEnglish), kHungarian);
-}
-
-TEST_F(Desktop, WritesAWholeResultFileOrNone) {
-    TransformForm transform({.dA0 = 100, .dA1 = 1, .dB2 = 1});
-    transform.Input(File("in.txt", "A 1 2 stone\r\nB 5,5 2,5\nC 3 4"));
-    const auto run = [&transform] { return transform.Run([](double) { return true; }); };
-    EXPECT_EQ(transform.Preview().at(0).image + transform.Preview().at(1).image,
-              "A 101.000 2.000 stone");
-    EXPECT_FALSE(run());
-    EXPECT_TRUE(platform.TakeTexts().front().starts_with(transform.Input()));
-    transform.Options({.keepGoing = true});
-    EXPECT_FALSE(transform.Run([](double done) { return done < 0.5; }));
-    const auto files = [this] {
-        return std::distance(std::filesystem::directory_iterator(folder.File("")), {});
-    };
-    EXPECT_EQ(files(), 1);
-    platform.TakeTexts();
-    EXPECT_TRUE(run());
-    EXPECT_EQ(platform.TakeTexts().size(), 3U) << "the bad lines, their commas, how many lines";
-    const std::string result = "A 101.000 2.000 stone\r\nB 5,5 2,5\nC 103.000 4.000";
-    EXPECT_EQ(ReadFile(transform.Output()), result);
-
-    transform.Options({.noId = true, .keepGoing = true});
-    EXPECT_FALSE(run()) << "the default is not to replace a file";
-    EXPECT_EQ(ReadFile(transform.Output()), result);
-    transform.Output(transform.Input());
-    EXPECT_FALSE(run());
-    EXPECT_EQ(files(), 2);
 }
 
 TEST_F(Desktop, RefusesNamesThatBelongToTheOtherKindOfParameters) {
@@ -149,9 +108,11 @@ protected:
 
     Script script;
     std::function<void(frmChoosePrm&)> choose;
-    const std::string points = File("points.dat",
-                                    "A 0 0 1000 200\nB 10 0 1010 200\nC 0 10 1000 210\n"
-                                    "D 10 10 1010 210.3\nE 20 10 1020 210\n");
+    const std::vector<ControlPoint> points{{"A", {0, 0}, {1000, 200}},
+                                           {"B", {10, 0}, {1010, 200}},
+                                           {"C", {0, 10}, {1000, 210}},
+                                           {"D", {10, 10}, {1010, 210.3}},
+                                           {"E", {20, 10}, {1020, 210}, false}};
     const std::string others = File("others.dat", "X 0 0 5 5\nY 9 0 14 5\nZ 0 9 5 14\n");
 
     DesktopAdjustment()
@@ -160,85 +121,43 @@ protected:
                            .chooseParameters = [this](frmChoosePrm& chooser) { choose(chooser); },
                            .controlPoints = [](frmXY4Tr& list) { list.cmdOk(); }})) {}
     static void Apply(frmTr& dialog) { dialog.cmdApplyResult(); }
-
-    /// Opens the adjustment again, changes something there and leaves.
-    void Cancel(const Script& change) {
-        script = [&change](frmTr& dialog) { change(dialog), dialog.cmdExit(); };
-        form.Adjust();
-    }
-    /// What the adjustment shows of the pairs when nothing is changed there.
-    std::string Table() {
-        std::string table;
-        Cancel([&table](frmTr& dialog) {
-            table = dialog.Table().TableText(std::vector{1, 2, 3}) +
-                    dialog.ControlTexts().TextOf("lblExtCnt") +
-                    (dialog.InverseChecked() ? " inverse " : " ") +
-                    std::to_string(dialog.SelectedType() + 10 * dialog.Table().RowCount());
-        });
-        return table;
-    }
 };
 
-TEST_F(DesktopAdjustment, CancelPutsThePointsBack) {
+TEST_F(DesktopAdjustment, TakesTheParametersThatAreAppliedAndNoOthers) {
+    std::string table;
+    script = [&table](frmTr& dialog) {
+        table = dialog.Table().TableText(std::vector{5});
+        dialog.RadioTrType(0);
+        dialog.Grid1DblClick(4, 1);
+        dialog.cmdExit();
+    };
+    form.Adjust(points, Type::kAffine);
+    EXPECT_NE(table.find("E\t20\t10\t1020\t210"), table.npos) << table;
+    EXPECT_FALSE(form.HasParameters());
     script = [](frmTr& dialog) {
-        dialog.chkInverz();
-        dialog.Table().SetCell(1, 1, "edited");
         dialog.Grid1DblClick(4, 1);
         Apply(dialog);
     };
-    form.ShowStartPage(false);
-    EXPECT_TRUE(form.OnStartPage()) << "there is nothing else to show";
-    form.OpenFile(points);
-    const std::string before = Table();
-    EXPECT_TRUE(before.ends_with("Excluded:1 inverse 61")) << before;
-    const double shift = form.Record().dA0;
-    EXPECT_FALSE(form.OnStartPage());
-    form.ShowStartPage(true);
-    const Script changes[] = {[](frmTr& dialog) { dialog.chkInverz(); },
-                              [](frmTr& dialog) { dialog.Grid1DblClick(1, 1); },
-                              [](frmTr& dialog) { dialog.cmdRemoveExt(); },
-                              [](frmTr& dialog) { dialog.RadioTrType(0); },
-                              [](frmTr& dialog) { dialog.Table().SetCell(2, 2, "77"); }};
-    for (const Script& change : changes) {
-        Cancel(change);
-        EXPECT_EQ(Table(), before);
-        EXPECT_EQ(double{form.Record().dA0}, shift);
-    }
-    EXPECT_TRUE(form.OnStartPage()) << "nothing was taken";
-    script = Apply;
-    form.OpenFile(others);
-    EXPECT_FALSE(form.OnStartPage());
-    EXPECT_EQ(Table().find(" inverse "), std::string::npos) << "other points";
-    script = [](frmTr& dialog) { dialog.cmdExit(); };
-    form.OpenFile(points);
-    Cancel([this](frmTr& dialog) {
-        platform.choices = {FileChoice{folder.File("r.html")}};
-        dialog.cmdReport();
-    });
-    const std::string report = ReadFile(folder.File("r.html"));
-    EXPECT_NE(report.find("others.dat"), report.npos);
-    EXPECT_NE(report.find(Sha256(ReadFile(others))), report.npos);
-}
-
-TEST_F(DesktopAdjustment, KeepsThePointsUntilOthersAreFitted) {
-    script = Apply;
-    form.OpenFile(points);
-    const std::string before = Table();
-    script = [](frmTr& dialog) { dialog.cmdExit(); };
-    form.OpenFile(others);
-    EXPECT_EQ(Table(), before);
+    form.Adjust(points, Type::kAffine);
+    EXPECT_EQ(form.Record().eType, TR_AFFIN);
+    EXPECT_EQ(form.Image({"5", "7"}).second, "207.000") << "without D, which is 0.3 m off";
+    script = [](frmTr& dialog) { dialog.RadioTrType(0), dialog.cmdExit(); };
+    form.Adjust(points, Type::kAffine);
+    EXPECT_EQ(form.Record().eType, TR_AFFIN);
     choose = [&](frmChoosePrm& chooser) {
-        if (!chooser.cmdCalc()) chooser.cmdOk();  // the present parameters stay, and their points
+        if (!chooser.cmdCalc()) chooser.cmdOk();  // the present parameters stay
     };
     for (const bool taken : {false, true}) {
         platform.choices = {FileChoice{others}};
         script = [taken](frmTr& dialog) { taken ? dialog.cmdApplyResult() : dialog.cmdExit(); };
         form.ChooseParameters();
-        EXPECT_EQ(Table() != before, taken);
+        EXPECT_EQ(form.Image({"5", "7"}).first, taken ? "10.000" : "1005.000");
     }
+    form.TakeFit({.type = Type::kHelmert, .a = {7, 1}, .b = {8, 0, 1}});
+    EXPECT_EQ(form.Image({"5", "7"}).first, "12.000");
 }
 
-TEST_F(DesktopAdjustment, AsksBeforeItTakesWhatMayBeHeightsForControlPoints) {
+TEST_F(Desktop, AsksBeforeItTakesWhatMayBeHeightsForControlPoints) {
     const std::string likely[] = {
         "A 0 0 200 1000\nB 10 0 200 1010\nC 0 10 210 1000\n",  // axes exchanged
         "A 650000 240000 -342.1 -126.6\nB 651896 240000 657.9 -126.6\nC 650000 241896 -342 873\n",
@@ -251,26 +170,21 @@ TEST_F(DesktopAdjustment, AsksBeforeItTakesWhatMayBeHeightsForControlPoints) {
         "1 5 5 100 100\n1 5 5 100 100\n",
         "1 650012.31 240001.17 112.40 5\n2 650420.02 240310.50 118.11 5\n3 650100 240800 109.2\n",
     };
-    int opened = 0;
-    script = [&opened](frmTr&) { ++opened; };
-    for (const std::string& text : likely) form.OpenFile(File("likely.txt", text));
-    form.OpenFile(EXAMPLES "/swiss_helmert_9.dat");
+    for (const std::string& text : likely)
+        EXPECT_EQ(form.OpenFile(File("likely.txt", text)), Kind::kControlPoints);
+    EXPECT_EQ(form.OpenFile(EXAMPLES "/swiss_helmert_9.dat"), Kind::kControlPoints);
     EXPECT_EQ(platform.messages.size(), 0U);
-    EXPECT_EQ(opened, 4);
     for (const std::string& text : unlikely) {
         SCOPED_TRACE(text);
         const std::string file = File("unlikely.txt", text);
-        for (const auto& [answer, kind] : {std::pair{Answer::kCancel, Kind::kControlPoints},
-                                           {Answer::kNo, Kind::kCoordinates}}) {
+        for (const auto& [answer, kind] : {std::pair{Answer::kCancel, Kind::kUnwanted},
+                                           {Answer::kNo, Kind::kCoordinates},
+                                           {Answer::kYes, Kind::kControlPoints}}) {
             platform.answers = {answer};
             EXPECT_EQ(form.OpenFile(file), kind);
             EXPECT_TRUE(platform.TakeTexts().at(0).starts_with(file));
         }
     }
-    EXPECT_EQ(opened, 4) << "the adjustment was opened without being wanted";
-    platform.answers = {Answer::kYes};
-    form.OpenFile(File("unlikely.txt", unlikely[0]));
-    EXPECT_EQ(opened, 5);
 }
 
 }  // namespace

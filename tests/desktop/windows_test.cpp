@@ -1,25 +1,18 @@
 // The wiring of the parameter dialogs' windows and of the main window.
 #include <gtest/gtest.h>
 
-#include <QAction>
-#include <QCheckBox>
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QStackedWidget>
 #include <QTest>
-#include <QTimer>
 #include <QTreeWidget>
-#include <set>
 
-#include "desktop/main_window.h"
-#include "desktop/transform_window.h"
+#include "common/languages.h"
+#include "desktop/parameters_window.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "kv_tr/qt/frmAffinTrPrm_window.h"
@@ -116,21 +109,19 @@ void ExpectControlsApart(QWidget& window) {
     }
 }
 
-TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
+TEST_F(WindowsOfForms, OfParametersShowThemAndSpeakEachLanguage) {
     const TemporaryFolder folder;
     WriteFile(folder.File("shift.trp"), "100\n1\n0\n200\n0\n1\n");
-    WriteFile(folder.File("in.txt"), "A 1,5 2,5\n");
     desktop::DesktopForm form(*platform.texts);
-    desktop::MainWindow window(form, "1.2.3");
+    desktop::ParametersWindow window(
+        form, [] {}, nullptr);
     window.show();
-    window.Open(folder.File("in.txt"));
-    EXPECT_EQ(platform.TakeTexts().size(), 1U) << "no parameters yet";
-    window.Open(folder.File("shift.trp"));
+    form.OpenFile(folder.File("shift.trp"));
     window.findChild<QLineEdit*>("Y1")->setText("1");
     window.findChild<QLineEdit*>("X1")->setText("2");
-    EXPECT_EQ(window.findChild<QLineEdit*>("X2")->text(), "202.000");
+    EXPECT_EQ(window.findChild<QLabel*>("X2")->text(), "202.000");
     window.findChild<QLineEdit*>("Y1")->setText("3");
-    EXPECT_EQ(window.findChild<QLineEdit*>("Y2")->text(), "103.000");
+    EXPECT_EQ(window.findChild<QLabel*>("Y2")->text(), "103.000");
     for (const char* name : {"Y1", "X1", "direction", "length"}) {
         const auto* input = window.findChild<QLineEdit*>(name);
         const auto labels = window.findChildren<QLabel*>();
@@ -138,69 +129,11 @@ TEST_F(WindowsOfForms, OfTheProgramShowOneTransformationAndSpeakEachLanguage) {
             return label->buddy() == input && label->isVisible() && label->x() < input->x();
         })) << name;
     }
-    for (QAction* entry : window.menuBar()->actions()[2]->menu()->actions()) {
-        entry->trigger();
-        std::set<QChar> letters;
-        for (const QAction* menu : window.menuBar()->actions())
-            letters.insert(menu->text()[menu->text().indexOf('&') + 1].toLower());
-        EXPECT_EQ(letters.size(), 4U) << "one letter for Alt leads to one menu";
-        EXPECT_EQ(window.menuBar()->actions()[0]->text().remove('&').toStdString(),
-                  GetMlString(1160, {}));
+    for (const app::Language& language : app::Languages()) {
+        form.SwitchLanguage(language.id);
+        EXPECT_EQ(window.windowTitle().toStdString(), Translated(Text::kCurrentParameters));
+        ExpectControlsApart(window);
     }
-    auto* pages = window.findChild<QStackedWidget*>();
-    EXPECT_EQ(pages->currentIndex(), 1);
-    ExpectControlsApart(window);
-    form.ShowStartPage(true);
-    EXPECT_EQ(pages->currentIndex(), 0);
-    ExpectControlsApart(window);
-    const auto recent = window.menuBar()->actions()[0]->menu()->actions()[3]->menu()->actions();
-    ASSERT_EQ(recent.size(), 1);
-    recent[0]->trigger();
-    EXPECT_EQ(pages->currentIndex(), 1) << "the recent file is open again";
-
-    desktop::TransformForm transform(form.Record());
-    transform.Input(folder.File("in.txt"));
-    desktop::TransformWindow transformWindow(transform, &window);
-    transformWindow.findChild<QCheckBox*>("chkDecimalComma")->click();
-    EXPECT_EQ(transformWindow.findChild<QTreeWidget*>()->topLevelItem(0)->text(1),
-              "→ A 101,500 202,500");
-    EXPECT_EQ(transformWindow.findChild<QSpinBox*>()->value(), 3);
-    ExpectControlsApart(transformWindow);
-    Click(transformWindow, "cmdRun");
-    EXPECT_EQ(ReadFile(folder.File("in_tr.txt")), "A 101,500 202,500\n");
-}
-
-TEST(TransformationOfAFile, ShowsHowFarItIsAndWritesNothingOnceItIsCancelled) {
-    RecordingPlatform platform;
-    const TemporaryFolder folder;
-    desktop::TransformForm form({.dA1 = 1, .dB2 = 1});
-    std::string lines;
-    while (lines.size() < (4U << 20)) lines += "A 1.000 2.000\n";  // several blocks
-    form.Input(folder.File("in.txt"));
-    WriteFile(form.Input(), lines);
-    desktop::TransformWindow window(form, nullptr, std::chrono::milliseconds(0));
-    window.show();
-    window.resize(700, 500);
-    const auto bar = [&window] { return window.findChild<QProgressDialog*>(); };
-    platform.whileShown = [&] { EXPECT_EQ(bar(), nullptr) << "nothing goes on then"; };
-    int seen = 0;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-        if (bar() != nullptr && ++seen == 1) bar()->cancel();
-    });
-    timer.start(0);
-    Click(window, "cmdRun");
-    EXPECT_EQ(platform.TakeTexts(), std::vector<std::string>{"Cancelled; nothing was written."});
-    EXPECT_FALSE(std::filesystem::exists(form.Output()));
-    EXPECT_TRUE(window.isVisible());
-    WriteFile(form.Output(), "older");
-    platform.answers = {Answer::kYes};
-    Click(window, "cmdRun");
-    EXPECT_EQ(platform.messages.size(), 2U) << "the question and the outcome";
-    EXPECT_GT(seen, 1);
-    EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(ReadFile(form.Output()).size(), lines.size());
-    EXPECT_EQ(desktop::TransformWindow(form, nullptr).size(), QSize(700, 500));
 }
 
 }  // namespace

@@ -3,13 +3,18 @@
 #include <QLineEdit>
 #include <QPalette>
 #include <QStyleFactory>
+#include <QTabWidget>
 #include <cstdio>
+#include <filesystem>
 
 #include "common/languages.h"
-#include "desktop/main_window.h"
-#include "desktop/transform_window.h"
+#include "desktop/parameters_window.h"
+#include "desktop/preview_dialog.h"
+#include "desktop/transform_files_dialog.h"
+#include "desktop/workbench_window.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
+#include "kv_tr/published/coefficients.h"
 #include "kv_tr/qt/frmAffinTrPrm_window.h"
 #include "kv_tr/qt/frmChooseDAT2M1_window.h"
 #include "kv_tr/qt/frmChoosePrm_window.h"
@@ -95,27 +100,42 @@ void TakeDialogs(const Camera& camera) {
     camera.TakeDialog<frmChooseDAT2M1Window, frmChooseDAT2M1>("national", std::ref(type));
 }
 
-void TakeProgram(const Camera& camera, test::RecordingPlatform& platform) {
+/// The main window on its way from two lists of points to a transformed file.
+void TakeWorkbench(const Camera& camera, desktop::DesktopForm& form) {
+    desktop::WorkbenchWindow window(form, "0.1.0", {});
+    window.resize(1120, 720);
+    camera.Take(window, "start-page");
+    workbench::OpenPreview preview;
+    preview.TakeLists("old_survey.txt", "new_survey.txt");
+    desktop::PreviewDialog dialog(preview, nullptr);
+    dialog.resize(760, 520);
+    camera.Take(dialog, "preview");
+    window.Project().Begin(preview);
+    workbench::Workbench& bench = window.Project().Bench();
+    bench.SetType(Type::kHelmert);
+    camera.Take(window, "workbench");
+    bench.Exclude({bench.Project().WorstSuspect()}, "new list: digits exchanged");
+    auto* tabs = window.findChild<QTabWidget*>("tabs");
+    tabs->setCurrentIndex(tabs->count() - 1);
+    camera.Take(window, "workbench-history");
+    desktop::TransformFilesDialog transform({.transformation = bench.Project().Adjusted().Result()},
+                                            nullptr);
+    transform.Add({"parcel_corners.txt"});
+    camera.Take(transform, "transform-file");
+}
+
+void TakeParameters(const Camera& camera, desktop::DesktopForm& form) {
     const test::TemporaryFolder folder;
     const std::string parameters = folder.File("kleinluetzel.trp");
-    std::filesystem::current_path(folder.File(""));  // a short path is enough in the picture
-    const std::string points = "stations.txt";
     test::WriteFile(parameters, "0.322\n0.99999963\n0.00000129\n1.337\n-0.00000129\n0.99999963\n");
-    test::WriteFile(points,
-                    "66.301 591294.430 255778.250 stone\n66.602 598602.520 254944.610 bolt\n");
-    desktop::DesktopForm form(*platform.texts);
-    desktop::MainWindow window(form, "0.1.0");
-    camera.Take(window, "start-page");
-    window.Open(parameters);
+    desktop::ParametersWindow window(
+        form, [] {}, nullptr);
+    form.OpenFile(parameters);
     for (const auto& [name, text] :
          {std::pair{"Y1", "591294.43"}, {"X1", "255778.25"}, {"direction", "50"}}) {
         window.findChild<QLineEdit*>(name)->setText(text);
     }
     camera.Take(window, "desktop");
-    desktop::TransformForm transform(form.Record());
-    transform.Input(points);
-    desktop::TransformWindow transformWindow(transform, &window);
-    camera.Take(transformWindow, "transform-file");
 }
 
 }  // namespace
@@ -134,9 +154,13 @@ int main(int argc, char* argv[]) {
         QApplication::setPalette(dark);
     }
     test::RecordingPlatform platform(app::LanguageCoded(argv[2]));
-    const Camera camera(argv[1], argv[2]);
+    const std::filesystem::path folder = std::filesystem::absolute(argv[1]);
+    const Camera camera(QString::fromStdString(folder.string()), argv[2]);
     TakeAdjustment(camera);
     TakeDialogs(camera);
-    TakeProgram(camera, platform);
+    std::filesystem::current_path(EXAMPLES "/two_lists");  // short names in the pictures
+    desktop::DesktopForm form(*platform.texts);
+    TakeWorkbench(camera, form);
+    TakeParameters(camera, form);
     return 0;
 }
