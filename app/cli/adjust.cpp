@@ -261,7 +261,7 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
                               .points = options.points},
                              options.report, save);
     saved &= save(options.log, [&] {
-        return SaveText(options.log, TextOf(LogOf(work.Points(), ComponentTexts(), style)));
+        return SaveText(options.log, LogText(work.Points(), ComponentTexts(), style));
     });
     saved &= save(options.savePoints, [&] { return SavePoints(work, options); });
     saved &= save(options.residualVectors, [&] {
@@ -284,7 +284,8 @@ void PrintLog(const Work& work) {
     const auto style = ComponentNumberStyle();
     const std::string mark = "  > " + FixedText(work.Limit(), 3, style);
     const auto residuals = work.Points().Residuals();
-    for (const auto& [text, point] : LogOf(work.Points(), ComponentTexts(), style)) {
+    ForEachLogLine(work.Points(), ComponentTexts(), style, [&](const LogLine& line) {
+        const auto& [text, point] = line;
         const bool within = !point || residuals[*point].Length() <= work.Limit();
         if (within || !OutputIsTerminal()) {
             std::cout << text << '\n';
@@ -292,7 +293,7 @@ void PrintLog(const Work& work) {
             std::cout << (colour ? "\x1b[31m" : "") << text << mark << (colour ? "\x1b[0m" : "")
                       << '\n';
         }
-    }
+    });
 }
 
 void PrintJson(const Work& work, bool fitted, const FindingsOptions& options) {
@@ -301,7 +302,7 @@ void PrintJson(const Work& work, bool fitted, const FindingsOptions& options) {
     report["events"] = Json::array();
     for (const Type type : work.Lowered()) report["events"].push_back(NumberOf(type));
     if (fitted) AddFindings(report, adjustment, work.Found(), options);
-    std::cout << JsonText(report) << '\n';
+    PrintAdjustmentJson(std::cout, report, adjustment);
 }
 
 /// Whether no option is given that another one would have to go with; otherwise a note says which.

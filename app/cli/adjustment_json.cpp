@@ -2,6 +2,8 @@
 #include "cli/adjustment_json.h"
 
 #include <array>
+#include <ostream>
+#include <utility>
 
 #include "cli/json_text.h"
 #include "cli/program.h"
@@ -21,21 +23,28 @@ Json StatisticsJson(const Statistics& figures) {
             {"dMiddleErrY", figures.meanSecond}};
 }
 
-Json PointsJson(const Adjustment& adjustment) {
-    Json points = Json::array();
-    for (std::size_t i = 0; i < adjustment.Points().size(); ++i) {
-        const auto& [id, source, destination, used] = adjustment.Points()[i];
-        const Residual& residual = adjustment.Residuals()[i];
-        points.push_back({{"sId", id},
-                          {"dXsour", source.first},
-                          {"dYsour", source.second},
-                          {"dXdest", destination.first},
-                          {"dYdest", destination.second},
-                          {"dXerr", residual.first},
-                          {"dYerr", residual.second},
-                          {"bNotUsed", !used}});
+constexpr const char* kPoints = "points";
+
+Json PointJson(const ControlPoint& point, const Residual& residual) {
+    const auto& [id, source, destination, used] = point;
+    return {{"sId", id},
+            {"dXsour", source.first},
+            {"dYsour", source.second},
+            {"dXdest", destination.first},
+            {"dYdest", destination.second},
+            {"dXerr", residual.first},
+            {"dYerr", residual.second},
+            {"bNotUsed", !used}};
+}
+
+void PrintPoints(std::ostream& output, const Adjustment& adjustment) {
+    output << '[';
+    const auto points = adjustment.Points();
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        output << (i == 0 ? "\n    " : ",\n    ")
+               << JsonText(PointJson(points[i], adjustment.Residuals()[i]), 4);
     }
-    return points;
+    output << (points.empty() ? "]" : "\n  ]");
 }
 
 Json MessagesJson() {
@@ -57,9 +66,22 @@ nlohmann::ordered_json AdjustmentJson(const Adjustment& adjustment, bool fitted)
     report["typeName"] = TypeName(adjustment.FitType(), ComponentTexts());
     report["parameters"] = fitted ? ParametersJson(adjustment.Result()) : Json();
     report["statistics"] = fitted ? StatisticsJson(adjustment.Figures()) : Json();
-    report["points"] = PointsJson(adjustment);
+    report[kPoints] = nullptr;  // their place
     report["messages"] = MessagesJson();
     return report;
+}
+
+void PrintAdjustmentJson(std::ostream& output, const Json& report, const Adjustment& adjustment) {
+    const char* separator = "{\n  ";
+    for (const auto& [key, item] : report.items()) {
+        output << std::exchange(separator, ",\n  ") << Json(key).dump() << ": ";
+        if (key == kPoints) {
+            PrintPoints(output, adjustment);
+        } else {
+            output << JsonText(item, 2);
+        }
+    }
+    output << "\n}\n";
 }
 
 }  // namespace kv_tr::cli

@@ -11,4 +11,8 @@ namespace kv_tr::cli {
 /// figures are null.
 nlohmann::ordered_json AdjustmentJson(const Adjustment& adjustment, bool fitted);
 
+/// Prints such a report with its points, one by one, so that memory does not grow with them.
+void PrintAdjustmentJson(std::ostream& output, const nlohmann::ordered_json& report,
+                         const Adjustment& adjustment);
+
 }  // namespace kv_tr::cli

@@ -69,7 +69,7 @@ std::vector<NamedFile> ExportOptions::Files() const {
 void AddAxesOption(CLI::App& command, std::string& words) {
     command.add_option("--axes", words, Translated(Text::kAxesOption, {AxisWords()}))
         ->type_name("AXES")
-        ->check(CheckAxes);
+        ->check(WithWords(AxisWords(), CheckAxes));
 }
 
 void AddExportOptions(CLI::App& command, ExportOptions& options) {
@@ -77,7 +77,7 @@ void AddExportOptions(CLI::App& command, ExportOptions& options) {
         .add_option("--export", options.wanted, Translated(Text::kExportOption, {FormatWords()}))
         ->type_name("FORMAT[=FILE]")
         ->allow_extra_args(false)
-        ->check(CheckFormat);
+        ->check(WithWords(FormatWords(), CheckFormat));
     AddAxesOption(command, options.axes);
     command.add_option("--source-crs", options.sourceCrs, Translated(Text::kSourceCrsOption))
         ->type_name("CRS");

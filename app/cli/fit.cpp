@@ -43,9 +43,9 @@ void AddTypeOption(CLI::App& command, std::string& keyword) {
     command.add_option("--type", keyword, Translated(Text::kTypeOption) + ": " + AllKeywords())
         ->type_name("TYPE")
         ->capture_default_str()
-        ->check([](const std::string& name) {
+        ->check(WithWords(AllKeywords(), [](const std::string& name) {
             return Find(name) ? "" : Translated(Text::kUnknownType, {Excerpt(name), AllKeywords()});
-        });
+        }));
 }
 
 bool ChooseType(Adjustment& adjustment, Type type, const std::string& fileName) {

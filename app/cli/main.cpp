@@ -4,12 +4,16 @@
 #include <exception>
 #include <iostream>
 
+#include "cli/completion.h"
 #include "cli/hand_over.h"
 #include "cli/interruption.h"
+#include "cli/manual.h"
+#include "cli/manual_words.h"
 #include "cli/program.h"
 #include "cli/wording.h"
 #include "common/standard_streams.h"
 #include "kv_tr/published/errors.h"
+#include "kv_tr/text/version.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -19,6 +23,16 @@ struct Command {
     Text description;
     Run (*add)(CLI::App&);
 };
+
+#ifndef KV_TR_GDAL
+/// Whether the arguments are about all commands rather than one, or complete the name of one.
+bool IsAboutAll(const std::vector<std::string>& arguments) {
+    if (arguments.empty() || arguments.front().starts_with('-')) return true;
+    const std::string& first = arguments.front();
+    if (first == kCandidatesCommand) return arguments.size() <= 2;
+    return first == kManualCommand || (first == "help" && arguments.size() == 1);
+}
+#endif
 
 constexpr Command kCommands[] = {
     {"adjust", Text::kAdjustSummary, AddAdjust},
@@ -44,10 +58,10 @@ int RunCommandLine(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     InstallProgram(ChosenLanguage(arguments));
 #ifndef KV_TR_GDAL
-    const bool isAboutAll = arguments.empty() || arguments.front().starts_with('-');
+    const bool isAboutAll = IsAboutAll(arguments);
     const bool isWarp = std::ranges::find(arguments, "warp") != arguments.end();
     if (isAboutAll || isWarp) HandOver();
-    if (!isAboutAll && arguments.front() == "warp") {
+    if (isWarp && !isAboutAll && (arguments.front() == "warp" || arguments.front() == "help")) {
         PrintNote(Translated(Text::kNeedsGdal, {"kv_tr warp"}));
         return kWrongUsage;
     }
@@ -57,16 +71,30 @@ int RunCommandLine(int argc, char** argv) {
     TranslateHelp(program);
     program.require_subcommand(1);
     program.set_help_flag("-h,--help", Translated(Text::kHelpOption));
-    program.set_version_flag("--version", "kv_tr " KV_TR_VERSION, Translated(Text::kVersionOption));
+    program.set_version_flag("--version", std::string("kv_tr ") + Version(),
+                             Translated(Text::kVersionOption));
     AddLanguageOption(program);
 
     Run run;
-    for (const Command& command : kCommands) {
-        CLI::App& added = *program.add_subcommand(command.name, Translated(command.description));
+    const auto add = [&](const char* name, const std::string& description,
+                         Run (*adder)(CLI::App&)) {
+        CLI::App& added = *program.add_subcommand(name, description);
         added.group(Translated(Text::kCommandsHeading));
         added.set_help_flag("-h,--help", Translated(Text::kHelpOption));
-        added.parse_complete_callback([&run, runThis = command.add(added)] { run = runThis; });
+        added.footer(ExamplesHelp(name));
+        added.parse_complete_callback([&run, runThis = adder(added)] { run = runThis; });
+    };
+    for (const Command& command : kCommands)
+        add(command.name, Translated(command.description), command.add);
+    add("help", Said(kHelpSummary), AddHelp);
+    if (arguments.size() > 1 && arguments.front() == kCandidatesCommand) {
+        for (const std::string& line :
+             Candidates(program, {arguments.begin() + 1, arguments.end()}))
+            std::cout << line << '\n';
+        return WhenWritten(kDone);
     }
+    if (arguments.size() > 1 && arguments.front() == kManualCommand)
+        return WriteManual(program, arguments[1]);
     try {
         program.parse(argc, argv);
     } catch (const CLI::Success& wish) {  // help or version

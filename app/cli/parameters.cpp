@@ -135,11 +135,18 @@ int WrongUsage(Text id) {
     return kWrongUsage;
 }
 
+std::string BuiltInNames() {
+    std::string names = "OL_METER, METER_OL";
+    for (const NationalInfo& info : NationalInfos()) names += std::string(", ") + info.name;
+    return names;
+}
+
 }  // namespace
 
 void AddBuiltInOptions(CLI::App& command, ParameterSource& source) {
     command.add_option("--national", source.national, Translated(Text::kNationalOption))
-        ->type_name("NAME");
+        ->type_name("NAME")
+        ->check(WithWords(BuiltInNames(), [](const std::string&) { return std::string(); }));
     AddTypeOption(command, source.type);
     command.add_flag("--decimal-comma", source.decimalComma, Translated(Text::kHasDecimalCommas));
 }

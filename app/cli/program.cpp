@@ -88,23 +88,29 @@ std::string CheckNumber(const std::string& text) {
     return ParseNumber(text) ? "" : Translated(Text::kUnsuitableNumber, {Excerpt(text)});
 }
 
-std::function<std::string(const std::string&)> CheckWord(const std::string& words) {
-    return [words](const std::string& word) {
+CLI::Validator WithWords(const std::string& words,
+                         const std::function<std::string(const std::string&)>& check) {
+    return {check, "", words};
+}
+
+CLI::Validator CheckWord(const std::string& words) {
+    return WithWords(words, [words](const std::string& word) {
         const bool known = word.find_first_of(", ") == word.npos &&
                            (", " + words + ",").find(" " + word + ",") != words.npos;
         return known ? "" : Translated(Text::kUnknownValue, {Excerpt(word), words});
-    };
+    });
 }
 
 void AddLanguageOption(CLI::App& command) {
+    const std::string words = "hu, ro, vi, en, sr";
     command.add_option("--language")
         ->description(Translated(Text::kLanguageOption))
         ->type_name("LANG")
-        ->check([](const std::string& name) {
+        ->check(WithWords(words, [words](const std::string& name) {
             return app::LanguageCoded(name) != 0
                        ? ""
-                       : Translated(Text::kUnknownLanguage, {Excerpt(name), "hu, ro, vi, en, sr"});
-        });
+                       : Translated(Text::kUnknownLanguage, {Excerpt(name), words});
+        }));
 }
 
 }  // namespace kv_tr::cli

@@ -11,6 +11,7 @@
 
 namespace CLI {
 class App;
+class Validator;
 }  // namespace CLI
 
 namespace kv_tr::cli {
@@ -39,8 +40,12 @@ std::int32_t ChosenLanguage(const std::vector<std::string>& arguments);
 /// A check for options that take a number; it yields the complaint, or nothing.
 std::string CheckNumber(const std::string& text);
 
-/// A check for options that take one of a few words, listed as "one, two".
-std::function<std::string(const std::string&)> CheckWord(const std::string& words);
+/// A check for options whose value is, or begins with, one of a few words, listed as "one, two".
+/// The check bears them as its name, which completion offers.
+CLI::Validator WithWords(const std::string& words,
+                         const std::function<std::string(const std::string&)>& check);
+/// The same where the value is one of the words.
+CLI::Validator CheckWord(const std::string& words);
 
 /// Adds the option --language with its check. It was obeyed before the options were built.
 void AddLanguageOption(CLI::App& command);
@@ -56,5 +61,6 @@ Run AddNational(CLI::App& command);
 Run AddAngle(CLI::App& command);
 Run AddDistortion(CLI::App& command);
 Run AddWarp(CLI::App& command);  // where there is GDAL
+Run AddHelp(CLI::App& command);  // after all others
 
 }  // namespace kv_tr::cli

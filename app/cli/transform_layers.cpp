@@ -33,7 +33,7 @@ void AddLayerOptions(CLI::App& command, LayerOptions& options) {
         ->type_name("FORMAT");
     command.add_option("--axes", options.axes, Translated(Text::kMapAxesOption, {AxisWords()}))
         ->type_name("AXES")
-        ->check(CheckAxes);
+        ->check(WithWords(AxisWords(), CheckAxes));
     command.add_option("--target-crs", options.targetCrs, Translated(Text::kResultCrsOption))
         ->type_name("CRS");
     command

@@ -216,7 +216,7 @@ Run AddWarp(CLI::App& command) {
     AddPixelOptions(command, options->job);
     command.add_option("--axes", options->axes, Translated(Text::kMapAxesOption, {AxisWords()}))
         ->type_name("AXES")
-        ->check(CheckAxes);
+        ->check(WithWords(AxisWords(), CheckAxes));
     command.add_option("--target-crs", options->targetCrs, Translated(Text::kResultCrsOption))
         ->type_name("CRS");
     AddGridOptions(command, options->job.grid);

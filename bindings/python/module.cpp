@@ -1,6 +1,7 @@
 // The Python module behind the package kv_tr.
 #include <algorithm>
 
+#include "kv_tr/text/version.h"
 #include "python/binding.h"
 
 namespace {
@@ -31,7 +32,7 @@ PYBIND11_MODULE(_kv_tr, module) {
     using namespace kv_tr::python;
     const py::object name = module.attr("__name__");
     module.attr("__name__") = "kv_tr";  // what classes and functions say they belong to
-    module.attr("__version__") = KV_TR_VERSION;
+    module.attr("__version__") = kv_tr::Version();
     AddEnumerations(module);
     AddErrors(module);
     AddRecords(module);
