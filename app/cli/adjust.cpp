@@ -394,7 +394,10 @@ Run AddAdjust(CLI::App& command) {
     command.add_flag("--json", options->json, Translated(Text::kJsonOption));
     command.add_flag("--decimal-comma", options->decimalComma,
                      Translated(Text::kDecimalCommaOption));
-    return [options] { return RunAdjust(*options); };
+    return [options] {
+        options->findings.reports = !options->report.files.empty();
+        return RunAdjust(*options);
+    };
 }
 
 }  // namespace kv_tr::cli

@@ -27,6 +27,7 @@ AssessmentOptions OptionsOf(const FindingsOptions& options, std::vector<Point> s
         assessment.sigma0 = ParseNumber(options.sigma, true);
     }
     assessment.isAPriori = options.isAPriori;
+    assessment.keepsAllPoints = options.statistics || options.reports;
     if (!options.alpha.empty()) assessment.alpha = *ParseNumber(options.alpha, true);
     return assessment;
 }

@@ -23,6 +23,7 @@ struct FindingsOptions {
     bool isAPriori = false;  // standard deviations come from --sigma, not from the residuals
     bool statistics = false;
     bool advise = false;
+    bool reports = false;  // of the points, too
 
     bool HasSigmaColumns() const { return sigma == kColumns; }
     Solution WantedSolution() const {

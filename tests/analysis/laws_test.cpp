@@ -1,6 +1,7 @@
 // What is true of the figures of every adjustment.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "helpers/sample_points.h"
@@ -126,6 +127,28 @@ TEST_P(FigureLaws, TheAccurateSolutionIsRightAndTheDocumentedOneChecked) {
     const TruthCheck check = CheckFit(points, spoilt, ResidualsOf(points, spoilt));
     EXPECT_NEAR(check.errorInHull, 0.37, 1e-4);
     EXPECT_EQ(check.level, TruthCheck::Level::kSevere);
+}
+
+TEST_P(FigureLaws, OnlyTheNamedPointsAreKeptWhereNotAllAre) {
+    auto spoilt = points;
+    spoilt[0].used = false;
+    spoilt[23].destination.second += 0.9;
+    spoilt.resize(5000, spoilt[5]);  // more than a block, with redundancy almost everywhere
+    AssessmentOptions options;
+    const Assessment all = Assess(spoilt, type, options);
+    options.keepsAllPoints = false;
+    const Assessment few = Assess(spoilt, type, options);
+    ASSERT_EQ(all.points.size(), 4999U);
+    ASSERT_EQ(few.points.size(), 2U);
+    const auto weakest =
+        std::ranges::min_element(all.points, {}, &PointAssessment::LeastRedundancy);
+    EXPECT_EQ(few.points[0].index, weakest->index);
+    ASSERT_TRUE(all.suspect && few.suspect);
+    EXPECT_EQ(*few.suspect, 1U);
+    EXPECT_EQ(few.points[1].index, all.points[*all.suspect].index);
+    EXPECT_EQ(few.points[1].test, all.points[*all.suspect].test);
+    EXPECT_EQ(few.leaveOneOut, all.leaveOneOut);
+    EXPECT_EQ(few.press, all.press);
 }
 
 INSTANTIATE_TEST_SUITE_P(

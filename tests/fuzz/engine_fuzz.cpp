@@ -52,7 +52,10 @@ void Step(clsTrCalc& engine, Input& input) {
             break;
         }
         case 7: Require(IsUtf8(engine.sListXYs()), "a listing is valid"); break;
-        case 8: (void)SvgOf(PageOf(engine.Held(), 0.2, {true, true, true, true}, 900, 700)); break;
+        case 8:
+            Require(IsUtf8(SvgOf(PageOf(engine.Held(), 0.2, {true, true, true, true}, 900, 700))),
+                    "a picture is valid");
+            break;
         case 9: engine.DoCalc_Helmert3(static_cast<std::int16_t>(input.Byte())); break;
         case 10: engine.DoCalc_Affin5(static_cast<std::int16_t>(input.Byte())); break;
         case 11: {

@@ -113,6 +113,15 @@ TEST(ExactInverse, RefusesWhatHasNoSourceAndSaysWhy) {
     }
 }
 
+TEST(ExactInverse, HasNoSourceBeyondTheNumbers) {
+    const Transformation far{.type = Type::kBilinear, .a = {1.7e308, 0, 1}, .b = {0, 0, 0, 1}};
+    EXPECT_FALSE(ExactInverse::Of(far)->Apply({-1e308, 3}).Found()) << "its square overflows";
+    const Transformation flat{
+        .type = Type::kBilinear, .a = {1.7e308, 0, 1e-300}, .b = {0, 0, 0, 1}};
+    EXPECT_EQ(ExactInverse::Of(flat)->Apply({1e8, 0}).trouble, NoSource::kNotReached);
+    EXPECT_DOUBLE_EQ(ExactInverse::Of(flat)->Apply({-1e8, 0}).point.first, 1.7e308 - 1e308);
+}
+
 TEST(ExactInverse, ExistsWhereTheMiddleIsOneToOne) {
     Transformation t{.type = Type::kPolynomial2, .a = {0, 0, 0, 0, 1}, .b = {0, 0, 0, 1}};
     EXPECT_FALSE(ExactInverse::Of(t)) << "u² folds at its origin";

@@ -217,32 +217,92 @@ void SetCriticalValues(double alpha, Assessment& assessment) {
     if (r > 2) assessment.criticalTest = FisherQuantile(alpha / m, 2, r - 2);
 }
 
-void SetLeaveOneOut(const AdjustedModel& model, Assessment& assessment) {
-    double squares = 0.0;
-    double weighted = 0.0;
-    for (std::size_t i = 0; i < assessment.points.size(); ++i) {
-        const auto [first, second] = assessment.points[i].grossError;
+/// Sums of the leave-one-out errors of points, taken one by one.
+class LeaveOneOut {
+public:
+    void Add(const PointAssessment& point, Point weight) {
+        const auto [first, second] = point.grossError;
         if (!std::isfinite(first)) {
-            ++assessment.uncontrolled;
-            continue;
+            ++uncontrolled_;
+            return;
         }
-        squares += SquaredLength({first, second});
-        const Point weight = model.Weights()[i];
-        weighted += weight.first * first * first + weight.second * second * second;
+        squares_ += SquaredLength({first, second});
+        weighted_ += weight.first * first * first + weight.second * second * second;
     }
-    if (assessment.uncontrolled > 0) return;
-    assessment.press = weighted;
-    assessment.leaveOneOut = std::sqrt(squares / AsNumber(assessment.used));
-}
 
-void SetSuspect(double alpha, Assessment& assessment) {
-    double least = alpha;
-    for (std::size_t i = 0; i < assessment.points.size(); ++i) {
-        const double p = assessment.points[i].adjustedProbability;
-        if (!(p < least)) continue;
-        least = p;
-        assessment.suspect = i;
+    void SetIn(Assessment& assessment) const {
+        assessment.uncontrolled = uncontrolled_;
+        if (uncontrolled_ > 0) return;
+        assessment.press = weighted_;
+        assessment.leaveOneOut = std::sqrt(squares_ / AsNumber(assessment.used));
     }
+
+private:
+    double squares_ = 0.0;
+    double weighted_ = 0.0;
+    std::size_t uncontrolled_ = 0;
+};
+
+/// Collects the points of an assessment, which come one by one.
+class PointsKept {
+public:
+    PointsKept(const AssessmentOptions& options, Assessment& assessment)
+        : keepsAll_(options.keepsAllPoints), least_(options.alpha), assessment_(assessment) {
+        if (keepsAll_) assessment_.points.reserve(assessment_.used);
+    }
+
+    void Add(const PointAssessment& point) {
+        const bool isWorst = point.adjustedProbability < least_;
+        if (isWorst) least_ = point.adjustedProbability;
+        if (keepsAll_) {
+            if (isWorst) assessment_.suspect = assessment_.points.size();
+            assessment_.points.push_back(point);
+            return;
+        }
+        if (isWorst) suspect_ = point;
+        if (!weakest_ || point.LeastRedundancy() < weakest_->LeastRedundancy()) weakest_ = point;
+    }
+
+    /// Hands over what was not kept at once.
+    void Finish() {
+        if (keepsAll_ || !weakest_) return;
+        assessment_.points = {*weakest_};
+        if (!suspect_) return;
+        if (suspect_->index != weakest_->index) assessment_.points.push_back(*suspect_);
+        assessment_.suspect = assessment_.points.size() - 1;
+    }
+
+private:
+    const bool keepsAll_;
+    double least_;  // the adjusted probability of the suspect point, at first the level
+    Assessment& assessment_;
+    std::optional<PointAssessment> suspect_;
+    std::optional<PointAssessment> weakest_;
+};
+
+/// Assesses each point, a block at a time: the cofactors of all would take much memory.
+void SetPoints(const AdjustedModel& model, std::span<const ControlPoint> points,
+               const AssessmentOptions& options, Assessment& assessment) {
+    constexpr std::size_t kBlock = 4096;
+    const Tests tests(model, options, assessment);
+    LeaveOneOut leaveOneOut;
+    PointsKept kept(options, assessment);
+    std::vector<Cofactors> cofactors;
+    std::size_t next = 0;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        if (!points[i].used) continue;
+        if (next % kBlock == 0) {
+            const std::size_t count = std::min(kBlock, assessment.used - next);
+            cofactors = model.CofactorsAt(model.Sources().subspan(next, count));
+        }
+        PointAssessment point = tests.Of(next, cofactors[next % kBlock]);
+        point.index = i;
+        leaveOneOut.Add(point, model.Weights()[next]);
+        kept.Add(point);
+        ++next;
+    }
+    kept.Finish();
+    leaveOneOut.SetIn(assessment);
 }
 
 /// Excluded points whose error against the fit stays within what the fit lets expect.
@@ -351,20 +411,8 @@ Assessment Assess(const AdjustedModel& model, std::span<const ControlPoint> poin
     SetSquares(model, options, assessment);
     assessment.unitSigma = options.isAPriori ? *options.sigma0 : assessment.sigma0;
     SetCriticalValues(options.alpha, assessment);
-    const auto cofactors = model.CofactorsAt(model.Sources());
-    const Tests tests(model, options, assessment);
-    std::vector<PointAssessment> assessed;
-    std::size_t next = 0;
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        if (!points[i].used) continue;
-        assessed.push_back(tests.Of(next, cofactors[next]));
-        assessed.back().index = i;
-        ++next;
-    }
-    assessment.points = std::move(assessed);
-    SetLeaveOneOut(model, assessment);
+    SetPoints(model, points, options, assessment);
     EstimateParameters(model, points, type, assessment);
-    SetSuspect(options.alpha, assessment);
     SetReturnable(model, points, options, assessment);
     return assessment;
 }

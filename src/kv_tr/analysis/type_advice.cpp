@@ -38,7 +38,9 @@ Candidate Examine(std::span<const ControlPoint> points, Type type,
     const PointPrecision precision(model);
     figures.isDetermined = model.IsDetermined() && precision.HullFactor() <= 10.0;
     if (!figures.isDetermined) return candidate;
-    const Assessment assessment = Assess(model, points, type, options);
+    AssessmentOptions withoutPoints = options;
+    withoutPoints.keepsAllPoints = false;
+    const Assessment assessment = Assess(model, points, type, withoutPoints);
     candidate.squareSum = assessment.squareSum;
     candidate.fitsExactly = assessment.fitsExactly;
     figures.sigma0 = assessment.sigma0;

@@ -195,13 +195,11 @@ private:
     /// The point whose gross errors are the hardest to find, when there is little redundancy.
     void AddWeak(const Assessment& assessment) {
         constexpr double kLittleControl = 0.1;
-        const auto control = [](const PointAssessment& point) {
-            return std::min(point.redundancy.first, point.redundancy.second);
-        };
-        const auto weakest = std::ranges::min_element(assessment.points, {}, control);
+        const auto weakest =
+            std::ranges::min_element(assessment.points, {}, &PointAssessment::LeastRedundancy);
         constexpr int kLittleRedundancy = 4;
-        const bool isWeak =
-            assessment.redundancy < kLittleRedundancy || control(*weakest) < kLittleControl;
+        const bool isWeak = assessment.redundancy < kLittleRedundancy ||
+                            weakest->LeastRedundancy() < kLittleControl;
         if (!isWeak) return;
         Warning warning = OfPoint(Id::kWeak, weakest->index);
         warning.severity = Severity::kNote;

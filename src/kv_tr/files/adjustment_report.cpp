@@ -7,6 +7,7 @@
 #include "kv_tr/analysis/warnings.h"
 #include "kv_tr/files/report_sections.h"
 #include "kv_tr/model/type_name.h"
+#include "kv_tr/text/control_characters.h"
 
 namespace kv_tr {
 namespace {
@@ -16,8 +17,8 @@ using Style = ReportParagraph::Kind;
 
 ReportTable Heading(const ReportSubject& subject, const ReportWords& words) {
     return {.columns = {{"", Kind::kText}, {"", Kind::kForeign}},
-            .rows = {{words(Text::kReportDate), ReportedText(subject.date)},
-                     {words(Text::kReportProgram), ReportedText(subject.version)}}};
+            .rows = {{words(Text::kReportDate), WithoutControls(subject.date)},
+                     {words(Text::kReportProgram), WithoutControls(subject.version)}}};
 }
 
 ReportTable Files(const ReportSubject& subject, const ReportWords& words) {
@@ -26,7 +27,7 @@ ReportTable Files(const ReportSubject& subject, const ReportWords& words) {
         .rows = {}};
     for (const auto& [name, checksum] : subject.files) {
         table.rows.push_back(
-            {ReportedText(name), checksum.empty() ? kUndefinedText : ReportedText(checksum)});
+            {WithoutControls(name), checksum.empty() ? kUndefinedText : WithoutControls(checksum)});
     }
     return table;
 }
@@ -167,7 +168,7 @@ ReportSection SolutionAndWarnings(const ReportSubject& subject, const ReportWord
                                                                               : Style::kNote;
         section.blocks.emplace_back(ReportParagraph{
             CodeOf(warning) + ": " +
-                ReportedText(DescribeWarning(warning, words.Texts(), words.Style())),
+                WithoutControls(DescribeWarning(warning, words.Texts(), words.Style())),
             style});
     }
     return section;

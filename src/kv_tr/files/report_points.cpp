@@ -6,6 +6,7 @@
 #include "kv_tr/files/report_sections.h"
 #include "kv_tr/model/distortion.h"
 #include "kv_tr/model/hull.h"
+#include "kv_tr/text/control_characters.h"
 
 namespace kv_tr {
 namespace {
@@ -21,7 +22,7 @@ std::vector<std::string> PointRow(const Adjustment& adjustment, std::size_t inde
                                   const ReportWords& words) {
     const ControlPoint& point = adjustment.Points()[index];
     const Residual& residual = adjustment.Residuals()[index];
-    return {ReportedText(point.id),
+    return {WithoutControls(point.id),
             words.Coordinate(point.source.first),
             words.Coordinate(point.source.second),
             words.Coordinate(point.destination.first),
@@ -84,7 +85,7 @@ ReportSection TestSection(const ReportSubject& subject, const ReportWords& words
         const PointAssessment& point = subject.assessment.points[i];
         const Residual& residual = isKnown ? point.normalised : point.studentised;
         table.rows.push_back(
-            {ReportedText(subject.adjustment.Points()[point.index].id),
+            {WithoutControls(subject.adjustment.Points()[point.index].id),
              words.Fixed(point.redundancy.first, 2), words.Fixed(point.redundancy.second, 2),
              words.Fixed(residual.first, 2), words.Fixed(residual.second, 2),
              words.Fixed(point.external.first, 2), words.Fixed(point.external.second, 2),
@@ -209,7 +210,7 @@ ReportSection ExcludedSection(const ReportSubject& subject, const ReportWords& w
         const bool returns = std::ranges::find(returnable, i) != returnable.end();
         table.rows.back().push_back(!isTested ? kUndefinedText
                                               : words(returns ? Text::kYes : Text::kNo));
-        if (!subject.notes.empty()) table.rows.back().push_back(ReportedText(subject.notes[i]));
+        if (!subject.notes.empty()) table.rows.back().push_back(WithoutControls(subject.notes[i]));
     }
     section.blocks.emplace_back(std::move(table));
     section.blocks.emplace_back(ReportParagraph{

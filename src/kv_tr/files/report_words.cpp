@@ -7,8 +7,6 @@
 #include <cmath>
 
 #include "kv_tr/analysis/warnings.h"
-#include "kv_tr/text/code_page.h"
-#include "kv_tr/text/control_characters.h"
 
 namespace kv_tr {
 
@@ -33,7 +31,5 @@ std::string ReportWords::Within(double value, double sigma, int usual) const {
     const double decimals = 1.0 - std::floor(std::log10(sigma));
     return Fixed(value, static_cast<int>(std::clamp(decimals, 0.0, kMostDecimals)));
 }
-
-std::string ReportedText(std::string_view foreign) { return WithoutControls(ValidUtf8(foreign)); }
 
 }  // namespace kv_tr

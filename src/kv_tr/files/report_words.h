@@ -41,7 +41,4 @@ private:
     NumberStyle style_;
 };
 
-/// A foreign text as reports have them: valid UTF-8 without control characters.
-std::string ReportedText(std::string_view foreign);
-
 }  // namespace kv_tr

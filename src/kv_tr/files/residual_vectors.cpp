@@ -6,6 +6,7 @@
 
 #include "kv_tr/files/report_sections.h"
 #include "kv_tr/text/code_page.h"
+#include "kv_tr/text/control_characters.h"
 #include "kv_tr/text/round_number.h"
 
 namespace kv_tr {
@@ -208,7 +209,7 @@ private:
         if (shown_.size() > kMostTried) shown_.resize(kMostTried);
         for (const std::size_t index : shown_) {
             const ControlPoint& point = subject_.adjustment.Points()[index];
-            const std::string text = ReportedText(point.id);
+            const std::string text = WithoutControls(point.id);
             const double width = kLetter * static_cast<double>(DisplayWidth(text));
             const auto [x, y] = At(point.destination);
             if (!AddLabel({x + 5, y - 3}, Anchor::kStart, text, width, InkOf(index))) {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "kv_tr/files/report_words.h"
+#include "kv_tr/text/control_characters.h"
 
 namespace kv_tr {
 namespace {
@@ -133,7 +133,7 @@ std::string PlanTip(const PlanIndex& index, const PlanWords& words, std::size_t 
     const auto along = [&](const PlanAxis& axis, double metres) {
         return "d" + axis.name + " " + figure(axis.isReversed ? -metres : metres) + "  ";
     };
-    std::string tip = ReportedText(id) + "\n" + along(index.Data().right, residual.first) +
+    std::string tip = WithoutControls(id) + "\n" + along(index.Data().right, residual.first) +
                       along(index.Data().up, residual.second) + figure(residual.Length()) + " m";
     switch (KindOf(index.Pair(pair))) {
         case PlanKind::kSuspect: return tip + "\n" + words.suspect;

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "kv_tr/files/report_words.h"
+#include "kv_tr/text/control_characters.h"
 #include "kv_tr/text/round_number.h"
 
 namespace kv_tr {
@@ -32,7 +32,7 @@ void AddName(std::vector<PlanItem>& items, PlanRoom& room, const PlanIndex& inde
                       .ink = pair.kind == PlanKind::kGood ? PlanInk::kText : like.ink,
                       .isBold = pair.kind == PlanKind::kSuspect};
         if (!room.IsFree(BoxOf(name))) continue;  // not even for two letters
-        name.text = ReportedText(index.Pair(pair.index).id);
+        name.text = WithoutControls(index.Pair(pair.index).id);
         if (!room.IsFree(BoxOf(name))) continue;
         room.Take(BoxOf(name));
         items.emplace_back(std::move(name));

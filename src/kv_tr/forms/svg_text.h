@@ -12,7 +12,7 @@ std::string SvgNumber(double value);
 /// An attribute with a blank before it.
 std::string SvgAttribute(std::string_view name, double value);
 
-/// The text as XML may have it; what XML lacks becomes a blank.
-std::string SvgEscaped(std::string_view text);
+/// The text as XML may have it; what XML lacks becomes a blank, what is no UTF-8 becomes U+FFFD.
+std::string SvgEscaped(std::string_view foreign);
 
 }  // namespace kv_tr

@@ -230,8 +230,12 @@ PointFile ReadPoints(std::string_view bytes, const PointReadingOptions& options)
     file.format = options.format ? *options.format : FormatOf(text);
     switch (file.format) {
         case PointFormat::kListing:
-            if (file.layout.encoding != kUtf16) std::exchange(text, {}).shrink_to_fit();
-            ReadListing(text.empty() ? bytes : text, options, file);
+            if (file.layout.encoding == kUtf16) {
+                ReadListing(text, options, file);
+            } else {
+                std::exchange(text, {}).shrink_to_fit();
+                ReadListing(bytes, options, file);
+            }
             break;
         case PointFormat::kCsv: ReadCsv(text, options, file); break;
         case PointFormat::kQgis: ReadQgis(text, file); break;

@@ -176,12 +176,16 @@ private:
     }
 
     SourcePoint Judged(const Place& place) const {
-        const bool reached = std::sqrt(Left(place)) <= Accuracy(place.at);
+        const double accuracy = Accuracy(place.at);
+        const bool reached = std::isfinite(accuracy) && std::sqrt(Left(place)) <= accuracy;
         if (!reached) {
             return {.trouble = place.stuck ? NoSource::kNotReached : NoSource::kNotConverged};
         }
         if (!IsOnSide(place)) return {.trouble = NoSource::kBeyondFold};
         const Point source{c_.origin[0] + place.at.first, c_.origin[1] + place.at.second};
+        if (!std::isfinite(source.first) || !std::isfinite(source.second)) {
+            return {.trouble = NoSource::kNotReached};  // its origin and the place overflow
+        }
         if (domain_ && !domain_->Contains(source)) return {.trouble = NoSource::kOutsideDomain};
         return {.point = source};
     }

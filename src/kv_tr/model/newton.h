@@ -206,9 +206,9 @@ KV_TR_INLINE void Search(const Constants<Number>& c, Number& first, Number& seco
         before = left;
         if (step > 0 && Sum(open) == 0.0) break;
     }
-    found += (u - u) + (v - v);
     first = c.origin[0] + u;
     second = c.origin[1] + v;
+    found += (first - first) + (second - second);
 }
 
 }  // namespace kv_tr::newton

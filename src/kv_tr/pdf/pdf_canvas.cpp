@@ -6,7 +6,6 @@
 #include <fstream>
 
 #include "kv_tr/pdf/report_pdf.h"
-#include "kv_tr/text/code_page.h"
 #include "kv_tr/text/control_characters.h"
 
 namespace kv_tr {
@@ -31,7 +30,7 @@ char32_t FirstOf(std::string_view text) {
 /// The text as the library takes it: valid, without control characters and without characters
 /// above U+FFFF.
 std::string Presentable(std::string_view text) {
-    const std::string valid = WithoutControls(ValidUtf8(text));
+    const std::string valid = WithoutControls(text);
     std::string presentable;
     for (std::size_t i = 0; i < valid.size();) {
         const std::size_t size = SizeOfFirst(std::string_view(valid).substr(i));

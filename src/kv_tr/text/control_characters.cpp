@@ -1,6 +1,8 @@
 // Foreign text that must not command a terminal or forge a line.
 #include "kv_tr/text/control_characters.h"
 
+#include "kv_tr/text/code_page.h"
+
 namespace kv_tr {
 namespace {
 
@@ -13,7 +15,9 @@ std::size_t ControlSize(std::string_view text) {
 
 }  // namespace
 
-std::string WithoutControls(std::string_view text, std::string_view kept) {
+std::string WithoutControls(std::string_view foreign, std::string_view kept) {
+    const std::string valid = ValidUtf8(foreign);
+    std::string_view text = valid;
     std::string shown;
     shown.reserve(text.size());
     while (!text.empty()) {
