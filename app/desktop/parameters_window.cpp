@@ -20,14 +20,14 @@ namespace kv_tr::desktop {
 
 namespace {
 
-constexpr const char* kName = "Parameters";
+constexpr const char* kParameters = "Parameters";
 
 }  // namespace
 
 ParametersWindow::ParametersWindow(DesktopForm& form, const std::function<void()>& transformFile,
                                    QWidget* parent)
     : QDialog(parent), form_(form) {
-    setObjectName(kName);
+    setObjectName(kParameters);
     captions_.emplace_back([this] { setWindowTitle(UiText(Text::kCurrentParameters)); });
     auto* use = new QVBoxLayout;
     use->addWidget(MakePoint());
@@ -49,7 +49,7 @@ ParametersWindow::ParametersWindow(DesktopForm& form, const std::function<void()
         connect(edit, &QLineEdit::textChanged, this, [this] { RedrawResults(); });
     }
     connect(unit_, &QComboBox::currentIndexChanged, this, [this] { RedrawResults(); });
-    resize(RememberedSize(kName, {880, 480}));
+    resize(RememberedSize(kParameters, {880, 480}));
     changed_ = form_.Changed.Subscribe([this] { Redraw(); });
     Redraw();
 }
@@ -89,7 +89,7 @@ void ParametersWindow::RedrawResults() {
 }
 
 void ParametersWindow::done(int result) {
-    RememberSize(kName, size());
+    RememberSize(kParameters, size());
     QDialog::done(result);
 }
 

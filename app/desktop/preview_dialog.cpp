@@ -20,7 +20,7 @@ namespace {
 using workbench::Phrase;
 using workbench::PreviewChoice;
 
-constexpr const char* kName = "Preview";
+constexpr const char* kPreview = "Preview";
 constexpr std::size_t kRows = 50;
 
 bool LooksLikeNumber(const QString& text) {
@@ -72,7 +72,7 @@ PreviewDialog::PreviewDialog(workbench::OpenPreview& preview, QWidget* owner)
     layout->addWidget(table_, 1);
     layout->addWidget(sentences_);
     layout->addWidget(buttons);
-    resize(RememberedSize(kName, {860, 560}));
+    resize(RememberedSize(kPreview, {860, 560}));
     Redraw();
     take_->setFocus();
 }
@@ -209,7 +209,7 @@ void PreviewDialog::RedrawSentences() {
 }
 
 void PreviewDialog::done(int result) {
-    RememberSize(kName, size());
+    RememberSize(kPreview, size());
     QDialog::done(result);
 }
 

@@ -8,7 +8,7 @@
 namespace kv_tr::desktop {
 namespace {
 
-constexpr const char* kSection = "RecentFiles";
+constexpr const char* kRecentFiles = "RecentFiles";
 
 std::string KeyOf(std::size_t index) { return "File" + std::to_string(index + 1); }
 
@@ -16,7 +16,7 @@ std::string KeyOf(std::size_t index) { return "File" + std::to_string(index + 1)
 
 RecentFiles::RecentFiles() {
     for (std::size_t i = 0; i < kMost; ++i) {
-        const std::string name = Setting(kSection, KeyOf(i), "");
+        const std::string name = Setting(kRecentFiles, KeyOf(i), "");
         if (!name.empty()) names_.push_back(name);
     }
 }
@@ -36,7 +36,7 @@ void RecentFiles::Remove(const std::string& fileName) {
 
 void RecentFiles::Save() const {
     for (std::size_t i = 0; i < kMost; ++i)
-        SaveSetting(kSection, KeyOf(i), i < names_.size() ? names_[i] : "");
+        SaveSetting(kRecentFiles, KeyOf(i), i < names_.size() ? names_[i] : "");
 }
 
 }  // namespace kv_tr::desktop

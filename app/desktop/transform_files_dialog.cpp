@@ -34,7 +34,7 @@ using workbench::FileProgress;
 using workbench::Phrase;
 using State = FileProgress::State;
 
-constexpr const char* kName = "TransformFiles";
+constexpr const char* kTransformFiles = "TransformFiles";
 constexpr std::size_t kPreviewLines = 8;
 
 enum FileColumn { kFile, kState, kDone, kOutside, kResult, kFileColumns };
@@ -99,7 +99,7 @@ TransformFilesDialog::TransformFilesDialog(workbench::AppliedTransformation appl
     connect(&poll_, &QTimer::timeout, this, &TransformFilesDialog::Poll);
     connect(new QShortcut(QKeySequence::Paste, this), &QShortcut::activated, this,
             [this] { Paste(); });
-    resize(RememberedSize(kName, {900, 600}));
+    resize(RememberedSize(kTransformFiles, {900, 600}));
     GiveLetters();
     Redraw();
 }
@@ -490,7 +490,7 @@ void TransformFilesDialog::reject() {
 }
 
 void TransformFilesDialog::done(int result) {
-    RememberSize(kName, size());
+    RememberSize(kTransformFiles, size());
     QDialog::done(result);
 }
 

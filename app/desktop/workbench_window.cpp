@@ -38,7 +38,7 @@ using workbench::Phrase;
 
 namespace {
 
-constexpr const char* kName = "Desktop";
+constexpr const char* kDesktop = "Desktop";
 constexpr const char* kColumns = "Columns";
 constexpr const char* kBody = "TableAndPlan";
 constexpr const char* kWhole = "Panels";
@@ -48,12 +48,12 @@ constexpr int kLeastHeight = 72;  // of the table and the plan
 void SaveSplitter(const char* key, const QSplitter& splitter) {
     QStringList sizes;
     for (const int size : splitter.sizes()) sizes << QString::number(size);
-    SaveSetting(kName, key, sizes.join(' ').toStdString());
+    SaveSetting(kDesktop, key, sizes.join(' ').toStdString());
 }
 
 void RestoreSplitter(const char* key, QSplitter& splitter, const QList<int>& otherwise) {
     QList<int> sizes;
-    for (const QString& size : QString::fromStdString(Setting(kName, key, "")).split(' '))
+    for (const QString& size : QString::fromStdString(Setting(kDesktop, key, "")).split(' '))
         sizes << size.toInt();
     const bool isKept = sizes.size() == splitter.count() && sizes.front() > 0;
     splitter.setSizes(isKept ? sizes : otherwise);
@@ -190,10 +190,10 @@ void WorkbenchWindow::MakeStatus() {
 }
 
 void WorkbenchWindow::Recall() {
-    view_.TakeColumnsText(Setting(kName, kColumns, ""));
-    resize(RememberedSize(kName, {1280, 800}));
+    view_.TakeColumnsText(Setting(kDesktop, kColumns, ""));
+    resize(RememberedSize(kDesktop, {1280, 800}));
     RestoreSplitter(kBody, *body_, {width() * 3 / 5, width() * 2 / 5});
-    const std::string angles = Setting(kName, kAngles, "");
+    const std::string angles = Setting(kDesktop, kAngles, "");
     for (const AngleUnit unit : kAngleUnits) {
         if (angles == std::to_string(static_cast<int>(unit))) SetAngles(unit);
     }
@@ -201,8 +201,8 @@ void WorkbenchWindow::Recall() {
 }
 
 void WorkbenchWindow::Remember() {
-    SaveSetting(kName, kColumns, view_.ColumnsText());
-    RememberSize(kName, size());
+    SaveSetting(kDesktop, kColumns, view_.ColumnsText());
+    RememberSize(kDesktop, size());
     SaveSplitter(kBody, *body_);
     SaveSplitter(kWhole, *whole_);
 }
@@ -319,7 +319,7 @@ void WorkbenchWindow::ShowPlace(Point onPlan) {
 void WorkbenchWindow::SetAngles(AngleUnit unit) {
     angles_ = unit;
     tabs_->SetAngles(unit);
-    SaveSetting(kName, kAngles, std::to_string(static_cast<int>(unit)));
+    SaveSetting(kDesktop, kAngles, std::to_string(static_cast<int>(unit)));
     RedrawActions();
 }
 

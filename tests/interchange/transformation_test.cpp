@@ -77,7 +77,7 @@ TEST(JsonRecord, HasTheMembersOfItsSchema) {
 }
 
 TEST(JsonRecord, RefusesWhatIsWrongAndSaysWhere) {
-    using Kind = ImportProblem::Kind;
+    using Trouble = ImportProblem::Kind;
     const auto read = [](const std::string& patch) {
         auto json = nlohmann::json::parse(Text({.transformation = Of(Type::kPolynomial2)}, kJson));
         json.merge_patch(nlohmann::json::parse(patch));
@@ -85,7 +85,7 @@ TEST(JsonRecord, RefusesWhatIsWrongAndSaysWhere) {
     };
     const std::pair<const char*, ImportProblem> cases[] = {
         {R"({"format": "other"})", {.text = "format"}},
-        {R"({"version": 2})", {.kind = Kind::kNewer, .text = "2"}},
+        {R"({"version": 2})", {.kind = Trouble::kNewer, .text = "2"}},
         {R"({"version": 0.5})", {.text = "version"}},
         {R"({"type": 8})", {.text = "type"}},
         {R"({"type": 1e300})", {.text = "type"}},
@@ -103,10 +103,10 @@ TEST(JsonRecord, RefusesWhatIsWrongAndSaysWhere) {
         return *ReadTransformation(text, kJson).problem;
     };
     EXPECT_EQ(broken("{\n \"a\": x}"),
-              (ImportProblem{.kind = Kind::kNoJson, .line = 2, .column = 7}));
-    EXPECT_EQ(broken("{\"a\": 1e999}").kind, Kind::kNotFinite);
+              (ImportProblem{.kind = Trouble::kNoJson, .line = 2, .column = 7}));
+    EXPECT_EQ(broken("{\"a\": 1e999}").kind, Trouble::kNotFinite);
     EXPECT_EQ(broken("[]").text, "format");
-    EXPECT_EQ(broken("").kind, Kind::kNoJson);
+    EXPECT_EQ(broken("").kind, Trouble::kNoJson);
     EXPECT_EQ(Read(R"({"format": "plane-transformation", "version": 1, "type": -1,
                        "linear": [1, 2, 3, 4, 5, 6], "extent": [[1, 2], [5, 9]]})")
                   .hull,

@@ -17,7 +17,6 @@ namespace {
 
 using Cofactors = Design::PointCofactors;
 
-constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 /// Below this part of an error in its residual a point counts as not controlled.
 constexpr double kNoControl = 1e-10;
@@ -66,7 +65,7 @@ bool IsFitExact(const AdjustedModel& model) {
         squares += SquaredLength(model.Residuals()[i]);
     }
     return std::sqrt(squares / (2.0 * AsNumber(model.Residuals().size()))) <
-           100.0 * kEpsilon * greatest;
+           100.0 * std::numeric_limits<double>::epsilon() * greatest;
 }
 
 /// The figures of one coordinate of a point.

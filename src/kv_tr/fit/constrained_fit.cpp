@@ -13,7 +13,7 @@ namespace kv_tr {
 namespace {
 
 /// Coordinates and shifts are iterated in hundreds of metres.
-constexpr double kScale = 100.0;
+constexpr double kIterationScale = 100.0;
 
 const double kTwoPi = 8.0 * std::atan(1.0);
 
@@ -83,9 +83,10 @@ NormalEquations Linearised(std::span<const ControlPoint> points, const Vector<co
         for (const ControlPoint& point : points) {
             if (!point.used) continue;
             const auto equation = (first ? Model::First : Model::Second)(
-                unknowns, s, c, point.source.first / kScale, point.source.second / kScale);
+                unknowns, s, c, point.source.first / kIterationScale,
+                point.source.second / kIterationScale);
             const Point image = point.destination;
-            const double measured = (first ? image.first : image.second) / kScale;
+            const double measured = (first ? image.first : image.second) / kIterationScale;
             equations.Add(equation.row, measured - equation.computed);
         }
     }
@@ -141,16 +142,16 @@ double Length(Point vector) {
 
 Point StartShift(const PointMeans& means) {
     const Point shift = Between(means.source, means.destination);
-    return {shift.first / kScale, shift.second / kScale};
+    return {shift.first / kIterationScale, shift.second / kIterationScale};
 }
 
 void Store(Point shift, double kY, double kX, double angle, Transformation& t) {
     const double s = std::sin(angle);
     const double c = std::cos(angle);
-    t.a[0] = shift.first * kScale;
+    t.a[0] = shift.first * kIterationScale;
     t.a[1] = kY * c;
     t.a[2] = -kX * s;
-    t.b[0] = shift.second * kScale;
+    t.b[0] = shift.second * kIterationScale;
     t.b[1] = kY * s;
     t.b[2] = kX * c;
 }

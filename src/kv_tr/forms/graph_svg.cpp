@@ -5,7 +5,7 @@
 namespace kv_tr {
 namespace {
 
-std::string Text(Point base, const std::string& attributes, const std::string& text) {
+std::string TextElement(Point base, const std::string& attributes, const std::string& text) {
     return "<text" + SvgAttribute("x", base.first) + SvgAttribute("y", base.second) + attributes +
            ">" + SvgEscaped(text) + "</text>\n";
 }
@@ -26,9 +26,9 @@ std::string Mark(const GraphMark& mark) {
         if (mark.labels[corner].empty()) continue;
         const bool left = corner == GraphMark::kUpperLeft || corner == GraphMark::kLowerLeft;
         const bool upper = corner == GraphMark::kUpperLeft || corner == GraphMark::kUpperRight;
-        svg +=
-            Text({left ? x - kLabelGap : x + kLabelGap, upper ? y - 3 : y + GraphPage::kLabelSize},
-                 left ? " text-anchor=\"end\"" : "", mark.labels[corner]);
+        svg += TextElement(
+            {left ? x - kLabelGap : x + kLabelGap, upper ? y - 3 : y + GraphPage::kLabelSize},
+            left ? " text-anchor=\"end\"" : "", mark.labels[corner]);
     }
     return svg + "</g>\n";
 }
@@ -53,12 +53,12 @@ std::string SvgOf(const GraphPage& page) {
         SvgNumber(height) + "\">\n" + kStyle + "<rect" + SvgAttribute("x", -kMargin) +
         SvgAttribute("y", -kMargin) + size + " fill=\"#fff\"/>\n";
     double base = GraphPage::kTitleSize;
-    svg +=
-        Text({0, base}, SvgAttribute("font-size", GraphPage::kTitleSize) + " font-weight=\"bold\"",
-             page.title);
+    svg += TextElement({0, base},
+                       SvgAttribute("font-size", GraphPage::kTitleSize) + " font-weight=\"bold\"",
+                       page.title);
     for (const std::string& line : page.lines) {
         base += GraphPage::kLineStep;
-        svg += Text({0, base}, SvgAttribute("font-size", GraphPage::kLineSize), line);
+        svg += TextElement({0, base}, SvgAttribute("font-size", GraphPage::kLineSize), line);
     }
     svg += "<svg" + SvgAttribute("y", page.planTop) + SvgAttribute("width", page.width) +
            SvgAttribute("height", page.height - page.planTop) +

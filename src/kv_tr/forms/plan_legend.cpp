@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kRow = 18;
 constexpr double kMargin = 6;
-constexpr double kGap = 18;        // between entries
+constexpr double kEntryGap = 18;   // between entries
 constexpr double kScaleBar = 100;  // at most
 
 /// One matter: a sign and a text to its right.
@@ -134,7 +134,7 @@ int Flow(const std::vector<Entry>& entries, double width, const Action& action) 
             ++row;
         }
         action(entry, Point{x, kMargin + (row + 0.5) * kRow});
-        x += entry.width + kGap;
+        x += entry.width + kEntryGap;
     }
     return row + 1;
 }

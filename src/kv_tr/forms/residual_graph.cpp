@@ -9,7 +9,7 @@
 namespace kv_tr {
 namespace {
 
-constexpr double kMargin = 1.2;
+constexpr double kEnlargement = 1.2;
 
 bool IsFinite(Point point) { return std::isfinite(point.first) && std::isfinite(point.second); }
 
@@ -29,12 +29,12 @@ GraphScale ScaleFor(const Adjustment& adjustment, double width, double height) {
     const auto [least, greatest] = adjustment.DestinationExtent().value_or(Extent{});
     const Point range{greatest.first - least.first, greatest.second - least.second};
     const Point middle{(greatest.first + least.first) / 2, (greatest.second + least.second) / 2};
-    const double scale = std::max(range.first / width, range.second / height) * kMargin;
+    const double scale = std::max(range.first / width, range.second / height) * kEnlargement;
     if (!(scale > 0) || !std::isfinite(scale)) {
         return {1, middle.first - width / 2, middle.second + height / 2};
     }
-    return {scale, middle.first - range.first / 2 * kMargin,
-            middle.second + range.second / 2 * kMargin};
+    return {scale, middle.first - range.first / 2 * kEnlargement,
+            middle.second + range.second / 2 * kEnlargement};
 }
 
 std::vector<GraphMark> GraphMarks(const Adjustment& adjustment, double limit,

@@ -8,8 +8,8 @@
 namespace kv_tr::dxf {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
-constexpr double kWhole = 2 * kPi;
+using std::numbers::pi;
+constexpr double kWhole = 2 * pi;
 
 [[noreturn]] void Incomplete(const Record& record) {
     throw Trouble{
@@ -29,8 +29,8 @@ Ellipse CircleOf(Record& record) {
         const double start = record.Number(50, 0);
         double span = std::fmod(record.Number(51, 360) - start, 360);
         if (span <= 0) span += 360;
-        circle.start = start * kPi / 180;
-        circle.end = (start + span) * kPi / 180;
+        circle.start = start * pi / 180;
+        circle.end = (start + span) * pi / 180;
     }
     return circle;
 }

@@ -8,7 +8,7 @@
 namespace kv_tr::dxf {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
+using std::numbers::pi;
 constexpr std::int64_t kIsPolyline = 2;  // bit of group 92
 enum EdgeType : std::int64_t { kLine = 1, kArc = 2, kEllipse = 3, kSpline = 4 };
 
@@ -172,13 +172,13 @@ void Hatch::FlattenedArc(bool isEllipse) {
     } else {
         arc.major = {PassTo(40).Number(), 0};
     }
-    arc.start = PassTo(50).Number() * kPi / 180;
-    arc.end = PassTo(51).Number() * kPi / 180;
+    arc.start = PassTo(50).Number() * pi / 180;
+    arc.end = PassTo(51).Number() * pi / 180;
     const bool againstClock = PassTo(73).Integer() != 0;
     if (isEllipse) {
         // Angles between the axis and the radius; the whole turns of both stay.
         const auto toParameter = [&arc](double angle) {
-            const double turns = std::round(angle / (2 * kPi)) * 2 * kPi;
+            const double turns = std::round(angle / (2 * pi)) * 2 * pi;
             const double rest = angle - turns;
             return turns + std::atan2(std::sin(rest), arc.ratio * std::cos(rest));
         };

@@ -9,7 +9,7 @@
 namespace kv_tr::dxf {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
+using std::numbers::pi;
 constexpr double kSimilar = 1e-12;  // a smaller difference of scales is none
 constexpr int kMostHalvings = 14;
 
@@ -81,11 +81,11 @@ Point DirectionOf(double degrees) {
                                            {270.0, Point{0, -1}}}) {
         if (turned == exact) return direction;
     }
-    return {std::cos(turned * kPi / 180), std::sin(turned * kPi / 180)};
+    return {std::cos(turned * pi / 180), std::sin(turned * pi / 180)};
 }
 
 double DegreesOf(Point direction) {
-    return Normalized(std::atan2(direction.second, direction.first) * 180 / kPi);
+    return Normalized(std::atan2(direction.second, direction.first) * 180 / pi);
 }
 
 Point Image(const Derivative& d, Point v) {
@@ -183,9 +183,9 @@ Ellipse ImageOf(const Ellipse& ellipse, const PlaneMap& map) {
         image.start = mirrors ? t0 - ellipse.end : ellipse.start - t0;
     }
     if (!map.IsSimilar() || mirrors) {
-        image.start = std::fmod(image.start, 2 * kPi);
-        if (image.start < 0) image.start += 2 * kPi;
-        if (std::abs(span) >= 2 * kPi - 1e-12) image.start = 0;
+        image.start = std::fmod(image.start, 2 * pi);
+        if (image.start < 0) image.start += 2 * pi;
+        if (std::abs(span) >= 2 * pi - 1e-12) image.start = 0;
         image.end = image.start + span;
     }
     return image;

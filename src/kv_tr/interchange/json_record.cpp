@@ -40,11 +40,11 @@ std::string Coefficients(const Transformation::Series& series, int count) {
     return Numbers(std::span(series).subspan(1, static_cast<std::size_t>(count)));
 }
 
-std::string PointText(Point point) { return Numbers(std::array{point.first, point.second}); }
+std::string PairText(Point point) { return Numbers(std::array{point.first, point.second}); }
 
 std::string PointTexts(const std::vector<Point>& points) {
     std::string text;
-    for (const Point& point : points) text += (text.empty() ? "" : ", ") + PointText(point);
+    for (const Point& point : points) text += (text.empty() ? "" : ", ") + PairText(point);
     return "[" + text + "]";
 }
 
@@ -213,7 +213,7 @@ std::string JsonRecordText(const TransformationRecord& record) {
         {"program", Quoted(std::string("KV_Tr ") + Version())},
         {"type", std::to_string(kv_tr::NumberOf(type))},
         {"type_name", Quoted(TypeName(type, TextsIn(kEnglish)))},
-        {"origin", polynomial ? PointText({a[0], b[0]}) : "null"},
+        {"origin", polynomial ? PairText({a[0], b[0]}) : "null"},
         {"a", polynomial ? Coefficients(a, TermCount(type)) : "null"},
         {"b", polynomial ? Coefficients(b, TermCount(type)) : "null"},
         {"linear", polynomial ? "null" : Numbers(std::array{a[0], a[1], a[2], b[0], b[1], b[2]})},

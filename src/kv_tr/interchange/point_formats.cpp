@@ -49,8 +49,6 @@ bool HasCrsLine(std::string_view text) {
     return !text.empty() && TakeLine(text).text.find("#CRS: ") != text.npos;
 }
 
-bool IsNumber(std::string_view text) { return ParseNumber(text).has_value(); }
-
 /// One or two lines of two pairs with a comma inside each.
 bool IsCadWorld(const std::vector<std::string_view>& lines) {
     const auto isPair = [](std::string_view text) {

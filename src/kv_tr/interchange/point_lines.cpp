@@ -19,8 +19,6 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(0, text.find_last_not_of(kBlanks) + 1);
 }
 
-bool IsNumber(std::string_view field) { return ParseNumber(field).has_value(); }
-
 /// An identifier where the format has none: the number of the point.
 std::string NextNumber(const PointFile& file) { return std::to_string(file.points.size() + 1); }
 
@@ -32,6 +30,8 @@ void Take(PointTaker& taker, PointFile& file, std::optional<ControlPoint> point)
 }
 
 }  // namespace
+
+bool IsNumber(std::string_view field) { return ParseNumber(field).has_value(); }
 
 Place PlaceOf(std::string_view text, std::string_view part) {
     const auto offset = static_cast<std::size_t>(part.data() - text.data());

@@ -49,6 +49,8 @@ private:
 std::vector<std::string_view> BlankFields(std::string_view line);
 std::vector<std::string_view> FieldsBetween(std::string_view line, char separator);
 
+bool IsNumber(std::string_view field);
+
 /// The lines of a text that are not empty and, unless told otherwise, do not begin with "#".
 enum class Comments { kSkipped, kKept };
 std::vector<std::string_view> DataLines(std::string_view text,

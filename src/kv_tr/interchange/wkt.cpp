@@ -48,7 +48,7 @@ std::optional<AxisMapping> StatedAxes(const std::string& wkt) {
 }
 
 std::string MethodText(const Transformation& t, const std::string& lineEnd) {
-    struct Row {
+    struct Parameter {
         const char* name;
         double value;
         const char* unit;
@@ -56,13 +56,14 @@ std::string MethodText(const Transformation& t, const std::string& lineEnd) {
     };
     constexpr const char* kMetre = R"(LENGTHUNIT["metre",1])";
     constexpr const char* kFactor = R"(SCALEUNIT["coefficient",1])";
-    const Row rows[] = {{"A0", t.a[0], kMetre, 8623},  {"A1", t.a[1], kFactor, 8624},
-                        {"A2", t.a[2], kFactor, 8625}, {"B0", t.b[0], kMetre, 8639},
-                        {"B1", t.b[1], kFactor, 8640}, {"B2", t.b[2], kFactor, 8641}};
+    const Parameter parameters[] = {{"A0", t.a[0], kMetre, 8623},  {"A1", t.a[1], kFactor, 8624},
+                                    {"A2", t.a[2], kFactor, 8625}, {"B0", t.b[0], kMetre, 8639},
+                                    {"B1", t.b[1], kFactor, 8640}, {"B2", t.b[2], kFactor, 8641}};
     std::string text = R"(METHOD["Affine parametric transformation",ID["EPSG",9624]])";
-    for (const Row& row : rows) {
-        text += lineEnd + R"(PARAMETER[")" + row.name + R"(",)" + ShortestText(row.value) + "," +
-                row.unit + R"(,ID["EPSG",)" + std::to_string(row.code) + "]]";
+    for (const Parameter& parameter : parameters) {
+        text += lineEnd + R"(PARAMETER[")" + parameter.name + R"(",)" +
+                ShortestText(parameter.value) + "," + parameter.unit + R"(,ID["EPSG",)" +
+                std::to_string(parameter.code) + "]]";
     }
     return text;
 }

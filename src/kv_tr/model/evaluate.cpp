@@ -133,10 +133,6 @@ void MapAll(const Transformation& c, const Layout& layout, std::size_t count, In
     ForGroups(set, c.type, MapManyPointsWith<Layout>{c, layout, count});
 }
 
-void Expect(bool lengthsFit) {
-    if (!lengthsFit) throw std::invalid_argument("Arrays of different lengths");
-}
-
 }  // namespace
 
 Terms ReducedTerms(Type type, double u, double v) {
@@ -163,14 +159,15 @@ void ApplyWith(InstructionSet set, const Transformation& transformation,
                std::span<const double> first, std::span<const double> second,
                std::span<double> firstOut, std::span<double> secondOut) {
     const std::size_t count = first.size();
-    Expect(second.size() == count && firstOut.size() == count && secondOut.size() == count);
+    groups::ExpectLengths(second.size() == count && firstOut.size() == count &&
+                          secondOut.size() == count);
     const Apart apart{first.data(), second.data(), firstOut.data(), secondOut.data()};
     MapAll(transformation, apart, count, set);
 }
 
 void ApplyToPairsWith(InstructionSet set, const Transformation& transformation,
                       std::span<const double> pairs, std::span<double> pairsOut) {
-    Expect(pairs.size() % 2 == 0 && pairsOut.size() == pairs.size());
+    groups::ExpectLengths(pairs.size() % 2 == 0 && pairsOut.size() == pairs.size());
     MapAll(transformation, Alternating{pairs.data(), pairsOut.data()}, pairs.size() / 2, set);
 }
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <stdexcept>
 #include <utility>
 
 #include "kv_tr/model/lanes.h"
@@ -180,6 +181,11 @@ void ForGroups(InstructionSet set, Type type, const Maker& maker) {
     }
 #endif
     ForKind(type, maker.template With<BaselineGroup>());
+}
+
+/// Throws std::invalid_argument unless arrays have the lengths that belong together.
+inline void ExpectLengths(bool lengthsFit) {
+    if (!lengthsFit) throw std::invalid_argument("Arrays of different lengths");
 }
 
 }  // namespace kv_tr::groups

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <stdexcept>
 
 #include "kv_tr/model/newton.h"
 
@@ -312,10 +311,6 @@ std::size_t MarkLost(double* first, double* second, std::size_t stride, std::siz
     return lost;
 }
 
-void Expect(bool lengthsFit) {
-    if (!lengthsFit) throw std::invalid_argument("Arrays of different lengths");
-}
-
 }  // namespace
 
 std::optional<ExactInverse> ExactInverse::Of(const Transformation& transformation,
@@ -353,8 +348,9 @@ std::size_t ExactInverse::ApplyWith(InstructionSet set, std::span<const double> 
                                     std::span<double> secondOut,
                                     std::span<NoSource> troubles) const {
     const std::size_t count = first.size();
-    Expect(second.size() == count && firstOut.size() == count && secondOut.size() == count &&
-           (troubles.empty() || troubles.size() == count));
+    groups::ExpectLengths(second.size() == count && firstOut.size() == count &&
+                          secondOut.size() == count &&
+                          (troubles.empty() || troubles.size() == count));
     NoSource* why = troubles.empty() ? nullptr : troubles.data();
     if (closed_) {
         kv_tr::ApplyWith(set, *closed_, first, second, firstOut, secondOut);
@@ -369,8 +365,8 @@ std::size_t ExactInverse::ApplyToPairsWith(InstructionSet set, std::span<const d
                                            std::span<double> pairsOut,
                                            std::span<NoSource> troubles) const {
     const std::size_t count = pairs.size() / 2;
-    Expect(pairs.size() % 2 == 0 && pairsOut.size() == pairs.size() &&
-           (troubles.empty() || troubles.size() == count));
+    groups::ExpectLengths(pairs.size() % 2 == 0 && pairsOut.size() == pairs.size() &&
+                          (troubles.empty() || troubles.size() == count));
     NoSource* why = troubles.empty() ? nullptr : troubles.data();
     if (closed_) {
         kv_tr::ApplyToPairsWith(set, *closed_, pairs, pairsOut);

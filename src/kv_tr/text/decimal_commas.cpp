@@ -9,12 +9,12 @@
 namespace kv_tr {
 namespace {
 
-constexpr const char* kSeparators = " \t;'\"\r\n";
+constexpr const char* kFieldSeparators = " \t;'\"\r\n";
 
 /// Takes the first field off a text; empty when there is none.
 std::string_view TakeField(std::string_view& text) {
-    text.remove_prefix(std::min(text.find_first_not_of(kSeparators), text.size()));
-    const auto field = text.substr(0, text.find_first_of(kSeparators));
+    text.remove_prefix(std::min(text.find_first_not_of(kFieldSeparators), text.size()));
+    const auto field = text.substr(0, text.find_first_of(kFieldSeparators));
     text.remove_prefix(field.size());
     return field;
 }
