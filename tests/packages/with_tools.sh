@@ -62,7 +62,6 @@ build host_gdal
 host_gdal/host_gdal "$documents/examples/parcels.gpkg" moved.gpkg | shows "3 layers, 8 features"
 build host_qt
 sed -n '/^```cpp$/,/^```$/{/^```/!p}' "$documents/README.md" >readme.cpp
-# shellcheck disable=SC2046 # words of a command line
 c++ readme.cpp -o readme $(pkg-config --cflags --libs kv_tr)
 cp "$documents/examples/swiss_helmert_9.dat" points.dat
 ./readme | shows "591294.7"
