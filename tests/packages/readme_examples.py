@@ -82,7 +82,7 @@ def main():
 
     (example,) = re.findall(r"```python\n(.*?)```", text, re.DOTALL)
     printed = run([sys.executable, "-c", example])
-    if "rms" not in printed or "591294." not in printed:
+    if "0.034" not in printed or "591294.8599" not in printed:
         sys.exit(f"the example in Python printed:\n{printed}")
     script = "examples/python/fit_from_csv.py"
     run([sys.executable, script, "examples/python/control_points.csv", "--limit", "0.05", "--save", "python.trp"])

@@ -43,10 +43,9 @@ echo "ok: completion in bash, zsh and fish"
 
 desktop-file-validate /usr/share/applications/kv_tr.desktop
 appstreamcli validate --no-net --explain /usr/share/metainfo/kv_tr.metainfo.xml
-shows '*.kvtr' </usr/share/mime/globs2
-touch town.kvtr
+echo '{}' >town.kvtr
 gio info --attributes=standard::content-type town.kvtr | shows application/x-kv-tr-project
-shows kv_tr.desktop < <(grep x-kv-tr-project /usr/share/applications/mimeinfo.cache)
+gio mime application/x-kv-tr-project | shows kv_tr.desktop
 echo "ok: files of the desktop"
 
 # Builds an example with the CMake package.
@@ -64,5 +63,5 @@ build host_qt
 sed -n '/^```cpp$/,/^```$/{/^```/!p}' "$documents/README.md" >readme.cpp
 c++ readme.cpp -o readme $(pkg-config --cflags --libs kv_tr)
 cp "$documents/examples/swiss_helmert_9.dat" points.dat
-./readme | shows "591294.7"
+./readme | shows "591294.860 255778.731, rms 0.034 m"
 echo "ok: programs with the library, by CMake and by pkg-config"
