@@ -60,8 +60,6 @@ build host
 build host_gdal
 host_gdal/host_gdal "$documents/examples/parcels.gpkg" moved.gpkg | shows "3 layers, 8 features"
 build host_qt
-sed -n '/^```cpp$/,/^```$/{/^```/!p}' "$documents/README.md" >readme.cpp
-c++ readme.cpp -o readme $(pkg-config --cflags --libs kv_tr)
-cp "$documents/examples/swiss_helmert_9.dat" points.dat
-./readme | shows "591294.860 255778.731, rms 0.034 m"
+c++ "$documents/examples/host/main.cpp" -o by_pkg_config $(pkg-config --cflags --libs kv_tr)
+./by_pkg_config town.trp log.txt | shows "rms 0.032 m"
 echo "ok: programs with the library, by CMake and by pkg-config"
