@@ -72,6 +72,11 @@ TEST_F(Preview, TellsWhatTheProjectIsMadeOf) {
     preview.TakeFile(folder.File("none.dat"));
     EXPECT_FALSE(preview.CanTake());
     EXPECT_EQ(preview.Problems().size(), 1U);
+    const auto ofNone = preview.Problems();
+    preview.TakeFile(folder.File(""));  // the folder itself opens and cannot be read
+    EXPECT_FALSE(preview.CanTake());
+    EXPECT_EQ(preview.Problems().size(), 1U);
+    EXPECT_NE(preview.Problems(), ofNone);
     preview.TakeText("");
     EXPECT_EQ(preview.Problems(), std::vector<std::string>{"There are no control points in it."});
 }
