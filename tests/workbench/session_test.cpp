@@ -96,6 +96,8 @@ TEST_F(Sessions, RecoverUnderTheNameOfTheProject) {
     EXPECT_EQ(session.FileName(), name);
     EXPECT_EQ(session.Title(), "mérés.kvtr*");
     EXPECT_EQ(session.Bench().Project().Count(), 6U);
+    TickAfter(session, 1);
+    EXPECT_FALSE(session.NextTick()) << "what was left is the copy";
     EXPECT_NE(session.Recover(offered[0]), "") << "it is taken";
     EXPECT_EQ(session.Bench().Project().Count(), 6U);
     EXPECT_EQ(session.Save(), "");
