@@ -254,11 +254,13 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
         return write();
     };
     // Before the file of the points may be replaced, whose checksum the reports tell.
+    std::vector<std::string> files{options.points};
+    if (!options.target.empty()) files.push_back(options.target);
     bool saved = SaveReports({.adjustment = work.Points(),
                               .findings = work.Found(),
                               .solution = options.findings.WantedSolution(),
                               .limit = work.Limit(),
-                              .points = options.points},
+                              .files = std::move(files)},
                              options.report, save);
     saved &= save(options.log, [&] {
         return SaveText(options.log, LogText(work.Points(), ComponentTexts(), style));

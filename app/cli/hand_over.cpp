@@ -10,19 +10,19 @@
 namespace kv_tr::cli {
 namespace {
 
-char** arguments = nullptr;
+char** ownArguments = nullptr;
 
 }  // namespace
 
-void RememberArguments(char** argv) { arguments = argv; }
+void RememberArguments(char** argv) { ownArguments = argv; }
 
 void HandOver() {
 #ifndef _WIN32
     std::error_code error;
     auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (error || arguments == nullptr) return;
+    if (error || ownArguments == nullptr) return;
     program.replace_filename("kv_tr_layers");
-    execv(program.c_str(), arguments);
+    execv(program.c_str(), ownArguments);
 #endif
 }
 

@@ -126,6 +126,7 @@ std::vector<std::string> IdentifiersIn(const PointSource& source) {
                                                ReadPointListOfFile(source.target, options))
                                   .points;
     std::vector<std::string> identifiers;
+    identifiers.reserve(points.size());
     for (const ControlPoint& point : points) identifiers.push_back(point.id);
     return identifiers;
 }

@@ -39,6 +39,8 @@ bool SaveReports(
     const TypeAdvice advice = work.findings.advice
                                   ? *work.findings.advice
                                   : Advise(work.adjustment.Points(), work.findings.options);
+    std::vector<ReportFile> files;
+    for (const std::string& name : work.files) files.push_back(ReportFileOf(PointSourceOf(name)));
     const Report report = ReportOf({.adjustment = work.adjustment,
                                     .assessment = work.findings.assessment,
                                     .advice = advice,
@@ -46,7 +48,7 @@ bool SaveReports(
                                     .outcome = work.findings.outcome,
                                     .solution = work.solution,
                                     .limit = work.limit,
-                                    .files = {ReportFileOf(PointSourceOf(work.points))},
+                                    .files = std::move(files),
                                     .date = date,
                                     .version = ReportingProgram()},
                                    ComponentTexts(), ComponentNumberStyle());

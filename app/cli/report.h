@@ -23,7 +23,7 @@ struct ReportWork {
     const Findings& findings;
     Solution solution;
     double limit;
-    const std::string& points;  // the file
+    std::vector<std::string> files;  // of the points: one, or a list of each system
 };
 
 /// Saves each report with `save`, which takes a file name and what writes that file. False after

@@ -41,6 +41,10 @@ TEST_F(CommandLine, ReportsAndExitsAsPromisedAndFailingChangesNoFile) {
         {"SOURCE_DATE_EPOCH=86400 kv_tr adjust shift --report r.html && sha256sum shift && "
          "grep -oE '1970-01-02|[0-9a-f]{64}' r.html",
          0, "\n([0-9a-f]{64})  shift\n1970-01-02\n\\1\n$", "^W3: "},
+        {"cd examples/two_lists && kv_tr adjust old_survey.txt --target new_survey.txt --type "
+         "helmert "
+         "--report $OLDPWD/r.html >$OLDPWD/log; grep -oE '(old|new)_survey.txt' $OLDPWD/r.html",
+         0, "^old_survey.txt\nnew_survey.txt\n$", ""},
         {"kv_tr adjust shift --report no/x.html", 1, "a0 = ", "File open error:no/x\\.html\n$"},
         {"kv_tr adjust shift --log /dev/full", 1, "a0 = 100", "could be written: /dev/full\n$"},
         {"kv_tr adjust examples/qgis_order1_4.dat --type bilinear --exclude 1 --exclude 2 --json",

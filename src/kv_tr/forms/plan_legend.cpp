@@ -23,9 +23,9 @@ struct Entry {
     double width = 0;  // of both, at most
 };
 
-Entry TextEntry(std::string text) { return {.text = text, .width = PlanTextWidth(text)}; }
+Entry TextEntry(const std::string& text) { return {.text = text, .width = PlanTextWidth(text)}; }
 
-Entry LineEntry(PlanLines line, const std::string& text) {
+Entry LineEntry(const PlanLines& line, const std::string& text) {
     constexpr double kLength = 22;
     return {kLength + 5,
             [line](std::vector<PlanItem>& items, Point at) {
