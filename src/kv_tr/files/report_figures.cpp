@@ -1,6 +1,5 @@
 // The sections of a report about parameters and accuracy.
 #include <cmath>
-#include <numbers>
 
 #include "kv_tr/files/formula_text.h"
 #include "kv_tr/files/report_sections.h"
@@ -10,8 +9,6 @@ namespace {
 
 using Kind = ReportTable::Kind;
 using Style = ReportParagraph::Kind;
-
-constexpr double kDegrees = 180.0 / std::numbers::pi;
 
 /// The figures of a coefficient; a null pointer where nothing is known about it.
 const Assessment::Parameter* Find(const Assessment& assessment, const std::string& name) {

@@ -1,7 +1,6 @@
 // The sections of a report about points and places: residuals, tests, distortion.
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "kv_tr/files/report_sections.h"
 #include "kv_tr/model/distortion.h"
@@ -14,8 +13,6 @@ namespace {
 using Kind = ReportTable::Kind;
 using Style = ReportParagraph::Kind;
 using Columns = std::vector<ReportTable::Column>;
-
-constexpr double kDegrees = 180.0 / std::numbers::pi;
 
 /// Identifier, coordinates and residuals.
 std::vector<std::string> PointRow(const Adjustment& adjustment, std::size_t index,

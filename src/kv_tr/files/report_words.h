@@ -2,6 +2,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <numbers>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,9 @@
 #include "kv_tr/text/texts.h"
 
 namespace kv_tr {
+
+/// In a radian.
+inline constexpr double kDegrees = 180.0 / std::numbers::pi;
 
 /// What stands for a figure that is not defined.
 inline constexpr char kUndefinedText[] = "–";

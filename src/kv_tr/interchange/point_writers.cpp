@@ -23,7 +23,7 @@ std::string Joined(std::initializer_list<double> numbers, const char* separator)
     return text;
 }
 
-std::string Quoted(const std::string& text) {
+std::string CsvField(const std::string& text) {
     const bool plain = text.find_first_of(",\"\r\n") == std::string::npos &&
                        !text.starts_with('#') && !text.starts_with(' ') && !text.ends_with(' ');
     if (plain) return text;
@@ -71,7 +71,7 @@ std::string Csv(const std::vector<Item>& items, bool residuals, bool sigmas) {
     text += "\r\n";
     for (const auto& [point, residual, sigma] : items) {
         const auto& [id, from, to, used] = *point;
-        text += Quoted(id) + ',' + Joined({from.first, from.second, to.first, to.second}, ",") +
+        text += CsvField(id) + ',' + Joined({from.first, from.second, to.first, to.second}, ",") +
                 (used ? ",1" : ",0");
         if (residual != nullptr)
             text += ',' + Joined({residual->first, residual->second, residual->Length()}, ",");
