@@ -75,7 +75,7 @@ void Pan(benchmark::State& state) {
 }
 
 /// New data, as they come after a pair was excluded and the rest fitted again.
-void Toggle(benchmark::State& state) {
+void ExcludeInPlan(benchmark::State& state) {
     Screen screen;
     PlanData data = Data();
     std::size_t pair = 0;
@@ -101,7 +101,7 @@ void RegisterPlan() {
     static const QApplication application(argc, argv);
     benchmark::RegisterBenchmark("Pairs of a plan, zoomed/KV_Tr", Zoom);
     benchmark::RegisterBenchmark("Pairs of a plan, moved/KV_Tr", Pan);
-    benchmark::RegisterBenchmark("Pairs of a plan, one excluded/KV_Tr", Toggle);
+    benchmark::RegisterBenchmark("Pairs of a plan, one excluded/KV_Tr", ExcludeInPlan);
 }
 
 }  // namespace kv_tr::benchmarks

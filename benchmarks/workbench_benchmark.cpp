@@ -11,7 +11,7 @@ namespace {
 using workbench::Column;
 
 /// A step, the fit, the strip, and the rows of a screen in the order of their residuals.
-void Toggle(benchmark::State& state, Type type, std::size_t count) {
+void ExcludePoint(benchmark::State& state, Type type, std::size_t count) {
     constexpr std::size_t kScreen = 40;
     workbench::Content content;
     for (ControlPoint& point : Points(count)) content.pairs.push_back({.point = std::move(point)});
@@ -38,9 +38,10 @@ void RegisterWorkbench() {
     using benchmark::RegisterBenchmark;
     for (const std::size_t count : {std::size_t{5000}, std::size_t{50000}}) {
         const std::string of = ", " + std::to_string(count) + " pairs/KV_Tr";
-        RegisterBenchmark(("Exclude a point, Helmert" + of).c_str(), Toggle, Type::kHelmert, count);
-        RegisterBenchmark(("Exclude a point, order 3" + of).c_str(), Toggle, Type::kPolynomial3,
+        RegisterBenchmark(("Exclude a point, Helmert" + of).c_str(), ExcludePoint, Type::kHelmert,
                           count);
+        RegisterBenchmark(("Exclude a point, order 3" + of).c_str(), ExcludePoint,
+                          Type::kPolynomial3, count);
     }
 }
 
