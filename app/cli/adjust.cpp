@@ -29,6 +29,7 @@
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
 #include "kv_tr/text/file_names.h"
+#include "kv_tr/text/paths.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -229,7 +230,7 @@ bool ExportResult(
         return false;
     }
     auto record = FittedRecord(work.Points().Points(), work.Points().Result());
-    record.madeFrom = std::filesystem::path(options.points).filename().string();
+    record.madeFrom = NameOfPath(PathOf(options.points).filename());
     return Export(std::move(record), options.exports, save);
 }
 
@@ -243,7 +244,7 @@ bool SaveFiles(const Work& work, const AdjustOptions& options) {
         if (fileName.empty()) return true;
         const auto isInput = [&fileName](const std::string& input) {
             std::error_code error;
-            return std::filesystem::equivalent(fileName, input, error);
+            return std::filesystem::equivalent(PathOf(fileName), PathOf(input), error);
         };
         if ((&fileName != &options.savePoints && isInput(options.points)) ||
             isInput(options.target)) {

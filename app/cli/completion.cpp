@@ -6,6 +6,7 @@
 #include <map>
 
 #include "cli/point_source.h"
+#include "kv_tr/text/paths.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -28,8 +29,8 @@ std::string Unquoted(const std::string& word) {
             text += letter;
         }
     }
-    const char* home = std::getenv("HOME");
-    if (word.starts_with("~/") && home != nullptr) text.replace(0, 1, home);
+    const std::string home = Environment("HOME");
+    if (word.starts_with("~/") && !home.empty()) text.replace(0, 1, home);
     return text;
 }
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "cli/program.h"
+#include "kv_tr/text/paths.h"
 
 namespace kv_tr::cli {
 namespace fs = std::filesystem;
@@ -14,7 +15,7 @@ namespace {
 fs::path TargetOf(const std::string& fileName) {
     constexpr int kMostLinks = 40;
     std::error_code error;
-    fs::path path = fs::absolute(fileName, error);
+    fs::path path = fs::absolute(PathOf(fileName), error);
     for (int links = 0; links < kMostLinks && fs::is_symlink(path, error); ++links) {
         path = path.parent_path() / fs::read_symlink(path, error);
     }
@@ -24,8 +25,8 @@ fs::path TargetOf(const std::string& fileName) {
 bool IsSameFile(const std::string& one, const std::string& other) {
     if (one.empty() || other.empty()) return false;
     std::error_code error;
-    if (fs::is_other(one, error)) return false;
-    return fs::equivalent(one, other, error) || TargetOf(one) == TargetOf(other);
+    if (fs::is_other(PathOf(one), error)) return false;
+    return fs::equivalent(PathOf(one), PathOf(other), error) || TargetOf(one) == TargetOf(other);
 }
 
 /// Whether a file is none of the others, which is noted if it is.

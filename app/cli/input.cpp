@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "kv_tr/published/ml_strings.h"
+#include "kv_tr/text/paths.h"
 
 namespace kv_tr::cli {
 
@@ -13,9 +14,9 @@ Input::Input(const std::string& name) : standard_(name == "-"), name_(name) {
     if (standard_) {
         std::ios::sync_with_stdio(false);
         name_ = Translated(Text::kStandardInput);
-    } else if (!std::filesystem::is_directory(name, error)) {
-        stream_.open(name, std::ios::binary);
-        const auto size = std::filesystem::file_size(name, error);
+    } else {
+        stream_ = OpenToRead(PathOf(name));
+        const auto size = std::filesystem::file_size(PathOf(name), error);
         if (!error) size_ = size;
     }
 }

@@ -15,6 +15,8 @@ public:
 
     bool IsOpen() const { return standard_ || stream_.is_open(); }
     std::streambuf& Source();
+    /// Lets go of the file, so that another can take its place.
+    void Close() { stream_.close(); }
     const std::string& Name() const { return name_; }
     std::uint64_t Size() const { return size_; }  // 0 when it is not known
 

@@ -1,4 +1,4 @@
-// What becomes of a half-written file when the user interrupts the program.
+// What becomes of a half-written file when the user interrupts the program, on POSIX systems.
 #include "cli/interruption.h"
 
 #include <algorithm>
@@ -10,11 +10,7 @@
 namespace kv_tr::cli {
 namespace {
 
-#ifdef SIGHUP
 constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGALRM, SIGUSR1, SIGUSR2, SIGXCPU};
-#else
-constexpr std::array kSignals{SIGINT, SIGTERM};
-#endif
 
 std::array<char, 4096> nameOfFile{};  // no memory may be allocated when a signal arrives
 
@@ -61,15 +57,6 @@ NotedInterruption::~NotedInterruption() {
 
 bool NotedInterruption::Noted() { return notedSignal != 0; }
 
-#ifdef _WIN32
-
-SignalsWait::SignalsWait() = default;
-SignalsWait::~SignalsWait() = default;
-
-void ReportFilesTooLarge() {}
-
-#else
-
 SignalsWait::SignalsWait() {
     sigset_t ending;
     sigemptyset(&ending);
@@ -80,7 +67,5 @@ SignalsWait::SignalsWait() {
 SignalsWait::~SignalsWait() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
 
 void ReportFilesTooLarge() { std::signal(SIGXFSZ, SIG_IGN); }
-
-#endif
 
 }  // namespace kv_tr::cli

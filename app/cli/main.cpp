@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "cli/completion.h"
+#include "cli/console.h"
 #include "cli/hand_over.h"
 #include "cli/interruption.h"
 #include "cli/manual.h"
@@ -54,8 +55,7 @@ int WhenWritten(int code) {
     throw RuntimeError(ErrorNumber::kWriteFailed, Translated(Text::kCannotWriteAll));
 }
 
-int RunCommandLine(int argc, char** argv) {
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
+int RunCommandLine(const std::vector<std::string>& arguments) {
     InstallProgram(ChosenLanguage(arguments));
 #ifndef KV_TR_GDAL
     const bool isAboutAll = IsAboutAll(arguments);
@@ -70,6 +70,7 @@ int RunCommandLine(int argc, char** argv) {
     CLI::App program(Translated(Text::kProgramSummary), "kv_tr");
     TranslateHelp(program);
     program.require_subcommand(1);
+    program.allow_windows_style_options(false);  // a name may begin with "/" there, too
     program.set_help_flag("-h,--help", Translated(Text::kHelpOption));
     program.set_version_flag("--version", std::string("kv_tr ") + Version(),
                              Translated(Text::kVersionOption));
@@ -96,7 +97,7 @@ int RunCommandLine(int argc, char** argv) {
     if (arguments.size() > 1 && arguments.front() == kManualCommand)
         return WriteManual(program, arguments[1]);
     try {
-        program.parse(argc, argv);
+        program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::Success& wish) {  // help or version
         return WhenWritten(program.exit(wish));
     } catch (const CLI::ParseError& error) {
@@ -117,8 +118,9 @@ int main(int argc, char** argv) {
     RememberArguments(argv);
 #endif
     ReportFilesTooLarge();
+    const ConsoleScope console;
     try {
-        return RunCommandLine(argc, argv);
+        return RunCommandLine(Arguments(argc, argv));
     } catch (const std::exception& error) {
         PrintNote(Translated(kv_tr::Text::kError) + " " + error.what());
         return kReported;

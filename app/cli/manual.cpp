@@ -9,6 +9,7 @@
 #include "cli/parameters.h"
 #include "cli/program.h"
 #include "kv_tr/forms/save_report.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/version.h"
 
 namespace kv_tr::cli {
@@ -204,7 +205,7 @@ std::string ExamplesHelp(const std::string& command) {
 int WriteManual(const CLI::App& program, const std::string& folder) {
     const std::string day = DayOfReportOrMessage();
     if (day.empty()) return kReported;
-    std::filesystem::create_directories(folder);
+    std::filesystem::create_directories(PathOf(folder));
     std::vector<const CLI::App*> all = program.get_subcommands({});
     all.push_back(&program);
     const bool saved = std::ranges::all_of(all, [&](const CLI::App* command) {

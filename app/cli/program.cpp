@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/console.h"
 #include "common/languages.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/console_platform.h"
@@ -18,6 +19,7 @@
 #include "kv_tr/text/control_characters.h"
 #ifdef KV_TR_PDF
 #include "kv_tr/pdf/report_pdf.h"
+#include "kv_tr/text/paths.h"
 #endif
 
 namespace kv_tr::cli {
@@ -46,10 +48,9 @@ std::vector<Message>& Kept() {
 
 std::string UsersLocale() {
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const char* value = std::getenv(name);
-        if (value != nullptr && *value != '\0') return value;
+        if (std::string value = Environment(name); !value.empty()) return value;
     }
-    return {};
+    return SystemsLanguage();
 }
 
 }  // namespace
@@ -64,7 +65,7 @@ void InstallProgram(std::int32_t language) {
     platform.messages = std::make_unique<KeptMessages>(std::move(platform.messages), Kept());
     InstallPlatform(std::move(platform));
     SetMlLanguage(language, {});
-    UseTextFile(std::filesystem::exists(TextFile()));
+    UseTextFile(std::filesystem::exists(PathOf(TextFile())));
     InitMlStrings();
     DecimalSeparator('.');
 }

@@ -1,7 +1,6 @@
 // Whether people are looking, and what they may be shown.
 #include "cli/terminal.h"
 
-#include <cstdlib>
 #include <iostream>
 
 #ifdef _WIN32
@@ -11,7 +10,9 @@
 #include <unistd.h>
 #endif
 
+#include "cli/console.h"
 #include "cli/program.h"
+#include "kv_tr/text/paths.h"
 
 namespace kv_tr::cli {
 namespace {
@@ -25,8 +26,7 @@ constexpr std::chrono::milliseconds kInterval{250};
 bool OutputIsTerminal() { return isatty(kOutput) != 0; }
 
 bool OutputTakesColour() {
-    const char* refused = std::getenv("NO_COLOR");
-    return OutputIsTerminal() && (refused == nullptr || *refused == '\0');
+    return OutputIsTerminal() && ConsoleTakesColour() && Environment("NO_COLOR").empty();
 }
 
 Progress::Progress(std::uint64_t size, bool disturbs)

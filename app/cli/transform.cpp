@@ -22,6 +22,7 @@
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/number_format.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr::cli {
@@ -98,8 +99,7 @@ int TransformFile(const TransformTask& task, const PointMap& map,
     }
     std::error_code error;
     if (task.intoFolder) {
-        std::filesystem::create_directories(std::filesystem::path(task.output).parent_path(),
-                                            error);
+        std::filesystem::create_directories(PathOf(task.output).parent_path(), error);
     }
     Output output(task.output);
     if (!output.IsOpen()) {
@@ -109,6 +109,7 @@ int TransformFile(const TransformTask& task, const PointMap& map,
     const auto result =
         TransformAll(input, output, task.output.empty() && OutputIsTerminal(), map, coordinates);
     if (!result.Complete()) return kReported;
+    input.Close();  // on Windows no file takes the place of an open one
     if (!output.Commit()) {
         if (!task.output.empty()) throw WriteFailure(task.output);
         throw RuntimeError(ErrorNumber::kWriteFailed, Translated(Text::kCannotWriteAll));
@@ -126,7 +127,8 @@ int TransformTexts(const std::vector<TransformTask>& tasks, const TransformOptio
     }
     for (const TransformTask& task : tasks) {
         if (task.kind != TaskKind::kText) continue;
-        if (task.intoFolder && !options.layers.overwrite && std::filesystem::exists(task.output)) {
+        if (task.intoFolder && !options.layers.overwrite &&
+            std::filesystem::exists(PathOf(task.output))) {
             ShowMessage(Translated(Text::kTargetExists, {task.output}), Icon::kExclamation);
             code = kReported;
         } else {

@@ -14,6 +14,7 @@
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr::cli {
@@ -21,14 +22,13 @@ namespace {
 
 std::optional<std::string> ReadDrawing(const std::string& name) {
     std::error_code error;
-    std::ifstream stream;
-    if (!std::filesystem::is_directory(name, error)) stream.open(name, std::ios::binary);
+    std::ifstream stream = OpenToRead(PathOf(name));
     if (!stream.is_open()) {
         ReportOpenFailure(name);
         return std::nullopt;
     }
     std::string bytes;
-    const auto size = std::filesystem::file_size(name, error);
+    const auto size = std::filesystem::file_size(PathOf(name), error);
     if (!error) {
         bytes.resize(size);
         stream.read(bytes.data(), static_cast<std::streamsize>(size));
@@ -53,14 +53,14 @@ int TransformOne(const TransformTask& task, const MapWithAxes& loaded,
                  const LayerOptions& options) {
     const std::string& output = task.output;
     std::error_code error;
-    if (!options.overwrite && std::filesystem::exists(output, error)) {
+    if (!options.overwrite && std::filesystem::exists(PathOf(output), error)) {
         ShowMessage(Translated(Text::kTargetExists, {output}), Icon::kExclamation);
         return kReported;
     }
     const auto bytes = ReadDrawing(task.input);
     if (!bytes) return kReported;
     if (task.intoFolder) {
-        std::filesystem::create_directories(std::filesystem::path(output).parent_path(), error);
+        std::filesystem::create_directories(PathOf(output).parent_path(), error);
     }
 
     std::optional<ReplacingFile> file;

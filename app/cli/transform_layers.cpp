@@ -18,6 +18,7 @@
 
 #ifdef KV_TR_GDAL
 #include "kv_tr/gdal/vector_transform.h"
+#include "kv_tr/text/paths.h"
 #endif
 
 namespace kv_tr::cli {
@@ -82,7 +83,7 @@ void Report(const gdal::VectorResult& result, const TransformTask& task,
                     Icon::kExclamation);
     }
     PrintNote(
-        Translated(Text::kDataSetWritten, {result.target.string(), std::to_string(result.layers),
+        Translated(Text::kDataSetWritten, {NameOfPath(result.target), std::to_string(result.layers),
                                            std::to_string(result.features - result.leftOut)}));
 }
 
@@ -92,10 +93,10 @@ int TransformDataSet(const TransformTask& task, const MapWithAxes& loaded,
     const NotedInterruption interruption;
     try {
         Progress progress(0, false);
-        const std::string name = std::filesystem::path(task.input).filename().string();
+        const std::string name = NameOfPath(PathOf(task.input).filename());
         const auto result = gdal::TransformLayers(
-            {.source = task.input,
-             .target = task.output,
+            {.source = PathOf(task.input),
+             .target = PathOf(task.output),
              .format = options.format,
              .mayBeFolder = task.intoFolder,
              .mayBeTable = task.fromFolder,

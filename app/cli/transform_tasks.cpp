@@ -1,7 +1,6 @@
 // Which files kv_tr transform takes as texts, which as data sets, and where their results go.
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -12,6 +11,7 @@
 #include "common/coordinate_lines.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/text/file_names.h"
+#include "kv_tr/text/paths.h"
 
 #ifdef KV_TR_GDAL
 #include "kv_tr/gdal/vector_transform.h"
@@ -36,13 +36,17 @@ bool EndsInOneOf(const std::string& name, const std::array<const char*, count>& 
 
 bool IsFolder(const std::string& name) {
     std::error_code error;
-    return fs::is_directory(name, error);
+    return fs::is_directory(PathOf(name), error);
+}
+
+bool EndsInSeparator(const std::string& name) {
+    return name.ends_with('/') || name.ends_with(static_cast<char>(fs::path::preferred_separator));
 }
 
 /// Whether the first line of a file is that of a point.
 bool BeginsWithPoint(const std::string& file) {
     std::array<char, 1024> line{};
-    std::ifstream(file, std::ios::binary).getline(line.data(), line.size());
+    OpenToRead(PathOf(file)).getline(line.data(), line.size());
     const std::string_view text(line.data());
     app::CoordinateFields fields;
     return app::ReadCoordinates(text.substr(0, text.find('\r')), {}, fields) ==
@@ -55,7 +59,7 @@ std::optional<bool> IsDataSetByLooks(const std::string& input, const std::string
                                      const LayerOptions& options) {
     if (input.starts_with("/vsi")) return true;
     std::error_code error;
-    if (!fs::is_regular_file(input, error) && !IsFolder(input)) return false;
+    if (!fs::is_regular_file(PathOf(input), error) && !IsFolder(input)) return false;
     const bool isWanted = !options.format.empty() || EndsInOneOf(output, kDataSetEndings);
     if (isWanted && !IsFolder(input)) return true;
     if (EndsInOneOf(input, kTextEndings) || BeginsWithPoint(input)) return false;
@@ -75,7 +79,7 @@ bool IsPartOfAnother(const fs::path& file) {
     constexpr std::array<std::array<const char*, 2>, 3> kParts{
         {{"dbf", "shp"}, {"shx", "shp"}, {"mid", "mif"}}};
     return std::ranges::any_of(kParts, [&](const auto& part) {
-        if (!HasExtension(file.string(), part[0])) return false;
+        if (!HasExtension(NameOfPath(file), part[0])) return false;
         std::string capitals = part[1];
         for (char& c : capitals) c = static_cast<char>(c - 'a' + 'A');
         return fs::exists(fs::path(file).replace_extension(part[1])) ||
@@ -101,9 +105,10 @@ std::vector<fs::path> DataSetsIn(const std::string& folder, const std::string& o
         const fs::path& path = entry->path();
         std::error_code ignored;
         const bool isFolder = entry->is_directory(ignored);
-        if (path.filename().string().starts_with('.') || fs::equivalent(path, output, ignored)) {
+        if (NameOfPath(path.filename()).starts_with('.') ||
+            fs::equivalent(path, PathOf(output), ignored)) {
             if (isFolder) entry.disable_recursion_pending();
-        } else if ((!isFolder || path.has_extension()) && IsDataSet(path.string(), "", {}) &&
+        } else if ((!isFolder || path.has_extension()) && IsDataSet(NameOfPath(path), "", {}) &&
                    !IsPartOfAnother(path) && !IsSpreadsheet(gdal::LayerFormatOf(path))) {
             found.push_back(path);
             if (isFolder) entry.disable_recursion_pending();
@@ -132,7 +137,9 @@ bool IsDataSet(const std::string& input, const std::string& output, const LayerO
     return EndsInOneOf(input, kDataSetEndings) || !options.format.empty();
 }
 
-std::vector<fs::path> DataSetsIn(const std::string& folder, const std::string&) { return {folder}; }
+std::vector<fs::path> DataSetsIn(const std::string& folder, const std::string&) {
+    return {PathOf(folder)};
+}
 
 std::optional<fs::path> NameOfResult(const fs::path& source, const LayerOptions&) {
     return source.filename();
@@ -158,9 +165,9 @@ bool AddTask(std::vector<TransformTask>& tasks, const fs::path& input, const fs:
              bool isDataSet, const LayerOptions& options) {
     const auto name = isDataSet ? NameOfResult(input, options) : input.filename();
     if (name) {
-        const std::string result = (folder / *name).string();
-        const TaskKind kind = KindOf(input.string(), result, isDataSet, options);
-        tasks.push_back({input.string(), result, kind, true});
+        const std::string result = NameOfPath(folder / *name);
+        const TaskKind kind = KindOf(NameOfPath(input), result, isDataSet, options);
+        tasks.push_back({NameOfPath(input), result, kind, true});
     }
     return name.has_value();
 }
@@ -169,7 +176,7 @@ bool AddTask(std::vector<TransformTask>& tasks, const fs::path& input, const fs:
 bool AreApart(const std::vector<TransformTask>& tasks) {
     std::map<std::string, std::string> inputs;
     for (const TransformTask& task : tasks) {
-        const std::string place = fs::path(task.output).lexically_normal().string();
+        const std::string place = NameOfPath(PathOf(task.output).lexically_normal());
         const auto [first, isNew] = inputs.emplace(place, task.input);
         if (!isNew) {
             return Refuse(Text::kSameTarget, {Excerpt(first->second), Excerpt(task.input), place});
@@ -184,8 +191,8 @@ bool AddFolder(std::vector<TransformTask>& tasks, const std::string& input,
     const auto found = DataSetsIn(input, output);
     if (found.empty()) return Refuse(Text::kNoDataSetInside, {Excerpt(input)});
     return std::ranges::all_of(found, [&](const fs::path& file) {
-        const fs::path below = file.lexically_relative(input).parent_path();
-        if (!AddTask(tasks, file, output / below, true, options)) return false;
+        const fs::path below = file.lexically_relative(PathOf(input)).parent_path();
+        if (!AddTask(tasks, file, PathOf(output) / below, true, options)) return false;
         tasks.back().fromFolder = true;
         return true;
     });
@@ -197,7 +204,7 @@ bool PlanTasks(std::vector<TransformTask>& tasks, const std::vector<std::string>
                const std::string& output, const LayerOptions& options) {
     const bool single = inputs.size() == 1;
     const bool isGeodatabase = HasExtension(output, "gdb");  // a data set that is a folder
-    const bool toFolder = (IsFolder(output) && !isGeodatabase) || output.ends_with('/');
+    const bool toFolder = (IsFolder(output) && !isGeodatabase) || EndsInSeparator(output);
     for (const std::string& input : inputs) {
         const bool isDataSet = input != "-" && IsDataSet(input, output, options);
         const bool isFolder = !isDataSet && IsFolder(input);
@@ -210,7 +217,7 @@ bool PlanTasks(std::vector<TransformTask>& tasks, const std::vector<std::string>
             tasks.push_back({input, output, KindOf(input, output, true, options)});
             return true;
         }
-        if (!toFolder && fs::exists(output)) {
+        if (!toFolder && fs::exists(PathOf(output))) {
             return Refuse(Text::kOutputMustBeFolder, {Excerpt(output)});
         }
         const bool added = isFolder ? AddFolder(tasks, input, output, options)

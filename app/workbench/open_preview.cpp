@@ -10,6 +10,7 @@
 #include "kv_tr/interchange/field_table.h"
 #include "kv_tr/published/clsFile.h"
 #include "kv_tr/published/ml_strings.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/sha256.h"
 
 namespace kv_tr::workbench {
@@ -23,9 +24,7 @@ std::string SignText(char separator) {
     }
 }
 
-std::string NameOfFile(const std::string& path) {
-    return std::filesystem::path(path).filename().string();
-}
+std::string NameOfFile(const std::string& path) { return NameOfPath(PathOf(path).filename()); }
 
 }  // namespace
 
@@ -240,7 +239,7 @@ Content OpenPreview::Take() const {
     }
     if (IsOfLists()) {
         const auto title = [this](std::size_t i) {
-            return std::filesystem::path(files_[i].name).stem().string();
+            return NameOfPath(PathOf(files_[i].name).stem());
         };
         settings.source.name = title(0);
         settings.destination.name = title(1);

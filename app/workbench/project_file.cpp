@@ -14,6 +14,7 @@
 #include "kv_tr/files/report_file.h"
 #include "kv_tr/model/type_name.h"
 #include "kv_tr/text/number_text.h"
+#include "kv_tr/text/paths.h"
 #include "workbench/json_place.h"
 #include "workbench/saving.h"
 #include "workbench/texts/said.h"
@@ -264,10 +265,10 @@ ReadProject ProjectOf(std::string_view text) {
 
 ReadProject ProjectOfFile(const std::string& fileName) {
     std::error_code error;
-    const bool isFile = std::filesystem::is_regular_file(fileName, error);
-    std::ifstream file(fileName, std::ios::binary);
+    const bool isFile = std::filesystem::is_regular_file(PathOf(fileName), error);
+    std::ifstream file = OpenToRead(PathOf(fileName));
     if (!isFile || !file) return Refused(Kind::kNotOpened, {});
-    if (std::filesystem::file_size(fileName, error) > kMostBytes)
+    if (std::filesystem::file_size(PathOf(fileName), error) > kMostBytes)
         return Refused(Kind::kTooLarge, {});
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     return file.bad() ? Refused(Kind::kNotOpened, {}) : ProjectOf(bytes);

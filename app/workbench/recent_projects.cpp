@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "kv_tr/text/number_text.h"
+#include "kv_tr/text/paths.h"
 #include "workbench/saving.h"
 
 namespace kv_tr::workbench {
@@ -21,8 +22,8 @@ constexpr const char* kListName = "recent.json";
 
 std::string WholePath(const std::string& fileName) {
     std::error_code error;
-    const fs::path path = fs::absolute(fileName, error);
-    return error ? fileName : path.string();
+    const fs::path path = fs::absolute(PathOf(fileName), error);
+    return error ? fileName : NameOfPath(path);
 }
 
 }  // namespace
@@ -31,7 +32,7 @@ RecentProjects::RecentProjects(fs::path folder) : folder_(std::move(folder)) {}
 
 std::vector<RecentProject> RecentProjects::List() const {
     std::vector<RecentProject> projects;
-    std::ifstream file(folder_ / kListName, std::ios::binary);
+    std::ifstream file = OpenToRead(folder_ / kListName);
     const Json list = Json::parse(file, nullptr, false);
     if (!list.is_array()) return projects;
     for (const Json& one : list) {
@@ -76,7 +77,7 @@ void RecentProjects::Write(const std::vector<RecentProject>& projects) const {
     for (const auto& [file, picture, points] : projects)
         list.push_back({{"file", file}, {"picture", picture}, {"points", points}});
     SaveText(list.dump(1, ' ', false, Json::error_handler_t::replace) + "\n",
-             (folder_ / kListName).string());
+             NameOfPath(folder_ / kListName));
 }
 
 std::string SmallPicture(Document& document) {

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <fstream>
 #include <utility>
 
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr::workbench {
@@ -19,13 +19,8 @@ constexpr const char* kCopyEnding = ".kvtr";
 fs::path CopyOf(fs::path lock) { return lock.replace_extension(kCopyEnding); }
 fs::path LockOf(fs::path copy) { return copy.replace_extension(kLockEnding); }
 
-std::string Variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? "" : value;
-}
-
 std::string FirstLine(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream = OpenToRead(file);
     std::string line;
     std::getline(stream, line);
     return line;
@@ -64,10 +59,10 @@ void AutosaveRule::Done(Action action, bool succeeded, Moment now) {
 
 fs::path StateFolder(const std::string& name) {
 #ifdef _WIN32
-    const fs::path states = Variable("LOCALAPPDATA");
+    const fs::path states = PathOf(Environment("LOCALAPPDATA"));
 #else
-    fs::path states = Variable("XDG_STATE_HOME");
-    if (const fs::path home = Variable("HOME"); states.empty() && !home.empty())
+    fs::path states = Environment("XDG_STATE_HOME");
+    if (const fs::path home = Environment("HOME"); states.empty() && !home.empty())
         states = home / ".local" / "state";
 #endif
     return states.empty() ? states : states / "KV_Tr" / name;
@@ -106,7 +101,7 @@ bool RecoveryCopy::Write(const Document& document, const std::string& fileName) 
     std::rewind(lock_);
     const bool named = std::fputs(((isLine ? fileName : "") + "\n").c_str(), lock_) >= 0 &&
                        std::fflush(lock_) == 0;
-    ReplacingFile file(Copy().string());
+    ReplacingFile file(NameOfPath(Copy()));
     if (!named || !file.IsOpen()) return false;
     file.Write(ProjectText(document));
     return file.Commit();
@@ -136,7 +131,7 @@ std::vector<Leftover> RecoveryCopy::Leftovers() const {
 }
 
 ReadProject RecoveryCopy::Take(const Leftover& leftover) {
-    ReadProject read = ProjectOfFile(leftover.copy.string());
+    ReadProject read = ProjectOfFile(NameOfPath(leftover.copy));
     if (!read.Complete()) return read;
     Remove();
     std::error_code error;

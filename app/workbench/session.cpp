@@ -3,14 +3,15 @@
 
 #include <utility>
 
+#include "kv_tr/text/paths.h"
+
 namespace kv_tr::workbench {
 
 Session::Session(std::filesystem::path recoveryFolder) : copy_(std::move(recoveryFolder)) {}
 
 std::string Session::Title() const {
-    const std::string name = fileName_.empty()
-                                 ? Said(Phrase::kUntitled)
-                                 : std::filesystem::path(fileName_).filename().string();
+    const std::string name =
+        fileName_.empty() ? Said(Phrase::kUntitled) : NameOfPath(PathOf(fileName_).filename());
     return bench_.IsDirty() ? name + "*" : name;
 }
 
@@ -36,8 +37,8 @@ std::string Session::Open(const std::string& fileName) {
     if (!read.Complete()) return Complaint(read.problem, fileName);
     const std::string count = std::to_string(read.content.pairs.size());
     Begun(std::move(read.content),
-          {.phrase = Phrase::kStepOpened, .values = {file.path.filename().string(), count}});
-    fileName_ = file.path.string();
+          {.phrase = Phrase::kStepOpened, .values = {NameOfPath(file.path.filename()), count}});
+    fileName_ = NameOfPath(file.path);
     file_ = file;
     return {};
 }
@@ -46,7 +47,7 @@ std::string Session::SaveAs(const std::string& fileName) {
     std::string complaint = SaveProject(bench_.Project(), fileName);
     if (!complaint.empty()) return complaint;
     file_ = PointSourceOf(fileName);
-    fileName_ = file_->path.string();
+    fileName_ = NameOfPath(file_->path);
     bench_.MarkSaved();
     return {};
 }
@@ -55,8 +56,8 @@ std::string Session::Recover(const Leftover& leftover) {
     ReadProject read = copy_.Take(leftover);
     const std::string name = leftover.fileName.empty()
                                  ? Said(Phrase::kUntitled)
-                                 : std::filesystem::path(leftover.fileName).filename().string();
-    if (!read.Complete()) return Complaint(read.problem, leftover.copy.string());
+                                 : NameOfPath(PathOf(leftover.fileName).filename());
+    if (!read.Complete()) return Complaint(read.problem, NameOfPath(leftover.copy));
     bench_.Begin(std::move(read.content), {.phrase = Phrase::kStepRecovered, .values = {name}});
     bench_.MarkUnsaved();
     rule_ = {};

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 
+#include "kv_tr/text/paths.h"
 #include "workbench/texts/said.h"
 
 namespace kv_tr::workbench {
@@ -30,17 +30,17 @@ std::string DayOf(fs::file_time_type time) {
 }
 
 std::string ShortPlace(const fs::path& folder) {
-    const char* home = std::getenv("HOME");
-    std::string place = folder.string();
-    if (home == nullptr || *home == '\0' || !place.starts_with(home)) return place;
-    const std::string rest = place.substr(std::string(home).size());
+    const std::string home = Environment("HOME");
+    std::string place = NameOfPath(folder);
+    if (home.empty() || !place.starts_with(home)) return place;
+    const std::string rest = place.substr(home.size());
     return rest.empty() || rest.front() == '/' ? "~" + rest : place;
 }
 
 RecentRow RecentRowOf(const std::string& file) {
-    const fs::path path(file);
+    const fs::path path = PathOf(file);
     RecentRow row{
-        .file = file, .name = path.filename().string(), .place = ShortPlace(path.parent_path())};
+        .file = file, .name = NameOfPath(path.filename()), .place = ShortPlace(path.parent_path())};
     std::error_code error;
     const auto time = fs::last_write_time(path, error);
     row.isMissing = static_cast<bool>(error);
@@ -70,8 +70,8 @@ std::vector<Sample> SamplesFor(const std::string& programFolder) {
     constexpr std::pair<const char*, Phrase> kSamples[] = {
         {"swiss_helmert_9.dat", Phrase::kSwissSample},
         {"greek_order2_15.dat", Phrase::kGreekSample}};
-    std::vector<fs::path> folders{fs::path(programFolder) / "../share/kv_tr/examples"};
-    fs::path parent = programFolder;
+    std::vector<fs::path> folders{PathOf(programFolder) / "../share/kv_tr/examples"};
+    fs::path parent = PathOf(programFolder);
     for (int i = 0; i < kLevels; ++i, parent = parent.parent_path())
         folders.push_back(parent / "examples");
     std::error_code error;
@@ -79,7 +79,7 @@ std::vector<Sample> SamplesFor(const std::string& programFolder) {
         if (!fs::exists(folder / kSamples[0].first, error)) continue;
         std::vector<Sample> samples;
         for (const auto& [name, title] : kSamples)
-            samples.push_back({(folder / name).lexically_normal().string(), Said(title)});
+            samples.push_back({NameOfPath((folder / name).lexically_normal()), Said(title)});
         return samples;
     }
     return {};

@@ -11,6 +11,7 @@
 #include "kv_tr/model/hull.h"
 #include "kv_tr/text/line_reader.h"
 #include "kv_tr/text/number_text.h"
+#include "kv_tr/text/paths.h"
 #include "workbench/texts/said.h"
 
 namespace kv_tr::workbench {
@@ -26,8 +27,10 @@ std::optional<ExactInverse> InverseOf(const AppliedTransformation& applied) {
 
 bool IsSameFile(const std::string& one, const std::string& other) {
     std::error_code error;
-    return fs::equivalent(one, other, error) || fs::absolute(one, error).lexically_normal() ==
-                                                    fs::absolute(other, error).lexically_normal();
+    const auto place = [&error](const std::string& name) {
+        return fs::absolute(PathOf(name), error).lexically_normal();
+    };
+    return fs::equivalent(PathOf(one), PathOf(other), error) || place(one) == place(other);
 }
 
 }  // namespace
@@ -58,17 +61,17 @@ void TransformFiles::Remove(std::size_t index) {
 
 std::string TransformFiles::NameOf(std::size_t index) const {
     const Input& input = inputs_[index];
-    return input.text ? input.name : fs::path(input.name).filename().string();
+    return input.text ? input.name : NameOfPath(PathOf(input.name).filename());
 }
 
 std::string TransformFiles::ResultOf(std::size_t index) const {
     const Input& input = inputs_[index];
     if (input.text) return {};
-    const fs::path path(input.name);
+    const fs::path path = PathOf(input.name);
     std::string name;
-    for (const char c : pattern_) name += c == '*' ? path.stem().string() : std::string(1, c);
-    const fs::path folder = folder_.empty() ? path.parent_path() : fs::path(folder_);
-    return (folder / (name + path.extension().string())).string();
+    for (const char c : pattern_) name += c == '*' ? NameOfPath(path.stem()) : std::string(1, c);
+    const fs::path folder = folder_.empty() ? path.parent_path() : PathOf(folder_);
+    return NameOfPath(folder / PathOf(name + NameOfPath(path.extension())));
 }
 
 std::vector<std::string> TransformFiles::Obstacles() const {
@@ -96,7 +99,7 @@ std::vector<std::string> TransformFiles::Existing() const {
     for (std::size_t i = 0; i < Count(); ++i) {
         std::error_code error;
         const std::string result = ResultOf(i);
-        if (!result.empty() && fs::exists(result, error)) existing.push_back(result);
+        if (!result.empty() && fs::exists(PathOf(result), error)) existing.push_back(result);
     }
     return existing;
 }
@@ -107,8 +110,8 @@ std::vector<std::string> TransformFiles::FirstLines(const Input& input, std::siz
     std::ifstream file;
     std::istringstream text(input.text.value_or(""));
     if (!input.text) {
-        if (IsDrawing(input.name) || !fs::is_regular_file(input.name, error)) return lines;
-        file.open(input.name, std::ios::binary);
+        if (IsDrawing(input.name) || !fs::is_regular_file(PathOf(input.name), error)) return lines;
+        file = OpenToRead(PathOf(input.name));
         if (!file.is_open()) return lines;
     }
     std::streambuf* const source = input.text ? text.std::ios::rdbuf() : file.std::ios::rdbuf();

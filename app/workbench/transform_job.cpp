@@ -15,6 +15,7 @@
 #include "kv_tr/interchange/point_readers.h"
 #include "kv_tr/published/errors.h"
 #include "kv_tr/published/ml_strings.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/replacing_file.h"
 #include "workbench/texts/said.h"
 
@@ -53,9 +54,7 @@ std::vector<std::string> ProblemsOf(const app::CoordinateResult& result, const s
 }
 
 std::ifstream Opened(const std::string& name) {
-    std::error_code error;
-    std::ifstream stream;
-    if (!fs::is_directory(name, error)) stream.open(name, std::ios::binary);
+    std::ifstream stream = OpenToRead(PathOf(name));
     if (!stream.is_open()) throw Refusal(Said(Phrase::kCannotOpen, {name}));
     return stream;
 }
@@ -71,7 +70,7 @@ void Finish(ReplacingFile& file, const std::string& name) {
 }  // namespace
 
 bool IsDrawing(const std::string& fileName) {
-    std::string ending = fs::path(fileName).extension().string();
+    std::string ending = NameOfPath(PathOf(fileName).extension());
     std::ranges::transform(ending, ending.begin(),
                            [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return ending == ".dxf";
@@ -110,7 +109,7 @@ void TransformJob::RunOne(std::size_t index) {
     if (Note(index, 0)) {
         try {
             std::error_code error;
-            if (!plan_.mayReplace && !task.output.empty() && fs::exists(task.output, error))
+            if (!plan_.mayReplace && !task.output.empty() && fs::exists(PathOf(task.output), error))
                 throw Refusal(Said(Phrase::kResultExists, {task.output}));
             progress = !task.text && IsDrawing(task.input) ? DrawingDone(index) : TextDone(index);
         } catch (const std::exception& error) {
@@ -139,7 +138,7 @@ FileProgress TransformJob::TextDone(std::size_t index) {
     auto size = static_cast<double>(task.text ? task.text->size() : 0);
     if (!task.text) {
         source = Opened(task.input);
-        size = static_cast<double>(fs::file_size(task.input, error));
+        size = static_cast<double>(fs::file_size(PathOf(task.input), error));
         RequireWritable(file.emplace(task.output), task.output);
     }
     std::string written;

@@ -58,7 +58,7 @@ inline std::vector<std::string> CasesWith(const std::string& key) {
         if (entry.path().extension() != ".json") continue;
         Json json;
         std::ifstream(entry.path()) >> json;
-        if (json.contains(key)) names.push_back(entry.path().stem());
+        if (json.contains(key)) names.push_back(entry.path().stem().string());
     }
     std::ranges::sort(names);
     return names;

@@ -7,16 +7,18 @@
 #include <random>
 #include <string>
 
+#include "kv_tr/text/paths.h"
+
 namespace kv_tr::test {
 
 inline std::string ReadFile(const std::string& name) {
-    std::ifstream file(name, std::ios::binary);
+    std::ifstream file(PathOf(name), std::ios::binary);
     return {std::istream_iterator<char>(file >> std::noskipws), {}};
 }
 
 /// The name of the file, which then holds this text.
 inline const std::string& WriteFile(const std::string& name, const std::string& text) {
-    std::ofstream(name, std::ios::binary) << text;
+    std::ofstream(PathOf(name), std::ios::binary) << text;
     return name;
 }
 
@@ -24,8 +26,11 @@ inline const std::string& WriteFile(const std::string& name, const std::string& 
 class TemporaryFolder {
 public:
     TemporaryFolder() { std::filesystem::create_directories(path_); }
-    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-    std::string File(const std::string& name) const { return (path_ / name).string(); }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    std::string File(const std::string& name) const { return NameOfPath(path_ / PathOf(name)); }
 
 private:
     const std::filesystem::path path_ = std::filesystem::temp_directory_path() /

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <thread>
 
+#include "helpers/environment.h"
 #include "helpers/files.h"
 #include "helpers/recording_platform.h"
 #include "helpers/sample_points.h"
@@ -56,7 +57,7 @@ std::string WorkWith(const std::string& folder) {
 
 TEST(Threads, EachWorkWithObjectsOfTheirOwn) {
     const TemporaryFolder folder;
-    setenv("XDG_CONFIG_HOME", folder.File("settings").c_str(), 1);
+    SetVariable("XDG_CONFIG_HOME", folder.File("settings").c_str());
     const ComponentScope scope(ConsolePlatform(kEnglish));
     DecimalSeparator('.');
     constexpr std::size_t kThreads = 4;
@@ -73,7 +74,7 @@ TEST(Threads, EachWorkWithObjectsOfTheirOwn) {
     EXPECT_GT(results[0].size(), 30000U);
     for (const std::string& result : results) EXPECT_EQ(result, results[0]);
     EXPECT_EQ(clsDebug().colTraceObj().size(), 0U);
-    unsetenv("XDG_CONFIG_HOME");
+    UnsetVariable("XDG_CONFIG_HOME");
 }
 
 }  // namespace

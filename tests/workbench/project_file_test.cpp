@@ -1,8 +1,10 @@
 // Projects as files, and copies that survive a crash.
 #include "workbench/project_file.h"
 
+#ifndef _WIN32
 #include <sys/wait.h>
 #include <unistd.h>
+#endif
 
 #include "workbench/recovery.h"
 #include "workbench/sample.h"
@@ -91,6 +93,19 @@ protected:
 
     /// Another program writes a copy of this project and dies.
     void Crash(const std::string& fileName) {
+#ifdef _WIN32  // what a program wrote that ended well is put there again
+        const std::filesystem::path aside{folder.File("aside")};
+        {
+            RecoveryCopy copy(place);
+            ASSERT_TRUE(copy.Write(bench.Project(), fileName));
+            std::filesystem::copy(place, aside);
+            copy.Remove();
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(aside))
+            std::filesystem::copy(entry, place / entry.path().filename(),
+                                  std::filesystem::copy_options::skip_existing);
+        std::filesystem::remove_all(aside);
+#else
         const pid_t child = fork();
         if (child == 0) {
             RecoveryCopy copy(place);
@@ -100,6 +115,7 @@ protected:
         int status = -1;
         waitpid(child, &status, 0);
         ASSERT_EQ(status, 0);
+#endif
     }
 };
 

@@ -1,17 +1,15 @@
 // Text files by their names.
 #include "kv_tr/files/open_text.h"
 
-#include <filesystem>
 #include <ios>
 
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr {
 
 std::optional<std::ifstream> OpenText(const std::string& fileName) {
-    std::error_code error;
-    if (std::filesystem::is_directory(fileName, error)) return std::nullopt;  // opens all the same
-    std::ifstream file(fileName, std::ios::binary);
+    std::ifstream file = OpenToRead(PathOf(fileName));
     if (!file.is_open()) return std::nullopt;
     try {
         file.rdbuf()->sgetc();

@@ -1,6 +1,8 @@
 // Which file points come from, and whether the file still is as it was.
 #include "kv_tr/files/point_source.h"
 
+#include "kv_tr/text/paths.h"
+
 namespace kv_tr {
 namespace fs = std::filesystem;
 namespace {
@@ -17,7 +19,7 @@ std::optional<fs::file_time_type> ChangeOf(const fs::path& path) {
 
 PointSource PointSourceOf(const std::string& fileName) {
     std::error_code error;
-    const fs::path path = fs::absolute(fileName, error);
+    const fs::path path = fs::absolute(PathOf(fileName), error);
     return {path, ChangeOf(path)};
 }
 

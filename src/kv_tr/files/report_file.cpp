@@ -3,12 +3,12 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <stdexcept>
 
 #include "kv_tr/files/report_html.h"
 #include "kv_tr/text/file_names.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/replacing_file.h"
 #include "kv_tr/text/sha256.h"
 #include "kv_tr/text/version.h"
@@ -20,7 +20,7 @@ using Trouble = WrittenReport::Trouble;
 
 /// The checksum of a file; empty where reading fails.
 std::string ChecksumOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream file = OpenToRead(path);
     if (!file) return {};
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     return file.bad() ? "" : Sha256(bytes);
@@ -77,7 +77,7 @@ bool IsCalendarDay(std::string_view text) {
 ReportFile ReportFileOf(const PointSource& source) {
     std::string checksum = IsUnchanged(source) ? ChecksumOf(source.path) : "";
     if (!IsUnchanged(source)) checksum.clear();  // changed while its bytes were read
-    return {source.path.filename().string(), checksum};
+    return {NameOfPath(source.path.filename()), checksum};
 }
 
 }  // namespace kv_tr

@@ -11,6 +11,7 @@
 
 #include "kv_tr/gdal/gdal_errors.h"
 #include "kv_tr/gdal/work.h"
+#include "kv_tr/text/paths.h"
 
 namespace kv_tr::gdal {
 namespace {
@@ -20,9 +21,9 @@ constexpr std::uintmax_t kLongestFile = 1 << 20;
 /// What a file of that name holds, or the text itself.
 std::string ContentOf(const std::string& text) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(text, error)) return text;
-    if (std::filesystem::file_size(text, error) > kLongestFile) return {};
-    std::ifstream stream(text, std::ios::binary);
+    if (!std::filesystem::is_regular_file(PathOf(text), error)) return text;
+    if (std::filesystem::file_size(PathOf(text), error) > kLongestFile) return {};
+    std::ifstream stream = OpenToRead(PathOf(text));
     std::string content{std::istreambuf_iterator(stream), {}};
     if (content.starts_with("\xEF\xBB\xBF")) content.erase(0, 3);
     content.erase(content.find_last_not_of(" \t\r\n") + 1);

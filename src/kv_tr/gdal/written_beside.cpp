@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "kv_tr/gdal/work.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/system_file.h"
 
 namespace kv_tr::gdal {
@@ -44,7 +45,7 @@ bool CanBeReplaced(const fs::path& existing) {
     std::error_code error;
     if (fs::is_directory(existing, error)) return true;
     if (!fs::is_regular_file(existing, error)) return false;
-    std::FILE* stream = std::fopen(existing.string().c_str(), "ab");
+    std::FILE* stream = OpenFile(existing, "ab");
     if (stream != nullptr) std::fclose(stream);
     return stream != nullptr;
 }
@@ -55,7 +56,7 @@ void SynchroniseAll(const fs::path& path) {
         for (const auto& entry : fs::directory_iterator(path)) SynchroniseAll(entry.path());
         return;
     }
-    std::FILE* stream = std::fopen(path.string().c_str(), "r+b");
+    std::FILE* stream = OpenFile(path, "r+b");
     const bool done = stream != nullptr && Synchronise(stream);
     if (stream != nullptr) std::fclose(stream);
     if (!done)

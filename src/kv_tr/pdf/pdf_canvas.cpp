@@ -3,10 +3,10 @@
 
 #include <charconv>
 #include <cstdio>
-#include <fstream>
 
 #include "kv_tr/pdf/report_pdf.h"
 #include "kv_tr/text/control_characters.h"
+#include "kv_tr/text/paths.h"
 
 namespace kv_tr {
 namespace {
@@ -73,7 +73,7 @@ PdfCanvas::PdfCanvas(const std::string& fontFolder)
 PdfCanvas::~PdfCanvas() { HPDF_Free(document_); }
 
 HPDF_Font PdfCanvas::Load(const std::string& file) {
-    if (!std::ifstream(file).good()) throw PdfError(file);
+    if (!OpenToRead(PathOf(file)).good()) throw PdfError(file);
     const char* const name = HPDF_LoadTTFontFromFile(document_, file.c_str(), HPDF_TRUE);
     if (name == nullptr) throw PdfError(file);
     return HPDF_GetFont(document_, name, "UTF-8");

@@ -2,7 +2,7 @@
 #include "kv_tr/published/component.h"
 
 #ifdef _WIN32
-#include <windows.h>
+#include "kv_tr/text/windows_api.h"
 #else
 #include <dlfcn.h>
 #include <link.h>
@@ -28,6 +28,11 @@ Platform Completed(Platform platform) {
 }
 
 char UsersDecimalSeparator() {
+#ifdef _WIN32  // where the C++ library knows the locale "C" alone
+    wchar_t separator[4] = L".";
+    GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, LOCALE_SDECIMAL, separator, 4);
+    return separator[0] == L',' ? ',' : '.';
+#else
     try {
         const std::locale users("");
         const char point = std::use_facet<std::numpunct<char>>(users).decimal_point();
@@ -35,6 +40,7 @@ char UsersDecimalSeparator() {
     } catch (const std::runtime_error&) {  // the environment names a locale the system lacks
         return '.';
     }
+#endif
 }
 
 std::unique_ptr<Component>& Current() {

@@ -9,6 +9,7 @@
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/text/decimal_commas.h"
+#include "kv_tr/text/paths.h"
 
 namespace kv_tr {
 namespace {
@@ -18,7 +19,7 @@ namespace {
 template <typename Predicate>
 bool AreLines(const std::string& fileName, const Predicate& so) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(fileName, error)) return false;
+    if (!std::filesystem::is_regular_file(PathOf(fileName), error)) return false;
     auto file = OpenText(fileName);
     if (!file) return false;
     try {

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <utility>
 
 #include "kv_tr/published/component.h"
@@ -12,6 +11,7 @@
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/text_table_file.h"
 #include "kv_tr/text/control_characters.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/strings/table.h"
 
 namespace kv_tr {
@@ -55,7 +55,7 @@ void InitMlStrings() {
 
 void UseTextFile(bool separate) { TheComponent().useTextFile = separate; }
 
-std::string TextFile() { return (ComponentFolder() / "KV_Tr.res").string(); }
+std::string TextFile() { return NameOfPath(ComponentFolder() / "KV_Tr.res"); }
 
 Subscription FollowHostLanguage() {
     InitMlStrings();
@@ -75,7 +75,7 @@ void EmbeddedTexts::LoadFrom(const std::string& path) {
     std::error_code error;
     std::ifstream stream;
     // A pipe of that name would make every start wait for its writer.
-    if (std::filesystem::is_regular_file(path, error)) stream.open(path, std::ios::binary);
+    if (std::filesystem::is_regular_file(PathOf(path), error)) stream = OpenToRead(PathOf(path));
     if (!stream.is_open()) return ReportOpenFailure(path);
     auto [texts, badLine] = ReadTextTable(*stream.rdbuf(), Languages(), HungarianStrings());
     if (badLine == 0) {

@@ -1,22 +1,12 @@
 // The settings of Windows: values in the registry of the current user.
 #include "kv_tr/published/registry_settings.h"
 
-#include <windows.h>
 
-#include <cwchar>
-#include <filesystem>
+#include "kv_tr/text/wide_text.h"
+#include "kv_tr/text/windows_api.h"
 
 namespace kv_tr {
 namespace {
-
-std::wstring Wide(const std::string& utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end())).wstring();
-}
-
-std::string Utf8(const std::wstring& wide) {
-    const std::u8string utf8 = std::filesystem::path(wide).u8string();
-    return {utf8.begin(), utf8.end()};
-}
 
 std::wstring Folder(const SettingKey& key) {
     return L"Software\\" + Wide(key.application) + L"\\" + Wide(key.section);

@@ -1,8 +1,6 @@
 // What is remembered between runs: the folder that file choosers open in.
 #include "kv_tr/published/settings.h"
 
-#include <cstdlib>
-#include <fstream>
 #include <optional>
 #include <string_view>
 
@@ -10,6 +8,7 @@
 #include "kv_tr/published/errors.h"
 #include "kv_tr/text/file_names.h"
 #include "kv_tr/text/line_reader.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr {
@@ -25,11 +24,6 @@ SettingKey KeyOf(const std::string& section, const std::string& key) {
     return {.application = title.empty() ? "KV_Tr" : title, .section = section, .key = key};
 }
 
-std::string Environment(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? "" : value;
-}
-
 /// All lines of a file, none of a missing one; nothing when it cannot be examined or read to its
 /// end.
 std::optional<std::vector<std::string>> ReadLines(const fs::path& path) {
@@ -38,7 +32,7 @@ std::optional<std::vector<std::string>> ReadLines(const fs::path& path) {
     const fs::file_status status = fs::status(path, error);
     if (status.type() == fs::file_type::not_found) return lines;
     std::ifstream stream;
-    if (fs::is_regular_file(status)) stream.open(path, std::ios::binary);
+    if (fs::is_regular_file(status)) stream = OpenToRead(path);
     if (!stream.is_open()) return std::nullopt;
     try {
         for (LineReader reader(*stream.rdbuf()); !reader.AtEnd();)
@@ -91,7 +85,7 @@ void LoadInitDir() {
     const std::string folder = Setting(kSection, kPath, DefaultFolder());
     if (folder.empty()) return;
     std::error_code error;
-    InitDir(fs::is_directory(folder, error) ? folder : DefaultFolder());
+    InitDir(fs::is_directory(PathOf(folder), error) ? folder : DefaultFolder());
 }
 
 void SaveInitDir() {
@@ -116,20 +110,20 @@ fs::path SettingsFile::ConfigurationFolder() {
     return home.empty() ? fs::path{} : fs::path(home) / ".config";
 }
 
-fs::path SettingsFile::PathOf(const SettingKey& key) const {
+fs::path SettingsFile::FileOf(const SettingKey& key) const {
     return folder_ / (key.application + ".ini");
 }
 
 std::string SettingsFile::Read(const SettingKey& key, const std::string& fallback) {
     if (folder_.empty()) return fallback;
-    const auto lines = ReadLines(PathOf(key)).value_or(std::vector<std::string>{});
+    const auto lines = ReadLines(FileOf(key)).value_or(std::vector<std::string>{});
     const Place place = Find(lines, key);
     return place.line ? lines[*place.line].substr(key.key.size() + 1) : fallback;
 }
 
 void SettingsFile::Write(const SettingKey& key, const std::string& value) {
     if (folder_.empty() || value.find_first_of("\r\n") != value.npos) return;
-    auto known = ReadLines(PathOf(key));
+    auto known = ReadLines(FileOf(key));
     if (!known) return;
     auto& lines = *known;
     const Place place = Find(lines, key);
@@ -145,7 +139,7 @@ void SettingsFile::Write(const SettingKey& key, const std::string& value) {
     }
     std::error_code error;
     fs::create_directories(folder_, error);
-    ReplacingFile file(PathOf(key).string());
+    ReplacingFile file(NameOfPath(FileOf(key)));
     if (!file.IsOpen()) return;
     for (const auto& line : lines) file.Write(line + "\n");
     file.Commit();

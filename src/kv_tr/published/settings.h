@@ -44,7 +44,7 @@ public:
     static std::filesystem::path ConfigurationFolder();
 
 private:
-    std::filesystem::path PathOf(const SettingKey& key) const;
+    std::filesystem::path FileOf(const SettingKey& key) const;
 
     std::filesystem::path folder_;
 };

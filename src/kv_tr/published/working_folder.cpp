@@ -1,10 +1,10 @@
 // Where a text that was typed becomes a file, for readers that want a file.
 #include "kv_tr/published/working_folder.h"
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "kv_tr/published/message.h"
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/replacing_file.h"
 
 namespace kv_tr {
@@ -15,11 +15,9 @@ fs::path CacheFolder() {
 #ifdef _WIN32
     return fs::temp_directory_path();
 #else
-    if (const char* caches = std::getenv("XDG_CACHE_HOME"); caches != nullptr && *caches != 0) {
-        return caches;
-    }
-    const char* home = std::getenv("HOME");
-    return home == nullptr ? fs::path{} : fs::path(home) / ".cache";
+    if (const std::string caches = Environment("XDG_CACHE_HOME"); !caches.empty()) return caches;
+    const std::string home = Environment("HOME");
+    return home.empty() ? fs::path{} : fs::path(home) / ".cache";
 #endif
 }
 
@@ -32,7 +30,7 @@ std::string WriteWorkingFile(const std::string& fileName, std::string_view text)
     std::error_code error;
     fs::create_directories(folder, error);
     fs::permissions(folder, fs::perms::owner_all, error);
-    std::string path = (folder / fileName).string();
+    std::string path = NameOfPath(folder / PathOf(fileName));
     ReplacingFile file(error ? std::string() : path);
     if (!file.IsOpen()) throw WriteFailure(path);
     file.Write("\xEF\xBB\xBF");

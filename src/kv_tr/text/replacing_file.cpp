@@ -6,6 +6,8 @@
 #include <random>
 #include <utility>
 
+#include "kv_tr/text/paths.h"
+
 namespace kv_tr {
 namespace fs = std::filesystem;
 namespace {
@@ -23,7 +25,11 @@ bool IsTemporaryName(std::string_view name) {
 
 /// In one step, since a path that is changed does not survive that memory runs out meanwhile.
 fs::path In(const fs::path& folder, const std::string& name) {
-    return folder.string() + static_cast<char>(fs::path::preferred_separator) + name;
+    fs::path::string_type path = folder.native();
+    path.reserve(path.size() + 1 + name.size());
+    path += fs::path::preferred_separator;
+    path.append(name.begin(), name.end());
+    return path;
 }
 
 /// Removes what writers left that were killed.
@@ -37,7 +43,7 @@ void RemoveDeadFiles(const fs::path& folder) {
 }
 
 bool CanBeWritten(const fs::path& existing) {
-    std::FILE* stream = std::fopen(existing.string().c_str(), "ab");
+    std::FILE* stream = OpenFile(existing, "ab");
     if (stream != nullptr) std::fclose(stream);
     return stream != nullptr;
 }
@@ -46,7 +52,7 @@ bool CanBeWritten(const fs::path& existing) {
 fs::path Followed(const std::string& name) {
     constexpr int kMostLinks = 40;
     std::error_code error;
-    fs::path path = fs::absolute(name, error);
+    fs::path path = fs::absolute(PathOf(name), error);
     for (int link = 0; link < kMostLinks && fs::is_symlink(path, error); ++link) {
         const fs::path target = fs::read_symlink(path, error);
         if (error) break;
@@ -64,7 +70,7 @@ ReplacingFile::ReplacingFile(const std::string& path) : destination_(Followed(pa
     if (fs::is_regular_file(status)) {
         if (CanBeWritten(destination_)) OpenInPlaceOf(true);
     } else if (fs::exists(status)) {
-        stream_ = std::fopen(destination_.string().c_str(), "wb");
+        stream_ = OpenFile(destination_, "wb");
         direct_ = true;
     } else if (status.type() == fs::file_type::not_found) {
         OpenInPlaceOf(false);
@@ -88,7 +94,7 @@ void ReplacingFile::OpenInPlaceOf(bool existing) {
     if (IsOpen()) return;
     temporary_.clear();
     const std::error_code error(failure, std::generic_category());
-    if (existing && ForbidsReplacing(error)) stream_ = std::tmpfile();
+    if (existing && ForbidsReplacing(error)) stream_ = OpenNameless();
 }
 
 ReplacingFile::~ReplacingFile() { Discard(); }

@@ -1,13 +1,14 @@
 // What writing files safely needs beyond the standard library, on Windows.
 #include <fcntl.h>
 #include <io.h>
-#include <windows.h>
 
 #include <array>
 #include <cerrno>
 #include <utility>
 
+#include "kv_tr/text/paths.h"
 #include "kv_tr/text/system_file.h"
+#include "kv_tr/text/windows_api.h"
 
 namespace kv_tr {
 namespace fs = std::filesystem;
@@ -38,7 +39,7 @@ std::vector<std::string> NamesIn(const fs::path& folder) {
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error))
-        names.push_back(entry->path().filename().string());
+        names.push_back(NameOfPath(entry->path().filename()));
     return names;
 }
 
@@ -95,7 +96,7 @@ bool ForbidsReplacing(std::error_code error) {
 
 bool CopyInto(std::FILE* source, const fs::path& destination) {
     std::rewind(source);
-    std::FILE* stream = _wfopen(destination.c_str(), L"r+b");
+    std::FILE* stream = OpenFile(destination, "r+b");
     if (stream == nullptr) return false;
     std::array<char, 1 << 16> buffer{};
     std::size_t count = 0;
