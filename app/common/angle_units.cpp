@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "kv_tr/model/elementary.h"
 #include "kv_tr/published/coefficients.h"
 #include "kv_tr/published/map_direction.h"
 #include "kv_tr/published/number_format.h"
@@ -40,7 +41,7 @@ std::string DirectionUncertainty(const Transformation& transformation, const Ang
                                  Point point, double length) {
     const Point image = transformation.Apply(point);
     // The half spacing of floats for each of the two points is a whole one for the difference.
-    const double rounding = std::hypot(Spacing(image.first), Spacing(image.second));
+    const double rounding = Hypotenuse(Spacing(image.first), Spacing(image.second));
     return FormatFixed(rounding / std::abs(length) * unit.perHalfTurn / AngleConstants{}.pi,
                        static_cast<std::uint8_t>(unit.decimals - 2), 0);
 }

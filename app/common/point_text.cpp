@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kv_tr/model/elementary.h"
 #include "kv_tr/published/ml_strings.h"
+#include "kv_tr/text/round_number.h"
 
 namespace kv_tr::app {
 
@@ -41,10 +43,10 @@ double VisibleScale(const PointsToWrite& what) {
         longest = std::max(longest, what.residuals[i].Length());
     }
     const double diagonal =
-        std::hypot(greatest.first - least.first, greatest.second - least.second);
+        Hypotenuse(greatest.first - least.first, greatest.second - least.second);
     const double most = diagonal / (20.0 * longest);
     if (!std::isfinite(most) || most < 1.0) return 1.0;
-    const double power = std::pow(10.0, std::floor(std::log10(most)));
+    const double power = PowerOfTen(DecimalExponent(most));
     return power * (most >= 5.0 * power ? 5.0 : most >= 2.0 * power ? 2.0 : 1.0);
 }
 

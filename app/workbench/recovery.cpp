@@ -122,9 +122,8 @@ std::vector<Leftover> RecoveryCopy::Leftovers() const {
     for (const fs::directory_entry& entry : fs::directory_iterator(folder_, error)) {
         const fs::path& lock = entry.path();
         if (lock.extension() != kLockEnding || !IsDead(lock)) continue;
-        std::error_code none;
-        const auto written = fs::last_write_time(CopyOf(lock), none);
-        if (!none) leftovers.push_back({CopyOf(lock), FirstLine(lock), written});
+        const auto written = LastChange(CopyOf(lock));
+        if (written) leftovers.push_back({CopyOf(lock), FirstLine(lock), *written});
     }
     std::ranges::sort(leftovers, std::ranges::greater{}, &Leftover::written);
     return leftovers;

@@ -41,10 +41,9 @@ RecentRow RecentRowOf(const std::string& file) {
     const fs::path path = PathOf(file);
     RecentRow row{
         .file = file, .name = NameOfPath(path.filename()), .place = ShortPlace(path.parent_path())};
-    std::error_code error;
-    const auto time = fs::last_write_time(path, error);
-    row.isMissing = static_cast<bool>(error);
-    if (!row.isMissing) row.day = DayOf(time);
+    const auto time = LastChange(path);
+    row.isMissing = !time;
+    if (time) row.day = DayOf(*time);
     return row;
 }
 

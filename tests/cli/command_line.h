@@ -15,7 +15,7 @@ namespace kv_tr::test {
 
 inline constexpr char kSurroundings[] =
     "; unset LANG LC_MESSAGES NO_COLOR; export LC_ALL=C HOME=$PWD/.. XDG_CONFIG_HOME=$PWD/..; "
-    "PATH=$(dirname '" KV_TR_PROGRAM "'):$PATH; { ";
+    "PATH=${KV_TR_PROGRAMS:-$(dirname '" KV_TR_PROGRAM "')}:$PATH; { ";
 
 /// Runs command lines in a folder that holds the examples and a few more point files.
 class CommandLine : public testing::Test {

@@ -206,12 +206,12 @@ TEST_F(FrmTr, ReportsWithTheFilesOfThePointsAndAChecksumWhileTheyAreAsTheyWere) 
     const auto expect = [&](frmTr& form, bool one, bool two, bool checksum) {
         platform.choices = {FileChoice{folder.File("r.html")}};
         form.cmdReport();
-        EXPECT_EQ(reported("one&lt;1&gt;.dat"), one);
+        EXPECT_EQ(reported("one&amp;1.dat"), one);
         EXPECT_EQ(reported("two.dat"), two);
         EXPECT_EQ(reported(Sha256(bytes)), checksum);
     };
     load("gone.dat", false);
-    load("one<1>.dat", false);
+    load("one&1.dat", false);
     Open([&](frmTr& form) {
         engine.gdErrLimit = 0.0625;
         form.chkAccurate();

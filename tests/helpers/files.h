@@ -30,7 +30,7 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }
-    std::string File(const std::string& name) const { return NameOfPath(path_ / PathOf(name)); }
+    std::string File(const std::string& name) const { return NameOfPath(path_) + "/" + name; }
 
 private:
     const std::filesystem::path path_ = std::filesystem::temp_directory_path() /

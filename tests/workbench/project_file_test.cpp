@@ -6,6 +6,8 @@
 #include <unistd.h>
 #endif
 
+#include <map>
+
 #include "workbench/recovery.h"
 #include "workbench/sample.h"
 
@@ -94,17 +96,15 @@ protected:
     /// Another program writes a copy of this project and dies.
     void Crash(const std::string& fileName) {
 #ifdef _WIN32  // what a program wrote that ended well is put there again
-        const std::filesystem::path aside{folder.File("aside")};
-        {
-            RecoveryCopy copy(place);
-            ASSERT_TRUE(copy.Write(bench.Project(), fileName));
-            std::filesystem::copy(place, aside);
-            copy.Remove();
+        std::map<std::string, std::string> files;
+        RecoveryCopy copy(place);
+        ASSERT_TRUE(copy.Write(bench.Project(), fileName));
+        for (const auto& entry : std::filesystem::directory_iterator(place))
+            files[entry.path().string()] = test::ReadFile(entry.path().string());
+        copy.Remove();
+        for (const auto& [name, bytes] : files) {
+            if (!std::filesystem::exists(name)) test::WriteFile(name, bytes);
         }
-        for (const auto& entry : std::filesystem::directory_iterator(aside))
-            std::filesystem::copy(entry, place / entry.path().filename(),
-                                  std::filesystem::copy_options::skip_existing);
-        std::filesystem::remove_all(aside);
 #else
         const pid_t child = fork();
         if (child == 0) {

@@ -57,7 +57,7 @@ TEST_F(Sessions, KnowTheNameAndWhetherEverythingIsSaved) {
     EXPECT_FALSE(session->IsFileChanged());
     test::WriteFile(name, "x");
     std::filesystem::last_write_time(
-        name, std::filesystem::last_write_time(name) + std::chrono::seconds(3));
+        PathOf(name), std::filesystem::last_write_time(PathOf(name)) + std::chrono::seconds(3));
     EXPECT_TRUE(session->IsFileChanged());
     OpenPreview preview;
     preview.TakeFile(test::WriteFile(folder.File("a.dat"), "A 1 2 3 4\nB 5 2 9 4\n"));

@@ -113,7 +113,8 @@ TEST_F(TransformFilesTest, ReplaceNothingWithoutBeingToldToAndGoOnAfterAFailure)
     ASSERT_EQ(form.Count(), 2U) << "one file once";
     Add("b.txt", "B 3 4\n");
     WriteFile(folder.File("a_tr.txt"), "older");
-    EXPECT_EQ(form.Existing(), std::vector<std::string>{folder.File("a_tr.txt")});
+    ASSERT_EQ(form.Existing().size(), 1U);
+    EXPECT_EQ(PathOf(form.Existing()[0]), PathOf(folder.File("a_tr.txt")));
     auto files = Done(false);
     EXPECT_EQ(files[0].state, State::kFailed);
     EXPECT_EQ(files[1].problems,
@@ -130,7 +131,7 @@ TEST_F(TransformFilesTest, ReplaceNothingWithoutBeingToldToAndGoOnAfterAFailure)
     form.Pattern("new_*");
     EXPECT_TRUE(form.Obstacles().empty());
     form.Folder(folder.File("elsewhere"));
-    EXPECT_EQ(form.ResultOf(0), folder.File("elsewhere") + "/new_a.txt");
+    EXPECT_EQ(PathOf(form.ResultOf(0)), PathOf(folder.File("elsewhere/new_a.txt")));
 }
 
 TEST_F(TransformFilesTest, LeaveNothingBehindWhenTheyAreCancelled) {

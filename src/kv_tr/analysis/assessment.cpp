@@ -11,6 +11,7 @@
 
 #include "kv_tr/analysis/distributions.h"
 #include "kv_tr/analysis/parameter_estimates.h"
+#include "kv_tr/model/elementary.h"
 
 namespace kv_tr {
 namespace {
@@ -37,7 +38,7 @@ std::optional<Point> WithoutPoint(const Cofactors& q, Point weight, Point vector
     const double mixed = -weight.first * q.mixed;
     const double determinant = first * second - mixed * mixed;
     const double mean = 0.5 * (first + second);
-    const double least = mean - std::hypot(0.5 * (first - second), mixed);
+    const double least = mean - Hypotenuse(0.5 * (first - second), mixed);
     if (!(least >= limit)) return std::nullopt;
     return Point{(second * vector.first - mixed * vector.second) / determinant,
                  (first * vector.second - mixed * vector.first) / determinant};

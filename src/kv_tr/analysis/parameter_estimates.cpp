@@ -9,6 +9,7 @@
 
 #include "kv_tr/fit/point_sums.h"
 #include "kv_tr/fit/record_of_frame.h"
+#include "kv_tr/model/elementary.h"
 #include "kv_tr/model/evaluate.h"
 
 namespace kv_tr {
@@ -92,9 +93,9 @@ std::vector<Dependent> DependentsOf(Type type, const Transformation& record) {
     const double a2 = record.a[2];
     const double b1 = record.b[1];
     const double b2 = record.b[2];
-    const double first = std::hypot(a1, b1);
+    const double first = Hypotenuse(a1, b1);
     const double turn = Determinant(record) > 0.0 ? 1.0 : -1.0;
-    const double second = turn * std::hypot(a2, b2);
+    const double second = turn * Hypotenuse(a2, b2);
     const Dependent rotation{Derived::kRotation,
                              std::atan2(b1, a1),
                              {-b1 / (first * first), 0, a1 / (first * first), 0}};

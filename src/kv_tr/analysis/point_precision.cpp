@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "kv_tr/analysis/distributions.h"
+#include "kv_tr/model/elementary.h"
 #include "kv_tr/model/hull.h"
 
 namespace kv_tr {
@@ -39,7 +40,7 @@ double PointPrecision::Covariance::SigmaFirst() const { return std::sqrt(first);
 double PointPrecision::Covariance::SigmaSecond() const { return std::sqrt(second); }
 
 double PointPrecision::Covariance::Greatest() const {
-    return std::sqrt(0.5 * (first + second + std::hypot(first - second, 2.0 * mixed)));
+    return std::sqrt(0.5 * (first + second + Hypotenuse(first - second, 2.0 * mixed)));
 }
 
 double PointPrecision::Covariance::Least() const {

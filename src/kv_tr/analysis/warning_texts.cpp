@@ -4,6 +4,7 @@
 
 #include "kv_tr/analysis/warnings.h"
 #include "kv_tr/model/type_name.h"
+#include "kv_tr/text/round_number.h"
 
 namespace kv_tr {
 namespace {
@@ -99,10 +100,10 @@ const char* NameOf(WeakGeometry::Kind kind) {
 std::string FigureText(double value, NumberStyle style) {
     if (!std::isfinite(value)) return "–";
     if (value == 0.0) return "0";
-    const int exponent = static_cast<int>(std::floor(std::log10(std::abs(value))));
+    const int exponent = DecimalExponent(std::abs(value));
     constexpr int kMostDigits = 6;
     if (exponent >= kMostDigits || exponent < -4) {
-        const double mantissa = value / std::pow(10.0, exponent);
+        const double mantissa = value / PowerOfTen(exponent);
         return FixedText(mantissa, 1, style) + "·10" + Superscript(exponent);
     }
     return FixedText(value, std::max(0, 1 - exponent), style);

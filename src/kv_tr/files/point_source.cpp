@@ -11,8 +11,7 @@ namespace {
 std::optional<fs::file_time_type> ChangeOf(const fs::path& path) {
     std::error_code error;
     if (!fs::is_regular_file(path, error)) return std::nullopt;
-    const fs::file_time_type changed = fs::last_write_time(path, error);
-    return error ? std::nullopt : std::optional(changed);
+    return LastChange(path);
 }
 
 }  // namespace

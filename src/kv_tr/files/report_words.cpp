@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "kv_tr/analysis/warnings.h"
+#include "kv_tr/text/round_number.h"
 
 namespace kv_tr {
 
@@ -28,7 +29,7 @@ std::string ReportWords::Whole(double value) const {
 std::string ReportWords::Within(double value, double sigma, int usual) const {
     constexpr double kMostDecimals = 12;
     if (!std::isfinite(sigma) || sigma <= 0.0) return Fixed(value, usual);
-    const double decimals = 1.0 - std::floor(std::log10(sigma));
+    const double decimals = 1.0 - DecimalExponent(sigma);
     return Fixed(value, static_cast<int>(std::clamp(decimals, 0.0, kMostDecimals)));
 }
 

@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "kv_tr/files/report_sections.h"
+#include "kv_tr/model/elementary.h"
 #include "kv_tr/text/code_page.h"
 #include "kv_tr/text/control_characters.h"
 #include "kv_tr/text/round_number.h"
@@ -184,7 +185,7 @@ private:
         const Residual& residual = subject_.adjustment.Residuals()[index];
         const double points = enlargement_ / metresPerPoint_;
         const Point by{residual.first * points, -residual.second * points};
-        const double length = std::hypot(by.first, by.second);
+        const double length = Hypotenuse(by.first, by.second);
         if (!(length > 0.5) || !std::isfinite(length)) return;
         const Point to{from.first + by.first, from.second + by.second};
         Line(from, to, ink);

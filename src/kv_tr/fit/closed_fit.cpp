@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "kv_tr/fit/frame.h"
+#include "kv_tr/model/elementary.h"
 
 namespace kv_tr {
 namespace {
@@ -37,7 +38,7 @@ bool SetAffine5(ClosedFit& fit, const Products& sums) {
     const double g = a * b / p - c * d / r;
     const double k = b * b / p + c * c / r;
     constexpr double kRounding = 64 * std::numeric_limits<double>::epsilon();
-    if (!(std::hypot(2.0 * g, f - k) > kRounding * (f + k))) return false;
+    if (!(Hypotenuse(2.0 * g, f - k) > kRounding * (f + k))) return false;
     const double angle = 0.5 * std::atan2(2.0 * g, f - k);
     const double cosine = std::cos(angle);
     const double sine = std::sin(angle);

@@ -8,6 +8,7 @@
 #include "kv_tr/fit/matrix.h"
 #include "kv_tr/fit/normal_equations.h"
 #include "kv_tr/model/direction.h"
+#include "kv_tr/model/elementary.h"
 
 namespace kv_tr {
 namespace {
@@ -15,7 +16,7 @@ namespace {
 /// Coordinates and shifts are iterated in hundreds of metres.
 constexpr double kIterationScale = 100.0;
 
-const double kTwoPi = 8.0 * std::atan(1.0);
+const double kTwoPi = 8.0 * ArcTangent(1.0);
 
 template <std::size_t count>
 using Vector = std::array<double, count>;

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kv_tr/model/elementary.h"
+
 namespace kv_tr {
 
 Linearisation LinearisationAt(const Transformation& transformation) {
@@ -11,8 +13,8 @@ Linearisation LinearisationAt(const Transformation& transformation) {
     if (type == Type::kHelmert3) return {std::atan2(b[1] - a[2], a[1] + b[2]), 1.0, 1.0};
     // The columns of the matrix are scaleFirst (c, s) and scaleSecond (-s, c); either scale may be
     // negative, and the longer column tells the rotation best.
-    const double first = std::hypot(a[1], b[1]);
-    const double second = std::hypot(a[2], b[2]);
+    const double first = Hypotenuse(a[1], b[1]);
+    const double second = Hypotenuse(a[2], b[2]);
     const double rotation = first >= second ? std::atan2(b[1], a[1]) : std::atan2(-a[2], b[2]);
     const double s = std::sin(rotation);
     const double c = std::cos(rotation);
@@ -153,7 +155,7 @@ Transformation Design::Change(std::span<const double> unknowns,
 }
 
 double Design::PointCofactors::Greatest() const {
-    return 0.5 * (first + second + std::hypot(first - second, 2.0 * mixed));
+    return 0.5 * (first + second + Hypotenuse(first - second, 2.0 * mixed));
 }
 
 std::vector<Design::PointCofactors> Design::CofactorsAt(const TriangularFactor& factor,

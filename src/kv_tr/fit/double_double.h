@@ -25,7 +25,29 @@ struct DoubleDouble {
     }
     static DoubleDouble Product(double a, double b) {
         const double product = a * b;
-        return {product, std::fma(a, b, -product)};
+        return {product, ErrorOfProduct(a, b, product)};
+    }
+
+    /// What rounding took from a product.
+    static double ErrorOfProduct(double a, double b, double product) {
+#ifdef __MINGW32__                              // whose std::fma rounds twice
+        constexpr double kSmallest = 0x1p-900;  // beyond these the parts would leave the doubles
+        constexpr double kGreatest = 0x1p900;
+        const double size = std::abs(product);
+        if (!(size >= kSmallest && size <= kGreatest && std::abs(a) <= kGreatest &&
+              std::abs(b) <= kGreatest))
+            return std::fma(a, b, -product);
+        // Products of halves of 26 bits are exact (Dekker 1971, Veltkamp's way to halve).
+        const auto upperHalf = [](double value) {
+            const double part = 0x1p27 * value + value;
+            return part - (part - value);
+        };
+        const double aHigh = upperHalf(a), aLow = a - aHigh;
+        const double bHigh = upperHalf(b), bLow = b - bHigh;
+        return aLow * bLow - (((product - aHigh * bHigh) - aLow * bHigh) - aHigh * bLow);
+#else
+        return std::fma(a, b, -product);
+#endif
     }
 
     friend DoubleDouble operator+(DoubleDouble a, DoubleDouble b) {

@@ -8,6 +8,7 @@
 
 #include "kv_tr/fit/closed_fit.h"
 #include "kv_tr/fit/design.h"
+#include "kv_tr/model/elementary.h"
 #include "kv_tr/model/hull.h"
 
 namespace kv_tr {
@@ -94,7 +95,7 @@ double OriginDistance(std::span<const ControlPoint> points, const Frame& frame) 
         sum.first += point.source.first - frame.origin.first;
         sum.second += point.source.second - frame.origin.second;
     }
-    return std::hypot(sum.first, sum.second) / static_cast<double>(points.size()) /
+    return Hypotenuse(sum.first, sum.second) / static_cast<double>(points.size()) /
            frame.halfLength;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "kv_tr/fit/design.h"
+#include "kv_tr/model/elementary.h"
 
 namespace kv_tr {
 namespace {
@@ -18,7 +19,7 @@ std::size_t CountPlaces(std::span<const Point> points, double resolution, std::s
     std::vector<Point> places;
     for (const Point& point : points) {
         const bool known = std::ranges::any_of(places, [&](Point place) {
-            return std::hypot(place.first - point.first, place.second - point.second) < resolution;
+            return Hypotenuse(place.first - point.first, place.second - point.second) < resolution;
         });
         if (known) continue;
         places.push_back(point);
@@ -49,7 +50,7 @@ double DistanceFromCurve(std::span<const Point> sources, const Frame& axes, int 
     std::vector<double> distances;
     for (const Point& point : inFrame) {
         const Derivative slope = DerivativeAt(curve, point);
-        const double steepness = std::hypot(slope.firstByFirst * axes.perMetre.first,
+        const double steepness = Hypotenuse(slope.firstByFirst * axes.perMetre.first,
                                             slope.firstBySecond * axes.perMetre.second);
         const double value = std::abs(curve.Apply(point).first);
         distances.push_back(value == 0.0 ? 0.0 : value / steepness);

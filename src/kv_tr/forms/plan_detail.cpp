@@ -5,6 +5,8 @@
 #include <array>
 #include <cmath>
 
+#include "kv_tr/model/elementary.h"
+
 namespace kv_tr {
 namespace {
 
@@ -128,7 +130,7 @@ void PlanRoom::Take(const PlanRect& rect) {
 
 void PlanRoom::TakeAlong(const PlanLines::Segment& segment) {
     const auto [from, to] = segment;
-    const double length = std::hypot(to.first - from.first, to.second - from.second);
+    const double length = Hypotenuse(to.first - from.first, to.second - from.second);
     const int steps = static_cast<int>(length / kCell) + 1;
     for (int i = 0; i <= steps; ++i) {
         const double part = double{1} * i / steps;

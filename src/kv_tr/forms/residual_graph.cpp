@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "kv_tr/model/elementary.h"
 #include "kv_tr/published/number_format.h"
 
 namespace kv_tr {
@@ -69,7 +70,7 @@ std::optional<std::int32_t> NearestPair(std::span<const ControlPoint> points, Po
     for (std::size_t i = 0; i < points.size(); ++i) {
         const Point place = points[i].destination;
         const double distance =
-            std::hypot(place.first - destination.first, place.second - destination.second);
+            Hypotenuse(place.first - destination.first, place.second - destination.second);
         if (distance < least) {
             least = distance;
             nearest = static_cast<std::int32_t>(i);

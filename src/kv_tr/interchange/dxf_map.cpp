@@ -6,6 +6,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "kv_tr/model/elementary.h"
+
 namespace kv_tr::dxf {
 namespace {
 
@@ -70,7 +72,7 @@ const Transformation& Forward(const PointMap& map) {
 Point operator+(Point a, Point b) { return {a.first + b.first, a.second + b.second}; }
 Point operator-(Point a, Point b) { return {a.first - b.first, a.second - b.second}; }
 Point operator*(double factor, Point a) { return {factor * a.first, factor * a.second}; }
-double Length(Point a) { return std::hypot(a.first, a.second); }
+double Length(Point a) { return Hypotenuse(a.first, a.second); }
 Point Left(Point a) { return {-a.second, a.first}; }
 
 Point DirectionOf(double degrees) {
@@ -196,7 +198,7 @@ Point Bulge::At(double t) const {
     if (t == 1) return to;
     const Point chord = to - from;
     const Point centre = from + 0.5 * chord + (1 - bulge * bulge) / (4 * bulge) * Left(chord);
-    const double angle = 4 * std::atan(bulge) * t;
+    const double angle = 4 * ArcTangent(bulge) * t;
     const Point radius = from - centre;
     return centre + std::cos(angle) * radius + std::sin(angle) * Left(radius);
 }

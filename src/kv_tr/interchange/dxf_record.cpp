@@ -6,6 +6,8 @@
 #include <cmath>
 #include <utility>
 
+#include "kv_tr/model/elementary.h"
+
 namespace kv_tr::dxf {
 namespace {
 
@@ -106,7 +108,7 @@ int Record::Facing() const {
     const double x = Number(210, 0);
     const double y = Number(220, 0);
     const double z = Number(230, 1);
-    if (std::hypot(x, y) > kHorizontal * std::abs(z)) return 0;
+    if (Hypotenuse(x, y) > kHorizontal * std::abs(z)) return 0;
     return z < 0 ? -1 : 1;
 }
 

@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "kv_tr/interchange/format_writers.h"
+#include "kv_tr/model/elementary.h"
 
 namespace kv_tr {
 namespace {
@@ -259,7 +260,7 @@ std::string ProjHelmertText(const TransformationRecord& record) {
     const auto& [type, a, b] = record.transformation;
     return BetweenSwaps(record,
                         "+proj=helmert +x=" + ShortestText(a[0]) + " +y=" + ShortestText(b[0]) +
-                            " +s=" + ShortestText(std::hypot(a[1], a[2])) +
+                            " +s=" + ShortestText(Hypotenuse(a[1], a[2])) +
                             " +theta=" + ShortestText(std::atan2(a[2], a[1]) * kArcSeconds));
 }
 

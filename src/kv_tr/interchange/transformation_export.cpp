@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "kv_tr/interchange/format_writers.h"
+#include "kv_tr/model/elementary.h"
 #include "kv_tr/model/type_name.h"
 
 namespace kv_tr {
@@ -21,7 +22,7 @@ bool IsFinite(const TransformationRecord& record) {
 /// Whether b1 = -a2 and b2 = a1, up to rounding.
 bool IsSimilarity(const Transformation& linear) {
     constexpr double kRounding = 1e-12;
-    const double size = std::hypot(linear.a[1], linear.a[2]);
+    const double size = Hypotenuse(linear.a[1], linear.a[2]);
     return size > 0.0 && std::isfinite(size) &&
            std::abs(linear.b[1] + linear.a[2]) <= kRounding * size &&
            std::abs(linear.b[2] - linear.a[1]) <= kRounding * size;

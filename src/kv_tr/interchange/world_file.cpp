@@ -6,6 +6,7 @@
 
 #include "kv_tr/interchange/format_writers.h"
 #include "kv_tr/interchange/point_formats.h"
+#include "kv_tr/model/elementary.h"
 
 namespace kv_tr {
 namespace {
@@ -82,7 +83,7 @@ Exported CadWorldFileText(const TransformationRecord& record) {
     if (hull.size() < 2) return Refusal::kNoPlaces;
     const auto farthest = [&hull](Point from) {
         return *std::ranges::max_element(hull, {}, [from](Point corner) {
-            return std::hypot(corner.first - from.first, corner.second - from.second);
+            return Hypotenuse(corner.first - from.first, corner.second - from.second);
         });
     };
     const Point one = farthest(hull.front());

@@ -3,11 +3,13 @@
 
 #include <cmath>
 
+#include "kv_tr/model/elementary.h"
+
 namespace kv_tr {
 
 /// The angles that directions are folded with, radians.
 struct AngleConstants {
-    double pi = 4.0 * std::atan(1.0);
+    double pi = 4.0 * ArcTangent(1.0);
     double rightAngle = pi / 2.0;
     double fullTurn = pi + pi;
 };

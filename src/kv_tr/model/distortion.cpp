@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "kv_tr/model/elementary.h"
+
 namespace kv_tr {
 namespace {
 
@@ -35,7 +37,7 @@ Distortion DistortionOf(const Derivative& derivative) {
     distortion.leastScale = greater - less;
     distortion.areaScale = a * d - b * c;
     distortion.rotation = std::atan2(q, p);
-    distortion.greatestAngleChange = greater == 0.0 ? 0.0 : 2.0 * std::asin(less / greater);
+    distortion.greatestAngleChange = greater == 0.0 ? 0.0 : 2.0 * ArcSine(less / greater);
     if (2.0 * less >= kSameScale * distortion.greatestScale && less > 0.0) {
         const double twice = std::atan2(s, r);
         distortion.directionInSource = Folded((twice - distortion.rotation) / 2.0);

@@ -5,6 +5,8 @@
 #include <array>
 #include <cmath>
 
+#include "kv_tr/model/elementary.h"
+
 namespace kv_tr {
 namespace {
 
@@ -71,7 +73,7 @@ double DistanceToEdge(Point from, Point to, Point point) {
         (point.first - from.first) * edge.first + (point.second - from.second) * edge.second;
     const double part = squared > 0.0 ? std::clamp(along / squared, 0.0, 1.0) : 0.0;
     const Point foot = Between(from, to, part);
-    return std::hypot(point.first - foot.first, point.second - foot.second);
+    return Hypotenuse(point.first - foot.first, point.second - foot.second);
 }
 
 }  // namespace
@@ -119,7 +121,7 @@ std::vector<Point> HullSamples(std::span<const Point> hull) {
 double DistanceOutside(std::span<const Point> hull, Point point) {
     if (hull.empty()) return 0.0;
     bool inside = hull.size() > 2;
-    double nearest = std::hypot(point.first - hull[0].first, point.second - hull[0].second);
+    double nearest = Hypotenuse(point.first - hull[0].first, point.second - hull[0].second);
     for (std::size_t i = 0; i < hull.size(); ++i) {
         const Point next = hull[(i + 1) % hull.size()];
         inside = inside && Turn(hull[i], next, point) >= 0.0;
@@ -138,7 +140,7 @@ double Diameter(std::span<const Point> hull) {
     double greatest = 0.0;
     for (std::size_t i = 0; i < hull.size(); ++i) {
         for (std::size_t j = i + 1; j < hull.size(); ++j) {
-            greatest = std::max(greatest, std::hypot(hull[i].first - hull[j].first,
+            greatest = std::max(greatest, Hypotenuse(hull[i].first - hull[j].first,
                                                      hull[i].second - hull[j].second));
         }
     }

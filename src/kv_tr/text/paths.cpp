@@ -23,6 +23,12 @@ std::ifstream OpenToRead(const fs::path& path) {
     return stream;
 }
 
+std::optional<fs::file_time_type> LastChange(const fs::path& path) {
+    std::error_code error;
+    const fs::file_time_type changed = fs::last_write_time(path, error);
+    return error ? std::nullopt : std::optional(changed);
+}
+
 std::string Environment(const char* name) {
     const char* value = std::getenv(name);
     return value == nullptr ? "" : value;

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,9 @@ std::FILE* OpenNameless();
 
 /// Opens a file to read its bytes. A folder does not open, though systems differ there.
 std::ifstream OpenToRead(const std::filesystem::path& path);
+
+/// When a file was changed last, as exactly as its system notes that; nothing where there is none.
+std::optional<std::filesystem::file_time_type> LastChange(const std::filesystem::path& path);
 
 /// What a variable of the environment says, in UTF-8 on Windows; empty when it is not set.
 std::string Environment(const char* name);

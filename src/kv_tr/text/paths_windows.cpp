@@ -1,9 +1,12 @@
 // Names of files on Windows: UTF-8 here, UTF-16 there.
+#include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 
 #include "kv_tr/text/paths.h"
 #include "kv_tr/text/wide_text.h"
+#include "kv_tr/text/windows_api.h"
 
 namespace kv_tr {
 namespace fs = std::filesystem;
@@ -29,6 +32,18 @@ std::FILE* OpenNameless() {
 
 std::ifstream OpenToRead(const fs::path& path) {
     return std::ifstream(path, std::ios::binary);  // folders do not open here
+}
+
+// The standard library knows whole seconds here, in which a file may change twice.
+std::optional<fs::file_time_type> LastChange(const fs::path& path) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) == 0) return std::nullopt;
+    const auto [low, high] = data.ftLastWriteTime;
+    const std::int64_t ticks = static_cast<std::int64_t>(high) << 32 | low;  // since 1601
+    using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
+    using namespace std::chrono;
+    constexpr auto kFrom1601 = sys_days{1970y / 1 / 1} - sys_days{1601y / 1 / 1};
+    return file_clock::from_sys(sys_time<Ticks>(Ticks(ticks) - kFrom1601));
 }
 
 std::string Environment(const char* name) {
