@@ -11,6 +11,7 @@ namespace {
 constexpr char kTransform[] = "kv_tr transform --points shift --type affine --keep-going ";
 
 TEST_F(CommandLine, KeepsItsMessagesOutOfItsFilesWhenStandardStreamsAreClosed) {
+    if (IsThroughWine()) GTEST_SKIP() << "Wine waits for ever where streams are closed";
     const std::string bad = Files()["bad"];
     ASSERT_EQ(Run(kTransform, bad), 1);
     const std::string image = out;
@@ -51,10 +52,12 @@ TEST_F(CommandLine, ReadsAndWritesNoFileUnderTwoNames) {
              "transform bad --points link --type affine --output hard",
              "transform bad --params p.trp --output folder/../p.trp",
          }) {
+        if (!WhyNotThroughWine(line).empty()) continue;
         const auto before = Files();
         EXPECT_EQ(Run("kv_tr " + std::string(line)), 2) << line << err;
         EXPECT_EQ(Files(), before) << line;
     }
+    if (IsThroughWine()) return;  // which has no such links and files
     EXPECT_EQ(Run("kv_tr adjust shift --plot dangling.svg --save-points link"), 0) << err;
     EXPECT_EQ(Run("kv_tr adjust shift --log /dev/null --save-points /dev/null"), 0) << err;
 }
@@ -70,6 +73,7 @@ TEST_F(CommandLine, RefusesNumbersWithDecimalCommasUnlessToldOfThem) {
              {fit + "c --output x", "a 1 2\nb 1,5 2\n", "c, line 2: "},
              {fit + "<c", "1,5 2,5\n", "input, line 1: "},
          }) {
+        if (!WhyNotThroughWine(line).empty()) continue;
         WriteFile(work + "c", text);
         const auto files = Files();
         EXPECT_EQ(Run("kv_tr " + line), 1) << line;
@@ -118,6 +122,7 @@ TEST_F(CommandLine, NeverPassesControlCharactersOnToTheTerminal) {
              {"params " + name, "_[31m__Ő"},
              {"types --language " + name, "_[31m__Ő"},
          }) {
+        if (!WhyNotThroughWine(line).empty()) continue;
         Run("kv_tr " + line);
         std::erase(out, '\t');
         EXPECT_NE((out + err).find(shown), out.npos) << line << "\n" << out << err;

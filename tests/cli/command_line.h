@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -13,8 +14,32 @@
 
 namespace kv_tr::test {
 
+/// Whether the program is that of Windows, which Wine runs: KV_TR_PROGRAMS is the folder with a
+/// `kv_tr` that starts it.
+inline bool IsThroughWine() { return std::getenv("KV_TR_PROGRAMS") != nullptr; }
+
+/// Why a command line cannot be tried on Windows, or empty.
+inline std::string WhyNotThroughWine(const std::string& line) {
+    if (!IsThroughWine()) return {};
+    for (const auto& [part, reason] : {
+             std::pair{"\\377", "names are UTF-8"},
+             {"command -v", "the program is a script that starts Wine"},
+             {"KV_Tr.res", "the program is a script that starts Wine"},
+             {"script -", "a terminal of POSIX is no console"},
+             {"transform bad\"", "no name of a file has control characters there"},
+             {"/dev/stdin", "there is no such file"},
+             {"/dev/null --save", "there is no such file"},
+             {"dangling", "links are followed by Wine, but not seen through it"},
+             {"ulimit -f", "the limit ends Wine"},
+         }) {
+        if (line.find(part) != line.npos) return reason;
+    }
+    return {};
+}
+
 inline constexpr char kSurroundings[] =
-    "; unset LANG LC_MESSAGES NO_COLOR; export LC_ALL=C HOME=$PWD/.. XDG_CONFIG_HOME=$PWD/..; "
+    "; unset LANG LC_MESSAGES NO_COLOR; export LC_ALL=C.UTF-8 HOME=$PWD/.. "
+    "XDG_CONFIG_HOME=$PWD/..; "
     "PATH=${KV_TR_PROGRAMS:-$(dirname '" KV_TR_PROGRAM "')}:$PATH; { ";
 
 /// Runs command lines in a folder that holds the examples and a few more point files.
