@@ -1,0 +1,81 @@
+#!/usr/bin/env bash
+# Tests the component through Wine: run_com_tests.sh PART PREFIX KV_TR_COM.DLL COM_TESTS.EXE
+# PART is registration, client or script. PREFIX is where Wine's Windows is made unless $WINEPREFIX says so.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+part=$1 dll=$3 client=$4
+export WINEPREFIX=${WINEPREFIX:-$2} WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
+unset DISPLAY WAYLAND_DISPLAY # no window, so that nothing waits for a user
+wine=/usr/lib/wine/wine64
+
+if [[ ! -e $WINEPREFIX/system.reg ]]; then
+    mkdir -p "$WINEPREFIX"
+    "$wine" wineboot -i
+    /usr/lib/wine/wineserver -w
+fi
+
+# The keys below a root that are the component's: its classes, names, interfaces and type library.
+keys() {
+    "$wine" reg query "$1\\Software\\Classes" /s 2>/dev/null | tr -d '\r' |
+        grep -iE '^HKEY.*(KV_Tr\.|5bb3fed9-84b0-431d-8047-1a6ff797)' || true
+}
+
+expect_keys() { # ROOT some|none
+    local found
+    found=$(keys "$1")
+    case $2 in
+        none)
+            [[ -z $found ]] || { echo "left below $1: $found" && exit 1; }
+            ;;
+        some)
+            local name
+            for name in clsTr clsTrCalc clsFile GCommonDialog clsComponent clsDebug clsRec; do
+                grep -qi "KV_Tr.$name.1.CLSID\$" <<<"$found" || { echo "no KV_Tr.$name.1 below $1" && exit 1; }
+            done
+            # Seven classes, their interfaces with the one of events, the type library.
+            [[ $(grep -icE 'CLSID.{5bb3fed9-[-0-9a-f]*}$' <<<"$found") == 7 ]] || { echo "classes: $found" && exit 1; }
+            [[ $(grep -icE 'Interface.{5bb3fed9-[-0-9a-f]*}$' <<<"$found") -ge 7 ]] ||
+                { echo "interfaces: $found" && exit 1; }
+            grep -qiE 'TypeLib.{5bb3fed9-[-0-9a-f]*}.1.0.0.win(32|64)$' <<<"$found" ||
+                { echo "no type library: $found" && exit 1; }
+            ;;
+    esac
+}
+
+register() { "$wine" regsvr32 /s "$@" "$dll"; }
+
+case $part in
+    registration)
+        expect_keys HKCU none
+        expect_keys HKLM none
+        register
+        expect_keys HKCU some
+        expect_keys HKLM none
+        register /u
+        expect_keys HKCU none
+        register /n /i:machine
+        expect_keys HKCU none
+        expect_keys HKLM some
+        register /u /n /i:machine
+        expect_keys HKLM none
+        register /u # twice is no failure
+        ! register /n /i:elsewhere
+        ;;
+    client | script)
+        register /n /i:machine # Wine 8 does not look for classes of the user
+        trap 'register /u /n /i:machine' EXIT
+        if [[ $part == client ]]; then
+            "$wine" "$client"
+        else
+            output=$("$wine" cscript //nologo script.vbs | tr -d '\r')
+            echo "$output"
+            # A script that an error ends prints no last line.
+            [[ $(tail -n 1 <<<"$output") == "all as expected" ]]
+        fi
+        ;;
+    *)
+        echo "no part $part" >&2
+        exit 2
+        ;;
+esac
