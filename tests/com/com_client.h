@@ -67,7 +67,9 @@ public:
     Value(double number) : Value() { value_.vt = VT_R8, value_.dblVal = number; }
     Value(int number) : Value() { value_.vt = VT_I4, value_.lVal = number; }
     Value(bool truth) : Value() { value_.vt = VT_BOOL, value_.boolVal = truth ? -1 : 0; }
-    Value(const wchar_t* text) : Value() { value_.vt = VT_BSTR, value_.bstrVal = SysAllocString(text); }
+    Value(const wchar_t* text) : Value() {
+        value_.vt = VT_BSTR, value_.bstrVal = SysAllocString(text);
+    }
     /// What a language passes for a variable: a reference to it.
     Value(double* place) : Value() { value_.vt = VT_BYREF | VT_R8, value_.pdblVal = place; }
     Value(short* place) : Value() { value_.vt = VT_BYREF | VT_I2, value_.piVal = place; }
@@ -91,13 +93,16 @@ public:
         value.value_.vt = VT_ERROR, value.value_.scode = DISP_E_PARAMNOTFOUND;
         return value;
     }
-    Value(const Value& other) : Value() { VariantCopy(&value_, const_cast<VARIANT*>(&other.value_)); }
+    Value(const Value& other) : Value() {
+        VariantCopy(&value_, const_cast<VARIANT*>(&other.value_));
+    }
     Value& operator=(const Value& other) {
         VariantCopy(&value_, const_cast<VARIANT*>(&other.value_));
         return *this;
     }
     ~Value() { VariantClear(&value_); }
     VARIANT* operator->() { return &value_; }
+    const VARIANT* operator->() const { return &value_; }
     VARIANT& operator*() { return value_; }
 
     /// An element of an array of variants, or of a table.
@@ -109,11 +114,13 @@ public:
     }
     double Number() const {
         Value number;
-        const bool is = SUCCEEDED(VariantChangeType(&number.value_, const_cast<VARIANT*>(&value_), 0, VT_R8));
+        const bool is =
+            SUCCEEDED(VariantChangeType(&number.value_, const_cast<VARIANT*>(&value_), 0, VT_R8));
         return is ? number.value_.dblVal : -1e300;
     }
     std::wstring Text() const {
-        return value_.vt == VT_BSTR ? std::wstring(value_.bstrVal, SysStringLen(value_.bstrVal)) : L"no text";
+        return value_.vt == VT_BSTR ? std::wstring(value_.bstrVal, SysStringLen(value_.bstrVal))
+                                    : L"no text";
     }
 
 private:
@@ -130,7 +137,8 @@ struct Outcome {
 };
 
 /// Calls a member as scripts do; arguments with a name follow those without.
-inline Outcome Call(IUnknown* object, const wchar_t* member, WORD flags, std::vector<Value> values = {},
+inline Outcome Call(IUnknown* object, const wchar_t* member, WORD flags,
+                    std::vector<Value> values = {},
                     std::vector<std::pair<const wchar_t*, Value>> named = {}) {
     Outcome outcome;
     ComPtr<IDispatch> dispatch;
@@ -171,6 +179,8 @@ inline Outcome PutProperty(IUnknown* object, const wchar_t* member, const Value&
 }
 
 /// The HRESULT of a run-time error: its number in the facility of controls.
-constexpr HRESULT ErrorOf(int number) { return static_cast<HRESULT>(0x800A0000U + static_cast<unsigned>(number)); }
+constexpr HRESULT ErrorOf(int number) {
+    return static_cast<HRESULT>(0x800A0000U + static_cast<unsigned>(number));
+}
 
 }  // namespace com_client

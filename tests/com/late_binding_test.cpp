@@ -57,19 +57,22 @@ TEST(CallByName, PutsResultsWhereTheyCameFrom) {
 TEST(CallByName, TakesNamedArguments) {
     const auto tr = NewAffine();
     double x = 0, y = 0;
-    const Outcome outcome = CallMethod(tr.Get(), L"TrXY", {1},
-                                       {{L"dYtr", &y}, {L"dY", 2}, {L"dXtr", &x}});
+    const Outcome outcome =
+        CallMethod(tr.Get(), L"TrXY", {1}, {{L"dYtr", &y}, {L"dY", 2}, {L"dXtr", &x}});
     EXPECT_EQ(outcome.code, S_OK);
     EXPECT_EQ(x, First(1, 2));
     EXPECT_EQ(y, Second(1, 2));
-    EXPECT_EQ(CallMethod(tr.Get(), L"TrXY", {1, 2, &x, &y}, {{L"dX", 2}}).code, DISP_E_BADPARAMCOUNT);
-    EXPECT_EQ(CallMethod(tr.Get(), L"TrXY", {1, 2, &x, &y}, {{L"nothing", 2}}).code, DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(CallMethod(tr.Get(), L"TrXY", {1, 2, &x, &y}, {{L"dX", 2}}).code,
+              DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(CallMethod(tr.Get(), L"TrXY", {1, 2, &x, &y}, {{L"nothing", 2}}).code,
+              DISP_E_UNKNOWNNAME);
 }
 
 TEST(CallByName, FillsInDefaults) {
     const auto tr = NewAffine();
     kv_tr::clsTr library;
-    library.udtTrAffinPrm({.eType = kv_tr::TR_AFFIN, .dA0 = 11, .dA1 = 2, .dA2 = 3, .dB1 = -5, .dB0 = 13, .dB2 = 7});
+    library.udtTrAffinPrm(
+        {.eType = kv_tr::TR_AFFIN, .dA0 = 11, .dA1 = 2, .dA2 = 3, .dB1 = -5, .dB0 = 13, .dB2 = 7});
     double angle = -1, expected = -2, other = -3;
     constexpr double kFar = 1e7;  // where the length shows in differences of single precision
     EXPECT_EQ(CallMethod(tr.Get(), L"TrAngle", {1, &angle, kFar, kFar / 3}).code, S_OK);
@@ -77,7 +80,8 @@ TEST(CallByName, FillsInDefaults) {
     library.TrAngle(1, other, kFar, kFar / 3, 99);
     EXPECT_EQ(angle, expected);
     EXPECT_NE(other, expected);
-    EXPECT_EQ(CallMethod(tr.Get(), L"TrAngle", {1, &angle, kFar, kFar / 3, Value::Missing()}).code, S_OK);
+    EXPECT_EQ(CallMethod(tr.Get(), L"TrAngle", {1, &angle, kFar, kFar / 3, Value::Missing()}).code,
+              S_OK);
     EXPECT_EQ(angle, expected);
     CallMethod(tr.Get(), L"TrAngle", {1, &angle, kFar, kFar / 3, 99});
     EXPECT_EQ(angle, other);
@@ -86,7 +90,8 @@ TEST(CallByName, FillsInDefaults) {
     EXPECT_EQ(listing.code, S_OK);
     EXPECT_GT(listing.result.Text().size(), 50U);
     tr->put_udtTrPrmByDAT2M1(::TR_BOV_EOV);
-    const std::wstring titled = CallMethod(tr.Get(), L"sListPoliTrPrm", {L"Own title"}).result.Text();
+    const std::wstring titled =
+        CallMethod(tr.Get(), L"sListPoliTrPrm", {L"Own title"}).result.Text();
     EXPECT_TRUE(titled.starts_with(L"Own title"));
     EXPECT_FALSE(CallMethod(tr.Get(), L"sListPoliTrPrm").result.Text().starts_with(L"Own"));
 }
@@ -173,7 +178,8 @@ TEST(CallByName, TakesPairsAsRecordsArraysAndTables) {
 
     const Value arrays{{L"a", 1, 2, 3, 4, 0, 0, true}, {L"b", 5, L"6", 7, 8}};
     EXPECT_EQ(CallMethod(engine.Get(), L"AddXY4Tr", {arrays, false}).code, S_OK);
-    EXPECT_EQ(CallMethod(engine.Get(), L"AddXY4Tr", {Table({{L"c", 9, 10, 11, 12}}), true}).code, S_OK);
+    EXPECT_EQ(CallMethod(engine.Get(), L"AddXY4Tr", {Table({{L"c", 9, 10, 11, 12}}), true}).code,
+              S_OK);
     Outcome pairs = GetProperty(engine.Get(), L"vXYs");
     ASSERT_EQ(pairs.code, S_OK);
     ASSERT_EQ(SafeArrayGetDim(pairs.result->parray), 2U);
@@ -183,9 +189,18 @@ TEST(CallByName, TakesPairsAsRecordsArraysAndTables) {
     EXPECT_EQ(pairs.result.At(2, 0).Text(), L"c");
     EXPECT_EQ(pairs.result.At(2, 4).Number(), 12);
 
+    Value fixed{{L"d", 1, 2, 3, 4}};  // an array variable of fixed size, which nothing replaces
+    fixed->parray->fFeatures |= FADF_FIXEDSIZE;
+    Value reference;
+    reference->vt = VT_BYREF | VT_ARRAY | VT_VARIANT;
+    reference->pparray = &fixed->parray;
+    EXPECT_EQ(CallMethod(engine.Get(), L"AddXY4Tr", {&*reference, true}).code, S_OK);
+    fixed->parray->fFeatures &= static_cast<USHORT>(~FADF_FIXEDSIZE);
+
     Value all, number;
     EXPECT_EQ(CallMethod(engine.Get(), L"GetAllXYs", {&*all, &*number}).code, S_OK);
-    EXPECT_EQ(number.Number(), 3);
+    EXPECT_EQ(number.Number(), 4);
+    EXPECT_EQ(all.At(3, 0).Text(), L"d");
     EXPECT_EQ(all.At(1, 0).Text(), L"b");
     EXPECT_EQ(CallMethod(engine.Get(), L"AddXY4Tr", {L"nothing", false}).code, DISP_E_TYPEMISMATCH);
 }

@@ -19,7 +19,7 @@ std::optional<std::string> TitleOf(const VARIANT& title) {
 
 class Tr final : public Object<_clsTr> {
 public:
-    Tr() : Object(IID__clsTr, CLSID_clsTr) { engine_.Attach(Wrap(core_.oCalcTr())); }
+    Tr() : Object(IID__clsTr, CLSID_clsTr) { TakeOver(engine_, Wrap(core_.oCalcTr())); }
 
     STDMETHODIMP get_gName(BSTR* value) override {
         return Result(value, [&] { return core_.gName; });

@@ -55,10 +55,12 @@ public:
 
     void GiveBack() {
         if (!back_) return;
-        if (array_.Get()) return GiveBackArray(Plain(array_.Get(), kind_));
-        if (ownRecord_ && plainRecord_) return GiveBackArray(FieldsOf(kind_.record, ownRecord_));
-        if (kind_.array) return;  // nothing was given, nothing was made
-        if (kind_.type == VT_RECORD) {
+        if (kind_.array) {
+            // Members make a new array, or leave the one that they get as it is.
+            if (array_.Get() != givenArray_) GiveBackArray(Plain(array_.Get(), kind_));
+        } else if (ownRecord_ && plainRecord_) {
+            GiveBackArray(FieldsOf(kind_.record, ownRecord_));
+        } else if (kind_.type == VT_RECORD) {
             Check(VariantClear(back_));
             MoveRecord(back_);
         } else if ((back_->vt & VT_BYREF) != 0) {
@@ -143,6 +145,7 @@ private:
         SAFEARRAY* plain = VariantArray(inner);
         if (!plain && inner.vt != VT_EMPTY) throw Failure{DISP_E_TYPEMISMATCH};
         if (plain) *array_.Place() = Typed(plain, kind_);
+        givenArray_ = array_.Get();
         if ((given.vt & VT_BYREF) != 0) back_ = &inner;
         Pass(ByReference(VT_ARRAY), array_.Place());
     }
@@ -199,6 +202,7 @@ private:
     void* ownRecord_ = nullptr;
     bool plainRecord_ = false;  // the record came as an array of its fields
     OwnArray array_;
+    const SAFEARRAY* givenArray_ = nullptr;  // what array_ was before the call
 };
 
 /// The description of a member that suits a call.

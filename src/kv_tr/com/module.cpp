@@ -42,7 +42,7 @@ public:
         return Guarded(IID_IClassFactory, [&] {
             InstallOnce();
             ComPtr<IDispatch> object;
-            object.Attach(class_.create());
+            TakeOver(object, class_.create());
             Check(object->QueryInterface(id, out));
         });
     }

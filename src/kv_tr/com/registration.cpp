@@ -78,11 +78,12 @@ void DeleteKeys(const ClassesKey& classes) {
     }
 }
 
-/// While it lives, what is written below HKEY_CLASSES_ROOT goes to these classes: the functions
-/// that register type libraries know that place only.
+/// While it lives, what is written below HKEY_CLASSES_ROOT goes to the classes of that root: the
+/// functions that register type libraries know that place only, which by itself is the machine's.
 class Redirection {
 public:
-    explicit Redirection(const ClassesKey& classes) {
+    Redirection(HKEY root, const ClassesKey& classes) {
+        if (root == HKEY_LOCAL_MACHINE) return;
         CheckStatus(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.Get()));
     }
     ~Redirection() { RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
@@ -100,7 +101,7 @@ HRESULT Register(HKEY root) {
         WriteKeys(classes);
         ITypeLib& library = TypeLibrary();
         std::wstring path = ModulePath();
-        const Redirection redirection(classes);
+        const Redirection redirection(root, classes);
         Check(RegisterTypeLib(&library, path.data(), nullptr));
     });
 }
@@ -109,7 +110,7 @@ HRESULT Unregister(HKEY root) {
     return Guarded(IID_IUnknown, [&] {
         const ClassesKey classes(root);
         {
-            const Redirection redirection(classes);
+            const Redirection redirection(root, classes);
             const SYSKIND kind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
             UnRegisterTypeLib(LIBID_KV_Tr, 1, 0, LOCALE_NEUTRAL, kind);  // may not be there
         }

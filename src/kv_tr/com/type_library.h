@@ -12,6 +12,12 @@ namespace kv_tr::com {
 
 using Microsoft::WRL::ComPtr;
 
+/// Takes over the reference that an object was made with; ComPtr::Attach of mingw adds another one.
+template <class Interface>
+void TakeOver(ComPtr<Interface>& pointer, Interface* made) {
+    *pointer.ReleaseAndGetAddressOf() = made;
+}
+
 /// The DLL, for its path and its resources; set when it is loaded.
 inline HMODULE theModule = nullptr;
 
