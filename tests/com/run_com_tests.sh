@@ -35,7 +35,7 @@ expect_keys() { # ROOT some|none
             done
             # Seven classes, their interfaces with the one of events, the type library.
             [[ $(grep -icE 'CLSID.{5bb3fed9-[-0-9a-f]*}$' <<<"$found") == 7 ]] || { echo "classes: $found" && exit 1; }
-            [[ $(grep -icE 'Interface.{5bb3fed9-[-0-9a-f]*}$' <<<"$found") -ge 7 ]] ||
+            [[ $(grep -icE 'Interface.{5bb3fed9-[-0-9a-f]*}$' <<<"$found") == 8 ]] ||
                 { echo "interfaces: $found" && exit 1; }
             grep -qiE 'TypeLib.{5bb3fed9-[-0-9a-f]*}.1.0.0.win(32|64)$' <<<"$found" ||
                 { echo "no type library: $found" && exit 1; }

@@ -34,6 +34,12 @@ public:
         const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
         CheckStatus(RegSetKeyValueW(key_, key.c_str(), name, REG_SZ, value.c_str(), bytes));
     }
+    bool Has(const std::wstring& key) const {
+        HKEY opened = nullptr;
+        if (RegOpenKeyExW(key_, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS) return false;
+        RegCloseKey(opened);
+        return true;
+    }
     void Delete(const std::wstring& key) const {
         const LSTATUS status = RegDeleteTreeW(key_, key.c_str());
         if (status != ERROR_FILE_NOT_FOUND) CheckStatus(status);
@@ -78,18 +84,54 @@ void DeleteKeys(const ClassesKey& classes) {
     }
 }
 
-/// While it lives, what is written below HKEY_CLASSES_ROOT goes to the classes of that root: the
-/// functions that register type libraries know that place only, which by itself is the machine's.
-class Redirection {
-public:
-    Redirection(HKEY root, const ClassesKey& classes) {
-        if (root == HKEY_LOCAL_MACHINE) return;
-        CheckStatus(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.Get()));
+/// The keys of the type library: of all versions, of ours, and of a DLL of ours for either size of
+/// programs. The 0 is the language: any.
+std::wstring LibraryKey() { return L"TypeLib\\" + TextOf(LIBID_KV_Tr); }
+std::wstring VersionKey() { return LibraryKey() + L"\\1.0"; }
+std::wstring DllKey(bool for64Bits) {
+    return VersionKey() + (for64Bits ? L"\\0\\win64" : L"\\0\\win32");
+}
+constexpr bool k64Bits = sizeof(void*) == 8;
+
+/// Calls use(key, name, dual) for each interface of the type library.
+void ForInterfaces(auto use) {
+    ITypeLib& library = TypeLibrary();
+    for (UINT i = 0; i < library.GetTypeInfoCount(); ++i) {
+        ComPtr<ITypeInfo> info;
+        Check(library.GetTypeInfo(i, &info));
+        const TypeAttributes attributes(*info.Get());
+        if (attributes->typekind != TKIND_DISPATCH) continue;
+        BSTR text = nullptr;
+        Check(info->GetDocumentation(MEMBERID_NIL, &text, nullptr, nullptr, nullptr));
+        const std::wstring name(text, SysStringLen(text));
+        SysFreeString(text);
+        use(L"Interface\\" + TextOf(attributes->guid), name,
+            (attributes->wTypeFlags & TYPEFLAG_FDUAL) != 0);
     }
-    ~Redirection() { RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
-    Redirection(const Redirection&) = delete;
-    Redirection& operator=(const Redirection&) = delete;
-};
+}
+
+/// The system's own functions for this also write elsewhere than below the key.
+void WriteLibrary(const ClassesKey& classes) {
+    classes.Set(VersionKey(), nullptr, L"KV_Tr: plane coordinate transformations");
+    classes.Set(VersionKey() + L"\\FLAGS", nullptr, L"0");
+    classes.Set(DllKey(k64Bits), nullptr, ModulePath());
+    ForInterfaces([&](const std::wstring& key, const std::wstring& name, bool dual) {
+        // What carries calls between apartments: oleaut32, which reads the type library for that.
+        constexpr auto* kDual = L"{00020424-0000-0000-C000-000000000046}";
+        constexpr auto* kDispatch = L"{00020420-0000-0000-C000-000000000046}";
+        classes.Set(key, nullptr, name);
+        classes.Set(key + L"\\ProxyStubClsid32", nullptr, dual ? kDual : kDispatch);
+        classes.Set(key + L"\\TypeLib", nullptr, TextOf(LIBID_KV_Tr));
+        classes.Set(key + L"\\TypeLib", L"Version", L"1.0");
+    });
+}
+
+/// The DLL for programs of the other size keeps its part of the library.
+void DeleteLibrary(const ClassesKey& classes) {
+    classes.Delete(DllKey(k64Bits));
+    if (!classes.Has(DllKey(!k64Bits))) classes.Delete(LibraryKey());
+    ForInterfaces([&](const std::wstring& key, const auto&, bool) { classes.Delete(key); });
+}
 
 }  // namespace
 
@@ -99,21 +141,14 @@ HRESULT Register(HKEY root) {
     return Guarded(IID_IUnknown, [&] {
         const ClassesKey classes(root);
         WriteKeys(classes);
-        ITypeLib& library = TypeLibrary();
-        std::wstring path = ModulePath();
-        const Redirection redirection(root, classes);
-        Check(RegisterTypeLib(&library, path.data(), nullptr));
+        WriteLibrary(classes);
     });
 }
 
 HRESULT Unregister(HKEY root) {
     return Guarded(IID_IUnknown, [&] {
         const ClassesKey classes(root);
-        {
-            const Redirection redirection(root, classes);
-            const SYSKIND kind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-            UnRegisterTypeLib(LIBID_KV_Tr, 1, 0, LOCALE_NEUTRAL, kind);  // may not be there
-        }
+        DeleteLibrary(classes);
         DeleteKeys(classes);
     });
 }

@@ -46,11 +46,11 @@ public:
                                              title.c_str(), StyleOf(message))
                                : 0;
         switch (button) {
-            case 0: return unseen_->Show(message);
+            case IDOK: return Answer::kOk;
             case IDYES: return Answer::kYes;
             case IDNO: return Answer::kNo;
             case IDCANCEL: return Answer::kCancel;
-            default: return Answer::kOk;
+            default: return unseen_->Show(message);  // 0 from Windows, -1 from Wine
         }
     }
 
