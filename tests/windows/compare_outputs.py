@@ -105,7 +105,7 @@ def main():
     for line, text in found[:MOST_SHOWN]:
         print(f"kv_tr {' '.join(line)}\n  {text}")
     print(f"{len(lines)} command lines, {len(found)} with another outcome")
-    return 1 if found or len(lines) < 300 else 0
+    return 1 if found or len(lines) < 250 else 0
 
 
 if __name__ == "__main__":
