@@ -7,8 +7,9 @@
     WriteRegStr HKCU "Software\Classes\${id}\DefaultIcon" "" "$INSTDIR\kv_tr_desktop.exe,0"
     WriteRegStr HKCU "Software\Classes\${id}\shell\open\command" "" '"$INSTDIR\kv_tr_desktop.exe" "%1"'
     WriteRegNone HKCU "Software\Classes\${ending}\OpenWithProgids" "${id}"
-    ReadRegStr $0 HKCR "${ending}" ""
-    ${If} $0 == ""
+    ReadRegStr $0 HKCU "Software\Classes\${ending}" ""
+    ReadRegStr $1 HKLM "Software\Classes\${ending}" ""
+    ${If} "$0$1" == ""
         WriteRegStr HKCU "Software\Classes\${ending}" "" "${id}"
     ${EndIf}
 !macroend

@@ -106,6 +106,27 @@ FunctionEnd
     ${EndIf}
 !macroend
 
+!macro RememberChoice section name
+    ${If} ${SectionIsSelected} ${section}
+        WriteRegDWORD HKCU "${INSTALLED}" "${name}" 1
+    ${Else}
+        WriteRegDWORD HKCU "${INSTALLED}" "${name}" 0
+    ${EndIf}
+!macroend
+
+; A part is left out when it was last time, or with an argument such as /Path=0.
+!macro RecallChoice section name
+    ReadRegDWORD $0 HKCU "${INSTALLED}" "${name}"
+    ${GetParameters} $2
+    ${GetOptions} "$2" "/${name}=" $1
+    ${If} $1 != ""
+        StrCpy $0 $1
+    ${EndIf}
+    ${If} $0 == "0"
+        !insertmacro UnselectSection ${section}
+    ${EndIf}
+!macroend
+
 Section "KV_Tr" SectionProgram
     SectionIn RO
     Call RefuseWhileRunning
@@ -169,27 +190,6 @@ Section "-"
     !insertmacro RememberChoice ${SectionComponent} "Component"
     ${TellOfTypes}
 SectionEnd
-
-!macro RememberChoice section name
-    ${If} ${SectionIsSelected} ${section}
-        WriteRegDWORD HKCU "${INSTALLED}" "${name}" 1
-    ${Else}
-        WriteRegDWORD HKCU "${INSTALLED}" "${name}" 0
-    ${EndIf}
-!macroend
-
-; A part is left out when it was last time, or with an argument such as /Path=0.
-!macro RecallChoice section name
-    ReadRegDWORD $0 HKCU "${INSTALLED}" "${name}"
-    ${GetParameters} $2
-    ${GetOptions} "$2" "/${name}=" $1
-    ${If} $1 != ""
-        StrCpy $0 $1
-    ${EndIf}
-    ${If} $0 == "0"
-        !insertmacro UnselectSection ${section}
-    ${EndIf}
-!macroend
 
 Function .onInit
     ${IfNot} ${AtLeastWin10}
