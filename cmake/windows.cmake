@@ -6,7 +6,6 @@ set(CMAKE_RC_COMPILER ${mingw}-windres)
 # Packages come from the stage and scripts/qt_for_windows alone: what Debian keeps below /usr/include is for Linux.
 set(CMAKE_FIND_ROOT_PATH /usr/${mingw} ${CMAKE_CURRENT_LIST_DIR}/../build/windows-stage/${mingw}
                          ${CMAKE_CURRENT_LIST_DIR}/../build/qt-for-windows/current)
-set(QT_HOST_PATH /usr)  # whose moc and rcc run here
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
