@@ -1,5 +1,6 @@
 ; Installs KV_Tr for the current user, without the rights of an administrator. scripts/windows_installer runs this with
-; the definitions VERSION, SOURCE (the folder to install), FILES (its lists, as macros), ICON, KILOBYTES and OUTPUT.
+; the definitions VERSION, SOURCE (the folder to install), FILES (its lists, as macros), ICON, PICTURE (of the last
+; page), KILOBYTES and OUTPUT.
 Unicode true
 Target amd64-unicode
 ManifestDPIAware true
@@ -38,6 +39,7 @@ VIAddVersionKey "LegalCopyright" "MIT License, (c) 2026 ${PUBLISHER}"
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${PICTURE}"
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_SMALLDESC
 !define MUI_FINISHPAGE_NOAUTOCLOSE
