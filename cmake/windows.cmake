@@ -3,8 +3,10 @@ set(CMAKE_C_COMPILER ${mingw}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${mingw}-g++-posix)
 set(CMAKE_RC_COMPILER ${mingw}-windres)
 
-# Packages come from the stage alone: what Debian keeps below /usr/include is for Linux.
-set(CMAKE_FIND_ROOT_PATH /usr/${mingw} ${CMAKE_CURRENT_LIST_DIR}/../build/windows-stage/${mingw})
+# Packages come from the stage and scripts/qt_for_windows alone: what Debian keeps below /usr/include is for Linux.
+# Qt compares these paths with its own, letter by letter.
+cmake_path(SET build NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build)
+set(CMAKE_FIND_ROOT_PATH /usr/${mingw} ${build}/windows-stage/${mingw} ${build}/qt-for-windows/current)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

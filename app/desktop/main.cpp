@@ -11,6 +11,7 @@
 #include "desktop/workbench_window.h"
 #include "kv_tr/published/component.h"
 #include "kv_tr/published/number_format.h"
+#include "kv_tr/qt/file_name.h"
 #include "kv_tr/qt/qt_platform.h"
 #include "kv_tr/qt/qt_words.h"
 #include "kv_tr/text/version.h"
@@ -42,7 +43,8 @@ int main(int argc, char* argv[]) {
                                     "[FILE...]");
     arguments.process(application);
 
-    auto texts = std::make_unique<EmbeddedTexts>(LanguageNamed(QLocale().name().left(2)));
+    auto texts = std::make_unique<EmbeddedTexts>(
+        LanguageNamed(QLocale::system().uiLanguages().value(0).left(2)));
     EmbeddedTexts& switchable = *texts;
     Platform platform = QtPlatform(kEnglish);
     platform.texts = std::move(texts);
@@ -65,7 +67,7 @@ int main(int argc, char* argv[]) {
     window.OfferLeftovers();
     std::vector<std::string> files;
     for (const QString& file : arguments.positionalArguments())
-        files.push_back(QFileInfo(file).absoluteFilePath().toStdString());
+        files.push_back(FileNameOf(QFileInfo(file).absoluteFilePath()));
     window.OpenFiles(files);
     return QApplication::exec();
 }

@@ -24,6 +24,7 @@
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/qt/cursor_scope.h"
+#include "kv_tr/qt/file_name.h"
 #include "kv_tr/qt/form_window.h"
 #include "kv_tr/qt/mnemonics.h"
 
@@ -41,7 +42,7 @@ enum FileColumn { kFile, kState, kDone, kOutside, kResult, kFileColumns };
 
 std::vector<std::string> LocalFiles(const QMimeData& data) {
     std::vector<std::string> names;
-    for (const QUrl& url : data.urls()) names.push_back(url.toLocalFile().toStdString());
+    for (const QUrl& url : data.urls()) names.push_back(FileNameOf(url.toLocalFile()));
     return names;
 }
 
@@ -264,7 +265,7 @@ void TransformFilesDialog::ChooseFiles() {
     QStringList chosen = QFileDialog::getOpenFileNames(this, UiText(Phrase::kTransformFilesTitle),
                                                        QString::fromStdString(InitDir()));
     std::vector<std::string> names;
-    for (const QString& name : chosen) names.push_back(name.toStdString());
+    for (const QString& name : chosen) names.push_back(FileNameOf(name));
     if (!names.empty()) RememberFolderOf(names.front());
     Add(names);
 }
@@ -294,7 +295,7 @@ void TransformFilesDialog::ChooseFolder() {
         folder_->text().isEmpty() ? QString::fromStdString(InitDir()) : folder_->text();
     const QString chosen =
         QFileDialog::getExistingDirectory(this, UiText(Phrase::kResultFolder), start);
-    if (!chosen.isEmpty()) folder_->setText(chosen);
+    if (!chosen.isEmpty()) folder_->setText(QDir::toNativeSeparators(chosen));
 }
 
 void TransformFilesDialog::RunOrStop() {

@@ -19,6 +19,7 @@
 #include "kv_tr/published/message.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/qt/cursor_scope.h"
+#include "kv_tr/qt/file_name.h"
 #include "kv_tr/qt/form_window.h"
 #include "kv_tr/qt/plan_output.h"
 #include "kv_tr/qt/plan_widget.h"
@@ -319,7 +320,7 @@ void WorkbenchWindow::dragEnterEvent(QDragEnterEvent* event) {
 void WorkbenchWindow::dropEvent(QDropEvent* event) {
     std::vector<std::string> names;
     for (const QUrl& url : event->mimeData()->urls())
-        names.push_back(url.toLocalFile().toStdString());
+        names.push_back(FileNameOf(url.toLocalFile()));
     event->acceptProposedAction();
     // Later: dialogs must not keep the program that the files come from waiting.
     QMetaObject::invokeMethod(

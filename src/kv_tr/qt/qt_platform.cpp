@@ -15,6 +15,7 @@
 #include "kv_tr/published/ml_strings.h"
 #include "kv_tr/published/settings.h"
 #include "kv_tr/qt/cursor_scope.h"
+#include "kv_tr/qt/file_name.h"
 #include "kv_tr/qt/mnemonics.h"
 #include "kv_tr/qt/qt_windows.h"
 #include "kv_tr/qt/qt_words.h"
@@ -168,7 +169,7 @@ private:
         const OwnCursors cursors;
         if (dialog.exec() != QDialog::Accepted) return std::nullopt;
         const auto chosenFilter = dialog.nameFilters().indexOf(dialog.selectedNameFilter());
-        return FileChoice{.path = dialog.selectedFiles().value(0).toStdString(),
+        return FileChoice{.path = FileNameOf(dialog.selectedFiles().value(0)),
                           .filterIndex = static_cast<std::int32_t>(chosenFilter) + 1,
                           .flags = request.flags};
     }

@@ -51,7 +51,8 @@ class QtWords : public QTranslator {
 public:
     explicit QtWords(QObject* parent) : QTranslator(parent) {
         const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-        hasHungarian_ = hungarian_.load("qtbase_hu", folder);
+        hasHungarian_ = hungarian_.load("qtbase_hu", folder) ||
+                        hungarian_.load("qtbase_hu", ":/translations");  // of the program itself
         for (const QtWord& word : QtWordTable()) words_.insert(QByteArray(word.english), &word);
     }
 

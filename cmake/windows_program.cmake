@@ -1,0 +1,21 @@
+# What programs for Windows carry beside their code: version, manifest, icon.
+enable_language(RC)
+
+# kv_tr_windows_program(TARGET DESCRIPTION): gives a program its version and manifest, and the icon of kv_tr_icon.
+function(kv_tr_windows_program target description)
+  get_target_property(name ${target} OUTPUT_NAME)
+  if(NOT name)
+    set(name ${target})
+  endif()
+  string(REPLACE . , numbers ${PROJECT_VERSION},0)
+  set(version ${PROJECT_VERSION})
+  set(icon)
+  if(kv_tr_icon)
+    set(icon "IDI_ICON1 ICON \"${kv_tr_icon}\"")
+  endif()
+  set(manifest ${PROJECT_SOURCE_DIR}/cmake/windows_program.manifest)
+  set(resource ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/windows_program.rc.in ${resource} @ONLY)
+  target_sources(${target} PRIVATE ${resource} ${kv_tr_icon})
+  set_source_files_properties(${resource} PROPERTIES OBJECT_DEPENDS "${manifest};${kv_tr_icon}")
+endfunction()
