@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Tests the component through Wine: run_com_tests.sh PART PREFIX KV_TR_COM.DLL COM_TESTS.EXE
-# PART is registration, client, windows or script. PREFIX is where Wine's Windows is made unless $WINEPREFIX says so.
+# PART is registration, client, windows or script. PREFIX is where Wine's Windows is made.
 set -euo pipefail
 cd "$(dirname "$0")"
 
 part=$1 dll=$3 client=$4
-export WINEPREFIX=${WINEPREFIX:-$2} WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
+export WINEPREFIX=$2 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
 unset DISPLAY WAYLAND_DISPLAY # no window, so that nothing waits for a user
 unset LC_ALL LANGUAGE
 export LANG=C.UTF-8 # for letters of messages

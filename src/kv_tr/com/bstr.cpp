@@ -5,23 +5,7 @@
 
 namespace kv_tr::com {
 
-std::string Utf8(const wchar_t* text, std::size_t length) {
-    const int wide = static_cast<int>(length);
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text, wide, nullptr, 0, nullptr, nullptr);
-    std::string utf8(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text, wide, utf8.data(), size, nullptr, nullptr);
-    return utf8;
-}
-
-std::string Utf8(BSTR text) { return Utf8(text, SysStringLen(text)); }
-
-std::wstring Wide(const std::string& utf8) {
-    const int length = static_cast<int>(utf8.size());
-    const int size = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), length, nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, utf8.data(), length, wide.data(), size);
-    return wide;
-}
+std::string Utf8(BSTR text) { return kv_tr::Utf8({text, SysStringLen(text)}); }
 
 BSTR MakeBstr(const std::string& utf8) {
     const std::wstring wide = Wide(utf8);

@@ -1,8 +1,7 @@
 // The identifiers of the published records in the type library.
 #pragma once
 
-#include <windows.h>
-#undef MessageBox
+#include "kv_tr/text/windows_api.h"
 
 namespace kv_tr::com {
 

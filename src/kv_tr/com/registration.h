@@ -1,12 +1,9 @@
 // What makes the classes known to hosts: keys of the registry, and the type library.
 #pragma once
 
-#include <windows.h>
-#undef MessageBox
-
-#include <oaidl.h>
-
 #include <span>
+
+#include "kv_tr/text/windows_api.h"
 
 namespace kv_tr::com {
 

@@ -103,7 +103,7 @@ private:
         // The current folder is the host's own.
         dialog.Flags = static_cast<DWORD>(request.flags) | OFN_NOCHANGEDIR;
         if (!show(&dialog)) return std::nullopt;
-        return FileChoice{.path = Utf8(name.data(), std::wcslen(name.data())),
+        return FileChoice{.path = kv_tr::Utf8(name.c_str()),
                           .filterIndex = static_cast<std::int32_t>(dialog.nFilterIndex),
                           .flags = static_cast<std::int32_t>(dialog.Flags)};
     }

@@ -8,7 +8,6 @@
 #include "kv_tr/text/control_characters.h"
 #ifdef _WIN32
 #include "kv_tr/published/registry_settings.h"
-#undef MessageBox  // a macro of windows.h
 #else
 #include "kv_tr/published/settings.h"
 #endif
