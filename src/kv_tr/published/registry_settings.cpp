@@ -1,7 +1,6 @@
 // The settings of Windows: values in the registry of the current user.
 #include "kv_tr/published/registry_settings.h"
 
-
 #include "kv_tr/text/wide_text.h"
 #include "kv_tr/text/windows_api.h"
 

@@ -45,9 +45,9 @@ std::vector<std::string> NamesIn(const fs::path& folder) {
 
 std::FILE* CreateLocked(const fs::path& name, FileRights&) {
     // Others may remove it, the signal handler of its own program among them, but not write it.
-    const HANDLE handle = CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE,
-                                      FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_NEW,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE handle =
+        CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                    nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
         errno = NumberOf(GetLastError());
         return nullptr;
