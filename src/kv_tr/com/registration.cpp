@@ -45,6 +45,17 @@ public:
         if (status != ERROR_FILE_NOT_FOUND) CheckStatus(status);
     }
 
+    void DeleteIfEmpty(const wchar_t* key) const {
+        DWORD keys = 0, values = 0;
+        HKEY opened = nullptr;
+        if (RegOpenKeyExW(key_, key, 0, KEY_READ, &opened) != ERROR_SUCCESS) return;
+        const LSTATUS status =
+            RegQueryInfoKeyW(opened, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values,
+                             nullptr, nullptr, nullptr, nullptr);
+        RegCloseKey(opened);
+        if (status == ERROR_SUCCESS && keys == 0 && values == 0) Delete(key);
+    }
+
 private:
     HKEY key_ = nullptr;
 };
@@ -150,6 +161,8 @@ HRESULT Unregister(HKEY root) {
         const ClassesKey classes(root);
         DeleteLibrary(classes);
         DeleteKeys(classes);
+        // A user whose first classes were ours had none of these before.
+        for (const wchar_t* key : {L"CLSID", L"Interface", L"TypeLib"}) classes.DeleteIfEmpty(key);
     });
 }
 
