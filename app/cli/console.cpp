@@ -3,8 +3,7 @@
 
 namespace kv_tr::cli {
 
-ConsoleScope::ConsoleScope() = default;
-ConsoleScope::~ConsoleScope() = default;
+void PrepareConsole() {}
 
 std::vector<std::string> Arguments(int argc, char** argv) { return {argv + 1, argv + argc}; }
 

@@ -6,19 +6,10 @@
 
 namespace kv_tr::cli {
 
-/// While it lives, consoles of Windows show what the program prints as it is meant: UTF-8, colours;
+/// Until the program ends, consoles of Windows show what it prints as it is meant: UTF-8, colours;
 /// redirected streams keep every byte, where Windows would change ends of lines. Elsewhere consoles
 /// need nothing.
-class ConsoleScope {
-public:
-    ConsoleScope();
-    ~ConsoleScope();
-    ConsoleScope(const ConsoleScope&) = delete;
-    ConsoleScope& operator=(const ConsoleScope&) = delete;
-
-private:
-    unsigned codePageBefore_ = 0;
-};
+void PrepareConsole();
 
 /// The arguments of the program without its name, in UTF-8 on Windows.
 std::vector<std::string> Arguments(int argc, char** argv);

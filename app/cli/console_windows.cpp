@@ -3,6 +3,7 @@
 #include <io.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "cli/console.h"
@@ -23,17 +24,15 @@ bool LetTakeColour(DWORD stream) {
 
 }  // namespace
 
-ConsoleScope::ConsoleScope() : codePageBefore_(GetConsoleOutputCP()) {
+void PrepareConsole() {
+    static const unsigned codePageBefore = GetConsoleOutputCP();
+    if (codePageBefore != 0) std::atexit([] { SetConsoleOutputCP(codePageBefore); });
     SetConsoleOutputCP(CP_UTF8);
     for (std::FILE* stream : {stdin, stdout, stderr}) {
         if (_isatty(_fileno(stream)) == 0) _setmode(_fileno(stream), _O_BINARY);
     }
     LetTakeColour(STD_ERROR_HANDLE);
     takesColour = LetTakeColour(STD_OUTPUT_HANDLE);
-}
-
-ConsoleScope::~ConsoleScope() {
-    if (codePageBefore_ != 0) SetConsoleOutputCP(codePageBefore_);
 }
 
 // What main gets has been put into the code page of the system, where letters are lost.

@@ -118,7 +118,7 @@ int main(int argc, char** argv) {
     RememberArguments(argv);
 #endif
     ReportFilesTooLarge();
-    const ConsoleScope console;
+    PrepareConsole();
     try {
         return RunCommandLine(Arguments(argc, argv));
     } catch (const std::exception& error) {
