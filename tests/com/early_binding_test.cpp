@@ -369,7 +369,7 @@ TEST(Errors, OfASingularRecordAreDivisions) {
 TEST(SmallClasses, WriteAndReadAFile) {
     const auto file = Create<_clsFile>(L"KV_Tr.clsFile", IID__clsFile);
     ASSERT_TRUE(file);
-    const Bstr name(TemporaryFile(L"kv_tr_com_test.txt"));
+    const Bstr name(TemporaryFile(L"kv_tr_com_űő-việt.txt"));
     VARIANT_BOOL truth = VARIANT_FALSE;
     EXPECT_EQ(file->OpenIt(name, VARIANT_FALSE, &truth), S_OK);
     EXPECT_EQ(file->get_IsOpen(&truth), S_OK);
