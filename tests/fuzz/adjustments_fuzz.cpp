@@ -20,11 +20,21 @@ bool SameResiduals(std::span<const Residual> one, std::span<const Residual> othe
     });
 }
 
+/// A transformation with the coefficients that its type does not have taken from an earlier one.
+Transformation Over(Transformation transformation, const Transformation& earlier) {
+    const Type type = transformation.type;
+    const int count = IsPolynomial(type) ? TermCount(type) + 1 : 3;
+    std::copy(earlier.a.begin() + count, earlier.a.end(), transformation.a.begin() + count);
+    std::copy(earlier.b.begin() + count, earlier.b.end(), transformation.b.begin() + count);
+    return transformation;
+}
+
 void CheckFit(Adjustment& adjustment) {
+    const Transformation before = adjustment.Result();
     const FitOutcome outcome = adjustment.Fit();
     if (!outcome.Computed()) return;
     const FitResult alone = Fit(adjustment.Points(), adjustment.FitType());
-    Require(Same(alone.transformation, adjustment.Result()) &&
+    Require(Same(Over(alone.transformation, before), adjustment.Result()) &&
                 SameResiduals(alone.residuals, adjustment.Residuals()),
             "an adjustment fits what the points alone give");
     std::vector<Residual> computed = ResidualsOf(adjustment.Points(), adjustment.Result());

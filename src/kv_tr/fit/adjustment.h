@@ -82,7 +82,8 @@ public:
     /// Fits the type to the points in use and updates result, residuals and figures. They stay as
     /// they are when nothing can be computed.
     FitOutcome Fit(const FitOptions& options = {});
-    /// The transformation of the last fit, of its type.
+    /// The transformation of the last fit, of its type. Coefficients that the type does not have
+    /// are those of an earlier fit of one that has them; no image depends on them.
     const Transformation& Result() const { return result_; }
     /// Takes a transformation and its type; residuals and figures stay.
     void SetResult(const Transformation& transformation);
