@@ -10,6 +10,7 @@ unset DISPLAY WAYLAND_DISPLAY # no window, so that nothing waits for a user
 unset LC_ALL LANGUAGE
 export LANG=C.UTF-8 # for letters of messages
 wine=/usr/lib/wine/wine64
+[[ -x $wine ]] || wine=/usr/lib/wine/wine # of a system for 32-bit processors
 
 if [[ ! -e $WINEPREFIX/system.reg ]]; then
     mkdir -p "$WINEPREFIX"
