@@ -17,7 +17,8 @@ public:
 };
 
 /// While it lives, the first Ctrl+C, hang-up or request to end is only noted, so that long work can
-/// undo what it has begun; a second one ends the program at once.
+/// undo what it has begun; a second one ends the program at once. Not for Windows, where the work
+/// that needs it is not part of the program.
 class NotedInterruption {
 public:
     NotedInterruption();

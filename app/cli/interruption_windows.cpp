@@ -1,7 +1,6 @@
 // What becomes of a half-written file when the user interrupts the program, on Windows: Ctrl+C, a
 // console that is closed and the end of the session come as calls in a thread of their own.
 
-#include <atomic>
 #include <mutex>
 #include <string>
 
@@ -13,7 +12,6 @@ namespace {
 
 std::mutex fileGuard;
 std::wstring fileToRemove;
-std::atomic<bool> isNoted{false};
 
 /// Held by short saves, which may be within one another. Who ends the program takes it and keeps
 /// it, so that a save is done or not begun.
@@ -32,9 +30,6 @@ BOOL WINAPI RemoveAndEnd(DWORD event) {
     return FALSE;
 }
 
-/// The second wish ends the program.
-BOOL WINAPI Note(DWORD) { return isNoted.exchange(true) ? FALSE : TRUE; }
-
 }  // namespace
 
 RemovedWhenInterrupted::RemovedWhenInterrupted(const std::filesystem::path& file) {
@@ -48,18 +43,6 @@ RemovedWhenInterrupted::~RemovedWhenInterrupted() {
     const std::scoped_lock lock(fileGuard);
     fileToRemove.clear();
 }
-
-NotedInterruption::NotedInterruption() {
-    isNoted = false;
-    SetConsoleCtrlHandler(Note, TRUE);
-}
-
-NotedInterruption::~NotedInterruption() {
-    SetConsoleCtrlHandler(Note, FALSE);
-    if (isNoted) GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
-}
-
-bool NotedInterruption::Noted() { return isNoted; }
 
 SignalsWait::SignalsWait() {
     saving.lock();

@@ -5,6 +5,7 @@
 #include <limits>
 #include <regex>
 #include <set>
+#include <utility>
 
 #include "helpers/plan_sample.h"
 #include "kv_tr/forms/plan_drawing.h"
@@ -112,6 +113,17 @@ TEST(PlanIndex, OrdersFromWorstToBestAndFindsPairs) {
     data.right.isReversed = true;
     EXPECT_EQ(PlanTip(PlanIndex(data), words, 2), "\ndY -0,300  dX 0,400  0,500 m\nsuspect");
     EXPECT_EQ(PlanTip(index, words, 4), "\ndY \u2013  dX 0,000  \u2013 m\nover");
+}
+
+TEST(PlanIndex, KnowsHowFarAPairIsFromTheNext) {
+    const auto spacing = [](double height) {
+        PlanData data;
+        data.pairs = {{.place = {0, 0}}, {.place = {40, height}}, {.place = {100, 0}}, {}};
+        return PlanIndex(data).Spacing();
+    };
+    EXPECT_DOUBLE_EQ(spacing(36), 30) << "of 100 x 36 each of four has 900";
+    EXPECT_DOUBLE_EQ(spacing(0), 25);
+    EXPECT_EQ(PlanIndex(PlanData{}).Spacing(), 0);
 }
 
 TEST(PlanDetail, ThinsOutGoodPairsOnly) {
@@ -259,6 +271,76 @@ TEST(PlanLegend, TellsScaleAndHonestCounts) {
     }
     EXPECT_EQ(RoundLengthText(0.0005, {','}), "0,5 mm");
     EXPECT_EQ(RoundLengthText(20000, {}), "20 km");
+}
+
+/// The part of a surface that an item covers.
+PlanRect BoxOf(const PlanItem& item) {
+    if (const auto* text = std::get_if<PlanText>(&item)) return BoxOf(*text);
+    std::vector<Point> points;
+    double reach = 0;
+    if (const auto* lines = std::get_if<PlanLines>(&item)) {
+        for (const auto& [from, to] : lines->segments) points.insert(points.end(), {from, to});
+    } else {
+        const auto& symbols = std::get<PlanSymbols>(item);
+        points = symbols.places;
+        reach = symbols.size;
+    }
+    const auto [left, right] = std::ranges::minmax_element(points, {}, &Point::first);
+    const auto [top, bottom] = std::ranges::minmax_element(points, {}, &Point::second);
+    return {left->first - reach, top->second - reach, right->first + reach, bottom->second + reach};
+}
+
+TEST(PlanLegend, SetsSignsAndTextsSideBySideInItsStrip) {
+    const PlanIndex index(SamplePlan(500));
+    const PlanOptions options{.showsEllipses = true};
+    const LegendFigures figures{.vectors = {0.05}, .isAnyCut = true, .shown = 500};
+    std::vector<PlanItem> items;
+    AddLegend(items, index, SampleWords(), options, figures, {30, 700}, 380);
+    ASSERT_GT(items.size(), 10U);
+    const double bottom = 700 + LegendHeight(index, SampleWords(), options, 380);
+    PlanRect before{30, 700, 30, 700};
+    bool isSign = false;
+    for (const PlanItem& item : items) {
+        const PlanRect box = BoxOf(item);
+        EXPECT_GE(box.left, 30);
+        EXPECT_LE(box.right, 30 + 380);
+        EXPECT_LE(box.bottom, bottom);
+        const bool isBeside = box.left >= before.right;
+        EXPECT_TRUE(isBeside || box.top >= before.bottom) << "the row below";
+        const bool hasSign = std::exchange(isSign, !std::holds_alternative<PlanText>(item));
+        if (hasSign) {
+            EXPECT_LT(std::abs(box.top + box.bottom - before.top - before.bottom), 11)
+                << "in one row with its sign";
+        }
+        before = box;
+    }
+}
+
+TEST(PlanLayers, KeepsTheRoomOfTheAxesFree) {
+    const PlanView view = ViewOf(PlanExtent{{0, 0}, {100, 60}}, 1000, 600);
+    PlanData data = SamplePlan(9);
+    for (const int kind : {0, 1, 2}) {
+        data.hasNorthArrow = kind == 2;
+        data.right.isReversed = data.up.isReversed = kind == 1;
+        std::vector<PlanItem> items;
+        PlanRoom room(view.Frame());
+        AddAxes(items, room, view, data, SampleWords());
+        ASSERT_EQ(items.size(), kind == 2 ? 2U : 3U);
+        for (const PlanItem& item : items) {
+            const PlanRect box = BoxOf(item);
+            EXPECT_TRUE(view.Frame().Contains({box.left, box.top}));
+            EXPECT_TRUE(view.Frame().Contains({box.right, box.bottom}));
+            EXPECT_TRUE(room.IsTaken({box.left, box.top, box.left + 1, box.top + 1}));
+            EXPECT_TRUE(room.IsTaken({box.right - 1, box.bottom - 1, box.right, box.bottom}));
+        }
+        const auto& arrows = std::get<PlanLines>(items.back()).segments;
+        const double sign = kind == 1 ? -1 : 1;
+        const auto [from, tip] = arrows[kind == 2 ? 0 : 3];
+        ExpectPlace(tip, {from.first, from.second - sign * 28}, 1e-9);
+        if (kind == 2) continue;
+        ExpectPlace(arrows[0].from, from, 0);
+        ExpectPlace(arrows[0].to, {from.first + sign * 28, from.second}, 1e-9);
+    }
 }
 
 TEST(PlanLayers, NamesCoordinatesAsTheAxesRun) {

@@ -1,6 +1,8 @@
 // What is of Windows only: names and texts in UTF-16, settings in the registry, the decimal sign.
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "helpers/files.h"
 #include "kv_tr/files/control_point_file.h"
 #include "kv_tr/published/clsFile.h"
@@ -31,6 +33,10 @@ TEST(Paths, OpenFilesOfAnyNameAndNoneOfWhatIsNoName) {
     EXPECT_EQ(NameOfPath(PathOf(name)), name);
     EXPECT_EQ(ReadControlPointFile(name).points.size(), 2U);
     EXPECT_TRUE(OpenToRead(PathOf(name)).is_open());
+    ASSERT_TRUE(LastChange(PathOf(name)));
+    EXPECT_LT(std::chrono::abs(*LastChange(PathOf(name)) - std::chrono::file_clock::now()),
+              std::chrono::minutes(5));
+    EXPECT_FALSE(LastChange(PathOf(folder.File("none"))));
     EXPECT_TRUE(PathOf("\xC5").empty());
     EXPECT_FALSE(OpenToRead(PathOf("\xC5")).is_open());
     EXPECT_FALSE(OpenToRead(PathOf(folder.File(""))).is_open());
