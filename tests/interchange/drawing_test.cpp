@@ -15,6 +15,7 @@ namespace {
 using Kind = DrawingProblem::Kind;
 
 const std::string kData = TEST_DATA "/interchange/";
+const Transformation kShift{.type = Type::kHelmert, .a = {100, 1, 0}, .b = {200, 0, 1}};
 const Transformation kTurn{.type = Type::kHelmert, .a = {100, 0, -2}, .b = {200, 2, 0}};
 const Transformation kMirror{.type = Type::kAffine, .a = {100, 0, 2}, .b = {200, 2, 0}};
 const Transformation kStretch{.type = Type::kAffine, .a = {0, 2, 0}, .b = {0, 0, 1}};
@@ -72,12 +73,19 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
         {"0 ARC 10 1 20 2 40 1.5 50 10 51 80", kMirror, "0 ARC 10 104 20 202 40 3 50 10 51 80"},
         {"0 ARC 10 1 20 2 40 1.5 50 0 51 30 210 0 220 0 230 -1", kTurn,
          "0 ARC 10 -96 20 198 40 3 50 270 51 300 210 0 220 0 230 -1"},
+        {"0 ARC 10 1 20 2 40 3 50 -30.1 51 1e30 0 HATCH 91 1 92 0 93 1 72 2 10 5 20 6 40 4 50 -7.3 "
+         "51 8.1 73 0 97 0 0 DIMENSION 70 1 51 -20.3 0 TEXT 10 0 20 0 40 2 50 -30.1",
+         kShift,
+         "0 ARC 10 101 20 202 40 3 50 -30.1 51 1e30 0 HATCH 91 1 92 0 93 1 72 2 10 105 20 206 40 4 "
+         "50 -7.3 51 8.1 73 0 97 0 0 DIMENSION 70 1 51 -20.3 0 TEXT 10 100 20 200 40 2 50 -30.1"},
         {"0 TEXT 10 0 20 0 40 1 1 x 72 1 11 5 21 1", kTurn,
          "0 TEXT 10 0 20 0 40 2  50 90 1 x 72 1 11 98 21 210"},
         {"0 LWPOLYLINE 90 2 70 0 43 0.5 10 0 20 0 42 1 10 1 20 0", kMirror,
          "0 LWPOLYLINE 90 2 70 0 43 1 10 100 20 200 42 -1 10 100 20 202"},
         {"0 ELLIPSE 10 1 20 2 11 2 21 0 40 0.5 41 1 42 2", kStretch,
          "0 ELLIPSE 10 2 20 2 11 4 21 0 40 0.25 41 1 42 2"},
+        {"0 HATCH 91 1 92 2 72 1 73 1 93 2 10 1 20 2 42 1 10 3 10 9 20 4 97 0", kMirror,
+         "0 HATCH 91 1 92 2 72 1 73 1 93 2 10 104 20 202 42 -1 10 108 10 9 20 206 97 0"},
         {"0 INSERT 2 B 10 1 20 0 30 5 43 3", kMirror,
          "0 INSERT 2 B 10 100 20 202 30 5  41 2  42 -2 43 3  50 90"},
         {"0 INSERT 2 B 10 1 20 0 41 3 42 4 44 5 45 6 50 10", kTurn,
@@ -85,6 +93,8 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
         {"0 VIEWPORT 67 1 69 2 12 1 22 2 45 3", kTurn, "0 VIEWPORT 67 1 69 2 12 96 22 202 45 6"},
         {"0 VIEWPORT 67 1 69 2 12 1 22 2 45 3 36 -1", kTurn,
          "0 VIEWPORT 67 1 69 2 12 1 22 2 45 3 36 -1"},
+        {"0 VIEWPORT 67 1 69 2 12 1 22 2 45 1e308", kTurn,
+         "0 VIEWPORT 67 1 69 2 12 1 22 2 45 1e308"},
         {"0 MTEXT 10 1 20 2 40 1 41 5 1 x 44 1 101 Embedded 10 1 20 0 11 1 21 2 40 5 44 3 45 4",
          kTurn,
          "0 MTEXT 10 96 20 202 40 2  50 90 41 10 1 x 44 1 101 Embedded 10 0 20 1 11 96 21 202 40 "
@@ -99,6 +109,10 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
             expected.replace(at, 2, "\n ");
         EXPECT_EQ(result.bytes, expected);
     }
+    const auto unfinished = [](const std::string& x) {
+        return Lines("0 SECTION 2 ENTITIES 0 POLYLINE 66 1 0 VERTEX 10 " + x + " 20 0 0 EOF ");
+    };
+    EXPECT_EQ(Rewrite(unfinished("3"), kStretch).bytes, unfinished("6"));
     const std::string crlf =
         Lines("0 SECTION 2 ENTITIES 0 POINT 10 1 20 2 0 ENDSEC 0 EOF", "\r\n") + "\r\n\x1A";
     EXPECT_EQ(Rewrite(crlf, kStretch, {.from = AxisMapping::kNe, .to = AxisMapping::kNe}).bytes,
@@ -120,6 +134,11 @@ TEST(TransformDrawing, TurnsCurvesIntoEllipsesOrPolylinesAndTells) {
     const Rewritten ellipse = Rewrite(DrawingOf(arc), kStretch);
     EXPECT_EQ(ellipse.report.ellipses, (DrawingReport::Counts{{"ARC", 1}}));
     EXPECT_NE(ellipse.bytes.find("ELLIPSE\n8\nL\n"), std::string::npos);
+    const Rewritten misplaced = Rewrite(
+        DrawingOf("0 ARC 5 1F 41 x 73 y 100 AcDbCircle 10 0 20 0 40 10 50 0 51 90"),
+        kStretch);
+    EXPECT_EQ(Rewrite(misplaced.bytes, Transformation{}).bytes, misplaced.bytes);
+    EXPECT_NE(misplaced.bytes.find("ELLIPSE\n5\n1F\n"), std::string::npos);
     Transformation bent{.type = Type::kPolynomial2, .a = {0, 0, 1, 0, 1e-2}, .b = {0, 0, 0, 1}};
     for (const auto& [version, map, type] :
          {std::tuple<std::string, Transformation, std::string>{"AC1009", kStretch, "POLYLINE"},
@@ -182,6 +201,10 @@ TEST(TransformDrawing, RefusesWhatItCannotTransform) {
         {DrawingOf("0 POINT 5 1F 10 1 30 2"), Kind::kMissingCoordinate, 20},
         {DrawingOf("0 CIRCLE 10 1 20 2 40 1 210 1 220 0 230 0"), Kind::kTiltedPlane, 16},
         {DrawingOf("0 POINT 10 1e308 20 2"), Kind::kNoImage, 16},
+        {DrawingOf("0 CIRCLE 10 1 20 2 40 1e308"), Kind::kNoImage, 16},
+        {Lines("0 SECTION 2 HEADER 9 $LIMMIN 10 1 20 2 9 $LIMMAX 10 3 20 4 9 $INSBASE 10 1e308 20 2"
+               " 0 ENDSEC 0 EOF "),
+         Kind::kNoImage, 2},
     };
     for (const auto& [bytes, kind, line] : cases) {
         const DrawingReport report = Rewrite(bytes, kTurn).report;

@@ -177,6 +177,7 @@ void Drawing::Go() {
             continue;
         }
         if (record.Type() == "EOF") {
+            EndOfGroup();
             Pass(record);
             out_ += records.Rest();
             output_.write(out_);
@@ -207,7 +208,9 @@ void Drawing::BeginSection(Record& record) {
     const auto* found =
         std::ranges::find(kSections, name, [](const auto& row) { return row.first; });
     section_ = found == kSections.end() ? Section::kOther : found->second;
-    if (section_ == Section::kHeader) Header(record);
+    if (section_ == Section::kHeader) {
+        Try(record, [&] { Header(record); }, [&] { record.Restore(); });
+    }
     inMovedBlock_ = inPaper_ = false;
     Pass(record);
 }

@@ -44,6 +44,7 @@ void TurnArc(Record& record, const Derivative& slope) {
     const bool mirrors = slope.Determinant() < 0;
     const double from = TurnedAngle(slope, mirrors ? end->Number() : start->Number());
     double to = TurnedAngle(slope, mirrors ? start->Number() : end->Number());
+    if (from == start->Number() && to == end->Number()) return;
     if (span != 0 && std::fmod(span, 360) == 0) to = from + std::abs(span);
     start->Set(from);
     end->Set(to);

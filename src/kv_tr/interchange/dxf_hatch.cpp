@@ -111,10 +111,13 @@ void Hatch::PolylinePath() {
     const auto counter = made_.size() - 1;
     if (!hasBulges) return PassPlaces(10, count);
     const auto begin = made_.size();
+    std::vector<std::pair<std::size_t, std::size_t>> places;  // in made_, of each x and y
     for (std::int64_t i = 0; i < count; ++i) {
         Vertex vertex;
         vertex.at.first = PassTo(10).Number();
+        const auto x = made_.size() - 1;
         vertex.at.second = PassTo(20).Number();
+        places.emplace_back(x, made_.size() - 1);
         if (IsNext(42)) {
             Pass();
             vertex.bulge = made_.back().Number();
@@ -133,17 +136,15 @@ void Hatch::PolylinePath() {
         flattened_ = true;
         return;
     }
-    std::size_t next = 0;
-    for (auto i = begin; i < made_.size(); ++i) {
-        const Vertex& vertex = outline.vertices[next];
-        if (made_[i].code == 10) made_[i].Set(map_.At(vertex.at).first);
-        if (made_[i].code == 20) made_[i].Set(map_.At(vertex.at).second);
-        if (made_[i].code == 42 && vertex.bulge != 0 &&
-            around_.SlopeOfVectors().Determinant() < 0) {
-            made_[i].Set(-vertex.bulge);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const auto& [x, y] = places[i];
+        const Vertex& vertex = outline.vertices[i];
+        const Point image = map_.At(vertex.at);
+        made_[x].Set(image.first);
+        made_[y].Set(image.second);
+        if (vertex.bulge != 0 && around_.SlopeOfVectors().Determinant() < 0) {
+            made_[y + 1].Set(-vertex.bulge);
         }
-        const bool isLast = i + 1 == made_.size() || made_[i + 1].code == 10;
-        if (isLast) ++next;
     }
 }
 
@@ -209,9 +210,10 @@ void Hatch::TurnedArc() {
     const bool againstClock = direction.Integer() != 0;
     const bool nowAgainst = againstClock != (slope.Determinant() < 0);
     direction.SetInteger(nowAgainst ? 1 : 0);
-    const double turned = TurnedAngle(slope, againstClock ? start : -start);
+    const double before = againstClock ? start : -start;
+    const double turned = TurnedAngle(slope, before);
+    if (turned == before && nowAgainst == againstClock) return;
     const double from = nowAgainst || turned == 0 ? turned : 360 - turned;
-    if (from == start) return;
     made_[index].Set(from);
     made_[endIndex].Set(from + span);
 }
@@ -254,7 +256,7 @@ void Hatch::FlattenedSpline() {
     if (!spline.IsWhole()) Missing(made_[begin]);
     if (HasFit()) {
         const auto fit = PassTo(97).Integer();
-        for (std::int64_t i = 0; i < 2 * fit && Peek() != nullptr; ++i) Pass();
+        for (std::int64_t i = 0; i / 2 < fit && Peek() != nullptr; ++i) Pass();
         while (IsNext(12) || IsNext(22) || IsNext(13) || IsNext(23)) Pass();
     }
     made_.resize(begin);

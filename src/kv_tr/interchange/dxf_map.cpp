@@ -102,7 +102,8 @@ double MeanScale(const Derivative& derivative) {
 double TurnedAngle(const Derivative& derivative, double degrees) {
     if (!IsSimilarity(derivative)) return DegreesOf(Image(derivative, DirectionOf(degrees)));
     const double turn = DegreesOf(Image(derivative, {1, 0}));
-    return Normalized(derivative.Determinant() < 0 ? turn - degrees : turn + degrees);
+    if (derivative.Determinant() < 0) return Normalized(turn - degrees);
+    return turn == 0 ? degrees : Normalized(turn + degrees);
 }
 
 Point PlaneMap::Axes::OfSystem(Point place) const {

@@ -24,7 +24,7 @@ Point Image(const Derivative& derivative, Point vector);
 /// The square root of the change of areas.
 double MeanScale(const Derivative& derivative);
 /// The image of a direction given in degrees, in [0, 360); exact to the last digits for
-/// similarities.
+/// similarities, and the same number where they do not turn.
 double TurnedAngle(const Derivative& derivative, double degrees);
 
 /// A transformation in the plane of a drawing.

@@ -16,6 +16,13 @@ constexpr double kHorizontal = 1e-9;
 /// Groups before the first subclass; files without subclasses have these.
 constexpr std::array kCommonCodes{5, 6, 8, 48, 60, 62, 67, 370, 390, 410, 420, 430, 440, 999};
 
+/// Numbers of a shape before the first subclass, where they do not belong: a new entity has its own.
+bool IsOfShape(const Tag& tag) {
+    return tag.scope == Scope::kPlain && ((tag.code >= 10 && tag.code <= 59 && tag.code != 48) ||
+                                          (tag.code >= 70 && tag.code <= 79) ||
+                                          (tag.code >= 210 && tag.code <= 239));
+}
+
 }  // namespace
 
 void Record::FindScopes() {
@@ -123,7 +130,11 @@ std::vector<Tag> Record::CommonTags() const {
         return tag.code == 100 && tag.Text() != "AcDbEntity";
     };
     const auto end = std::ranges::find_if(tags, isClass);
-    if (end != tags.end()) return {tags.begin() + 1, end};
+    if (end != tags.end()) {
+        std::vector<Tag> common(tags.begin() + 1, end);
+        std::erase_if(common, IsOfShape);
+        return common;
+    }
     return Picked([](const Tag& tag) {
         return tag.scope == Scope::kForeign ||
                std::ranges::find(kCommonCodes, tag.code) != kCommonCodes.end();

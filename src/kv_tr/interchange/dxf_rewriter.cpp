@@ -98,8 +98,11 @@ void TurnDimension(Record& record, Surroundings& around) {
     }
     // The horizontal direction is given by the negative of its angle.
     if (kind == 6 || record.Find(51) != nullptr) {
-        const double turned = TurnedAngle(slope, -record.Number(51, 0));
-        record.Put(51, turned == 0 ? 0 : 360 - turned, 0, {42, 71, 31, 21, 1});
+        const double before = -record.Number(51, 0);
+        const double turned = TurnedAngle(slope, before);
+        if (turned != before) {
+            record.Put(51, turned == 0 ? 0 : 360 - turned, 0, {42, 71, 31, 21, 1});
+        }
     }
     if (Tag* measure = record.Find(42); measure != nullptr && kind != 2 && kind != 5) {
         measure->Set(MeanScale(slope) * measure->Number());
@@ -240,6 +243,7 @@ void RewriteView(Record& record, const ViewRule& rule, Work& work) {
         }
     } catch (const Trouble& trouble) {
         if (trouble.problem.kind != DrawingProblem::Kind::kNoImage) throw;
+        record.Restore();
         ++work.report.views;
     }
 }

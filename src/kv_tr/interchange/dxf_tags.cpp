@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstring>
 
 #include "kv_tr/text/number_text.h"
@@ -83,6 +84,12 @@ std::string Excerpt(std::string_view text) { return std::string(text.substr(0, k
     throw Trouble{{.kind = Kind::kNotANumber, .line = tag.line, .text = Excerpt(tag.Text())}};
 }
 
+/// A number that a drawing can hold: what leaves the range of doubles has no image.
+double Finite(double number) {
+    if (std::isfinite(number)) return number;
+    throw Trouble{{.kind = Kind::kNoImage, .reason = NoSource::kNotReached}};
+}
+
 void AppendBinary(std::string& out, const Tag& tag) {
     const Storage storage = StorageOf(tag.code);
     if (const auto* text = std::get_if<std::string>(&tag.now)) {
@@ -151,14 +158,14 @@ std::int64_t Tag::Integer() const {
 }
 
 void Tag::Set(double number) {
-    if (number != Number()) now = number;
+    if (number != Number()) now = Finite(number);
 }
 
 void Tag::SetInteger(std::int64_t number) {
     if (number != Integer()) now = number;
 }
 
-Tag NewTag(int code, double number) { return {.code = code, .now = number}; }
+Tag NewTag(int code, double number) { return {.code = code, .now = Finite(number)}; }
 Tag NewInteger(int code, std::int64_t number) { return {.code = code, .now = number}; }
 Tag NewText(int code, std::string text) { return {.code = code, .now = std::move(text)}; }
 

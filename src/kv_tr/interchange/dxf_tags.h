@@ -41,11 +41,12 @@ struct Tag {
     /// What the value is; a Trouble where it is no number.
     double Number() const;
     std::int64_t Integer() const;
-    /// Puts a number in the place of another one.
+    /// Puts a number in the place of another one; a Trouble where the number is not finite.
     void Set(double number);
     void SetInteger(std::int64_t number);
 };
 
+/// A Trouble where the number is not finite.
 Tag NewTag(int code, double number);
 Tag NewInteger(int code, std::int64_t number);
 Tag NewText(int code, std::string text);
