@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <random>
 #include <sstream>
 
@@ -86,6 +88,21 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
          "0 ELLIPSE 10 2 20 2 11 4 21 0 40 0.25 41 1 42 2"},
         {"0 HATCH 91 1 92 2 72 1 73 1 93 2 10 1 20 2 42 1 10 3 10 9 20 4 97 0", kMirror,
          "0 HATCH 91 1 92 2 72 1 73 1 93 2 10 104 20 202 42 -1 10 108 10 9 20 206 97 0"},
+        {"0 HATCH 91 1 92 0 93 4 72 1 10 1 20 2 11 3 21 4 72 2 10 5 20 6 40 7 50 10 51 80 73 0 72 "
+         "2 10 5 20 6 40 7 50 10 51 80 73 1 72 4 94 1 73 0 74 0 95 4 96 2 40 0 40 0 40 1 40 1 10 1 "
+         "20 2 10 3 20 5 97 2 11 1 21 2 11 3 21 6 12 1 22 7 13 2 23 9 97 0 75 0 76 1 52 10 41 3 78 "
+         "1 53 20 43 1 44 2 45 3 46 4 79 1 49 5 98 1 10 7 20 8",
+         kTurn,
+         "0 HATCH 91 1 92 0 93 4 72 1 10 96 20 202 11 92 21 206 72 2 10 88 20 210 40 14 50 280 51 "
+         "350 73 0 72 2 10 88 20 210 40 14 50 100 51 170 73 1 72 4 94 1 73 0 74 0 95 4 96 2 40 0 "
+         "40 0 40 1 40 1 10 96 20 202 10 90 20 206 97 2 11 96 21 202 11 88 21 206 12 -14 22 2 13 "
+         "-18 23 4 97 0 75 0 76 1 52 100 41 6 78 1 53 110 43 96 44 202 45 -8 46 6 79 1 49 10 98 1 "
+         "10 84 20 214"},
+        {"0 HATCH 91 1 92 0 93 2 72 2 10 5 20 6 40 7 50 10 51 70 73 1 72 3 10 1 20 2 11 3 21 1 40 "
+         "0.5 50 10 51 80 73 1 97 0",
+         kMirror,
+         "0 HATCH 91 1 92 0 93 2 72 2 10 112 20 210 40 14 50 280 51 340 73 0 72 3 10 104 20 202 11 "
+         "2 21 6 40 0.5 50 10 51 80 73 0 97 0"},
         {"0 INSERT 2 B 10 1 20 0 30 5 43 3", kMirror,
          "0 INSERT 2 B 10 100 20 202 30 5  41 2  42 -2 43 3  50 90"},
         {"0 INSERT 2 B 10 1 20 0 41 3 42 4 44 5 45 6 50 10", kTurn,
@@ -93,6 +110,8 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
         {"0 VIEWPORT 67 1 69 2 12 1 22 2 45 3", kTurn, "0 VIEWPORT 67 1 69 2 12 96 22 202 45 6"},
         {"0 VIEWPORT 67 1 69 2 12 1 22 2 45 3 36 -1", kTurn,
          "0 VIEWPORT 67 1 69 2 12 1 22 2 45 3 36 -1"},
+        {"0 VIEWPORT 67 1 69 2 12 1 22 2 45 3 26 1", kTurn,
+         "0 VIEWPORT 67 1 69 2 12 1 22 2 45 3 26 1"},
         {"0 VIEWPORT 67 1 69 2 12 1 22 2 45 1e308", kTurn,
          "0 VIEWPORT 67 1 69 2 12 1 22 2 45 1e308"},
         {"0 MTEXT 10 1 20 2 40 1 41 5 1 x 44 1 101 Embedded 10 1 20 0 11 1 21 2 40 5 44 3 45 4",
@@ -109,6 +128,12 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
             expected.replace(at, 2, "\n ");
         EXPECT_EQ(result.bytes, expected);
     }
+    const auto box = [](const std::string& least, const std::string& greatest) {
+        return Lines("0 SECTION 2 HEADER 9 $EXTMIN 10 " + least + " 9 $EXTMAX 10 " + greatest +
+                     " 0 ENDSEC 0 EOF ");
+    };
+    const Transformation eighth{.type = Type::kHelmert, .a = {100, 1, -1}, .b = {200, 1, 1}};
+    EXPECT_EQ(Rewrite(box("1 20 2", "3 20 5"), eighth).bytes, box("96 20 203", "101 20 208"));
     const auto unfinished = [](const std::string& x) {
         return Lines("0 SECTION 2 ENTITIES 0 POLYLINE 66 1 0 VERTEX 10 " + x + " 20 0 0 EOF ");
     };
@@ -135,8 +160,7 @@ TEST(TransformDrawing, TurnsCurvesIntoEllipsesOrPolylinesAndTells) {
     EXPECT_EQ(ellipse.report.ellipses, (DrawingReport::Counts{{"ARC", 1}}));
     EXPECT_NE(ellipse.bytes.find("ELLIPSE\n8\nL\n"), std::string::npos);
     const Rewritten misplaced = Rewrite(
-        DrawingOf("0 ARC 5 1F 41 x 73 y 100 AcDbCircle 10 0 20 0 40 10 50 0 51 90"),
-        kStretch);
+        DrawingOf("0 ARC 5 1F 41 x 73 y 100 AcDbCircle 10 0 20 0 40 10 50 0 51 90"), kStretch);
     EXPECT_EQ(Rewrite(misplaced.bytes, Transformation{}).bytes, misplaced.bytes);
     EXPECT_NE(misplaced.bytes.find("ELLIPSE\n5\n1F\n"), std::string::npos);
     Transformation bent{.type = Type::kPolynomial2, .a = {0, 0, 1, 0, 1e-2}, .b = {0, 0, 0, 1}};
@@ -153,39 +177,111 @@ TEST(TransformDrawing, TurnsCurvesIntoEllipsesOrPolylinesAndTells) {
     EXPECT_DOUBLE_EQ(text.report.greatestDeparture, 0.5);
 }
 
-TEST(TransformDrawing, FollowsARationalSplineWithinTheToleranceAndOnce) {
-    // Half a circle of radius 10 in two arcs.
-    const std::string half =
-        "0 SPLINE 8 L 70 4 71 2 72 8 73 5 40 0 40 0 40 0 40 1 40 1 40 2 40 2 40 2 41 1 41 "
-        "0.70710678118654752 41 1 41 0.70710678118654752 41 1 10 10 20 0 30 7 10 10 20 10 30 7 10 "
-        "0 "
-        "20 10 30 7 10 -10 20 10 30 7 10 -10 20 0 30 7";
+double DistanceFromSegment(Point place, Point a, Point b) {
+    const Point along{b.first - a.first, b.second - a.second};
+    const Point from{place.first - a.first, place.second - a.second};
+    const double size = along.first * along.first + along.second * along.second;
+    const double part =
+        size == 0 ? 0 : (from.first * along.first + from.second * along.second) / size;
+    const double t = std::clamp(part, 0.0, 1.0);
+    return std::hypot(from.first - t * along.first, from.second - t * along.second);
+}
+
+/// The greatest distance of a place of one line from the other line.
+double Departure(const std::vector<Point>& places, const std::vector<Point>& line) {
+    double greatest = 0;
+    for (const Point& place : places) {
+        double least = 1e300;
+        for (std::size_t i = 1; i < line.size(); ++i)
+            least = std::min(least, DistanceFromSegment(place, line[i - 1], line[i]));
+        greatest = std::max(greatest, least);
+    }
+    return greatest;
+}
+
+/// The vertices of a polyline, or of the lines of a hatch, whose number the hatch must tell.
+std::vector<Point> VerticesOf(const std::string& drawing) {
+    std::vector<Point> vertices;
+    Point end;
+    int edges = 0;
+    int told = 0;
+    std::istringstream lines(drawing);
+    for (std::string code, value; std::getline(lines, code) && std::getline(lines, value);) {
+        const int number = std::stoi(code);
+        if (number == 10) vertices.push_back({std::stod(value), 0});
+        if (number == 20) vertices.back().second = std::stod(value);
+        if (number == 11) end.first = std::stod(value);
+        if (number == 21) end.second = std::stod(value);
+        if (number == 72 && std::stoi(value) == 1) ++edges;
+        if (number == 93 || number == 90) told = std::stoi(value);
+    }
+    if (edges > 0) vertices.push_back(end);
+    EXPECT_EQ(told, edges > 0 ? edges : static_cast<int>(vertices.size()));
+    return vertices;
+}
+
+TEST(TransformDrawing, FollowsCurvesWithinTheTolerance) {
+    const auto radians = [](double degrees) { return degrees * std::acos(-1.0) / 180; };
+    const auto arc = [&](double from, double to) {
+        return [=](double t) {
+            const double angle = radians(from + t * (to - from));
+            return Point{3 + 10 * std::cos(angle), 4 + 10 * std::sin(angle)};
+        };
+    };
+    const auto ellipse = [](double along, double across) {
+        return Point{3 + 0.8 * along - 0.6 * across, 4 + 0.6 * along + 0.8 * across};
+    };
+    const auto ofParameter = [&](double t) {
+        const double u = 0.4 + t * 1.3;
+        return ellipse(10 * std::cos(u), 5 * std::sin(u));
+    };
+    const auto ofAngle = [&](double t) {  // between the axis and the radius
+        const double angle = radians(30 + t * 90);
+        const double radius = 50 / std::hypot(5 * std::cos(angle), 10 * std::sin(angle));
+        return ellipse(radius * std::cos(angle), radius * std::sin(angle));
+    };
+    const auto bulge = [&](double t) {  // from 1, 0 over the apex 4, -1 to 7, 0
+        const double half = std::asin(3.0 / 5);
+        const double angle = radians(270) + half * (2 * t - 1);
+        return Point{4 + 5 * std::cos(angle), 4 + 5 * std::sin(angle)};
+    };
+    const std::string spline =
+        "40 0 40 0 40 0 40 1 40 1 40 2 40 2 40 2 ";  // two quarters of a circle
+    const std::tuple<std::string, std::function<Point(double)>> cases[] = {
+        {"0 SPLINE 8 L 70 4 71 2 72 8 73 5 " + spline +
+             "41 1 41 0.70710678118654752 41 1 41 0.70710678118654752 41 1 10 13 20 4 30 7 10 13 "
+             "20 14 30 7 10 3 20 14 30 7 10 -7 20 14 30 7 10 -7 20 4 30 7",
+         arc(0, 180)},
+        {"0 ARC 10 3 20 4 40 10 50 350 51 80", arc(-10, 80)},
+        {"0 ELLIPSE 10 3 20 4 11 8 21 6 40 0.5 41 0.4 42 1.7", ofParameter},
+        {"0 LWPOLYLINE 90 2 70 0 10 1 20 0 42 0.33333333333333333 10 7 20 0", bulge},
+        {"0 HATCH 91 1 92 2 72 1 73 0 93 2 10 1 20 0 42 0.33333333333333333 10 7 20 0 97 0", bulge},
+        {"0 HATCH 91 1 92 0 93 1 72 2 10 3 20 4 40 10 50 -10 51 80 73 1 97 0", arc(-10, 80)},
+        {"0 HATCH 91 1 92 0 93 1 72 2 10 3 20 4 40 10 50 -10 51 80 73 0 97 0", arc(10, -80)},
+        {"0 HATCH 91 1 92 0 93 1 72 3 10 3 20 4 11 8 21 6 40 0.5 50 30 51 120 73 1 97 0", ofAngle},
+        {"0 HATCH 91 1 92 0 93 1 72 4 94 2 73 1 74 0 95 8 96 5 " + spline +
+             "10 13 20 4 42 1 10 13 20 14 42 0.70710678118654752 10 3 20 14 42 1 10 -7 20 14 42 "
+             "0.70710678118654752 10 -7 20 4 42 1 97 1 11 13 21 4 12 0 22 1 13 0 23 1 97 0",
+         arc(0, 180)},
+    };
     const Transformation bent{
         .type = Type::kPolynomial2, .a = {0, 0, 1, 0, 1e-2}, .b = {0, 0, 0, 1}};
-    const Rewritten result = Rewrite(DrawingOf(half), bent, {.tolerance = 0.01});
-    EXPECT_EQ(result.report.polylines, (DrawingReport::Counts{{"SPLINE", 1}}));
-    EXPECT_NE(result.bytes.find("\n 38\n7\n"), std::string::npos) << result.bytes;
-
-    std::vector<Point> vertices;
-    std::istringstream lines(result.bytes);
-    for (std::string code, value; std::getline(lines, code) && std::getline(lines, value);) {
-        if (std::stoi(code) == 10) vertices.push_back({std::stod(value), 0});
-        if (std::stoi(code) == 20) vertices.back().second = std::stod(value);
+    for (const auto& [entity, curve] : cases) {
+        const Rewritten result = Rewrite(DrawingOf(entity), bent, {.tolerance = 0.01});
+        EXPECT_EQ(result.report.polylines.size(), 1U) << entity;
+        const std::vector<Point> vertices = VerticesOf(result.bytes);
+        std::vector<Point> exact;
+        for (int i = 0; i <= 2000; ++i) exact.push_back(bent.Apply(curve(i / 2000.0)));
+        EXPECT_LT(Departure(vertices, exact), 1e-5) << entity;
+        EXPECT_LT(Departure(exact, vertices), 0.01) << entity;
+        for (const auto& [end, expected] : {std::pair{vertices.front(), exact.front()},
+                                            std::pair{vertices.back(), exact.back()}}) {
+            EXPECT_NEAR(end.first, expected.first, 1e-9) << entity;
+            EXPECT_NEAR(end.second, expected.second, 1e-9) << entity;
+        }
+        EXPECT_EQ(result.bytes.find("\n 38\n7\n") != std::string::npos,
+                  entity.starts_with("0 SPLINE"));  // its height
     }
-    std::vector<Point> circle;
-    for (int i = 0; i <= 4000; ++i) {
-        const double angle = std::acos(-1.0) * i / 4000;
-        circle.push_back(bent.Apply({10 * std::cos(angle), 10 * std::sin(angle)}));
-    }
-    std::size_t at = 0;  // along the half circle the distance to the nearest vertex falls and rises
-    for (const Point& vertex : vertices) {
-        const auto distance = [&](std::size_t i) {
-            return std::hypot(circle[i].first - vertex.first, circle[i].second - vertex.second);
-        };
-        while (at + 1 < circle.size() && distance(at + 1) <= distance(at)) ++at;
-        EXPECT_LT(distance(at), 0.01) << vertex.first << ' ' << vertex.second;
-    }
-    EXPECT_EQ(at + 1, circle.size());
 }
 
 TEST(TransformDrawing, RefusesWhatItCannotTransform) {

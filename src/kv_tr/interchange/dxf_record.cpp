@@ -16,11 +16,12 @@ constexpr double kHorizontal = 1e-9;
 /// Groups before the first subclass; files without subclasses have these.
 constexpr std::array kCommonCodes{5, 6, 8, 48, 60, 62, 67, 370, 390, 410, 420, 430, 440, 999};
 
-/// Numbers of a shape before the first subclass, where they do not belong: a new entity has its own.
+/// Numbers of a shape before the first subclass, where they do not belong: a new entity has its
+/// own.
 bool IsOfShape(const Tag& tag) {
-    return tag.scope == Scope::kPlain && ((tag.code >= 10 && tag.code <= 59 && tag.code != 48) ||
-                                          (tag.code >= 70 && tag.code <= 79) ||
-                                          (tag.code >= 210 && tag.code <= 239));
+    return tag.scope == Scope::kPlain &&
+           ((tag.code >= 10 && tag.code <= 59 && tag.code != 48) ||
+            (tag.code >= 70 && tag.code <= 79) || (tag.code >= 210 && tag.code <= 239));
 }
 
 }  // namespace
