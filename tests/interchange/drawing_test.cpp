@@ -134,6 +134,8 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
     };
     const Transformation eighth{.type = Type::kHelmert, .a = {100, 1, -1}, .b = {200, 1, 1}};
     EXPECT_EQ(Rewrite(box("1 20 2", "3 20 5"), eighth).bytes, box("96 20 203", "101 20 208"));
+    const std::string half = Lines("0 SECTION 2 HEADER 9 $EXTMIN 10 1 20 2 0 ENDSEC 0 EOF ");
+    EXPECT_EQ(Rewrite("\xEF\xBB\xBF" + half, kTurn).bytes, "\xEF\xBB\xBF" + half);
     const auto unfinished = [](const std::string& x) {
         return Lines("0 SECTION 2 ENTITIES 0 POLYLINE 66 1 0 VERTEX 10 " + x + " 20 0 0 EOF ");
     };
@@ -174,6 +176,7 @@ TEST(TransformDrawing, TurnsCurvesIntoEllipsesOrPolylinesAndTells) {
     }
     const Rewritten text = Rewrite(DrawingOf("0 TEXT 10 0 20 0 40 1"), kStretch);
     EXPECT_EQ(text.report.nearly, (DrawingReport::Counts{{"TEXT", 1}}));
+    EXPECT_EQ(text.report.moved, 1U);
     EXPECT_DOUBLE_EQ(text.report.greatestDeparture, 0.5);
 }
 
@@ -279,8 +282,86 @@ TEST(TransformDrawing, FollowsCurvesWithinTheTolerance) {
             EXPECT_NEAR(end.first, expected.first, 1e-9) << entity;
             EXPECT_NEAR(end.second, expected.second, 1e-9) << entity;
         }
-        EXPECT_EQ(result.bytes.find("\n 38\n7\n") != std::string::npos,
-                  entity.starts_with("0 SPLINE"));  // its height
+        const bool hasHeight = entity.starts_with("0 SPLINE");
+        EXPECT_EQ(result.bytes.find("\n 38\n7\n") != std::string::npos, hasHeight);
+        EXPECT_EQ(result.bytes.find("\n 38\n") != std::string::npos, hasHeight);
+    }
+}
+
+/// The values of the groups with a code, which are numbers.
+std::vector<double> NumbersOf(const std::string& drawing, int wanted) {
+    std::vector<double> numbers;
+    std::istringstream lines(drawing);
+    for (std::string code, value; std::getline(lines, code) && std::getline(lines, value);)
+        if (std::stoi(code) == wanted) numbers.push_back(std::stod(value));
+    return numbers;
+}
+
+double NumberOf(const std::string& drawing, int wanted) {
+    return NumbersOf(drawing, wanted).back();
+}
+
+TEST(TransformDrawing, MovesEveryPlaceOfAnEllipseUnderAShear) {
+    const std::string arc = "0 ARC 10 3 20 4 40 10 50 350 51 80";
+    Transformation map{.type = Type::kAffine, .a = {5, 1.1, -0.2}, .b = {7, 0.3, 0.9}};
+    for (const Type type : {Type::kAffine, Type::kPolynomial1}) {
+        map.type = type;
+        map.b[2] = -map.b[2];  // the second one does not mirror
+        const Rewritten there = Rewrite(DrawingOf(arc), map);
+        const auto moved = [&](int code) { return NumberOf(there.bytes, code); };
+        EXPECT_EQ(there.report.ellipses.size(), 1U);
+        for (const double part : {0.0, 0.3, 1.0}) {
+            const double before = (-10 + 90 * part) * std::acos(-1.0) / 180;
+            const Point expected =
+                map.Apply({3 + 10 * std::cos(before), 4 + 10 * std::sin(before)});
+            const double fraction = map.b[2] < 0 ? 1 - part : part;
+            const double t = moved(41) + (moved(42) - moved(41)) * fraction;
+            const double across = moved(40) * std::sin(t);
+            EXPECT_NEAR(moved(10) + std::cos(t) * moved(11) - across * moved(21), expected.first,
+                        1e-9);
+            EXPECT_NEAR(moved(20) + std::cos(t) * moved(21) + across * moved(11), expected.second,
+                        1e-9);
+        }
+        EXPECT_LE(moved(40), 1);
+    }
+    const Rewritten back =
+        Rewrite(Rewrite(DrawingOf("0 XLINE 10 1 20 2 11 0.6 21 0.8"), map).bytes, *map.Inverse());
+    for (const auto& [code, number] : {std::pair{10, 1.0}, {20, 2.0}, {11, 0.6}, {21, 0.8}})
+        EXPECT_NEAR(NumberOf(back.bytes, code), number, 1e-12);
+}
+
+TEST(TransformDrawing, WidensTheLinesOfOldPolylinesAlongTheirArcs) {
+    const std::string old =
+        "0 POLYLINE 8 L 66 1 10 0 20 0 30 7 39 2 70 129 40 1 41 3 0 VERTEX 8 L 10 1 20 0 42 1 0 "
+        "VERTEX 8 L 10 7 20 0 41 5 0 SEQEND 8 L";
+    const Rewritten result = Rewrite(DrawingOf(old, "AC1009"), kStretch, {.tolerance = 100});
+    EXPECT_EQ(Rewrite(result.bytes, Transformation{}).bytes, result.bytes);
+    const auto starts = NumbersOf(result.bytes, 40);
+    const auto ends = NumbersOf(result.bytes, 41);
+    ASSERT_EQ(starts.size(), 9U);  // eight for the arc
+    ASSERT_EQ(ends.size(), 9U);
+    for (int i = 0; i < 8; ++i) {
+        EXPECT_NEAR(starts[static_cast<std::size_t>(i)], std::sqrt(2.0) * (1 + i / 4.0), 1e-12);
+        EXPECT_NEAR(ends[static_cast<std::size_t>(i)], std::sqrt(2.0) * (1.25 + i / 4.0), 1e-12);
+    }
+    EXPECT_NEAR(starts.back(), std::sqrt(2.0), 1e-12);
+    EXPECT_NEAR(ends.back(), std::sqrt(2.0) * 5, 1e-12);
+    EXPECT_EQ(NumbersOf(result.bytes, 30), std::vector{7.0});
+    EXPECT_EQ(NumbersOf(result.bytes, 39), std::vector{2.0});
+    EXPECT_EQ(NumbersOf(result.bytes, 70), std::vector{129.0});
+    EXPECT_TRUE(result.bytes.ends_with("  0\nSEQEND\n8\nL\n0\nENDSEC\n0\nEOF\n"));
+}
+
+TEST(TransformDrawing, ScalesTextsAtTheirPlacesSeenFromBelowToo) {
+    const Transformation bent{.type = Type::kPolynomial2,
+                              .a = {5, 1.1, -0.2, 0.02, 0.03, -0.01},
+                              .b = {7, 0.3, 0.9, -0.02, 0.01, 0.04}};
+    const double scale = std::sqrt(std::abs(DerivativeAt(bent, {3, 4}).Determinant()));
+    for (const std::string entity :
+         {"0 TEXT 10 3 20 4 40 2", "0 TEXT 10 -3 20 4 40 2 210 0 220 0 230 -1",
+          "0 MTEXT 10 3 20 4 40 2 210 0 220 0 230 -1"}) {
+        EXPECT_NEAR(NumberOf(Rewrite(DrawingOf(entity), bent).bytes, 40), 2 * scale, 1e-12)
+            << entity;
     }
 }
 
