@@ -47,6 +47,19 @@ std::string DrawingOf(const std::string& entities, const std::string& version = 
                  entities + " 0 ENDSEC 0 EOF ");
 }
 
+/// The values of the groups with a code, which are numbers.
+std::vector<double> NumbersOf(const std::string& drawing, int wanted) {
+    std::vector<double> numbers;
+    std::istringstream lines(drawing);
+    for (std::string code, value; std::getline(lines, code) && std::getline(lines, value);)
+        if (std::stoi(code) == wanted) numbers.push_back(std::stod(value));
+    return numbers;
+}
+
+double NumberOf(const std::string& drawing, int wanted) {
+    return NumbersOf(drawing, wanted).back();
+}
+
 TEST(TransformDrawing, LeavesEveryByteOfADrawingThatStaysWhereItIs) {
     for (const std::string name :
          {"everything_r12.dxf", "everything_r2000_binary.dxf", "gdal.dxf"}) {
@@ -72,6 +85,7 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
          "1 1041 4"},
         {"0 LINE 67 1 10 1 20 2 11 4 21 5", kTurn, "0 LINE 67 1 10 1 20 2 11 4 21 5"},
         {"0 ARC 10 1 20 2 40 1.5 50 10 51 80", kTurn, "0 ARC 10 96 20 202 40 3 50 100 51 170"},
+        {"0 CIRCLE 10 1 20 2 40 1.5", kTurn, "0 CIRCLE 10 96 20 202 40 3"},
         {"0 ARC 10 1 20 2 40 1.5 50 10 51 80", kMirror, "0 ARC 10 104 20 202 40 3 50 10 51 80"},
         {"0 ARC 10 1 20 2 40 1.5 50 0 51 30 210 0 220 0 230 -1", kTurn,
          "0 ARC 10 -96 20 198 40 3 50 270 51 300 210 0 220 0 230 -1"},
@@ -80,6 +94,11 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
          kShift,
          "0 ARC 10 101 20 202 40 3 50 -30.1 51 1e30 0 HATCH 91 1 92 0 93 1 72 2 10 105 20 206 40 4 "
          "50 -7.3 51 8.1 73 0 97 0 0 DIMENSION 70 1 51 -20.3 0 TEXT 10 100 20 200 40 2 50 -30.1"},
+        {"0 ATTDEF 10 0 20 0 72 1 11 5 21 1 0 ATTRIB 10 0 20 0 74 2 11 5 21 1 0 TEXT 10 5 20 1 11 "
+         "0 21 0",
+         kShift,
+         "0 ATTDEF 10 0 20 0 72 1 11 105 21 201 0 ATTRIB 10 0 20 0 74 2 11 105 21 201 0 TEXT 10 "
+         "105 20 201 11 0 21 0"},
         {"0 TEXT 10 0 20 0 40 1 1 x 72 1 11 5 21 1", kTurn,
          "0 TEXT 10 0 20 0 40 2  50 90 1 x 72 1 11 98 21 210"},
         {"0 LWPOLYLINE 90 2 70 0 43 0.5 10 0 20 0 42 1 10 1 20 0", kMirror,
@@ -128,6 +147,9 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
             expected.replace(at, 2, "\n ");
         EXPECT_EQ(result.bytes, expected);
     }
+}
+
+TEST(TransformDrawing, MovesTheBoxOfTheHeaderAndKeepsLineEnds) {
     const auto box = [](const std::string& least, const std::string& greatest) {
         return Lines("0 SECTION 2 HEADER 9 $EXTMIN 10 " + least + " 9 $EXTMAX 10 " + greatest +
                      " 0 ENDSEC 0 EOF ");
@@ -144,6 +166,9 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
         Lines("0 SECTION 2 ENTITIES 0 POINT 10 1 20 2 0 ENDSEC 0 EOF", "\r\n") + "\r\n\x1A";
     EXPECT_EQ(Rewrite(crlf, kStretch, {.from = AxisMapping::kNe, .to = AxisMapping::kNe}).bytes,
               Lines("0 SECTION 2 ENTITIES 0 POINT 10 1 20 4 0 ENDSEC 0 EOF", "\r\n") + "\r\n\x1A");
+    EXPECT_NE(Rewrite(Lines("0 SECTION 2 ENTITIES 0 INSERT 10 1 20 2 0 EOF ", "\r\n"), kTurn)
+                  .bytes.find("202\r\n 41\r\n2\r\n 42\r\n2\r\n 50\r\n90\r\n0\r\nEOF\r\n"),
+              std::string::npos);
 }
 
 TEST(TransformDrawing, MovesThePictureOfADimensionButNoOtherBlock) {
@@ -156,6 +181,23 @@ TEST(TransformDrawing, MovesThePictureOfADimensionButNoOtherBlock) {
     EXPECT_EQ(Rewrite(drawing("1"), kStretch).bytes, drawing("2"));
 }
 
+TEST(TransformDrawing, MovesThosePlacesThatADimensionOfItsKindHas) {
+    const std::vector<int> expected[] = {
+        {10, 11, 13, 14}, {10, 11, 13, 14},     {10, 11, 13, 14, 15, 16}, {10, 11, 15},
+        {10, 11, 15},     {10, 11, 13, 14, 15}, {10, 11, 13, 14}};
+    for (int kind = 0; kind <= 6; ++kind) {
+        std::string dimension = "0 DIMENSION 50 0 70 " + std::to_string(kind + 32);
+        for (int code = 10; code <= 16; ++code)
+            dimension += " " + std::to_string(code) + " 1 " + std::to_string(code + 10) + " 2";
+        const std::string moved = Rewrite(DrawingOf(dimension), kShift).bytes;
+        std::vector<int> places;
+        for (int code = 10; code <= 16; ++code)
+            if (NumberOf(moved, code) == 101 && NumberOf(moved, code + 10) == 202)
+                places.push_back(code);
+        EXPECT_EQ(places, expected[kind]) << kind;
+    }
+}
+
 TEST(TransformDrawing, TurnsCurvesIntoEllipsesOrPolylinesAndTells) {
     const std::string arc = "0 ARC 8 L 10 0 20 0 40 10 50 0 51 90";
     const Rewritten ellipse = Rewrite(DrawingOf(arc), kStretch);
@@ -165,6 +207,11 @@ TEST(TransformDrawing, TurnsCurvesIntoEllipsesOrPolylinesAndTells) {
         DrawingOf("0 ARC 5 1F 41 x 73 y 100 AcDbCircle 10 0 20 0 40 10 50 0 51 90"), kStretch);
     EXPECT_EQ(Rewrite(misplaced.bytes, Transformation{}).bytes, misplaced.bytes);
     EXPECT_NE(misplaced.bytes.find("ELLIPSE\n5\n1F\n"), std::string::npos);
+    const std::string common =
+        " 5 A 6 T 8 L 48 2 60 0 62 3 67 0 370 5 390 B 410 Model 420 1 430 c 440 7 999 d ";
+    EXPECT_NE(Rewrite(DrawingOf("0 CIRCLE" + common + "10 1 20 2 40 1"), kStretch)
+                  .bytes.find(Lines(" ELLIPSE" + common)),
+              std::string::npos);
     Transformation bent{.type = Type::kPolynomial2, .a = {0, 0, 1, 0, 1e-2}, .b = {0, 0, 0, 1}};
     for (const auto& [version, map, type] :
          {std::tuple<std::string, Transformation, std::string>{"AC1009", kStretch, "POLYLINE"},
@@ -288,19 +335,6 @@ TEST(TransformDrawing, FollowsCurvesWithinTheTolerance) {
     }
 }
 
-/// The values of the groups with a code, which are numbers.
-std::vector<double> NumbersOf(const std::string& drawing, int wanted) {
-    std::vector<double> numbers;
-    std::istringstream lines(drawing);
-    for (std::string code, value; std::getline(lines, code) && std::getline(lines, value);)
-        if (std::stoi(code) == wanted) numbers.push_back(std::stod(value));
-    return numbers;
-}
-
-double NumberOf(const std::string& drawing, int wanted) {
-    return NumbersOf(drawing, wanted).back();
-}
-
 TEST(TransformDrawing, MovesEveryPlaceOfAnEllipseUnderAShear) {
     const std::string arc = "0 ARC 10 3 20 4 40 10 50 350 51 80";
     Transformation map{.type = Type::kAffine, .a = {5, 1.1, -0.2}, .b = {7, 0.3, 0.9}};
@@ -350,6 +384,26 @@ TEST(TransformDrawing, WidensTheLinesOfOldPolylinesAlongTheirArcs) {
     EXPECT_EQ(NumbersOf(result.bytes, 39), std::vector{2.0});
     EXPECT_EQ(NumbersOf(result.bytes, 70), std::vector{129.0});
     EXPECT_TRUE(result.bytes.ends_with("  0\nSEQEND\n8\nL\n0\nENDSEC\n0\nEOF\n"));
+}
+
+TEST(TransformDrawing, KeepsASplineInSpaceInSpace) {
+    const Transformation bent{
+        .type = Type::kPolynomial2, .a = {0, 0, 1, 0, 1e-2}, .b = {0, 0, 0, 1}};
+    const std::string made =
+        Rewrite(DrawingOf("0 SPLINE 70 1 71 1 72 4 73 2 40 0 40 0 40 1 40 1 10 1 20 2 30 3 10 9 20 "
+                          "4 30 11"),
+                bent, {.tolerance = 100})
+            .bytes;
+    EXPECT_EQ(NumbersOf(made, 30), (std::vector<double>{3, 4, 5, 6, 7, 8, 9, 10, 11}));
+    EXPECT_EQ(NumbersOf(made, 40), (std::vector<double>{0, 0, 1, 2, 3, 4, 5, 6, 7, 8, 8}));
+    const auto x = NumbersOf(made, 10);
+    ASSERT_EQ(x.size(), 9U);
+    for (int i = 0; i < 9; ++i)
+        EXPECT_NEAR(x[static_cast<std::size_t>(i)], bent.Apply({1.0 + i, 2 + i / 4.0}).first,
+                    1e-12);
+    for (const auto& [code, number] : {std::pair{71, 1.0}, {72, 11.0}, {73, 9.0}})
+        EXPECT_EQ(NumberOf(made, code), number) << code;
+    EXPECT_EQ(Rewrite(made, Transformation{}).bytes, made);
 }
 
 TEST(TransformDrawing, ScalesTextsAtTheirPlacesSeenFromBelowToo) {
