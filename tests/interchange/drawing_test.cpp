@@ -77,6 +77,15 @@ TEST(TransformDrawing, LeavesEveryByteOfADrawingThatStaysWhereItIs) {
 }
 
 TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
+    const auto expectRewritten = [](const std::string& before, const Transformation& map,
+                                    const std::string& after) {
+        const Rewritten result = Rewrite(DrawingOf(before), map);
+        EXPECT_TRUE(result.report.complete) << before;
+        std::string expected = DrawingOf(after);  // new groups are padded
+        for (std::size_t at; (at = expected.find("\n\n")) != expected.npos;)
+            expected.replace(at, 2, "\n ");
+        EXPECT_EQ(result.bytes, expected);
+    };
     const std::tuple<std::string, Transformation, std::string> cases[] = {
         {"999 10 0 LINE 5 A 8 0 10 1 20 2 30 3 11 +4.0 21 5 31 6 1011 1 1021 0 1031 7 1010 1 1041 "
          "2",
@@ -122,6 +131,8 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
          kMirror,
          "0 HATCH 91 1 92 0 93 2 72 2 10 112 20 210 40 14 50 280 51 340 73 0 72 3 10 104 20 202 11 "
          "2 21 6 40 0.5 50 10 51 80 73 0 97 0"},
+        {"0 POLYLINE 66 1 40 1 41 2 0 VERTEX 10 1 20 2 40 3 41 4 42 0.5 50 10 0 SEQEND", kMirror,
+         "0 POLYLINE 66 1 40 2 41 4 0 VERTEX 10 104 20 202 40 6 41 8 42 -0.5 50 80 0 SEQEND"},
         {"0 INSERT 2 B 10 1 20 0 30 5 43 3", kMirror,
          "0 INSERT 2 B 10 100 20 202 30 5  41 2  42 -2 43 3  50 90"},
         {"0 INSERT 2 B 10 1 20 0 41 3 42 4 44 5 45 6 50 10", kTurn,
@@ -139,13 +150,33 @@ TEST(TransformDrawing, ChangesThoseNumbersThatMean) {
          "10 44 6 "
          "45 8"},
     };
-    for (const auto& [before, map, after] : cases) {
-        const Rewritten result = Rewrite(DrawingOf(before), map);
-        EXPECT_TRUE(result.report.complete);
-        std::string expected = DrawingOf(after);  // new groups are padded
-        for (std::size_t at; (at = expected.find("\n\n")) != expected.npos;)
-            expected.replace(at, 2, "\n ");
-        EXPECT_EQ(result.bytes, expected);
+    for (const auto& [before, map, after] : cases) expectRewritten(before, map, after);
+    const std::tuple<std::vector<std::string>, std::string, std::string> alike[] = {
+        {{"SOLID", "TRACE", "3DFACE"},
+         "10 1 20 2 11 3 21 4 12 5 22 6 13 7 23 8",
+         "10 96 20 202 11 92 21 206 12 88 22 210 13 84 23 214"},
+        {{"RAY", "XLINE", "TOLERANCE"}, "10 1 20 2 11 0.6 21 0.8", "10 96 20 202 11 -0.8 21 0.6"},
+        {{"IMAGE", "WIPEOUT"},
+         "10 1 20 2 11 3 21 4 12 5 22 6",
+         "10 96 20 202 11 -8 21 6 12 -12 22 10"},
+        {{"SPLINE"},
+         "10 1 20 2 11 3 21 4 12 5 22 6 13 7 23 8",
+         "10 96 20 202 11 92 21 206 12 -12 22 10 13 -16 23 14"},
+        {{"SHAPE", "TEXT", "ATTRIB", "ATTDEF"}, "10 1 20 2 40 3 50 10", "10 96 20 202 40 6 50 100"},
+        {{"POINT"}, "10 1 20 2 50 10", "10 96 20 202 50 100"},
+        {{"MESH"}, "10 1 20 2 10 3 20 4", "10 96 20 202 10 92 20 206"},
+        {{"LEADER"},
+         "10 1 20 2 10 3 20 4 40 5 41 6 211 0.6 221 0.8 212 3 222 4 213 5 223 6",
+         "10 96 20 202 10 92 20 206 40 10 41 12 211 -0.8 221 0.6 212 -8 222 6 213 -12 223 10"},
+        {{"MTEXT"},
+         "10 1 20 2 11 0.6 21 0.8 40 1 41 2 42 3 43 4 46 5 48 6 49 7",
+         "10 96 20 202 11 -0.8 21 0.6 40 2 41 4 42 6 43 8 46 10 48 12 49 14"},
+    };
+    for (const auto& [types, before, after] : alike) {
+        for (const std::string& type : types) {
+            const std::string begin = "0 " + type + " ";
+            expectRewritten(begin + before, kTurn, begin + after);
+        }
     }
 }
 
@@ -158,6 +189,12 @@ TEST(TransformDrawing, MovesTheBoxOfTheHeaderAndKeepsLineEnds) {
     EXPECT_EQ(Rewrite(box("1 20 2", "3 20 5"), eighth).bytes, box("96 20 203", "101 20 208"));
     const std::string half = Lines("0 SECTION 2 HEADER 9 $EXTMIN 10 1 20 2 0 ENDSEC 0 EOF ");
     EXPECT_EQ(Rewrite("\xEF\xBB\xBF" + half, kTurn).bytes, "\xEF\xBB\xBF" + half);
+    EXPECT_EQ(Rewrite(Lines("0 SECTION 2 TABLES 0 VIEW 10 1 20 2 40 3 41 4 0 VPORT 12 5 22 6 40 7 "
+                            "17 1 27 1 0 ENDSEC 0 EOF "),
+                      kTurn)
+                  .bytes,
+              Lines("0 SECTION 2 TABLES 0 VIEW 10 96 20 202 40 6 41 8 0 VPORT 12 85 22 211 40 14 "
+                    "17 1 27 1 0 ENDSEC 0 EOF "));
     const auto unfinished = [](const std::string& x) {
         return Lines("0 SECTION 2 ENTITIES 0 POLYLINE 66 1 0 VERTEX 10 " + x + " 20 0 0 EOF ");
     };
