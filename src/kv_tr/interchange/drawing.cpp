@@ -209,7 +209,8 @@ void Drawing::BeginSection(Record& record) {
         std::ranges::find(kSections, name, [](const auto& row) { return row.first; });
     section_ = found == kSections.end() ? Section::kOther : found->second;
     if (section_ == Section::kHeader) {
-        Try(record, [&] { Header(record); }, [&] { record.Restore(); });
+        Try(
+            record, [&] { Header(record); }, [&] { record.Restore(); });
     }
     inMovedBlock_ = inPaper_ = false;
     Pass(record);
